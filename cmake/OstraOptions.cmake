@@ -1,0 +1,36 @@
+# What every target of the project is compiled with: interface target ostra_options.
+
+find_program(OSTRA_CCACHE ccache)
+if(OSTRA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${OSTRA_CCACHE})
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_library(ostra_options INTERFACE)
+target_compile_options(ostra_options INTERFACE -Wall -Wextra -Wshadow)
+if(OSTRA_WARNINGS_AS_ERRORS)
+    target_compile_options(ostra_options INTERFACE -Werror)
+endif()
+if(OSTRA_SANITIZE)
+    # Without recovery: the first report fails the test.
+    target_compile_options(ostra_options INTERFACE
+        -fsanitize=${OSTRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(ostra_options INTERFACE -fsanitize=${OSTRA_SANITIZE})
+endif()
+if(WIN32)
+    # The DLL and the test programs need system DLLs only.
+    target_link_options(ostra_options INTERFACE -static)
+    target_compile_definitions(ostra_options INTERFACE NOMINMAX)
+endif()

@@ -1,0 +1,42 @@
+# ostra_test_program(NAME SOURCES file... [OBJECTS] [BOTH_ROADS])
+#
+# A test program and its ctest entries. OBJECTS links the library's objects instead of the shared library;
+# BOTH_ROADS registers a second run in which the system answers as the family without wide calls.
+function(ostra_test_program NAME)
+    cmake_parse_arguments(ARG "OBJECTS;BOTH_ROADS" "" "SOURCES" ${ARGN})
+    add_executable(${NAME} ${ARG_SOURCES})
+    target_link_libraries(${NAME} PRIVATE test_support ostra_options)
+    target_compile_options(${NAME} PRIVATE -fno-strict-aliasing)
+    if(ARG_OBJECTS)
+        target_link_libraries(${NAME} PRIVATE ostra_objects)
+        target_compile_definitions(${NAME} PRIVATE OSTRA_STATIC_DEFINE)
+        if(NOT WIN32)
+            target_link_libraries(${NAME} PRIVATE winapi_objects)
+        endif()
+        if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/Faults/Wrap.cmake)
+            include(${CMAKE_CURRENT_SOURCE_DIR}/Faults/Wrap.cmake)
+        endif()
+    else()
+        target_link_libraries(${NAME} PRIVATE ostra)
+    endif()
+    if(WIN32)
+        target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/Support/TestStrings.rc)
+        target_compile_definitions(${NAME} PRIVATE NOMINMAX)
+    else()
+        target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/Support/TestStrings.cpp)
+    endif()
+
+    add_test(NAME ${NAME} COMMAND ${NAME} --gtest_shuffle)
+    set_tests_properties(${NAME} PROPERTIES ENVIRONMENT "TZ=UTC")
+    if(ARG_BOTH_ROADS AND NOT WIN32)
+        add_test(NAME ${NAME}_narrow COMMAND ${NAME} --gtest_shuffle)
+        set_tests_properties(${NAME}_narrow PROPERTIES ENVIRONMENT "TZ=UTC;OSTRA_TEST_PLATFORM=1")
+    elseif(ARG_BOTH_ROADS AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+        # Wine answers by the program's name, as the tools/wine script sets up for this one.
+        add_custom_command(TARGET ${NAME} POST_BUILD COMMAND ${CMAKE_COMMAND} -E copy
+            $<TARGET_FILE:${NAME}> $<TARGET_FILE_DIR:${NAME}>/${NAME}_narrow.exe)
+        add_test(NAME ${NAME}_narrow COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR}
+            $<TARGET_FILE_DIR:${NAME}>/${NAME}_narrow.exe --gtest_shuffle)
+        set_tests_properties(${NAME}_narrow PROPERTIES ENVIRONMENT "TZ=UTC")
+    endif()
+endfunction()

@@ -1,0 +1,3 @@
+# The Windows target of 32 bits, built with mingw-w64 and run under Wine.
+set(OSTRA_MINGW i686-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

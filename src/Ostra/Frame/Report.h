@@ -1,0 +1,31 @@
+// Ostra/Frame/Report.h: the one way in which the library's own code reports a failure. Internal.
+//
+// A report is one call. It sets the error unless the thread has one already, and adds the place of the call to the
+// trail: qccz_Source is the literal path that the source states at its head, the line supplies itself.
+#pragma once
+
+class CT_Report
+{
+public:
+    // Out of memory: code and format id 60006.
+    static void sv_Memory(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
+
+    // The thread's last system error, bare; with the name of a file in brackets; with two names, "%s : %s".
+    static void sv_System(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
+    static void sv_System(const char* qccz_Source, const unsigned short* qcuz_Name,
+                          unsigned n_Line = __builtin_LINE());
+    static void sv_System(const char* qccz_Source, const unsigned short* qcuz_Name,
+                          const unsigned short* qcuz_NewName, unsigned n_Line = __builtin_LINE());
+
+    // A code with a format of the string table, and up to three arguments for it.
+    static void sv_Format(const char* qccz_Source, unsigned n_Code, unsigned n_FormatID,
+                          const void* pcv_First = 0, const void* pcv_Second = 0, unsigned n_Third = 0,
+                          unsigned n_Line = __builtin_LINE());
+
+    // A code with a format given as text and one wide argument.
+    static void sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
+                        const unsigned short* qcuz_Argument, unsigned n_Line = __builtin_LINE());
+
+    // True while the thread has an error set; has then added this place to its trail.
+    static int sb_Failed(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
+};

@@ -1,0 +1,61 @@
+// tests/Support/Endless.cpp
+#include "Support/Endless.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <map>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+constexpr int TIMED_OUT = 42;
+constexpr const char* SWITCH = "--endless=";
+
+std::map<std::string, void (*)()>& Bodies()
+{
+    static std::map<std::string, void (*)()> bodies;
+    return bodies;
+}
+
+std::string ProgramPath()
+{
+    return testing::internal::GetArgvs().front();
+}
+} // namespace
+
+EndlessBody::EndlessBody(const char* name, void (*body)())
+{
+    Bodies()[name] = body;
+}
+
+bool IsEndlessChild(int argc, char** argv)
+{
+    return argc == 2 && std::string(argv[1]).starts_with(SWITCH);
+}
+
+// The child ends itself: a watchdog thread leaves with a status of its own after the limit.
+int RunEndlessChild(int, char** argv)
+{
+    const auto body = Bodies().find(std::string(argv[1]).substr(std::string(SWITCH).size()));
+    if (body == Bodies().end())
+        return 3;
+    std::thread([] {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        std::_Exit(TIMED_OUT);
+    }).detach();
+    body->second();
+    return 0;
+}
+
+bool RunsForEver(const std::string& name)
+{
+    const int status = std::system(("\"" + ProgramPath() + "\" " + SWITCH + name).c_str());
+#ifdef _WIN32
+    return status == TIMED_OUT;
+#else
+    return status == TIMED_OUT << 8;
+#endif
+}
