@@ -1,1 +1,33 @@
-# Installation and package files.
+# Installation: the library, the public headers below include/ostra, the CMake package and ostra.pc.
+include(CMakePackageConfigHelpers)
+
+# The public headers are those that Ostra/Ostra.h names.
+set(OSTRA_HEADER_ROOT ${CMAKE_INSTALL_INCLUDEDIR}/ostra)
+file(STRINGS ${PROJECT_SOURCE_DIR}/src/Ostra/Ostra.h OSTRA_HEADERS REGEX "^#include <")
+list(TRANSFORM OSTRA_HEADERS REPLACE "#include <(.*)>" "\\1")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/Ostra/Ostra.h)
+foreach(header IN LISTS OSTRA_HEADERS ITEMS Ostra/Ostra.h)
+    get_filename_component(directory ${header} DIRECTORY)
+    install(FILES ${PROJECT_SOURCE_DIR}/src/${header} DESTINATION ${OSTRA_HEADER_ROOT}/${directory})
+endforeach()
+install(FILES ${PROJECT_BINARY_DIR}/include/Ostra/Frame/Export.h
+    DESTINATION ${OSTRA_HEADER_ROOT}/Ostra/Frame)
+if(NOT WIN32)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/winapi/include/ DESTINATION ${OSTRA_HEADER_ROOT})
+endif()
+
+install(TARGETS ostra EXPORT OstraTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+set(OSTRA_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Ostra)
+install(EXPORT OstraTargets NAMESPACE Ostra:: DESTINATION ${OSTRA_PACKAGE_DIR})
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/OstraConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/OstraConfig.cmake INSTALL_DESTINATION ${OSTRA_PACKAGE_DIR})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/OstraConfigVersion.cmake
+    COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/OstraConfig.cmake ${PROJECT_BINARY_DIR}/OstraConfigVersion.cmake
+    DESTINATION ${OSTRA_PACKAGE_DIR})
+
+configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra.pc.in ${PROJECT_BINARY_DIR}/ostra.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ostra.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,31 @@
+// tests/Package/Outside.cpp: uses every layer of the installed library once.
+#include <Ostra/Ostra.h>
+
+#include <cstdio>
+
+int main()
+{
+    CT_CompList words(CT_CompList::et_ElementSize(2), 4, 0, 1, 1024, 0);
+    CT_UString word(qcuz_Text(u"Gr\u00FC\u00DFe"));
+    if (!words.b_Add(&word, 42))
+        return 1;
+
+    CT_UString name(qcuz_Text(u"outside.rec"));
+    CT_WinFile file(&name, 0);
+    CT_RecordManager records(&file);
+    records.v_Create(16, 64, 4);
+    const unsigned n_Reference = records.n_AddRecord(words.pcco_GetBuffer());
+    records.v_Close(1);
+
+    records.v_Open(CT_RecordManager::e_OpenRead, 1);
+    CT_Buffer block;
+    records.v_GetRecord(n_Reference, &block);
+    records.v_Close(1);
+    file.vv_Remove();
+    if (CT_ErrorManager::spco_Get()->b_IsSetError())
+        return 2;
+
+    const CT_CompList stored(&block);
+    std::printf("%u\n", stored.n_Search(&word, 0));
+    return stored.n_Search(&word, 0) == 42 ? 0 : 3;
+}

@@ -1,0 +1,184 @@
+#!/usr/bin/env python3
+"""Rules about the sources and the built library that no compiler checks.
+
+    policy.py [--nm NM --objdump OBJDUMP --library FILE --objects A.o:B.o:...]
+
+Prints a line for each breach and exits with 1 if there is one. Without --library only the sources are looked at.
+"""
+import argparse
+import pathlib
+import re
+import subprocess
+import sys
+
+TOP = pathlib.Path(__file__).resolve().parents[2]
+SOURCE_LINES, HEADER_LINES, TEST_LINES, FUNCTION_LINES = 600, 400, 800, 80
+PLATFORM = re.compile(r"^\s*#\s*(el)?if.*\b(_WIN\d+|WIN32|__linux__|__unix__|__MINGW\w*|__GNUC__|_MSC_VER)\b")
+breaches = []
+
+
+def breach(path, line, text):
+    breaches.append(f"{path.relative_to(TOP)}:{line}: {text}")
+
+
+def files(folder, *patterns):
+    return sorted(path for pattern in patterns for path in (TOP / folder).rglob(pattern))
+
+
+def stripped(text):
+    """The text without comments and literals, line for line."""
+    pattern = r'//[^\n]*|/\*.*?\*/|R"\((?:.|\n)*?\)"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\''
+    return re.sub(pattern, lambda m: "\n" * m.group(0).count("\n"), text, flags=re.S)
+
+
+def functions(text):
+    """(first line, lines) of each function body: a brace block whose head ends in a parenthesis or a qualifier."""
+    depth, stack, head = 0, [], ""
+    number = 1
+    for c in stripped(text):
+        if c == "\n":
+            number += 1
+        if c == "{":
+            body = re.search(r"\)\s*(const|noexcept|override|final|->\s*[\w:<>*& ]+|:.*)*\s*$", head, re.S)
+            stack.append((number, bool(body) and not any(inside for _, inside in stack)))
+            head = ""
+        elif c == "}":
+            if stack:
+                start, body = stack.pop()
+                if body:
+                    yield start, number - start + 1
+            head = ""
+        elif c == ";":
+            head = ""
+        else:
+            head += c
+
+
+def check_lengths():
+    for folder, source_limit in (("src", SOURCE_LINES), ("winapi", SOURCE_LINES), ("tests", TEST_LINES),
+                                 ("examples", SOURCE_LINES), ("tools", SOURCE_LINES)):
+        for path in files(folder, "*.cpp", "*.h"):
+            text = path.read_text("utf-8")
+            if re.match(r"// (Made|Generated) by ", text):
+                continue
+            limit = HEADER_LINES if path.suffix == ".h" else source_limit
+            if "tests" in path.parts:
+                limit = TEST_LINES
+            lines = text.count("\n")
+            if lines > limit:
+                breach(path, lines, f"{lines} lines, {limit} are allowed")
+            for number, line in enumerate(text.splitlines(), 1):
+                if len(line) > 100 and folder == "src":
+                    breach(path, number, "longer than 100 columns")
+            if folder in ("src", "winapi") and "tests" not in path.parts:
+                for start, length in functions(text):
+                    if length > FUNCTION_LINES:
+                        breach(path, start, f"function of {length} lines, {FUNCTION_LINES} are allowed")
+
+
+def check_sources():
+    for path in files("src", "*.cpp", "*.h"):
+        text = path.read_text("utf-8")
+        literal = path.relative_to(TOP / "src").with_suffix("").as_posix()
+        for number, line in enumerate(text.splitlines(), 1):
+            if PLATFORM.match(line):
+                breach(path, number, "a platform conditional in the library")
+            if re.search(r"\b(throw|dynamic_cast|typeid)\b", stripped(line)):
+                breach(path, number, "the library throws nothing and asks no language run-time types")
+            found = re.search(r'qccz_Source\[\]\s*=\s*"([^"]*)"', line)
+            if found and found.group(1) != literal:
+                breach(path, number, f'the source states "{found.group(1)}", its place is "{literal}"')
+        if re.search(r"\b(qccz_Source)\b", text) and path.suffix == ".cpp" and "qccz_Source[] =" not in text:
+            breach(path, 1, "reports without stating its own path")
+        if path.suffix == ".h" and "#pragma once" not in text:
+            breach(path, 1, "no #pragma once")
+        first = text.split("\n", 1)[0]
+        if path.suffix == ".h" and not re.match(r"// [\w/]+\.h: .", first):
+            breach(path, 1, "the first line tells path and purpose")
+        if re.match(r"// ([\w/]+\.(h|cpp))", first) and not first.startswith(f"// {path.relative_to(TOP / 'src').as_posix()}"):
+            breach(path, 1, "the first line tells another path")
+
+
+def check_names():
+    for path in files("src", "*.h"):
+        for number, line in enumerate(stripped(path.read_text("utf-8")).splitlines(), 1):
+            found = re.match(r"\s*(class|struct|enum)\s+(?:class\s+)?(?:OSTRA_API\s+)?(\w+)\b(?!.*;\s*$)", line)
+            if not found:
+                continue
+            kind, name = found.groups()
+            wanted = {"class": ("CT_",), "struct": ("st_", "_st_", "CT_", "_"), "enum": ("et_",)}[kind]
+            if not name.startswith(wanted):
+                breach(path, number, f"{kind} {name}: names of this kind begin with {wanted[0]}")
+
+
+def check_no_workplace():
+    pattern = re.compile(r"\bParts? \d+\.\d+|spec\.md|\.\./shared|/w[o]rk/|/tmp/o[s]tra\b|[Tt]he specification\b")
+    listed = subprocess.run(["git", "-C", TOP, "ls-files", "-z"], capture_output=True, text=True)
+    for name in listed.stdout.split("\0") if listed.returncode == 0 else []:
+        path = TOP / name
+        if not name or not path.is_file() or path == pathlib.Path(__file__).resolve():
+            continue
+        try:
+            text = path.read_text("utf-8")
+        except UnicodeDecodeError:
+            breach(path, 1, "not a UTF-8 text")
+            continue
+        for number, line in enumerate(text.splitlines(), 1):
+            if pattern.search(line):
+                breach(path, number, "names what doesn't belong into the project")
+
+
+def output(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
+def check_objects(nm, objdump, objects):
+    forbidden = re.compile(r"\b(_?_Znwm|_?_Znam|_?_Znwj|_?_Znaj|_?__cxa_throw|_?_ZSt4cout|_?pthread_mutex_lock)\b")
+    for name in objects:
+        for line in output(nm, "-u", name).splitlines():
+            if forbidden.search(line):
+                breaches.append(f"{pathlib.Path(name).name}: uses {line.split()[-1]}")
+        if pathlib.Path(name).name.startswith("StartUp."):
+            continue
+        if re.search(r"\.(init_array|ctors)", output(objdump, "-h", name)):
+            breaches.append(f"{pathlib.Path(name).name}: has a static object with a constructor")
+
+
+def check_exports(nm, library):
+    """The library exports what cmake/exports.txt lists: classes, and functions outside a class."""
+    expected = set((TOP / "cmake/exports.txt").read_text("utf-8").split())
+    if library.suffix == ".dll":
+        return
+    names = set()
+    for line in output(nm, "-D", "-C", "--defined-only", str(library)).splitlines():
+        symbol = line.split(" ", 2)[2]
+        symbol = re.sub(r"^(vtable|typeinfo|typeinfo name|guard variable|VTT) for ", "", symbol)
+        symbol = re.sub(r"^(non-)?virtual thunk to ", "", symbol)
+        found = re.match(r"((?:\w+::)*?)~?(\w+)(\(|$)", symbol)
+        owner = symbol.split("::")[0] if "::" in symbol.split("(")[0] else symbol.split("(")[0]
+        names.add(owner if found or "::" in symbol else owner)
+    for name in sorted(names - expected):
+        breaches.append(f"exports {name}, which cmake/exports.txt doesn't list")
+    for name in sorted(expected - names):
+        breaches.append(f"doesn't export {name}, which cmake/exports.txt lists")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--nm")
+    parser.add_argument("--objdump")
+    parser.add_argument("--library", type=pathlib.Path)
+    parser.add_argument("--objects", default="")
+    arguments = parser.parse_args()
+    check_lengths()
+    check_sources()
+    check_names()
+    check_no_workplace()
+    if arguments.library:
+        check_objects(arguments.nm, arguments.objdump, [name for name in arguments.objects.split(":") if name])
+        check_exports(arguments.nm, arguments.library)
+    print("\n".join(breaches + [f"policy: {len(breaches)} breaches"]))
+    return 1 if breaches else 0
+
+
+sys.exit(main())
