@@ -1,0 +1,108 @@
+// Ostra/File/WinFile.h: a file of the operating system.
+#pragma once
+
+#include <Ostra/File/File.h>
+#include <Ostra/Frame/Export.h>
+
+#include <windows.h>
+
+#include <cstddef>
+
+// A file behind a handle of the operating system, with a mapped mode in which transfers are copies
+// to and from one view of the whole file.
+//
+// Units:   sizes and offsets are bytes, 32 bits of them.
+// Owns:    the handle, the mapping object and its view, all closed by vv_Close, vv_Set and the
+//          destructor.
+// Reports: the system's error with the full name; rename and copy with both names.
+// Caller:  closes before opening again, leaves mapped mode before entering it again, and writes to
+//          a mapped file in pieces smaller than its map.
+// Threads: one thread at a time.
+class OSTRA_API CT_WinFile : public CT_File
+{
+public:
+    // ---- Construction ----------------------------------------------------------------------
+
+    CT_WinFile();
+    CT_WinFile(const CT_String* pco_Name, unsigned n_BufferSize);
+    CT_WinFile(const CT_WinFile* pco_File);
+
+    ~CT_WinFile() override;
+
+    static void* operator new(std::size_t n_Size) noexcept;
+    static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }
+    static void operator delete(void* pv_Object);
+
+    // ---- The primitives --------------------------------------------------------------------
+
+    void vv_Set(const CT_File* pco_File) override;
+    void vv_Set(const CT_String* pco_Name, unsigned n_BufferSize) override;
+    void vv_Set() override;
+
+    // A failed open can be repeated.
+    void vv_Open(et_Access ec_Access, et_Open ec_Open, et_Share ec_Share, unsigned n_Attribut,
+                 unsigned n_Flag) override;
+    // A mapped file keeps the size of its map. After a failure the file is still open.
+    void vv_Close() override;
+    void vv_Flush() override;
+    void vv_Remove() override;
+    // Never replaces another file. On success the object is closed and has the new name and a
+    // buffer size of 16,384.
+    void vv_Rename(const CT_String* pco_NewName) override;
+    unsigned vn_Read(void* pv_Data, unsigned n_Size) override;
+    unsigned vn_Write(const void* pv_Data, unsigned n_Size) override;
+    // A closed file is opened for the moment. A mapped file is as large as its map.
+    unsigned vn_GetSize() const override;
+    unsigned vn_GetOffset() const override;
+    void vv_SetOffset(et_Origin ec_Origin, int i_Offset) override;
+    int vb_IsEof() const override;
+
+    // ---- Mapped mode -----------------------------------------------------------------------
+
+    HANDLE h_GetHandle() const { return h_File; }
+    int b_GetMapping() const { return pv_Map != 0; }
+    void* pv_GetMapping() const { return pv_Map; }
+
+    // Enters mapped mode: a reader's map is the file, a writer's is n_Size doubled until it is
+    // larger than the file (-1: as large as the file), and the file grows to it. Leaves it: a
+    // writer's file is cut to n_Size bytes, or keeps the size of the map if that is 0.
+    void v_SetMapping(int b_Map, unsigned n_Size);
+    void v_FlushMap();
+
+    // ---- Services of the system ------------------------------------------------------------
+
+    // Sets the system's attribute word of the file. An error is set after every call, also after a
+    // success.
+    void v_SetAttributes(unsigned n_Attributes);
+    // The system's attribute word of the file; -1 on failure.
+    unsigned n_GetAttributes();
+    // Copies the file; another file of that name is replaced.
+    void v_CopyFile(const CT_String* pco_Target) const;
+    void v_GetFileInfo(_BY_HANDLE_FILE_INFORMATION* pso_Info);
+    void v_LockFile(unsigned n_From, unsigned n_Length);
+    void v_UnlockFile(unsigned n_From, unsigned n_Length);
+    // Cuts or extends the file to where the system's file pointer stands.
+    void v_SetEndOfFile();
+    static void sv_SetHandleCount(unsigned n_Count);
+
+private:
+    void v_Null();
+    void v_CloseOpen();
+    HANDLE h_Create(et_Access ec_Access, unsigned n_Disposition, et_Share ec_Share,
+                    unsigned n_Word) const;
+    int b_SeekEnd();
+    unsigned n_MeasureClosed() const;
+
+    void v_CreateMap(unsigned n_Size);
+    unsigned n_GrowMap(unsigned n_Size, unsigned n_FileSize);
+    void v_CloseMap(unsigned n_Size);
+    unsigned n_ReadMap(unsigned n_From, void* pv_Data, unsigned n_Size);
+    unsigned n_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size);
+
+    // The order of the members is part of the interface.
+    HANDLE h_File;     // null when closed, INVALID_HANDLE_VALUE after a failed open
+    unsigned n_Offset; // the offset as this class keeps it
+    HANDLE h_Map;      // the mapping object, null for none
+    void* pv_Map;      // the view from offset 0, null for none
+    unsigned n_MapSize;
+};
