@@ -4,11 +4,19 @@
 // trail: qccz_Source is the literal path that the source states at its head, the line supplies itself.
 #pragma once
 
+#include <Ostra/Frame/ErrorManager.h>
+
+#include <cstddef>
+
 class CT_Report
 {
 public:
     // Out of memory: code and format id 60006.
     static void sv_Memory(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
+
+    // The block of a class's own operator new: from the heap, or null and a report of exhaustion.
+    static void* spv_New(std::size_t n_Size, const char* qccz_Source,
+                         unsigned n_Line = __builtin_LINE());
 
     // The thread's last system error, bare; with the name of a file in brackets; with two names, "%s : %s".
     static void sv_System(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
@@ -19,13 +27,20 @@ public:
 
     // A code with a format of the string table, and up to three arguments for it.
     static void sv_Format(const char* qccz_Source, unsigned n_Code, unsigned n_FormatID,
-                          const void* pcv_First = 0, const void* pcv_Second = 0, unsigned n_Third = 0,
-                          unsigned n_Line = __builtin_LINE());
+                          const void* pcv_First = nullptr, const void* pcv_Second = nullptr,
+                          unsigned n_Third = 0, unsigned n_Line = __builtin_LINE());
 
     // A code with a format given as text and one wide argument.
     static void sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
                         const unsigned short* qcuz_Argument, unsigned n_Line = __builtin_LINE());
 
     // True while the thread has an error set; has then added this place to its trail.
-    static int sb_Failed(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
+    static int sb_Failed(const char* qccz_Source, unsigned n_Line = __builtin_LINE())
+    {
+        CT_ErrorManager* pco_Errors = CT_ErrorManager::spco_ErrorManager;
+        if (!pco_Errors->b_IsSetError())
+            return 0;
+        pco_Errors->v_AddLocation(qccz_Source, n_Line);
+        return 1;
+    }
 };

@@ -1,0 +1,166 @@
+// Ostra/Buffer/Buffer.h: the growable byte store that everything else stands on.
+#pragma once
+
+#include <Ostra/Frame/Counter.h>
+#include <Ostra/Frame/Export.h>
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstddef>
+
+// A run of bytes in a block that buffers share by a use count and copy before the first write.
+//
+// The block of n bytes has a total size of the least multiple of the growth that holds them and the 12-byte header;
+// all growth is by this rule. Who wants fewer steps sets a larger growth or calls v_SetMinSize.
+//
+// Units:   sizes, counts and offsets are bytes; a count of -1 (0xFFFFFFFF) means "to the end".
+// Owns:    its hold on the block; the last holder frees it.
+// Reports: 60006 when the heap is exhausted; the old block then stays, and a change stops at the end of its room.
+// Caller:  keeps offsets within the used size; nothing checks them. The growth is never 0.
+// Threads: one thread at a time; two buffers on one block may be read and released on two threads.
+class OSTRA_API CT_Buffer
+{
+public:
+    // What lies directly in front of the data.
+    struct st_BufferData
+    {
+        LONG n_UseCount; // buffers that hold the block; changed by interlocked operations only
+        unsigned n_MaximumSize;
+        unsigned n_UsedSize;
+    };
+
+    // ---- Construction -----------------------------------------------------------------------
+
+    // Growth 32, no block.
+    CT_Buffer();
+    // Room for n_Size bytes, used size 0; no block for 0.
+    CT_Buffer(unsigned n_Size, unsigned n_Growth);
+    // The same, with the bytes copied in.
+    CT_Buffer(const void* qcv_Data, unsigned n_Size, unsigned n_Growth);
+    // Shares the block and takes the growth.
+    CT_Buffer(const CT_Buffer* pcco_Buffer);
+    CT_Buffer(const CT_Buffer&) = delete;
+    ~CT_Buffer();
+
+    // Kept: copies the two members without a use of the block; v_Set shares.
+    CT_Buffer& operator=(const CT_Buffer& co_Other) = default;
+
+    static void* operator new(std::size_t n_Size) noexcept;
+    static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }
+    static void operator delete(void* pv_Object);
+
+    // ---- Access -----------------------------------------------------------------------------
+
+    // The first byte; null with no block.
+    const void* qcv_Get() const { return pc_Data; }
+    unsigned n_GetUsedSize() const { return pc_Data ? pso_GetData()->n_UsedSize : 0; }
+    unsigned n_GetMaximumSize() const { return pc_Data ? pso_GetData()->n_MaximumSize : 0; }
+    // 1 with no block.
+    unsigned n_GetUseCount() const { return pc_Data ? n_ReadUseCount() : 1; }
+    unsigned n_GetGrowth() const { return n_Growth; }
+    // Allocations of blocks tried since the library was loaded.
+    static unsigned sn_GetAllocCount();
+
+    // ---- Comparison and search --------------------------------------------------------------
+
+    // Kept: a candidate longer than what is left behind the offset is compared only as far as the buffer goes.
+    int b_IsEqual(const void* qcv_Data, unsigned n_Size, unsigned n_Offset = 0) const;
+    int b_IsEqual(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Size,
+                  unsigned n_Offset = 0) const;
+
+    // First offset of the byte, or the bytes, at or behind n_From; -1 for none.
+    unsigned n_Find(unsigned char c_Byte, unsigned n_From = 0) const;
+    unsigned n_Find(const void* qcv_Data, unsigned n_Size, unsigned n_From = 0) const;
+
+    // ---- Change -----------------------------------------------------------------------------
+
+    // The block stays as it is.
+    void v_SetGrowth(unsigned n_NewGrowth) { n_Growth = n_NewGrowth; }
+    // Discards the content and makes room; -1 keeps the growth. b_Keep keeps an unshared block that is large enough.
+    void v_Set(unsigned n_Size, unsigned n_NewGrowth, int b_Keep);
+    // A block of its own with these bytes; -1 keeps the growth.
+    void v_Set(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth);
+    // Shares the other's block and takes its growth.
+    void v_Set(const CT_Buffer* pcco_Buffer);
+    // Gives the block the room for n_Size bytes, larger or smaller; 0 lets go of it. b_Keep keeps the bytes that
+    // fit, else the used size is 0.
+    void v_SetSize(unsigned n_Size, int b_Keep);
+    // The same, only if the room is smaller.
+    void v_SetMinSize(unsigned n_Size, int b_Keep);
+    // Not checked against the room; with no block it does nothing.
+    void v_SetUsedSize(unsigned n_Size);
+    // Takes a block of its own if others hold this one.
+    void v_CopyWeWrite();
+
+    // Overwrite, growing as needed; the used size never shrinks. A count of -1 goes to the used end, of this buffer
+    // for bytes, of the other one for a buffer.
+    void v_Replace(unsigned char c_Byte, unsigned n_Count, unsigned n_Offset);
+    void v_Replace(const void* qcv_Data, unsigned n_Count, unsigned n_Offset);
+    void v_Replace(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,
+                   unsigned n_Offset);
+    // Shares, like v_Set.
+    void v_Replace(const CT_Buffer* pcco_Buffer);
+
+    void v_Insert(unsigned char c_Byte, unsigned n_Count, unsigned n_Offset);
+    void v_Insert(const void* qcv_Data, unsigned n_Count, unsigned n_Offset);
+    void v_Insert(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,
+                  unsigned n_Offset);
+    void v_Append(unsigned char c_Byte);
+    void v_Append(const void* qcv_Data, unsigned n_Count);
+    void v_Append(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count);
+    // Takes bytes out. A count of -1 makes n_Offset the used size, whatever it was.
+    void v_Remove(unsigned n_Count, unsigned n_Offset);
+
+    // Inserts at n_To a copy of a range of this buffer, or of the other one.
+    void v_AtInsertCopy(unsigned n_From, unsigned n_Count, unsigned n_To);
+    void v_AtInsertCopy(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,
+                        unsigned n_To);
+    // Moves a range in front of the byte that is at n_To before the move. Reports with code 0.
+    void v_AtInsertMove(unsigned n_From, unsigned n_Count, unsigned n_To);
+    // Inserts a range of the other buffer here and takes it out there.
+    void v_AtInsertMove(CT_Buffer* pco_Buffer, unsigned n_From, unsigned n_Count, unsigned n_To);
+
+private:
+    // ---- Life -------------------------------------------------------------------------------
+
+    void v_Null();
+    void v_Init();
+    void v_Init(unsigned n_NewGrowth);
+    void v_Init(unsigned n_Size, unsigned n_NewGrowth);
+    void v_Init(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth);
+    void v_Init(const CT_Buffer* pcco_Buffer);
+
+    // ---- Work -------------------------------------------------------------------------------
+
+    st_BufferData* pso_GetData() const { return reinterpret_cast<st_BufferData*>(pc_Data) - 1; }
+    unsigned n_ReadUseCount() const;
+    int b_IsShared() const { return pc_Data && n_ReadUseCount() >= 2; }
+    void v_IncUseCount();
+    void v_DecUseCount();
+    void v_LetGo();
+    void v_DeleteData();
+    void v_CopyBeforeWrite();
+    void v_SetUsedBufferSize(unsigned n_Size);
+
+    void v_Room(unsigned n_Size);
+    char* pc_ReplaceAt(unsigned& n_Count, unsigned n_Offset);
+    char* pc_InsertAt(unsigned& n_Count, unsigned n_Offset);
+    unsigned n_RangeOf(unsigned n_Count, unsigned n_From) const;
+    void v_CopyWithin(unsigned n_From, unsigned n_Count, unsigned n_To);
+    void v_CopyToLarger(unsigned n_From, unsigned n_Count, unsigned n_To);
+    void v_MoveThrough(char* pc_Scratch, unsigned n_From, unsigned n_Count, unsigned n_To);
+
+    // The order of the members is part of the interface.
+    unsigned n_Growth; // step of the block's total size
+    char* pc_Data;     // the first data byte, directly behind the header; null with no block
+
+    static CT_Counter sco_AllocCount;
+};
+
+inline unsigned CT_Buffer::n_ReadUseCount() const
+{
+    // Whoever sees another thread's release must also see what it did before.
+    return static_cast<unsigned>(
+        std::atomic_ref<LONG>(pso_GetData()->n_UseCount).load(std::memory_order_acquire));
+}

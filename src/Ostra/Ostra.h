@@ -1,0 +1,13 @@
+// Ostra/Ostra.h: the whole library.
+#pragma once
+
+#include <Ostra/Buffer/Buffer.h>
+#include <Ostra/Frame/Counter.h>
+#include <Ostra/Frame/DatabaseError.h>
+#include <Ostra/Frame/ErrorManager.h>
+#include <Ostra/Frame/Exit.h>
+#include <Ostra/Frame/Init.h>
+#include <Ostra/Frame/OstraDLLMain.h>
+#include <Ostra/Frame/Shared.h>
+#include <Ostra/Frame/Type.h>
+#include <System/OS/OS.h>
