@@ -19,7 +19,7 @@ const StringEntry table[] = {
     {65535, u"ASSERT (%s)"},
 };
 
-__attribute__((constructor)) void Register()
+__attribute__((constructor(200))) void Register()
 {
     RegisterStringTable(table, sizeof(table) / sizeof(table[0]));
 }

@@ -9,7 +9,7 @@ static const StringEntry table[] = {
     {TEST_STRING_TEXT, u"Text %s, %S"},
 };
 
-__attribute__((constructor)) static void Register()
+__attribute__((constructor(200))) static void Register()
 {
     RegisterStringTable(table, sizeof(table) / sizeof(table[0]));
 }

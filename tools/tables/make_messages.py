@@ -32,5 +32,5 @@ with open(resources / "StringTable.cpp", "w", encoding="utf-8", newline="\n") as
     out.write("// clang-format off\n#include <windows.h>\n\nnamespace\n{\nconst StringEntry table[] = {\n")
     for number, text in rows:
         out.write(f'    {{{number}, u"{escaped(text, chr(92) + chr(34))}"}},\n')
-    out.write("};\n\n__attribute__((constructor)) void Register()\n{\n")
+    out.write("};\n\n__attribute__((constructor(200))) void Register()\n{\n")
     out.write("    RegisterStringTable(table, sizeof(table) / sizeof(table[0]));\n}\n} // namespace\n")
