@@ -1,0 +1,130 @@
+// winapi/Environment.cpp: environment variables.
+//
+// Those whose names begin with "=", which the platform uses for the current directories of drives, have no place in
+// the host's environment: they lie in a table of the services.
+#include "winapi/Environment.h"
+
+#include "Failure.h"
+#include "Names.h"
+#include "Variables.h"
+
+#include <cstdlib>
+#include <map>
+#include <mutex>
+
+namespace winapi
+{
+namespace
+{
+// Never destroyed: services may be called until the very end.
+struct Hidden
+{
+    std::mutex mutex; // Guards the host's environment too.
+    std::map<WideText, WideText> variables;
+};
+
+Hidden& Table()
+{
+    static Hidden* const table = new Hidden;
+    return *table;
+}
+
+bool IsName(WideView name)
+{
+    return !name.empty() && name.find('=', 1) == WideView::npos;
+}
+
+bool IsHidden(WideView name)
+{
+    return name[0] == '=';
+}
+
+DWORD SetHidden(WideView name, LPCWSTR value)
+{
+    Hidden& table = Table();
+    const std::lock_guard lock(table.mutex);
+    if (value)
+        table.variables.insert_or_assign(WideText(name), value);
+    else
+        table.variables.erase(WideText(name));
+    return 0;
+}
+
+DWORD SetOnHost(WideView name, LPCWSTR value)
+{
+    const auto host_name = ToUtf8(name);
+    const auto host_value = ToUtf8(value ? WideView(value) : WideView());
+    if (!host_name || !host_value)
+        return ERROR_NO_UNICODE_TRANSLATION;
+    const std::lock_guard lock(Table().mutex);
+    const int result =
+        value ? setenv(host_name->c_str(), host_value->c_str(), 1) : unsetenv(host_name->c_str());
+    return result == 0 ? 0 : CodeOf(errno);
+}
+
+std::optional<WideText> Get(WideView name)
+{
+    if (IsHidden(name)) {
+        Hidden& table = Table();
+        const std::lock_guard lock(table.mutex);
+        const auto found = table.variables.find(WideText(name));
+        return found == table.variables.end() ? std::nullopt : std::optional(found->second);
+    }
+    const auto host_name = ToUtf8(name);
+    const auto value = host_name ? HostVariable(host_name->c_str()) : std::nullopt;
+    return value ? FromUtf8(*value) : std::nullopt;
+}
+
+template <class Store>
+DWORD GetVariable(LPCWSTR name, Store store)
+{
+    const auto value = name && IsName(name) ? Get(name) : std::nullopt;
+    if (value) {
+        if (value->empty())
+            SetLastError(ERROR_SUCCESS);
+        return store(*value);
+    }
+    SetLastError(ERROR_ENVVAR_NOT_FOUND);
+    return 0;
+}
+} // namespace
+
+std::optional<std::string> HostVariable(const char* name)
+{
+    const std::lock_guard lock(Table().mutex);
+    const char* const value = std::getenv(name);
+    return value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+BOOL SetEnvironmentVariableW(LPCWSTR lpName, LPCWSTR lpValue)
+{
+    return Guarded(FALSE, [&] {
+        if (!lpName || !IsName(lpName))
+            return Finish(ERROR_INVALID_PARAMETER);
+        return Finish(IsHidden(lpName) ? SetHidden(lpName, lpValue) : SetOnHost(lpName, lpValue));
+    });
+}
+
+BOOL SetEnvironmentVariableA(LPCSTR lpName, LPCSTR lpValue)
+{
+    return Guarded(FALSE,
+                   [&] { return SetEnvironmentVariableW(Widened(lpName), Widened(lpValue)); });
+}
+
+DWORD GetEnvironmentVariableW(LPCWSTR lpName, LPWSTR lpBuffer, DWORD nSize)
+{
+    return Guarded(0U, [&] {
+        return GetVariable(
+            lpName, [&](const WideText& value) { return StoreText(value, nSize, lpBuffer); });
+    });
+}
+
+DWORD GetEnvironmentVariableA(LPCSTR lpName, LPSTR lpBuffer, DWORD nSize)
+{
+    return Guarded(0U, [&] {
+        return GetVariable(Widened(lpName), [&](const WideText& value) {
+            return StoreText(Narrowed(value), nSize, lpBuffer);
+        });
+    });
+}
+} // namespace winapi

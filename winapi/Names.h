@@ -1,0 +1,63 @@
+// winapi/Names.h: names of files, between the callers' wide or narrow text and the host's UTF-8.
+#pragma once
+
+#include "winapi/Errors.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace winapi
+{
+using WideText = std::basic_string<WCHAR>;
+using WideView = std::basic_string_view<WCHAR>;
+
+// Nothing when the text holds a lone surrogate.
+std::optional<std::string> ToUtf8(WideView text);
+// Nothing when the text is not well-formed UTF-8.
+std::optional<WideText> FromUtf8(std::string_view text);
+
+// The host's form of a name: UTF-8, every `\` a `/`. Nothing, with the last error set, when the name is null or
+// empty (code_if_empty) or holds a lone surrogate (123).
+std::optional<std::string> HostName(LPCWSTR name, DWORD code_if_empty = ERROR_PATH_NOT_FOUND);
+
+// The directory that holds the last component of a name, which may have separators behind it; "." and "/" where
+// no directory is named.
+std::string ParentOf(const std::string& path);
+// The last component of a name, without separators behind it.
+std::string_view LastComponent(const std::string& path);
+
+// The name seen from the root, as text only: "." and ".." are folded, the latter not above the root, and so are
+// doubled separators; one at the end stays. Nothing, with the last error set, without a current directory.
+std::optional<std::string> AbsoluteName(const std::string& path);
+// The current directory; nothing, with the last error set, when it has no name.
+std::optional<std::string> CurrentDirectory();
+
+// Text of the ANSI code page as wide text; null stays null.
+class Widened
+{
+public:
+    explicit Widened(LPCSTR narrow);
+    operator LPCWSTR() const { return null ? nullptr : text.c_str(); }
+
+private:
+    bool null;
+    WideText text;
+};
+
+// Wide text in the ANSI code page.
+std::string Narrowed(WideView text);
+
+// Copies a text and its terminator to a caller's buffer. Result: its length; where the room is too small, the size
+// needed, and nothing is written.
+template <class Char>
+DWORD StoreText(const std::basic_string<Char>& text, DWORD room, Char* buffer)
+{
+    const auto size = static_cast<DWORD>(text.size());
+    if (!buffer || size >= room)
+        return size + 1;
+    std::copy_n(text.c_str(), size + 1, buffer);
+    return size;
+}
+} // namespace winapi

@@ -1,0 +1,104 @@
+// winapi/Posix.h: the calls of the host that the services make, in one table.
+#pragma once
+
+#include "winapi/Types.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+namespace winapi
+{
+// Each entry is the host's call of that name, with its own results and errno. A test may put a pointer of its own
+// in place of one while no other thread is within a service; the product never writes here.
+struct Posix
+{
+    // Files.
+    int (*open)(const char* path, int flags, mode_t mode);
+    int (*close)(int fd);
+    ssize_t (*read)(int fd, void* data, size_t size);
+    ssize_t (*write)(int fd, const void* data, size_t size);
+    ssize_t (*pread)(int fd, void* data, size_t size, off_t offset);
+    ssize_t (*pwrite)(int fd, const void* data, size_t size, off_t offset);
+    ssize_t (*copy_file_range)(int from, off_t* from_offset, int to, off_t* to_offset, size_t size,
+                               unsigned flags);
+    off_t (*lseek)(int fd, off_t offset, int whence);
+    int (*ftruncate)(int fd, off_t size);
+    int (*posix_fallocate)(int fd, off_t offset, off_t size); // The error number is the result.
+    int (*posix_fadvise)(int fd, off_t offset, off_t size, int advice);
+    int (*fsync)(int fd);
+    int (*fcntl)(int fd, int command, struct flock* lock);
+    // Facts and attributes.
+    int (*fstat)(int fd, struct stat* facts);
+    int (*stat)(const char* path, struct stat* facts);
+    int (*statx)(int directory, const char* path, int flags, unsigned mask, struct statx* facts);
+    int (*fchmod)(int fd, mode_t mode);
+    int (*chmod)(const char* path, mode_t mode);
+    int (*futimens)(int fd, const struct timespec times[2]);
+    ssize_t (*getxattr)(const char* path, const char* name, void* value, size_t size);
+    int (*setxattr)(const char* path, const char* name, const void* value, size_t size, int flags);
+    int (*removexattr)(const char* path, const char* name);
+    ssize_t (*fgetxattr)(int fd, const char* name, void* value, size_t size);
+    int (*fsetxattr)(int fd, const char* name, const void* value, size_t size, int flags);
+    int (*fremovexattr)(int fd, const char* name);
+    // Names.
+    int (*unlink)(const char* path);
+    int (*rename)(const char* from, const char* to);
+    int (*renameat2)(int from_directory, const char* from, int to_directory, const char* to,
+                     unsigned flags);
+    int (*mkdir)(const char* path, mode_t mode);
+    int (*rmdir)(const char* path);
+    int (*chdir)(const char* path);
+    char* (*getcwd)(char* buffer, size_t size);
+    // Memory.
+    void* (*mmap)(void* address, size_t size, int protection, int flags, int fd, off_t offset);
+    int (*munmap)(void* address, size_t size);
+    int (*msync)(void* address, size_t size, int flags);
+    // Time.
+    int (*nanosleep)(const struct timespec* span, struct timespec* rest);
+};
+
+extern WINAPI_EXPORT Posix posix;
+
+// Repeats a call that a signal interrupted.
+template <class Call>
+auto Retried(Call call) -> decltype(call())
+{
+    for (;;) {
+        const auto result = call();
+        if (result != -1 || errno != EINTR)
+            return result;
+    }
+}
+
+// A descriptor that is closed at the end of its scope.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number = -1) : fd(number) {}
+    Descriptor(Descriptor&& other) noexcept : fd(other.Release()) {}
+    Descriptor& operator=(Descriptor&& other) noexcept
+    {
+        if (this != &other)
+            Reset(other.Release());
+        return *this;
+    }
+    ~Descriptor() { Reset(); }
+
+    explicit operator bool() const { return fd >= 0; }
+    int Get() const { return fd; }
+    int Release()
+    {
+        const int number = fd;
+        fd = -1;
+        return number;
+    }
+    // Leaves errno alone, so that a failure can be told behind it.
+    void Reset(int number = -1);
+
+private:
+    int fd;
+};
+} // namespace winapi

@@ -1,0 +1,44 @@
+// winapi/Wildcard.cpp
+#include "Wildcard.h"
+
+#include <vector>
+
+namespace winapi
+{
+namespace
+{
+bool MeansAll(WideView pattern)
+{
+    if (pattern.empty() || pattern[0] != '*')
+        return false;
+    pattern.remove_prefix(1);
+    return pattern.empty() || (pattern[0] == '.' &&
+                               (pattern.size() == 1 || (pattern.size() == 2 && pattern[1] == '*')));
+}
+} // namespace
+
+// Row by row: `reached[i]` tells whether the pattern up to the row fits the first i units of the name. A pattern that
+// would let a search with returns run wild costs no more than length times length.
+bool FitsPattern(WideView name, WideView pattern)
+{
+    if (MeansAll(pattern))
+        return true;
+    std::vector<char> reached(name.size() + 1);
+    reached[0] = 1;
+    for (const WCHAR mark : pattern) {
+        char before = 0; // What the row above had one place to the left.
+        for (std::size_t i = 0; i <= name.size(); ++i) {
+            const char above = reached[i];
+            const bool at_point = i == name.size() || name[i] == '.';
+            if (mark == '*')
+                reached[i] = above | (i > 0 ? reached[i - 1] : 0);
+            else if (mark == '?')
+                reached[i] = before | (above & at_point);
+            else
+                reached[i] = before & (i > 0 && name[i - 1] == mark);
+            before = above;
+        }
+    }
+    return reached[name.size()] != 0;
+}
+} // namespace winapi

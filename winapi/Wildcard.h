@@ -1,0 +1,17 @@
+// winapi/Wildcard.h: patterns of file names.
+#pragma once
+
+#include "Names.h"
+
+namespace winapi
+{
+// Whether a name fits a pattern; case counts. `*` stands for any text, `?` for one character, or for none in front of
+// a point or at the end. The patterns `*.*` and `*.` mean `*`, since the platform sees a point behind every name.
+bool FitsPattern(WideView name, WideView pattern);
+
+inline bool HasWildcard(WideView pattern)
+{
+    constexpr WCHAR marks[] = {'*', '?'};
+    return pattern.find_first_of(marks, 0, 2) != WideView::npos;
+}
+} // namespace winapi
