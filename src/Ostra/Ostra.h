@@ -1,6 +1,8 @@
 // Ostra/Ostra.h: the whole library.
 #pragma once
 
+#include <Ostra/ARRAY/Array.h>
+#include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/DatabaseError.h>
@@ -10,4 +12,5 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 #include <Ostra/Frame/Shared.h>
 #include <Ostra/Frame/Type.h>
+#include <Ostra/SortedArray/VoidSortedArray.h>
 #include <System/OS/OS.h>

@@ -1,0 +1,309 @@
+// Ostra/ARRAY/VoidArray.cpp: a growable sequence of raw items of one size.
+#include <Ostra/ARRAY/VoidArray.h>
+
+#include <Ostra/Frame/Report.h>
+
+#include <cstdlib>
+#include <cstring>
+
+static constexpr char qccz_Source[] = "Ostra/ARRAY/VoidArray";
+
+static constexpr unsigned ALL = 0xFFFFFFFF;
+
+// Most items are of 1, 2 or 4 bytes: a copy of a size known here is one load and one store.
+static inline void v_CopyItem(void* pv_To, const void* pcv_From, unsigned n_Size)
+{
+    switch (n_Size) {
+    case 1:
+        std::memcpy(pv_To, pcv_From, 1);
+        return;
+    case 2:
+        std::memcpy(pv_To, pcv_From, 2);
+        return;
+    case 4:
+        std::memcpy(pv_To, pcv_From, 4);
+        return;
+    default:
+        std::memcpy(pv_To, pcv_From, n_Size);
+    }
+}
+
+// ---- Construction -------------------------------------------------------------------------
+
+CT_VoidArray::CT_VoidArray(unsigned n_Item) : n_ItemSize(n_Item), co_Buffer(0, 8 * n_Item) {}
+
+CT_VoidArray::CT_VoidArray(unsigned n_Item, unsigned n_Growth, unsigned n_Size)
+    : n_ItemSize(n_Item),
+      co_Buffer(n_Size * n_Item, n_Growth * n_Item)
+{}
+
+CT_VoidArray::CT_VoidArray(const CT_VoidArray* pcco_Array)
+    : n_ItemSize(pcco_Array->n_ItemSize),
+      co_Buffer(&pcco_Array->co_Buffer)
+{}
+
+CT_VoidArray::CT_VoidArray(const CT_Buffer* pcco_Buffer, unsigned n_Item)
+    : n_ItemSize(n_Item),
+      co_Buffer(pcco_Buffer)
+{}
+
+void CT_VoidArray::v_Set(unsigned n_Growth, unsigned n_Size, int b_Keep)
+{
+    co_Buffer.v_SetGrowth(n_Growth * n_ItemSize);
+    if (b_Keep && n_GetMaxItems() >= n_Size)
+        co_Buffer.v_SetUsedSize(0);
+    else
+        co_Buffer.v_SetSize(n_Size * n_ItemSize, 0);
+}
+
+void CT_VoidArray::v_Set(const CT_VoidArray* pcco_Array)
+{
+    co_Buffer.v_Set(&pcco_Array->co_Buffer);
+}
+
+void CT_VoidArray::v_Set(const CT_Buffer* pcco_Buffer)
+{
+    co_Buffer.v_Set(pcco_Buffer);
+}
+
+void* CT_VoidArray::operator new(std::size_t n_Size) noexcept
+{
+    return CT_Report::spv_New(n_Size, qccz_Source);
+}
+
+void CT_VoidArray::operator delete(void* pv_Object)
+{
+    std::free(pv_Object);
+}
+
+// ---- Access -------------------------------------------------------------------------------
+
+void CT_VoidArray::v_GetAt(void* pv_Item, int i_Index) const
+{
+    const unsigned n_At = (static_cast<unsigned>(i_Index) - 1) * n_ItemSize;
+    if (n_At + n_ItemSize - 1 < co_Buffer.n_GetMaximumSize())
+        v_CopyItem(pv_Item, static_cast<const char*>(co_Buffer.qcv_Get()) + n_At, n_ItemSize);
+}
+
+void CT_VoidArray::v_SetAt(const void* pcv_Item, int i_Index)
+{
+    co_Buffer.v_CopyWeWrite();
+    const unsigned n_At = (static_cast<unsigned>(i_Index) - 1) * n_ItemSize;
+    if (n_At + n_ItemSize - 1 < co_Buffer.n_GetMaximumSize()) {
+        char* pc_Data = static_cast<char*>(const_cast<void*>(co_Buffer.qcv_Get()));
+        v_CopyItem(pc_Data + n_At, pcv_Item, n_ItemSize);
+    }
+}
+
+// ---- Search and comparison ----------------------------------------------------------------
+
+unsigned CT_VoidArray::n_Find(const void* pcv_Item) const
+{
+    switch (n_ItemSize) {
+    case 1:
+        return n_FindNumber<unsigned char>(pcv_Item);
+    case 2:
+        return n_FindNumber<unsigned short>(pcv_Item);
+    case 4:
+        return n_FindNumber<unsigned>(pcv_Item);
+    case 8:
+        return n_FindNumber<unsigned long long>(pcv_Item);
+    }
+    const char* pcc_Item = static_cast<const char*>(co_Buffer.qcv_Get());
+    const unsigned n_Count = n_GetCount();
+    for (unsigned n_Index = 1; n_Index <= n_Count; n_Index++, pcc_Item += n_ItemSize) {
+        if (!std::memcmp(pcc_Item, pcv_Item, n_ItemSize))
+            return n_Index;
+    }
+    return 0;
+}
+
+// The search for items as wide as a number. Behind the block's header they aren't aligned for it.
+template <class T>
+unsigned CT_VoidArray::n_FindNumber(const void* pcv_Item) const
+{
+    const char* pcc_Item = static_cast<const char*>(co_Buffer.qcv_Get());
+    const unsigned n_Count = n_GetCount();
+    T Wanted, Found;
+    std::memcpy(&Wanted, pcv_Item, sizeof(T));
+    for (unsigned n_Index = 1; n_Index <= n_Count; n_Index++, pcc_Item += sizeof(T)) {
+        std::memcpy(&Found, pcc_Item, sizeof(T));
+        if (Found == Wanted)
+            return n_Index;
+    }
+    return 0;
+}
+
+int CT_VoidArray::b_IsEqual(const CT_VoidArray* pcco_Array) const
+{
+    if (n_GetCount() != pcco_Array->n_GetCount() || n_ItemSize != pcco_Array->n_ItemSize)
+        return 0;
+    return !n_GetCount() || co_Buffer.b_IsEqual(&pcco_Array->co_Buffer, 0, ALL, 0);
+}
+
+// ---- Change -------------------------------------------------------------------------------
+
+// Room for one item more. A full array takes its growth; the buffer's rounding may give it more.
+void CT_VoidArray::v_Reserve()
+{
+    if (co_Buffer.n_GetUsedSize() + n_ItemSize <= co_Buffer.n_GetMaximumSize())
+        return;
+    if (n_GetCount() == n_GetMaxItems())
+        v_SetSize(n_GetMaxItems() + n_GetGrowth());
+}
+
+void CT_VoidArray::v_Insert(const void* pcv_Item)
+{
+    v_Reserve();
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    co_Buffer.v_Append(pcv_Item, n_ItemSize);
+    b_Settle(n_Used, n_ItemSize, n_Used);
+}
+
+void CT_VoidArray::v_Insert(const void* pcv_Item, unsigned n_Count)
+{
+    // Kept: the room becomes just what is needed: the growth is for items that come one by one.
+    if (n_GetCount() + n_Count > n_GetMaxItems())
+        v_SetSize(n_GetCount() + n_Count);
+    int b_Whole = 1;
+    for (; n_Count && b_Whole; n_Count--) {
+        const unsigned n_Used = co_Buffer.n_GetUsedSize();
+        co_Buffer.v_Append(pcv_Item, n_ItemSize);
+        b_Whole = b_Settle(n_Used, n_ItemSize, n_Used);
+    }
+}
+
+void CT_VoidArray::v_InsertAt(const void* pcv_Item, unsigned n_Index)
+{
+    v_Reserve();
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    co_Buffer.v_Insert(pcv_Item, n_ItemSize, (n_Index - 1) * n_ItemSize);
+    b_Settle(n_Used, n_ItemSize, (n_Index - 1) * n_ItemSize);
+}
+
+// Behind a failed growth the buffer has inserted only what fitted; that goes again, so that items
+// stay whole. Whether all was inserted.
+int CT_VoidArray::b_Settle(unsigned n_Used, unsigned n_Bytes, unsigned n_Offset)
+{
+    const unsigned n_Inserted = co_Buffer.n_GetUsedSize() - n_Used;
+    if (n_Inserted == n_Bytes)
+        return 1;
+    if (n_Inserted)
+        co_Buffer.v_Remove(n_Inserted, n_Offset);
+    return 0;
+}
+
+// The bytes of n_Count items of the other array.
+unsigned CT_VoidArray::n_GetBytes(const CT_VoidArray* pcco_Array, unsigned n_Count) const
+{
+    // Kept: -1 stands for the other's number of items even when the range begins behind its first.
+    return (n_Count == ALL ? pcco_Array->n_GetCount() : n_Count) * n_ItemSize;
+}
+
+// How many of n_Bytes bytes at n_From the other array has; a range may pass its end.
+unsigned CT_VoidArray::n_GetHeld(const CT_VoidArray* pcco_Array, unsigned n_From,
+                                 unsigned n_Bytes) const
+{
+    const unsigned n_Used = pcco_Array->co_Buffer.n_GetUsedSize();
+    const unsigned n_Rest = n_From < n_Used ? n_Used - n_From : 0;
+    return n_Bytes < n_Rest ? n_Bytes : n_Rest;
+}
+
+void CT_VoidArray::v_Insert(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count,
+                            unsigned n_At)
+{
+    b_InsertFrom(pcco_Array, n_First, n_Count, n_At);
+}
+
+// Whether all was inserted.
+int CT_VoidArray::b_InsertFrom(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count,
+                               unsigned n_At)
+{
+    const unsigned n_From = (n_First - 1) * n_ItemSize;
+    const unsigned n_To = (n_At - 1) * n_ItemSize;
+    const unsigned n_Bytes = n_GetBytes(pcco_Array, n_Count);
+    const unsigned n_Held = n_GetHeld(pcco_Array, n_From, n_Bytes);
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    if (n_Held == n_Bytes) {
+        co_Buffer.v_Insert(&pcco_Array->co_Buffer, n_From, n_Bytes, n_To);
+        return b_Settle(n_Used, n_Bytes, n_To);
+    }
+    co_Buffer.v_Insert(static_cast<unsigned char>(0), n_Bytes, n_To);
+    if (!b_Settle(n_Used, n_Bytes, n_To))
+        return 0;
+    co_Buffer.v_Replace(&pcco_Array->co_Buffer, n_From, n_Held, n_To);
+    return 1;
+}
+
+void CT_VoidArray::v_Append(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count)
+{
+    v_Insert(pcco_Array, n_First, n_Count, n_GetCount() + 1);
+}
+
+void CT_VoidArray::v_Replace(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count,
+                             unsigned n_At)
+{
+    const unsigned n_From = (n_First - 1) * n_ItemSize;
+    const unsigned n_To = (n_At - 1) * n_ItemSize;
+    const unsigned n_Bytes = n_GetBytes(pcco_Array, n_Count);
+    const unsigned n_Held = n_GetHeld(pcco_Array, n_From, n_Bytes);
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    if (n_Held != n_Bytes)
+        co_Buffer.v_Replace(static_cast<unsigned char>(0), n_Bytes, n_To);
+    co_Buffer.v_Replace(&pcco_Array->co_Buffer, n_From, n_Held, n_To);
+    // Behind a failed growth the last item may be cut: it goes, so that items stay whole.
+    const unsigned n_Now = co_Buffer.n_GetUsedSize();
+    if (n_Now > n_Used && n_Now < n_To + n_Bytes)
+        co_Buffer.v_SetUsedSize(n_Now - (n_Now - n_Used) % n_ItemSize);
+}
+
+void CT_VoidArray::v_RemoveAt(unsigned n_Index)
+{
+    co_Buffer.v_Remove(n_ItemSize, (n_Index - 1) * n_ItemSize);
+}
+
+void CT_VoidArray::v_Remove(unsigned n_First, unsigned n_Last)
+{
+    co_Buffer.v_Remove((n_Last - n_First + 1) * n_ItemSize, (n_First - 1) * n_ItemSize);
+}
+
+void CT_VoidArray::v_AtInsertCopy(unsigned n_At, unsigned n_First, unsigned n_Last)
+{
+    co_Buffer.v_AtInsertCopy((n_First - 1) * n_ItemSize, (n_Last - n_First + 1) * n_ItemSize,
+                             (n_At - 1) * n_ItemSize);
+}
+
+void CT_VoidArray::v_AtInsertCopy(unsigned n_At, unsigned n_First, unsigned n_Last,
+                                  const CT_VoidArray* pcco_Array)
+{
+    v_Insert(pcco_Array, n_First, n_Last - n_First + 1, n_At);
+}
+
+void CT_VoidArray::v_AtInsertMove(unsigned n_At, unsigned n_First, unsigned n_Last)
+{
+    if (n_First == n_At || n_At == n_Last + 1)
+        return;
+    co_Buffer.v_AtInsertMove((n_First - 1) * n_ItemSize, (n_Last - n_First + 1) * n_ItemSize,
+                             (n_At - 1) * n_ItemSize);
+}
+
+void CT_VoidArray::v_AtInsertMove(unsigned n_At, unsigned n_First, unsigned n_Last,
+                                  CT_VoidArray* pco_Array)
+{
+    // Items that could not be inserted here stay there.
+    if (b_InsertFrom(pco_Array, n_First, n_Last - n_First + 1, n_At))
+        pco_Array->v_Remove(n_First, n_Last);
+}
+
+// ---- Storage ------------------------------------------------------------------------------
+
+void CT_VoidArray::v_SetSize(unsigned n_Items)
+{
+    if (n_GetMaxItems() != n_Items)
+        co_Buffer.v_SetSize(n_Items * n_ItemSize, 1);
+}
+
+void CT_VoidArray::v_SetGrowth(unsigned n_Items)
+{
+    co_Buffer.v_SetGrowth(n_Items * n_ItemSize);
+}
