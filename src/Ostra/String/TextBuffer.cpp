@@ -1,0 +1,298 @@
+// Ostra/String/TextBuffer.cpp
+#include <Ostra/String/TextBuffer.h>
+
+#include <Ostra/Frame/Report.h>
+
+#include <algorithm>
+
+static constexpr char qccz_Source[] = "Ostra/String/TextBuffer";
+
+// ---- Access ---------------------------------------------------------------------------------
+
+template <class Unit>
+unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, Unit c_Find, unsigned n_From)
+{
+    // The terminator can be found too, also that of a string without a block.
+    const unsigned n_Count = std::max(sn_Used(co), 1u);
+    if (n_From >= n_Count)
+        return Text::NONE;
+    const unsigned n = Text::sn_Find(spc_Get(co) + n_From, n_Count - n_From, c_Find);
+    return n == Text::NONE ? n : n + n_From;
+}
+
+template <class Unit>
+unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, const Unit* qc_Find, unsigned n_From)
+{
+    if (!*qc_Find)
+        return n_From;
+    if (n_From >= sn_Length(co))
+        return Text::NONE;
+    const unsigned n = Text::sn_Find(spc_Get(co) + n_From, sn_Length(co) - n_From, qc_Find,
+                                     Text::sn_Length(qc_Find));
+    return n == Text::NONE ? n : n + n_From;
+}
+
+// ---- Room -----------------------------------------------------------------------------------
+
+// True if the buffer has given itself the room of that size, or had it. It doesn't say so; its room does.
+template <class Unit>
+bool CT_TextBuffer<Unit>::sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b_Keep)
+{
+    // A size that the buffer's sums can't hold is more than any heap has.
+    if (n_Bytes + co.n_GetGrowth() + 16 > 0xFFFFFFFF) {
+        CT_Report::sv_Memory(qccz_Source);
+        return false;
+    }
+    co.v_SetSize(static_cast<unsigned>(n_Bytes), b_Keep);
+    return co.n_GetUseCount() < 2 && co.n_GetMaximumSize() >= n_Bytes &&
+           co.n_GetMaximumSize() - n_Bytes < co.n_GetGrowth();
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_SetSize(CT_Buffer& co, unsigned n_Length, int b_Keep)
+{
+    if (!n_Length) {
+        co.v_SetSize(0, 0);
+        return;
+    }
+    if (!sb_SetSize(co, (std::uint64_t(n_Length) + 1) * SIZE, b_Keep))
+        return;
+    if (!b_Keep || !co.n_GetUsedSize())
+        sv_End(co, 0);
+    else if (sn_Used(co) > n_Length)
+        sv_End(co, n_Length);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_SetLength(CT_Buffer& co, unsigned n_Length)
+{
+    // Kept: a length of 0 gives back the room as well.
+    if (!n_Length)
+        sb_SetEmpty(co, 1);
+    else if (spc_Prepare(co, n_Length, 0))
+        sv_End(co, n_Length);
+}
+
+template <class Unit>
+bool CT_TextBuffer<Unit>::sb_SetEmpty(CT_Buffer& co, std::uint64_t n_Room)
+{
+    if (!sb_SetSize(co, n_Room * SIZE, 0))
+        return false;
+    sv_End(co, 0);
+    return true;
+}
+
+template <class Unit>
+bool CT_TextBuffer<Unit>::sb_MakeEmpty(CT_Buffer& co, unsigned n_Length)
+{
+    if (n_Length >= sn_Room(co))
+        return sb_SetEmpty(co, std::uint64_t(n_Length) + 1);
+    if (!b_Own(co))
+        return false;
+    sv_End(co, 0);
+    return true;
+}
+
+template <class Unit>
+Unit* CT_TextBuffer<Unit>::spc_Prepare(CT_Buffer& co, std::uint64_t n_Count, unsigned n_Offset)
+{
+    const auto n_Length =
+        static_cast<unsigned>(std::min<std::uint64_t>(n_Count + n_Offset, 0xFFFFFFFF));
+    sv_SetMinSize(co, n_Length, 1);
+    return n_Length < sn_Room(co) && b_Own(co) ? spc_Data(co) + n_Offset : 0;
+}
+
+template <class Unit>
+Unit* CT_TextBuffer<Unit>::spc_Target(CT_Buffer& co, std::uint64_t n_Bytes)
+{
+    if (!b_Own(co) || (co.n_GetMaximumSize() < n_Bytes && !sb_SetSize(co, n_Bytes, 0)))
+        return 0;
+    return spc_Data(co);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_End(CT_Buffer& co, unsigned n_Length)
+{
+    spc_Data(co)[n_Length] = 0;
+    co.v_SetUsedSize((n_Length + 1) * SIZE);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Update(CT_Buffer& co)
+{
+    // A text that lost its terminator ends with the room.
+    const unsigned n_Room = sn_Room(co);
+    const unsigned n_Length = Text::sn_Length(spc_Get(co), n_Room);
+    if (n_Room && b_Own(co))
+        sv_End(co, std::min(n_Length, n_Room - 1));
+}
+
+// ---- Change ---------------------------------------------------------------------------------
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_SetAt(CT_Buffer& co, Unit c_New, unsigned n_Offset)
+{
+    if (n_Offset >= sn_Room(co) || !b_Own(co))
+        return;
+    if (c_New)
+        spc_Data(co)[n_Offset] = c_New;
+    else
+        sv_End(co, n_Offset);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Fill(CT_Buffer& co, Unit c_Fill, unsigned n_Count, unsigned n_Offset,
+                                  bool b_Cut)
+{
+    // Nothing at the start of a string without a block leaves an empty text in a block.
+    if (!n_Count && !n_Offset && !sn_Room(co)) {
+        sb_SetEmpty(co, 1);
+        return;
+    }
+    Unit* pc_Fill = spc_Prepare(co, n_Count, n_Offset);
+    if (!pc_Fill)
+        return;
+    std::fill_n(pc_Fill, n_Count, c_Fill);
+    if (sn_Used(co) <= n_Count + n_Offset)
+        sv_End(co, n_Count + n_Offset);
+    else if (b_Cut)
+        pc_Fill[n_Count] = 0;
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_StringReplace(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
+                                           unsigned n_Offset)
+{
+    if (!n_Count && !n_Offset) {
+        sv_SetLength(co, 0);
+        return;
+    }
+    const Hold co_Hold(co, pcc_Text);
+    Unit* pc_To = spc_Prepare(co, n_Count, n_Offset);
+    if (!pc_To)
+        return;
+    if (n_Count)
+        std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
+    // Kept: what stood behind the replaced range goes.
+    sv_End(co, n_Count + n_Offset);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_StringInsert(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
+                                          unsigned n_Offset)
+{
+    const Hold co_Hold(co, pcc_Text);
+    const std::uint64_t n_Bytes = co.n_GetUsedSize() + std::uint64_t(n_Count) * SIZE;
+    if (n_Bytes > co.n_GetMaximumSize() ? sb_SetSize(co, n_Bytes, 1) : b_Own(co))
+        co.v_Insert(pcc_Text, n_Count * SIZE, std::min(n_Offset, sn_Length(co)) * SIZE);
+}
+
+// Where n_Count characters more go, with the used size and the terminator set behind them; null without the room.
+template <class Unit>
+Unit* CT_TextBuffer<Unit>::spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsigned n_Factor)
+{
+    if (!co.n_GetUsedSize() && !sb_SetSize(co, 1, 1))
+        return 0;
+    const unsigned n_Used = std::max(co.n_GetUsedSize(), SIZE);
+    const std::uint64_t n_Bytes = n_Used + std::uint64_t(n_Count) * SIZE;
+    if (!(n_Bytes > co.n_GetMaximumSize() ? sb_SetSize(co, n_Factor * n_Bytes, 1) : b_Own(co)))
+        return 0;
+    Unit* pc_To = spc_Data(co) + n_Used / SIZE - 1;
+    pc_To[n_Count] = 0;
+    co.v_SetUsedSize(static_cast<unsigned>(n_Bytes));
+    return pc_To;
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Append(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count)
+{
+    const Hold co_Hold(co, pcc_Text);
+    if (Unit* pc_To = spc_AppendRoom(co, n_Count, 1))
+        std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Append(CT_Buffer& co, Unit c_Append, unsigned n_Factor)
+{
+    if (Unit* pc_To = spc_AppendRoom(co, 1, n_Factor))
+        *pc_To = c_Append;
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Remove(CT_Buffer& co, unsigned n_Count, unsigned n_Offset)
+{
+    const unsigned n_Length = sn_Length(co);
+    n_Count = std::min(n_Count, n_Length - std::min(n_Offset, n_Length));
+    if (n_Count && b_Own(co))
+        co.v_Remove(n_Count * SIZE, n_Offset * SIZE);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_StripLeft(CT_Buffer& co)
+{
+    const Unit* qc_Rest = spc_Get(co);
+    while (Text::sb_IsSpace(*qc_Rest))
+        ++qc_Rest;
+    sv_Remove(co, static_cast<unsigned>(qc_Rest - spc_Get(co)), 0);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Strip(CT_Buffer& co, const Unit* qc_Set)
+{
+    sv_Remove(co, Text::sn_Span(spc_Get(co), qc_Set), 0);
+    const unsigned n_Length = sn_Length(co);
+    unsigned n_End = n_Length;
+    while (n_End > 1 && Text::sb_InSet(spc_Get(co)[n_End - 1], qc_Set))
+        --n_End;
+    sv_Remove(co, n_Length - n_End, n_End);
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_CutInPlace(CT_Buffer& co, unsigned n_Length)
+{
+    if (n_Length < sn_Room(co))
+        spc_Data(co)[n_Length] = 0;
+}
+
+// Translates the characters from pc_Rest on, which itself goes, and yields the new end.
+template <class Unit>
+Unit* CT_TextBuffer<Unit>::spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* qc_From,
+                                       const Unit* qc_To, unsigned n_To)
+{
+    Unit* pc_Write = pc_Rest;
+    while (++pc_Rest < pc_End) {
+        const unsigned n = Text::sn_Index(*pc_Rest, qc_From);
+        if (n == Text::NONE)
+            *pc_Write++ = *pc_Rest;
+        else if (n < n_To)
+            *pc_Write++ = qc_To[n];
+    }
+    return pc_Write;
+}
+
+template <class Unit>
+void CT_TextBuffer<Unit>::sv_Translate(CT_Buffer& co, const Unit* qc_From, const Unit* qc_To,
+                                       unsigned n_To)
+{
+    const unsigned n_Length = sn_Length(co);
+    Unit* pc_Text = spc_Data(co);
+    for (unsigned n = 0; n < n_Length; ++n) {
+        const unsigned n_Index = Text::sn_Index(pc_Text[n], qc_From);
+        if (n_Index == Text::NONE)
+            continue;
+        if (n_Index < n_To) {
+            // Kept: a replacement goes into the block as it stands, for all strings that share it.
+            pc_Text[n] = qc_To[n_Index];
+            continue;
+        }
+        if (!b_Own(co))
+            return;
+        pc_Text = spc_Data(co);
+        Unit* pc_End = spc_Compact(pc_Text + n, pc_Text + n_Length, qc_From, qc_To, n_To);
+        sv_End(co, static_cast<unsigned>(pc_End - pc_Text));
+        return;
+    }
+}
+
+template class CT_TextBuffer<char>;
+template class CT_TextBuffer<unsigned short>;

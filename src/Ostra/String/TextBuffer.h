@@ -1,0 +1,135 @@
+// Ostra/String/TextBuffer.h: a terminated text in a buffer, the same for bytes and for 16-bit units. Internal.
+#pragma once
+
+#include <Ostra/Buffer/Buffer.h>
+#include <Ostra/String/TextOperations.h>
+
+// The work of the two string classes on their buffer. Lengths, counts and offsets are characters.
+//
+// An operation that finds no room after it asked for it stops, with the report of the buffer set and the text as it was.
+template <class Unit>
+class CT_TextBuffer
+{
+public:
+    using Text = CT_TextOperations<Unit>;
+
+    static constexpr unsigned SIZE = sizeof(Unit);
+    // What an empty string reads as.
+    static constexpr Unit EMPTY[4] = {};
+
+    // ---- Access -----------------------------------------------------------------------------
+
+    static const Unit* spc_Get(const CT_Buffer& co)
+    {
+        return co.n_GetUsedSize() ? static_cast<const Unit*>(co.qcv_Get()) : EMPTY;
+    }
+    static Unit sc_GetAt(const CT_Buffer& co, unsigned n_Offset)
+    {
+        return n_Offset < sn_Room(co) ? spc_Data(co)[n_Offset] : Unit(0);
+    }
+    static unsigned sn_Length(const CT_Buffer& co) { return sn_LessTerminator(sn_Used(co)); }
+    static unsigned sn_MaximumLength(const CT_Buffer& co) { return sn_LessTerminator(sn_Room(co)); }
+    // The text from an offset on; empty behind the end.
+    static const Unit* spc_From(const CT_Buffer& co, unsigned n_Offset)
+    {
+        return n_Offset <= sn_Length(co) ? spc_Get(co) + n_Offset : EMPTY;
+    }
+    static unsigned sn_FindFrom(const CT_Buffer& co, Unit c_Find, unsigned n_From);
+    static unsigned sn_FindFrom(const CT_Buffer& co, const Unit* qc_Find, unsigned n_From);
+
+    // ---- Room -------------------------------------------------------------------------------
+
+    static void sv_SetSize(CT_Buffer& co, unsigned n_Length, int b_Keep);
+    static void sv_SetMinSize(CT_Buffer& co, unsigned n_Length, int b_Keep)
+    {
+        if (!b_Fits(co, n_Length))
+            sv_SetSize(co, n_Length, b_Keep);
+    }
+    static void sv_SetLength(CT_Buffer& co, unsigned n_Length);
+    // An empty text in a block of n_Room characters; false without the room.
+    static bool sb_SetEmpty(CT_Buffer& co, std::uint64_t n_Room);
+    // An empty text in the block, or in a larger one where n_Length doesn't fit.
+    static bool sb_MakeEmpty(CT_Buffer& co, unsigned n_Length);
+    static void sv_Update(CT_Buffer& co);
+
+    // ---- Change -----------------------------------------------------------------------------
+
+    static void sv_SetAt(CT_Buffer& co, Unit c_New, unsigned n_Offset);
+    // Fills, and writes a terminator behind the range: b_Cut even within the text, whose length stays in any case.
+    static void sv_Fill(CT_Buffer& co, Unit c_Fill, unsigned n_Count, unsigned n_Offset,
+                        bool b_Cut);
+    static void sv_StringReplace(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
+                                 unsigned n_Offset);
+    // Room behind n_Offset for a conversion into a block of the string's own; null when there is none.
+    static Unit* spc_Prepare(CT_Buffer& co, std::uint64_t n_Count, unsigned n_Offset);
+    // Room for a conversion of n_Bytes in a block of the string's own, whose content goes; null when there is none.
+    static Unit* spc_Target(CT_Buffer& co, std::uint64_t n_Bytes);
+    // Ends the text at that length.
+    static void sv_End(CT_Buffer& co, unsigned n_Length);
+    // The string has a block.
+    static void sv_StringInsert(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
+                                unsigned n_Offset);
+    static void sv_Append(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count);
+    // Asks for n_Factor times the room that it needs.
+    static void sv_Append(CT_Buffer& co, Unit c_Append, unsigned n_Factor);
+    static void sv_Remove(CT_Buffer& co, unsigned n_Count, unsigned n_Offset);
+    static void sv_StripLeft(CT_Buffer& co);
+    static void sv_Strip(CT_Buffer& co, const Unit* qc_Set);
+    // Cuts the text in the block as it stands, shared or not.
+    static void sv_CutInPlace(CT_Buffer& co, unsigned n_Length);
+    static void sv_Translate(CT_Buffer& co, const Unit* qc_From, const Unit* qc_To, unsigned n_To);
+    static void sv_ToLower(CT_Buffer& co)
+    {
+        if (b_Own(co) && co.n_GetUsedSize())
+            Text::sv_ToLower(spc_Data(co));
+    }
+    static void sv_ToUpper(CT_Buffer& co)
+    {
+        if (b_Own(co) && co.n_GetUsedSize())
+            Text::sv_ToUpper(spc_Data(co));
+    }
+
+    // True if the block is now the string's own.
+    static bool b_Own(CT_Buffer& co)
+    {
+        co.v_CopyWeWrite();
+        return co.n_GetUseCount() < 2;
+    }
+
+private:
+    static unsigned sn_LessTerminator(unsigned n) { return n ? n - 1 : 0; }
+    static unsigned sn_Used(const CT_Buffer& co) { return co.n_GetUsedSize() / SIZE; }
+    static unsigned sn_Room(const CT_Buffer& co) { return co.n_GetMaximumSize() / SIZE; }
+    static Unit* spc_Data(const CT_Buffer& co)
+    {
+        return static_cast<Unit*>(const_cast<void*>(co.qcv_Get()));
+    }
+    static bool b_Fits(const CT_Buffer& co, unsigned n_Length)
+    {
+        return sn_Room(co) ? n_Length < sn_Room(co) : !n_Length;
+    }
+    static bool sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b_Keep);
+    static Unit* spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsigned n_Factor);
+    static Unit* spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* qc_From, const Unit* qc_To,
+                             unsigned n_To);
+    static bool sb_Inside(const CT_Buffer& co, const Unit* pcc_Text)
+    {
+        const auto n_Distance = reinterpret_cast<std::uintptr_t>(pcc_Text) -
+                                reinterpret_cast<std::uintptr_t>(co.qcv_Get());
+        return n_Distance < co.n_GetMaximumSize();
+    }
+
+    // Keeps the block alive while a text that lies in it is read.
+    class Hold
+    {
+    public:
+        Hold(const CT_Buffer& co, const Unit* pcc_Text)
+        {
+            if (sb_Inside(co, pcc_Text))
+                co_Hold.v_Set(&co);
+        }
+
+    private:
+        CT_Buffer co_Hold;
+    };
+};

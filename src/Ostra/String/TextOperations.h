@@ -1,0 +1,203 @@
+// Ostra/String/TextOperations.h: what is the same for texts of bytes and of 16-bit units. Internal.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+// Operations on zero-terminated or counted text, by the value of its characters. Nothing here allocates or knows of a
+// code page, a locale or a buffer.
+template <class Unit>
+class CT_TextOperations
+{
+public:
+    using Value = std::make_unsigned_t<Unit>;
+
+    static constexpr unsigned NONE = 0xFFFFFFFF;
+
+    // ---- Length -----------------------------------------------------------------------------
+
+    static unsigned sn_Length(const Unit* qc_Text)
+    {
+        const Unit* qc_End = qc_Text;
+        while (*qc_End)
+            ++qc_End;
+        return static_cast<unsigned>(qc_End - qc_Text);
+    }
+    // Reads no character behind the first terminator, and none from n_Max on.
+    static unsigned sn_Length(const Unit* qc_Text, unsigned n_Max);
+
+    // ---- Search -----------------------------------------------------------------------------
+
+    // The first c_Find among the n_Count characters and before the terminator, which can be looked for too.
+    static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, Unit c_Find);
+    // The same for a text of n_Find characters, at least one.
+    static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Find,
+                            unsigned n_Find);
+
+    // Where the character first stands in the set; a terminator stands nowhere.
+    static unsigned sn_Index(Unit c, const Unit* qc_Set)
+    {
+        for (unsigned n = 0; qc_Set[n]; ++n)
+            if (qc_Set[n] == c)
+                return n;
+        return NONE;
+    }
+    static bool sb_InSet(Unit c, const Unit* qc_Set) { return sn_Index(c, qc_Set) != NONE; }
+    // Leading characters of the text that are in the set.
+    static unsigned sn_Span(const Unit* qc_Text, const Unit* qc_Set)
+    {
+        const Unit* qc_Rest = qc_Text;
+        while (*qc_Rest && sb_InSet(*qc_Rest, qc_Set))
+            ++qc_Rest;
+        return static_cast<unsigned>(qc_Rest - qc_Text);
+    }
+
+    // ---- Comparison ---------------------------------------------------------------------------
+
+    // -1, 0 or 1.
+    static int si_Compare(const Unit* qc_Left, const Unit* qc_Right)
+    {
+        while (*qc_Left && *qc_Left == *qc_Right)
+            ++qc_Left, ++qc_Right;
+        return (Value(*qc_Left) > Value(*qc_Right)) - (Value(*qc_Left) < Value(*qc_Right));
+    }
+    // The difference of the first characters that differ among n_Count.
+    static int si_Compare(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Count)
+    {
+        for (; n_Count; --n_Count, ++qc_Left, ++qc_Right)
+            if (*qc_Left != *qc_Right || !*qc_Left)
+                return int(Value(*qc_Left)) - int(Value(*qc_Right));
+        return 0;
+    }
+
+    static bool sb_Match(const Unit* qc_Text, const Unit* qc_Pattern);
+
+    // ---- The C locale ---------------------------------------------------------------------------
+
+    static bool sb_IsSpace(Unit c) { return c == ' ' || (c >= 9 && c <= 13); }
+    static void sv_ToLower(Unit* qc_Text) { sv_ChangeCase(qc_Text, 'A'); }
+    static void sv_ToUpper(Unit* qc_Text) { sv_ChangeCase(qc_Text, 'a'); }
+
+private:
+    static void sv_ChangeCase(Unit* qc_Text, Unit c_First)
+    {
+        for (; *qc_Text; ++qc_Text)
+            if (Value(*qc_Text - c_First) < 26)
+                *qc_Text = static_cast<Unit>(*qc_Text ^ 0x20);
+    }
+
+    // A block of characters that are looked at together.
+    static constexpr unsigned BLOCK = 16 / sizeof(Unit);
+    typedef Value Block __attribute__((vector_size(16)));
+    typedef std::uint64_t Halves __attribute__((vector_size(16)));
+
+    static bool sb_Any(const Unit* qc_Text, Unit c_Find);
+    static bool sb_Any(const Unit* qc_First, const Unit* qc_Last, Unit c_First, Unit c_Last);
+};
+
+template <class Unit>
+unsigned CT_TextOperations<Unit>::sn_Length(const Unit* qc_Text, unsigned n_Max)
+{
+    if constexpr (sizeof(Unit) == 1) {
+        const void* pcv_End = std::memchr(qc_Text, 0, n_Max);
+        return pcv_End ? unsigned(static_cast<const Unit*>(pcv_End) - qc_Text) : n_Max;
+    }
+    unsigned n = 0;
+    // Each test stands before the next character is read.
+    while (n_Max - n >= 4 && qc_Text[n] && qc_Text[n + 1] && qc_Text[n + 2] && qc_Text[n + 3])
+        n += 4;
+    while (n < n_Max && qc_Text[n])
+        ++n;
+    return n;
+}
+
+// True if the block holds the character or a terminator.
+template <class Unit>
+bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_Text, Unit c_Find)
+{
+    Block aBlock;
+    std::memcpy(&aBlock, qc_Text, sizeof(aBlock));
+    const auto aHits = reinterpret_cast<Halves>((aBlock == Value(c_Find)) | (aBlock == Value(0)));
+    return (aHits[0] | aHits[1]) != 0;
+}
+
+// True if some place has the one character in the one block and the other in the other.
+template <class Unit>
+bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_First, const Unit* qc_Last, Unit c_First,
+                                     Unit c_Last)
+{
+    Block aFirst;
+    Block aLast;
+    std::memcpy(&aFirst, qc_First, sizeof(aFirst));
+    std::memcpy(&aLast, qc_Last, sizeof(aLast));
+    const auto aHits =
+        reinterpret_cast<Halves>((aFirst == Value(c_First)) & (aLast == Value(c_Last)));
+    return (aHits[0] | aHits[1]) != 0;
+}
+
+template <class Unit>
+unsigned CT_TextOperations<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count, Unit c_Find)
+{
+    unsigned n = 0;
+    while (n_Count - n >= BLOCK && !sb_Any(qc_Text + n, c_Find))
+        n += BLOCK;
+    for (; n < n_Count; ++n)
+        if (qc_Text[n] == c_Find)
+            return n;
+        else if (!qc_Text[n])
+            return NONE;
+    return NONE;
+}
+
+template <class Unit>
+unsigned CT_TextOperations<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count,
+                                          const Unit* qc_Find, unsigned n_Find)
+{
+    if (n_Count < n_Find)
+        return NONE;
+    const unsigned n_Places = n_Count - n_Find + 1;
+    const Unit* qc_Last = qc_Text + n_Find - 1;
+    for (unsigned n = 0; n < n_Places;) {
+        // Blocks without the first and the last character at their places are passed over.
+        const unsigned n_Stop = n_Places - n >= BLOCK ? n + BLOCK : n_Places;
+        if (n_Stop - n == BLOCK &&
+            !sb_Any(qc_Text + n, qc_Last + n, *qc_Find, qc_Find[n_Find - 1])) {
+            n = n_Stop;
+            continue;
+        }
+        for (; n < n_Stop; ++n)
+            if (qc_Text[n] == *qc_Find && !std::memcmp(qc_Text + n, qc_Find, n_Find * sizeof(Unit)))
+                return sn_Length(qc_Text, n) == n ? n : NONE;
+    }
+    return NONE;
+}
+
+// Only the last * seen can still take another character: if an earlier one could, so can this one.
+template <class Unit>
+bool CT_TextOperations<Unit>::sb_Match(const Unit* qc_Text, const Unit* qc_Pattern)
+{
+    // Kept: an empty pattern matches every text.
+    if (!*qc_Pattern)
+        return true;
+    const Unit* qc_Rest = 0; // the pattern behind the last *
+    const Unit* qc_Retry = 0;
+    for (;;) {
+        if (*qc_Pattern == '*') {
+            qc_Rest = ++qc_Pattern;
+            qc_Retry = qc_Text;
+            if (!*qc_Rest)
+                return true;
+        } else if (*qc_Text && (*qc_Pattern == '?' || *qc_Pattern == *qc_Text)) {
+            ++qc_Pattern;
+            ++qc_Text;
+        } else if (!*qc_Text)
+            return !*qc_Pattern;
+        else if (!qc_Rest)
+            return false;
+        else {
+            qc_Pattern = qc_Rest;
+            qc_Text = ++qc_Retry;
+        }
+    }
+}
