@@ -5,12 +5,26 @@
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/ErrorManager.h>
+#include <Ostra/Frame/OstraDLLMain.h>
+#include <Ostra/String/CString.h>
+#include <Ostra/String/UString.h>
 #include <System/OS/OS.h>
 
 #define OSTRA_STARTUP __attribute__((init_priority(1000)))
 
-// Nothing up to here may report: the error manager comes next.
+// The record of a class keeps the pointer to its name, and never writes there.
+static char* qcz_Name(const char* qccz_Literal)
+{
+    return const_cast<char*>(qccz_Literal);
+}
+
+CT_CString CT_OstraDLLMain::sco_ModuleName OSTRA_STARTUP;
 CT_Counter CT_Buffer::sco_AllocCount OSTRA_STARTUP;
+CT_Type CT_CString::sco_Type OSTRA_STARTUP(qcz_Name("CT_CString"), &CT_CString::sco_Object,
+                                           sizeof(CT_CString));
+CT_CString CT_CString::sco_Object OSTRA_STARTUP(&CT_CString::sco_Type);
+
+// Nothing up to here may report: the error manager comes next.
 
 CT_Init CT_ErrorManager::sco_Init OSTRA_STARTUP("CT_ErrorManager", "sv_Init",
                                                 CT_ErrorManager::sv_Init);
@@ -18,3 +32,10 @@ CT_Exit CT_ErrorManager::sco_Exit OSTRA_STARTUP("CT_ErrorManager", "sv_Exit",
                                                 CT_ErrorManager::sv_Exit);
 
 CT_Init CT_OS::sco_Init OSTRA_STARTUP("CT_OS", "sv_Init", CT_OS::sv_Init);
+
+CT_Type CT_String::sco_Type OSTRA_STARTUP(qcz_Name("CT_String"), &CT_String::sco_Object,
+                                          sizeof(CT_String));
+CT_String CT_String::sco_Object OSTRA_STARTUP(&CT_String::sco_Type);
+CT_Type CT_UString::sco_Type OSTRA_STARTUP(qcz_Name("CT_UString"), &CT_UString::sco_Object,
+                                           sizeof(CT_UString));
+CT_UString CT_UString::sco_Object OSTRA_STARTUP(&CT_UString::sco_Type);
