@@ -20,23 +20,15 @@ class OSTRA_API CT_FindFile
 {
 public:
     // An entry as the system found it; times in seconds since 1970.
-    struct st_FindDataU
+    template <class t_Unit>
+    struct st_FindData
     {
         unsigned n_Attributes;
         unsigned n_CreateTime;
         unsigned n_AccessTime;
         unsigned n_WriteTime;
         unsigned n_Size;
-        unsigned short au_Name[MAX_PATH];
-    };
-    struct st_FindDataC
-    {
-        unsigned n_Attributes;
-        unsigned n_CreateTime;
-        unsigned n_AccessTime;
-        unsigned n_WriteTime;
-        unsigned n_Size;
-        char ac_Name[MAX_PATH];
+        t_Unit au_Name[MAX_PATH];
     };
 
     // An entry is accepted if n_Include is 0 or has a bit in common with its attributes, and
@@ -58,15 +50,16 @@ private:
     void v_Null();
     void v_Init(CT_String* pco_Pattern, unsigned n_Include, unsigned n_Exclude, int b_FullPath);
 
-    int b_Deliver(CT_String* pco_Name, unsigned* pn_Attributes);
+    int b_Step(int b_First);
+    int b_Accept(CT_String* pco_Name, unsigned* pn_Attributes) const;
     int b_TestAttribut(unsigned n_Attributes) const;
     void v_MakeName(CT_String* pco_Name) const;
 
     // The order of the members is part of the interface.
-    st_FindDataU st_DataU;   // the entry last found on the wide road
-    st_FindDataC st_DataC;   // the entry last found on the 8-bit road
-    INT_PTR i_Handle;        // the open search, -1 for none
-    CT_UString co_Directory; // what stands before each name if b_FullPath is set
+    st_FindData<unsigned short> st_DataU; // the entry last found on the wide road
+    st_FindData<char> st_DataC;           // the entry last found on the 8-bit road
+    INT_PTR i_Handle;                     // the open search, -1 for none
+    CT_UString co_Directory;              // what stands before each name if b_FullPath is set
     CT_UString co_Pattern;
     unsigned n_Include;
     unsigned n_Exclude;
