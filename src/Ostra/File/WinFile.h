@@ -88,13 +88,14 @@ public:
 private:
     void v_Null();
     void v_CloseOpen();
-    HANDLE h_Create(et_Access ec_Access, unsigned n_Disposition, et_Share ec_Share,
-                    unsigned n_Word) const;
-    int b_SeekEnd();
+    HANDLE h_Create(et_Access ec_Access, unsigned n_How, et_Share ec_Share, unsigned n_Word) const;
     unsigned n_MeasureClosed() const;
+    int b_Seek(et_Origin ec_Origin, int i_Offset);
 
     void v_CreateMap(unsigned n_Size);
-    unsigned n_GrowMap(unsigned n_Size, unsigned n_FileSize);
+    int b_FitMap(unsigned* pn_Size, unsigned n_FileSize) const;
+    int b_GrowMap();
+    unsigned n_RefuseMap(unsigned n_Error, unsigned n_Line = __builtin_LINE()) const;
     void v_CloseMap(unsigned n_Size);
     unsigned n_ReadMap(unsigned n_From, void* pv_Data, unsigned n_Size);
     unsigned n_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size);

@@ -2,7 +2,6 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 
 #include <Ostra/Frame/ErrorManager.h>
-#include <Ostra/String/CString.h>
 
 HINSTANCE CT_OstraDLLMain::sh_Instance;
 unsigned CT_OstraDLLMain::sn_Version;
@@ -17,20 +16,6 @@ HINSTANCE CT_OstraDLLMain::sh_GetInstance()
 void CT_OstraDLLMain::sv_SetInstance(HINSTANCE h_Instance)
 {
     sh_Instance = h_Instance;
-}
-
-const CT_CString* CT_OstraDLLMain::spcco_GetModuleName()
-{
-    return &sco_ModuleName;
-}
-
-void CT_OstraDLLMain::sv_SetModuleName(const char* qccz_Name)
-{
-    constexpr unsigned ALL = -1;
-    constexpr unsigned OWN_CODE_PAGE = -2;
-    sco_ModuleName.v_Set(qccz_Name, ALL, OWN_CODE_PAGE);
-    sn_Build = 0;
-    sn_Version = 0;
 }
 
 unsigned CT_OstraDLLMain::sn_GetVersion()
@@ -57,9 +42,6 @@ BOOL WINAPI DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID)
 {
     if (n_Reason != DLL_PROCESS_ATTACH)
         return 1;
-    char acz_Name[1024] = {};
-    GetModuleFileNameA(h_Instance, acz_Name, sizeof(acz_Name) - 1);
-    CT_OstraDLLMain::sv_SetModuleName(acz_Name);
     CT_OstraDLLMain::sv_SetInstance(h_Instance);
     CT_ErrorManager::sv_SetInstance(h_Instance);
     return 1;

@@ -1,0 +1,378 @@
+// Ostra/File/WinFile.cpp
+#include <Ostra/File/WinFile.h>
+
+#include <Ostra/File/Road.h>
+#include <Ostra/Frame/Report.h>
+
+#include <windows.h>
+
+#include <cstdlib>
+
+static constexpr char qccz_Source[] = "Ostra/File/WinFile";
+
+namespace
+{
+constexpr unsigned RENAMED_BUFFER_SIZE = 16384;
+
+// Kept: the disposition of the second attempt of an append has no name, and no system knows it. The
+// attempt ends in the report of its refusal.
+constexpr unsigned SECOND_ATTEMPT = 7;
+
+struct st_Bit
+{
+    unsigned n_Bit;
+    unsigned n_System;
+};
+
+constexpr st_Bit aso_Attributes[] = {
+    {1, FILE_ATTRIBUTE_NORMAL},     {2, FILE_ATTRIBUTE_ARCHIVE},     {4, FILE_ATTRIBUTE_COMPRESSED},
+    {8, FILE_ATTRIBUTE_HIDDEN},     {16, FILE_ATTRIBUTE_READONLY},   {32, FILE_ATTRIBUTE_SYSTEM},
+    {64, FILE_ATTRIBUTE_DIRECTORY}, {128, FILE_ATTRIBUTE_TEMPORARY},
+};
+constexpr st_Bit aso_Flags[] = {
+    {1, FILE_FLAG_WRITE_THROUGH}, {2, FILE_FLAG_OVERLAPPED},       {4, FILE_FLAG_NO_BUFFERING},
+    {8, FILE_FLAG_RANDOM_ACCESS}, {16, FILE_FLAG_SEQUENTIAL_SCAN}, {32, FILE_FLAG_DELETE_ON_CLOSE},
+};
+
+template <unsigned n_Bits>
+unsigned n_Merge(unsigned n_Set, const st_Bit (&aso_Bits)[n_Bits])
+{
+    unsigned n_Word = 0;
+    for (const st_Bit& so_Bit : aso_Bits) {
+        if (n_Set & so_Bit.n_Bit)
+            n_Word |= so_Bit.n_System;
+    }
+    return n_Word;
+}
+
+unsigned n_Disposition(CT_File::et_Open ec_Open)
+{
+    switch (ec_Open) {
+    case CT_File::e_OpenExisting:
+        return OPEN_EXISTING;
+    case CT_File::e_OpenCreate:
+        return CREATE_ALWAYS;
+    case CT_File::e_OpenAppend:
+        return OPEN_ALWAYS;
+    }
+    return 0; // which the system refuses
+}
+
+unsigned n_DesiredAccess(CT_File::et_Access ec_Access)
+{
+    return (ec_Access & CT_File::e_AccessRead ? GENERIC_READ : 0) |
+           (ec_Access & CT_File::e_AccessWrite ? GENERIC_WRITE : 0);
+}
+
+// Reports the last error with two names; the second one may need a conversion first.
+void v_ReportWith(const CT_UString& co_FullName, const CT_String* pcco_Other,
+                  unsigned n_Line = __builtin_LINE())
+{
+    const DWORD n_Error = GetLastError();
+    const CT_UString co_Other(pcco_Other);
+    SetLastError(n_Error);
+    CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get(), co_Other.qcuz_Get(), n_Line);
+}
+} // namespace
+
+// ---- Construction ------------------------------------------------------------------------------
+
+CT_WinFile::CT_WinFile()
+{
+    v_Null();
+}
+
+CT_WinFile::CT_WinFile(const CT_String* pco_FullName, unsigned n_Size)
+    : CT_File(pco_FullName, n_Size)
+{
+    v_Null();
+}
+
+CT_WinFile::CT_WinFile(const CT_WinFile* pco_File) : CT_File(pco_File)
+{
+    v_Null();
+}
+
+CT_WinFile::~CT_WinFile()
+{
+    v_CloseOpen();
+}
+
+void* CT_WinFile::operator new(std::size_t n_Size) noexcept
+{
+    return CT_Report::spv_New(n_Size, qccz_Source);
+}
+
+void CT_WinFile::operator delete(void* pv_Object)
+{
+    std::free(pv_Object);
+}
+
+void CT_WinFile::vv_Set(const CT_File* pco_File)
+{
+    v_CloseOpen();
+    CT_File::vv_Set(pco_File);
+    v_Null();
+}
+
+void CT_WinFile::vv_Set(const CT_String* pco_FullName, unsigned n_Size)
+{
+    v_CloseOpen();
+    CT_File::vv_Set(pco_FullName, n_Size);
+    v_Null();
+}
+
+void CT_WinFile::vv_Set()
+{
+    v_CloseOpen();
+    CT_File::vv_Set();
+    v_Null();
+}
+
+void CT_WinFile::v_Null()
+{
+    h_File = nullptr;
+    n_Offset = 0;
+    h_Map = nullptr;
+    pv_Map = nullptr;
+    n_MapSize = 0;
+}
+
+void CT_WinFile::v_CloseOpen()
+{
+    if (!b_Open)
+        return;
+    CT_WinFile::vv_Close();
+    CT_Report::sb_Failed(qccz_Source);
+}
+
+// ---- Open and close ----------------------------------------------------------------------------
+
+void CT_WinFile::vv_Open(et_Access ec_Access, et_Open ec_Open, et_Share ec_Share,
+                         unsigned n_Attribut, unsigned n_Flag)
+{
+    const unsigned n_Word = n_Merge(n_Attribut, aso_Attributes) | n_Merge(n_Flag, aso_Flags);
+    h_File = h_Create(ec_Access, n_Disposition(ec_Open), ec_Share, n_Word);
+    if (h_File == INVALID_HANDLE_VALUE && ec_Open == e_OpenAppend) {
+        SetLastError(0);
+        h_File = h_Create(ec_Access, SECOND_ATTEMPT, ec_Share, n_Word);
+    }
+    if (h_File == INVALID_HANDLE_VALUE) {
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return;
+    }
+    // An append to an existing file leaves a note there.
+    if (GetLastError())
+        SetLastError(0);
+    n_Offset = ec_Open == e_OpenAppend ? SetFilePointer(h_File, 0, nullptr, FILE_END) : 0;
+    if (n_Offset == INVALID_SET_FILE_POINTER) {
+        // Kept: the handle stays, though the object isn't open.
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return;
+    }
+    ec_OpenAccess = ec_Access;
+    ec_OpenModi = ec_Open;
+    ec_OpenShare = ec_Share;
+    n_OpenAttribut = n_Attribut;
+    n_OpenFlag = n_Flag;
+    v_SetOpen(1);
+}
+
+HANDLE CT_WinFile::h_Create(et_Access ec_Access, unsigned n_How, et_Share ec_Share,
+                            unsigned n_Word) const
+{
+    return t_Call(CreateFileW, CreateFileA, &co_FullName, n_DesiredAccess(ec_Access),
+                  DWORD(ec_Share), LPSECURITY_ATTRIBUTES(), n_How, n_Word, HANDLE());
+}
+
+void CT_WinFile::vv_Close()
+{
+    if (h_Map) {
+        v_CloseMap(0);
+        CT_Report::sb_Failed(qccz_Source);
+    }
+    if (!CloseHandle(h_File)) {
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return;
+    }
+    h_File = nullptr;
+    n_Offset = 0;
+    v_NullOpen();
+}
+
+void CT_WinFile::vv_Flush()
+{
+    if (!FlushFileBuffers(h_File))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+// ---- Files by name -----------------------------------------------------------------------------
+
+void CT_WinFile::vv_Remove()
+{
+    if (!t_Call(DeleteFileW, DeleteFileA, &co_FullName))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+void CT_WinFile::vv_Rename(const CT_String* pco_NewName)
+{
+    const auto f_MoveW = [](LPCWSTR qcuz_Old, LPCWSTR qcuz_New) {
+        return MoveFileExW(qcuz_Old, qcuz_New, MOVEFILE_COPY_ALLOWED);
+    };
+    if (t_Call(f_MoveW, MoveFileA, &co_FullName, pco_NewName))
+        vv_Set(pco_NewName, RENAMED_BUFFER_SIZE);
+    else
+        v_ReportWith(co_FullName, pco_NewName);
+}
+
+void CT_WinFile::v_CopyFile(const CT_String* pco_Target) const
+{
+    if (!t_Call(CopyFileW, CopyFileA, &co_FullName, pco_Target, FALSE))
+        v_ReportWith(co_FullName, pco_Target);
+}
+
+void CT_WinFile::v_SetAttributes(unsigned n_Attributes)
+{
+    t_Call(SetFileAttributesW, SetFileAttributesA, &co_FullName, n_Attributes);
+    // Kept: there is a report whatever the system answered, and callers expect it.
+    CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+unsigned CT_WinFile::n_GetAttributes()
+{
+    const DWORD n_Word = t_Call(GetFileAttributesW, GetFileAttributesA, &co_FullName);
+    if (n_Word == INVALID_FILE_ATTRIBUTES)
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+    return n_Word;
+}
+
+// ---- Transfers ---------------------------------------------------------------------------------
+
+unsigned CT_WinFile::vn_Read(void* pv_Data, unsigned n_Size)
+{
+    if (!n_Size)
+        return 0;
+    v_SetAccess(e_FileAccessRead);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return 0;
+    DWORD n_Count = 0;
+    if (pv_Map)
+        n_Count = n_ReadMap(n_Offset, pv_Data, n_Size);
+    else if (!ReadFile(h_File, pv_Data, n_Size, &n_Count, nullptr)) {
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return 0;
+    }
+    n_Offset += n_Count;
+    return n_Count;
+}
+
+// Kept: a write of no bytes names its direction and asks the system, unlike a read.
+unsigned CT_WinFile::vn_Write(const void* pv_Data, unsigned n_Size)
+{
+    v_SetAccess(e_FileAccessWrite);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return 0;
+    DWORD n_Count = 0;
+    if (pv_Map) {
+        n_Count = n_WriteMap(n_Offset, pv_Data, n_Size);
+        if (CT_Report::sb_Failed(qccz_Source))
+            return 0;
+    } else if (!WriteFile(h_File, pv_Data, n_Size, &n_Count, nullptr)) {
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return 0;
+    }
+    n_Offset += n_Count;
+    return n_Count;
+}
+
+unsigned CT_WinFile::vn_GetSize() const
+{
+    if (!b_Open)
+        return n_MeasureClosed();
+    const DWORD n_Size = GetFileSize(h_File, nullptr);
+    if (n_Size != INVALID_FILE_SIZE)
+        return n_Size;
+    CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+    return 0;
+}
+
+// The object is open for the moment only, and as it was afterwards.
+unsigned CT_WinFile::n_MeasureClosed() const
+{
+    CT_WinFile* pco_This = const_cast<CT_WinFile*>(this);
+    pco_This->vv_Open(e_AccessRead, e_OpenExisting, e_ShareNone, 1, 0);
+    if (!b_Open) {
+        CT_Report::sb_Failed(qccz_Source);
+        return 0;
+    }
+    const unsigned n_Size = vn_GetSize();
+    pco_This->vv_Close();
+    if (!b_Open)
+        return n_Size;
+    CT_Report::sb_Failed(qccz_Source);
+    return 0;
+}
+
+unsigned CT_WinFile::vn_GetOffset() const
+{
+    return n_Offset;
+}
+
+void CT_WinFile::vv_SetOffset(et_Origin ec_Origin, int i_Offset)
+{
+    b_Seek(ec_Origin, i_Offset);
+}
+
+// The offset is computed here: in mapped mode the system's pointer isn't where the last transfer
+// ended.
+int CT_WinFile::b_Seek(et_Origin ec_Origin, int i_Offset)
+{
+    if (SetFilePointer(h_File, i_Offset, nullptr, ec_Origin) == INVALID_SET_FILE_POINTER) {
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return 0;
+    }
+    if (ec_Origin == e_OriginBegin)
+        n_Offset = 0;
+    else if (ec_Origin == e_OriginEnd) {
+        n_Offset = vn_GetSize();
+        CT_Report::sb_Failed(qccz_Source);
+    }
+    n_Offset += i_Offset;
+    return 1;
+}
+
+int CT_WinFile::vb_IsEof() const
+{
+    return vn_GetOffset() >= vn_GetSize();
+}
+
+// ---- Services on the handle --------------------------------------------------------------------
+
+void CT_WinFile::v_GetFileInfo(_BY_HANDLE_FILE_INFORMATION* pso_Info)
+{
+    if (!GetFileInformationByHandle(h_File, pso_Info))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+void CT_WinFile::v_LockFile(unsigned n_From, unsigned n_Length)
+{
+    if (!LockFile(h_File, n_From, 0, n_Length, 0))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+void CT_WinFile::v_UnlockFile(unsigned n_From, unsigned n_Length)
+{
+    if (!UnlockFile(h_File, n_From, 0, n_Length, 0))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+void CT_WinFile::v_SetEndOfFile()
+{
+    if (!SetEndOfFile(h_File))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+void CT_WinFile::sv_SetHandleCount(unsigned n_Count)
+{
+    SetHandleCount(n_Count);
+}

@@ -1,0 +1,129 @@
+// Ostra/File/WinFileMap.cpp: the mapped mode.
+#include <Ostra/File/WinFile.h>
+
+#include <Ostra/Frame/Report.h>
+
+#include <windows.h>
+
+#include <cstring>
+
+static constexpr char qccz_Source[] = "Ostra/File/WinFileMap";
+
+namespace
+{
+constexpr unsigned WHOLE_FILE = 0xFFFFFFFF;
+constexpr unsigned LARGEST_TO_DOUBLE = 0x7FFFFFFF;
+} // namespace
+
+void CT_WinFile::v_SetMapping(int b_Map, unsigned n_Size)
+{
+    if (b_Map)
+        v_CreateMap(n_Size);
+    else
+        v_CloseMap(n_Size);
+    CT_Report::sb_Failed(qccz_Source);
+}
+
+void CT_WinFile::v_FlushMap()
+{
+    if (!FlushViewOfFile(pv_Map, 0))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+void CT_WinFile::v_CreateMap(unsigned n_Size)
+{
+    const unsigned n_FileSize = vn_GetSize();
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    if (!b_Open) {
+        n_RefuseMap(ERROR_INVALID_HANDLE);
+        return;
+    }
+    const int b_Reader = ec_OpenAccess == e_AccessRead;
+    if (b_Reader || n_Size == WHOLE_FILE)
+        n_Size = n_FileSize;
+    else if (!b_FitMap(&n_Size, n_FileSize))
+        return;
+    n_MapSize = n_Size;
+    h_Map = CreateFileMappingA(h_File, nullptr, b_Reader ? PAGE_READONLY : PAGE_READWRITE, 0,
+                               n_MapSize, nullptr);
+    if (!h_Map) {
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+        return;
+    }
+    pv_Map = MapViewOfFile(h_Map, b_Reader ? FILE_MAP_READ : FILE_MAP_ALL_ACCESS, 0, 0, n_MapSize);
+    if (!pv_Map)
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+}
+
+// Doubles the size of a writer's map until it is larger than the file. A size of 0 never becomes
+// so, and one of more than 32 bits can't be: both are refused.
+int CT_WinFile::b_FitMap(unsigned* pn_Size, unsigned n_FileSize) const
+{
+    while (*pn_Size <= n_FileSize) {
+        if (!*pn_Size)
+            return n_RefuseMap(ERROR_INVALID_PARAMETER);
+        if (*pn_Size > LARGEST_TO_DOUBLE)
+            return n_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+        *pn_Size *= 2;
+    }
+    return 1;
+}
+
+// Reports what the system isn't asked for.
+unsigned CT_WinFile::n_RefuseMap(unsigned n_Error, unsigned n_Line) const
+{
+    SetLastError(n_Error);
+    CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get(), n_Line);
+    return 0;
+}
+
+void CT_WinFile::v_CloseMap(unsigned n_Size)
+{
+    if (!UnmapViewOfFile(pv_Map))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+    pv_Map = nullptr;
+    if (!CloseHandle(h_Map))
+        CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+    h_Map = nullptr;
+    if (ec_OpenAccess == e_AccessRead || !n_Size)
+        return;
+    // Where the pointer could not be set nothing is cut.
+    if (b_Seek(e_OriginBegin, static_cast<int>(n_Size)))
+        v_SetEndOfFile();
+    CT_Report::sb_Failed(qccz_Source);
+}
+
+unsigned CT_WinFile::n_ReadMap(unsigned n_From, void* pv_Data, unsigned n_Size)
+{
+    if (n_From >= n_MapSize)
+        return 0;
+    if (n_Size > n_MapSize - n_From)
+        n_Size = n_MapSize - n_From;
+    std::memmove(pv_Data, static_cast<const char*>(pv_Map) + n_From, n_Size);
+    return n_Size;
+}
+
+unsigned CT_WinFile::n_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size)
+{
+    const unsigned long long n_End = static_cast<unsigned long long>(n_From) + n_Size;
+    if (ec_OpenAccess == e_AccessRead)
+        return n_RefuseMap(ERROR_ACCESS_DENIED);
+    if (n_End > n_MapSize && !b_GrowMap())
+        return 0;
+    // Kept: the map grows once. A write that needs more than twice the map is refused.
+    if (n_End > n_MapSize)
+        return n_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+    std::memmove(static_cast<char*>(pv_Map) + n_From, pv_Data, n_Size);
+    return n_Size;
+}
+
+// The file has the map's size afterwards, so that the new map is twice the old one.
+int CT_WinFile::b_GrowMap()
+{
+    v_CloseMap(0);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return 0;
+    v_CreateMap(n_MapSize);
+    return !CT_Report::sb_Failed(qccz_Source);
+}
