@@ -39,14 +39,24 @@ bool IsHidden(WideView name)
     return name[0] == '=';
 }
 
+// The case of their letters doesn't count.
+WideText KeyOf(WideView name)
+{
+    WideText key(name);
+    for (WCHAR& unit : key)
+        if (unit >= 'a' && unit <= 'z')
+            unit = static_cast<WCHAR>(unit - 'a' + 'A');
+    return key;
+}
+
 DWORD SetHidden(WideView name, LPCWSTR value)
 {
     Hidden& table = Table();
     const std::lock_guard lock(table.mutex);
     if (value)
-        table.variables.insert_or_assign(WideText(name), value);
+        table.variables.insert_or_assign(KeyOf(name), value);
     else
-        table.variables.erase(WideText(name));
+        table.variables.erase(KeyOf(name));
     return 0;
 }
 
@@ -67,7 +77,7 @@ std::optional<WideText> Get(WideView name)
     if (IsHidden(name)) {
         Hidden& table = Table();
         const std::lock_guard lock(table.mutex);
-        const auto found = table.variables.find(WideText(name));
+        const auto found = table.variables.find(KeyOf(name));
         return found == table.variables.end() ? std::nullopt : std::optional(found->second);
     }
     const auto host_name = ToUtf8(name);
@@ -99,7 +109,9 @@ std::optional<std::string> HostVariable(const char* name)
 BOOL SetEnvironmentVariableW(LPCWSTR lpName, LPCWSTR lpValue)
 {
     return Guarded(FALSE, [&] {
-        if (!lpName || !IsName(lpName))
+        if (!lpName)
+            return Finish(ERROR_ENVVAR_NOT_FOUND);
+        if (!IsName(lpName))
             return Finish(ERROR_INVALID_PARAMETER);
         return Finish(IsHidden(lpName) ? SetHidden(lpName, lpValue) : SetOnHost(lpName, lpValue));
     });

@@ -147,17 +147,23 @@ void* MapView(const Mapping& mapping, DWORD access, std::uint64_t offset, std::u
     return address;
 }
 
+// The view that an address lies in.
+std::map<std::uintptr_t, View>::iterator FindView(Views& views, std::uintptr_t address)
+{
+    auto found = views.by_address.upper_bound(address);
+    if (found == views.by_address.begin())
+        return views.by_address.end();
+    --found;
+    return address - found->first < found->second.size ? found : views.by_address.end();
+}
+
 // How many bytes of a view lie from an address on; 0 when it is in none.
 std::size_t RestOfView(std::uintptr_t address)
 {
     Views& views = AllViews();
     const std::lock_guard lock(views.mutex);
-    auto found = views.by_address.upper_bound(address);
-    if (found == views.by_address.begin())
-        return 0;
-    --found;
-    const std::size_t distance = address - found->first;
-    return distance < found->second.size ? found->second.size - distance : 0;
+    const auto found = FindView(views, address);
+    return found == views.by_address.end() ? 0 : found->second.size - (address - found->first);
 }
 } // namespace
 
@@ -208,11 +214,12 @@ BOOL UnmapViewOfFile(LPCVOID lpBaseAddress)
     return Guarded(FALSE, [&] {
         Views& views = AllViews();
         std::unique_lock lock(views.mutex);
-        const auto node = views.by_address.extract(reinterpret_cast<std::uintptr_t>(lpBaseAddress));
-        lock.unlock();
-        if (!node)
+        const auto found = FindView(views, reinterpret_cast<std::uintptr_t>(lpBaseAddress));
+        if (found == views.by_address.end())
             return Finish(ERROR_INVALID_ADDRESS);
-        posix.munmap(const_cast<void*>(lpBaseAddress), node.mapped().size);
+        const auto node = views.by_address.extract(found);
+        lock.unlock();
+        posix.munmap(reinterpret_cast<void*>(node.key()), node.mapped().size);
         return TRUE;
     });
 }

@@ -16,14 +16,18 @@ namespace
 constexpr DWORD MOVEFILE_SUPPORTED = MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED;
 constexpr std::size_t PIECE = 1 << 16;
 
+// Directories aren't deleted or replaced as files are, and read-only files not at all.
+bool IsReplaceable(mode_t mode)
+{
+    return !S_ISDIR(mode) && !(S_ISREG(mode) && IsReadOnly(mode));
+}
+
 DWORD Delete(const std::string& path)
 {
     HeldFile held;
     if (const DWORD code = HoldForDelete(path, held))
         return code;
-    const bool refused = S_ISDIR(held.mode) || (S_ISREG(held.mode) && IsReadOnly(held.mode)) ||
-                         (held.fd && IsMappedByOthers(held.fd.Get()));
-    if (refused)
+    if (!IsReplaceable(held.mode))
         return ERROR_ACCESS_DENIED;
     return posix.unlink(path.c_str()) == 0 ? 0 : CodeOf(errno, path);
 }
@@ -58,13 +62,13 @@ int RenameToFree(const char* from, const std::string& to)
     return posix.rename(from, to.c_str()) == 0 ? 0 : errno;
 }
 
-// What a file that is to be replaced has to allow.
-DWORD HoldToReplace(const std::string& path, HeldFile& held)
+// What a file has to allow that is to be replaced; a directory replaces nothing.
+DWORD HoldToReplace(const std::string& path, bool directory, HeldFile& held)
 {
     const DWORD code = HoldForDelete(path, held);
     if (code == ERROR_FILE_NOT_FOUND)
         return 0;
-    if (code == 0 && (S_ISDIR(held.mode) || (S_ISREG(held.mode) && IsReadOnly(held.mode))))
+    if (code == 0 && (directory || !IsReplaceable(held.mode)))
         return ERROR_ACCESS_DENIED;
     return code;
 }
@@ -191,7 +195,7 @@ DWORD Move(const std::string& from, const std::string& to, DWORD flags)
     HeldFile target;
     int error;
     if ((flags & MOVEFILE_REPLACE_EXISTING) != 0) {
-        if (const DWORD code = HoldToReplace(to, target))
+        if (const DWORD code = HoldToReplace(to, S_ISDIR(source.mode), target))
             return code;
         error = posix.rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
     } else {

@@ -157,19 +157,22 @@ bool Split(LPCWSTR text, Search& search, WideText& pattern)
 }
 
 // A name without wildcards is looked up, not searched.
-DWORD FindNames(WideView pattern, Search& search)
+DWORD FindName(WideView pattern, Search& search)
 {
-    if (pattern.empty() || !HasWildcard(pattern)) {
-        struct statx facts;
-        const std::string name = *ToUtf8(pattern);
-        if (!Look(search.directory + name, facts))
-            return errno == ENOTDIR ? ERROR_INVALID_NAME : CodeOf(errno, search.directory + name);
-        if (pattern.empty())
-            return ERROR_FILE_NOT_FOUND;
-        search.names.push_back(name);
-        return 0;
+    struct statx facts;
+    std::string name = *ToUtf8(pattern);
+    if (!Look(search.directory + name, facts))
+        return errno == ENOTDIR ? ERROR_INVALID_NAME : CodeOf(errno, search.directory + name);
+    if (IsDots(name)) {
+        // Found under the directory's own name; the root has none.
+        const auto whole = AbsoluteName(search.directory + name);
+        search.directory = ParentOf(*whole) + '/';
+        name = *whole == "/" ? "" : LastComponent(*whole);
     }
-    return ReadNames(pattern, search);
+    if (name.empty())
+        return ERROR_FILE_NOT_FOUND;
+    search.names.push_back(std::move(name));
+    return 0;
 }
 
 HANDLE FindFirst(LPCWSTR text, WIN32_FIND_DATAW& data)
@@ -178,7 +181,7 @@ HANDLE FindFirst(LPCWSTR text, WIN32_FIND_DATAW& data)
     WideText pattern;
     if (!Split(text, *search, pattern))
         return INVALID_HANDLE_VALUE;
-    if (!Finish(FindNames(pattern, *search)))
+    if (!Finish(HasWildcard(pattern) ? ReadNames(pattern, *search) : FindName(pattern, *search)))
         return INVALID_HANDLE_VALUE;
     if (!FillNext(*search, data)) {
         SetLastError(ERROR_FILE_NOT_FOUND);

@@ -111,6 +111,8 @@ DWORD CheckTransfer(const OpenFile& file, unsigned right, LPOVERLAPPED overlappe
 {
     if (!file.Has(right))
         return ERROR_ACCESS_DENIED;
+    if (S_ISDIR(file.held.mode))
+        return ERROR_INVALID_FUNCTION;
     return overlapped ? ERROR_NOT_SUPPORTED : 0;
 }
 

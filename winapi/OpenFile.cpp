@@ -127,22 +127,15 @@ DWORD OpenOnce(const OpenRequest& request, HeldFile& held, bool& gone)
     return 0;
 }
 
-// The old contents go last, when nothing can refuse any more.
-DWORD Overwrite(const OpenRequest& request, HeldFile& held)
+// The old contents go last, when nothing can refuse any more; the attributes stay.
+DWORD Overwrite(const HeldFile& held)
 {
     const int fd = held.fd.Get();
-    if (S_ISREG(held.mode)) {
-        if (IsMappedByOthers(fd))
-            return ERROR_USER_MAPPED_FILE;
-        if (Retried([&] { return posix.ftruncate(fd, 0); }) != 0)
-            return CodeOf(errno);
-    }
-    if (request.disposition == CREATE_ALWAYS) {
-        StoreAttributes(fd, request.flags);
-        if ((request.flags & FILE_ATTRIBUTE_READONLY) != 0)
-            posix.fchmod(fd, ModeWith(held.mode, FILE_ATTRIBUTE_READONLY));
-    }
-    return 0;
+    if (!S_ISREG(held.mode))
+        return 0;
+    if (IsMappedByOthers(fd))
+        return ERROR_USER_MAPPED_FILE;
+    return Retried([&] { return posix.ftruncate(fd, 0); }) == 0 ? 0 : CodeOf(errno);
 }
 } // namespace
 
@@ -162,7 +155,7 @@ DWORD OpenHeld(const OpenRequest& request, HeldFile& held)
             return code;
     }
     if (held.existed && Truncates(request))
-        return Overwrite(request, held);
+        return Overwrite(held);
     if (!held.existed && (request.flags & FILE_ATTRIBUTES_HIDDEN_SYSTEM) != 0)
         StoreAttributes(held.fd.Get(), request.flags);
     return 0;

@@ -65,12 +65,7 @@ std::optional<std::string> TemporaryDirectory()
 
 DWORD CodeOfDirectory(int error, const std::string& path)
 {
-    switch (error) {
-    case EEXIST:
-        return ERROR_ALREADY_EXISTS;
-    default:
-        return CodeOf(error, path);
-    }
+    return error == EEXIST ? ERROR_ALREADY_EXISTS : CodeOf(error, path);
 }
 
 // What names something else than a directory, where a directory is wanted, has an error of its own.
@@ -80,6 +75,12 @@ DWORD CodeOfNoDirectory(int error, const std::string& path)
     const bool is_file =
         error == ENOTDIR && posix.stat(path.c_str(), &facts) == 0 && !S_ISDIR(facts.st_mode);
     return is_file ? ERROR_DIRECTORY : CodeOf(error, path);
+}
+DWORD CodeOfRemoval(int error, const std::string& path)
+{
+    if (error == EINVAL) // The name ends in ".": that directory is in use.
+        return ERROR_SHARING_VIOLATION;
+    return CodeOfNoDirectory(error, path);
 }
 } // namespace
 
@@ -138,10 +139,10 @@ BOOL CreateDirectoryA(LPCSTR lpPathName, LPSECURITY_ATTRIBUTES lpSecurityAttribu
 BOOL RemoveDirectoryW(LPCWSTR lpPathName)
 {
     return Guarded(FALSE, [&]() -> BOOL {
-        const auto path = HostName(lpPathName);
+        const auto path = HostName(lpPathName, ERROR_INVALID_NAME);
         if (!path)
             return FALSE;
-        return Finish(posix.rmdir(path->c_str()) == 0 ? 0 : CodeOfNoDirectory(errno, *path));
+        return Finish(posix.rmdir(path->c_str()) == 0 ? 0 : CodeOfRemoval(errno, *path));
     });
 }
 

@@ -7,13 +7,10 @@ namespace winapi
 {
 namespace
 {
-bool MeansAll(WideView pattern)
+bool IsEmptyAtEnd(WideView rest)
 {
-    if (pattern.empty() || pattern[0] != '*')
-        return false;
-    pattern.remove_prefix(1);
-    return pattern.empty() || (pattern[0] == '.' &&
-                               (pattern.size() == 1 || (pattern.size() == 2 && pattern[1] == '*')));
+    constexpr WCHAR marks[] = {'*', '.'};
+    return rest.find_first_not_of(marks, 0, 2) == WideView::npos;
 }
 } // namespace
 
@@ -21,11 +18,12 @@ bool MeansAll(WideView pattern)
 // would let a search with returns run wild costs no more than length times length.
 bool FitsPattern(WideView name, WideView pattern)
 {
-    if (MeansAll(pattern))
-        return true;
     std::vector<char> reached(name.size() + 1);
     reached[0] = 1;
-    for (const WCHAR mark : pattern) {
+    for (; !pattern.empty(); pattern.remove_prefix(1)) {
+        const WCHAR mark = pattern[0];
+        if (mark == '.' && reached.back() != 0 && IsEmptyAtEnd(pattern))
+            return true;
         char before = 0; // What the row above had one place to the left.
         for (std::size_t i = 0; i <= name.size(); ++i) {
             const char above = reached[i];
@@ -39,6 +37,6 @@ bool FitsPattern(WideView name, WideView pattern)
             before = above;
         }
     }
-    return reached[name.size()] != 0;
+    return reached.back() != 0;
 }
 } // namespace winapi
