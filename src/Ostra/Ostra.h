@@ -4,6 +4,7 @@
 #include <Ostra/ARRAY/Array.h>
 #include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Buffer/Buffer.h>
+#include <Ostra/CompList/CompList.h>
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/DatabaseError.h>
 #include <Ostra/Frame/ErrorManager.h>

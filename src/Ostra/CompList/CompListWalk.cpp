@@ -1,0 +1,479 @@
+// Ostra/CompList/CompListWalk.cpp: following a key through a list, for searching and for adding.
+#include <Ostra/CompList/CompList.h>
+
+#include <Ostra/String/CString.h>
+#include <Ostra/String/UString.h>
+
+#include <cstring>
+
+static constexpr unsigned NO_HANDLE = 0xFFFFFFFF;
+
+// Kept: whatever growth a list was made with, its block grows in steps of 32 bytes once it grows.
+static constexpr unsigned COPY_GROWTH = 32;
+
+// An empty key in any element size.
+static constexpr unsigned n4_NoKey = 0;
+
+// A key on its way through the stream.
+struct CT_CompList::st_Walk
+{
+    const char* pcc_Key;
+    unsigned n_First;    // the key's first element
+    unsigned n_Position; // in the block, of the element looked at
+    unsigned n_Offset;   // in the key, of the element looked at
+    unsigned n_Stored;   // the element at n_Position
+};
+
+template <class T>
+static inline unsigned n_Load(const char* pcc_From)
+{
+    T Value;
+    std::memcpy(&Value, pcc_From, sizeof Value);
+    return Value;
+}
+
+static const char* pcc_Text(const char* qccz_Key)
+{
+    return qccz_Key;
+}
+
+static const char* pcc_Text(const unsigned short* qcuz_Key)
+{
+    return reinterpret_cast<const char*>(qcuz_Key);
+}
+
+static const char* pcc_Text(const CT_CString* pcco_Key)
+{
+    return pcco_Key && pcco_Key->vn_GetLength() ? pcco_Key->qccz_Get()
+                                                : reinterpret_cast<const char*>(&n4_NoKey);
+}
+
+static const char* pcc_Text(const CT_UString* pcco_Key)
+{
+    return pcco_Key && pcco_Key->vn_GetLength() ? pcc_Text(pcco_Key->qcuz_Get())
+                                                : reinterpret_cast<const char*>(&n4_NoKey);
+}
+
+// ---- Search -------------------------------------------------------------------------------
+
+unsigned CT_CompList::n_Search(const char* qccz_Key, unsigned* pn_Matched) const
+{
+    return n_SearchKey(pcc_Text(qccz_Key), pn_Matched);
+}
+
+unsigned CT_CompList::n_Search(const unsigned short* qcuz_Key, unsigned* pn_Matched) const
+{
+    return n_SearchKey(pcc_Text(qcuz_Key), pn_Matched);
+}
+
+unsigned CT_CompList::n_Search(const CT_CString* pcco_Key, unsigned* pn_Matched) const
+{
+    return n_SearchKey(pcc_Text(pcco_Key), pn_Matched);
+}
+
+unsigned CT_CompList::n_Search(const CT_UString* pcco_Key, unsigned* pn_Matched) const
+{
+    return n_SearchKey(pcc_Text(pcco_Key), pn_Matched);
+}
+
+int CT_CompList::b_Search(const char* qccz_Key, unsigned* pn_Matched) const
+{
+    return n_Search(qccz_Key, pn_Matched) != NO_HANDLE;
+}
+
+int CT_CompList::b_Search(const unsigned short* qcuz_Key, unsigned* pn_Matched) const
+{
+    return n_Search(qcuz_Key, pn_Matched) != NO_HANDLE;
+}
+
+int CT_CompList::b_Search(const CT_CString* pcco_Key, unsigned* pn_Matched) const
+{
+    return n_Search(pcco_Key, pn_Matched) != NO_HANDLE;
+}
+
+int CT_CompList::b_Search(const CT_UString* pcco_Key, unsigned* pn_Matched) const
+{
+    return n_Search(pcco_Key, pn_Matched) != NO_HANDLE;
+}
+
+unsigned CT_CompList::n_SearchKey(const char* pcc_Key, unsigned* pn_Matched) const
+{
+    // A walk changes the list in the adding mode only.
+    return const_cast<CT_CompList*>(this)->n_Walk(pcc_Key, wm_Search, 0, pn_Matched);
+}
+
+// ---- Change -------------------------------------------------------------------------------
+
+int CT_CompList::b_Add(const char* qccz_Key, unsigned n_Handle)
+{
+    return b_AddKey(pcc_Text(qccz_Key), n_Handle);
+}
+
+int CT_CompList::b_Add(const unsigned short* qcuz_Key, unsigned n_Handle)
+{
+    return b_AddKey(pcc_Text(qcuz_Key), n_Handle);
+}
+
+int CT_CompList::b_Add(const CT_CString* pcco_Key, unsigned n_Handle)
+{
+    return b_AddKey(pcc_Text(pcco_Key), n_Handle);
+}
+
+int CT_CompList::b_Add(const CT_UString* pcco_Key, unsigned n_Handle)
+{
+    return b_AddKey(pcc_Text(pcco_Key), n_Handle);
+}
+
+int CT_CompList::b_AddKey(const char* pcc_Key, unsigned n_Handle)
+{
+    if (!n_Walk(pcc_Key, wm_Add, n_Handle, 0))
+        return 0;
+    pso_Header->n_NrOfEntries++;
+    return 1;
+}
+
+// ---- Walk ---------------------------------------------------------------------------------
+
+// Follows a key through the stream. In the modes of searching the result is the handle, in the
+// adding mode whether the key was added.
+unsigned CT_CompList::n_Walk(const char* pcc_Key, et_WalkMode ec_Mode, unsigned n_Handle,
+                             unsigned* pn_Matched)
+{
+    const unsigned n_First = n_GetCharacter(pcc_Key);
+    if (!n_First)
+        return n_WalkEmptyKey(ec_Mode, n_Handle, pn_Matched);
+
+    const unsigned n_Jump = n_GetJumpOffset(n_First);
+    st_Walk so_Walk = {pcc_Key, n_First, n_Jump ? n_Jump : n_FirstPosition, 0, 0};
+    const et_Stop ec_Stop = ec_Follow(&so_Walk);
+    if (ec_Mode == wm_Add)
+        return n_Extend(&so_Walk, ec_Stop, n_Handle);
+    return n_Answer(&so_Walk, ec_Stop, ec_Mode, pn_Matched);
+}
+
+unsigned CT_CompList::n_WalkEmptyKey(et_WalkMode ec_Mode, unsigned n_Handle, unsigned* pn_Matched)
+{
+    if (pn_Matched)
+        *pn_Matched = 0;
+    // Kept: a list without a place for the empty string finds it, with handle 0.
+    if (!b_HasEmptyStringSupport())
+        return 0;
+    if (ec_Mode != wm_Add)
+        return n_GetEmptyStringHandle();
+    // Kept: the handle is replaced without regard to an earlier one or to who shares the block, no
+    // bytes are inserted and so the list doesn't count as changed; yet the caller counts one more
+    // entry.
+    v_SetEmptyStringHandle(n_Handle);
+    return 1;
+}
+
+CT_CompList::et_Stop CT_CompList::ec_Follow(st_Walk* pso_Walk) const
+{
+    switch (n_GetElementSize()) {
+    case 1:
+        return ec_FollowElements<unsigned char>(pso_Walk);
+    case 2:
+        return ec_FollowElements<unsigned short>(pso_Walk);
+    default:
+        return ec_FollowElements<unsigned>(pso_Walk);
+    }
+}
+
+// How far the stream can be read: no further than the block's bytes, whatever its head says.
+unsigned CT_CompList::n_GetLimit() const
+{
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    return n_GetEnd() < n_Used ? n_GetEnd() : n_Used;
+}
+
+// The stream as elements of the type T. Behind its last element it reads as the list end.
+template <class T>
+struct CT_CompList::st_Stream
+{
+    static constexpr unsigned ELEMENT = sizeof(T);
+
+    explicit st_Stream(const CT_CompList* pcco_List)
+        : pcc_Block(reinterpret_cast<const char*>(pcco_List->pso_Header)),
+          n_Limit(pcco_List->n_GetLimit()),
+          n_MarkSize(ELEMENT + pcco_List->n_OffsetSize),
+          n_EndSize(ELEMENT + pcco_List->n_GetHandleSize()),
+          n_Elements(n_Limit < ELEMENT ? 0 : n_Limit - ELEMENT + 1),
+          n_Marks(n_Limit < n_MarkSize ? 0 : n_Limit - n_MarkSize + 1)
+    {}
+
+    unsigned n_GetElement(unsigned n_Position) const
+    {
+        return n_Position < n_Elements ? n_Load<T>(pcc_Block + n_Position) : +ec_ListEnd;
+    }
+
+    // Where the alternative to the character at n_Position is; 0 for none.
+    unsigned n_GetAlternative(unsigned n_Position) const
+    {
+        const unsigned n_Mark = n_Position + ELEMENT;
+        if (n_Mark >= n_Marks || n_Load<T>(pcc_Block + n_Mark) != ec_Alternative)
+            return 0;
+        return n_GetTarget(n_Mark);
+    }
+
+    // Where the mark 13 at n_Mark leads to.
+    unsigned n_GetTarget(unsigned n_Mark) const
+    {
+        const char* pcc_Offset = pcc_Block + n_Mark + ELEMENT;
+        const int b_Long = n_MarkSize == ELEMENT + 4;
+        return n_Mark +
+               (b_Long ? n_Load<unsigned>(pcc_Offset) : n_Load<unsigned short>(pcc_Offset));
+    }
+
+    const char* pcc_Block;
+    unsigned n_Limit;
+    unsigned n_MarkSize; // of a mark 13 with its offset
+    unsigned n_EndSize;  // of a mark 10 or 26 with its handle
+    unsigned n_Elements; // an element can be read at positions below
+    unsigned n_Marks;    // a mark 13 with its offset can be read at positions below
+};
+
+// Follows the key until it ends, the stored branch ends, or elements differ with no other way on.
+template <class T>
+CT_CompList::et_Stop CT_CompList::ec_FollowElements(st_Walk* pso_Walk) const
+{
+    const st_Stream<T> so_Stream(this);
+    const char* pcc_Key = pso_Walk->pcc_Key;
+    unsigned n_Position = pso_Walk->n_Position;
+    for (;;) {
+        const unsigned n_Wanted = n_Load<T>(pcc_Key);
+        const unsigned n_Stored = so_Stream.n_GetElement(n_Position);
+        if (!n_Wanted) {
+            if (n_Stored == ec_Alternative)
+                n_Position += so_Stream.n_MarkSize;
+            return ec_StopAt<T>(pso_Walk, pcc_Key, n_Position, ws_KeyEnds);
+        }
+        if (n_Stored == n_Wanted && n_Stored != ec_ListEnd) {
+            n_Position += so_Stream.ELEMENT;
+            pcc_Key += so_Stream.ELEMENT;
+        } else if (n_Stored == ec_InnerEnd)
+            n_Position += so_Stream.n_EndSize;
+        else if (n_Stored == ec_Alternative)
+            n_Position += so_Stream.n_MarkSize;
+        else if (n_Stored == ec_ListEnd || n_Stored == ec_LeafEnd)
+            return ec_StopAt<T>(pso_Walk, pcc_Key, n_Position, ws_BranchEnds);
+        else if (const unsigned n_Alternative = so_Stream.n_GetAlternative(n_Position))
+            n_Position = n_Alternative;
+        else
+            return ec_StopAt<T>(pso_Walk, pcc_Key, n_Position, ws_Differs);
+    }
+}
+
+template <class T>
+CT_CompList::et_Stop CT_CompList::ec_StopAt(st_Walk* pso_Walk, const char* pcc_Key,
+                                            unsigned n_Position, et_Stop ec_Stop) const
+{
+    pso_Walk->n_Position = n_Position;
+    pso_Walk->n_Offset = static_cast<unsigned>(pcc_Key - pso_Walk->pcc_Key);
+    pso_Walk->n_Stored = st_Stream<T>(this).n_GetElement(n_Position);
+    return ec_Stop;
+}
+
+// The result of a search that came to its stop.
+unsigned CT_CompList::n_Answer(const st_Walk* pcso_Walk, et_Stop ec_Stop, et_WalkMode ec_Mode,
+                               unsigned* pn_Matched) const
+{
+    unsigned n_Matched = pcso_Walk->n_Offset / n_GetElementSize();
+    // Kept: where elements differ, and in the searching mode at the list end, nothing counts as
+    // matched, however far the key was followed.
+    if (ec_Stop == ws_Differs)
+        n_Matched = 0;
+    if (ec_Stop == ws_BranchEnds && pcso_Walk->n_Stored == ec_ListEnd && ec_Mode == wm_Search)
+        n_Matched = 0;
+    if (pn_Matched)
+        *pn_Matched = n_Matched;
+    const int b_End = pcso_Walk->n_Stored == ec_InnerEnd || pcso_Walk->n_Stored == ec_LeafEnd;
+    return ec_Stop == ws_KeyEnds && b_End ? n_GetHandle(pcso_Walk->n_Position + n_GetElementSize())
+                                          : NO_HANDLE;
+}
+
+// ---- Adding -------------------------------------------------------------------------------
+
+// Adds what the list lacks of the key: 1 when it was added.
+unsigned CT_CompList::n_Extend(const st_Walk* pcso_Walk, et_Stop ec_Stop, unsigned n_Handle)
+{
+    switch (ec_Stop) {
+    case ws_KeyEnds:
+        return n_AddInnerEnd(pcso_Walk, n_Handle);
+    case ws_BranchEnds:
+        return n_AddBehindEnd(pcso_Walk, n_Handle);
+    default:
+        return n_AddAlternative(pcso_Walk, n_Handle);
+    }
+}
+
+// The key ends within a stored branch: its end is marked there, unless it is marked already.
+unsigned CT_CompList::n_AddInnerEnd(const st_Walk* pcso_Walk, unsigned n_Handle)
+{
+    if (pcso_Walk->n_Stored == ec_InnerEnd || pcso_Walk->n_Stored == ec_LeafEnd)
+        return 0;
+    char* pc_End = pc_InsertBytes(pcso_Walk->n_Position, n_GetElementSize() + n_GetHandleSize());
+    if (!pc_End)
+        return 0;
+    v_SetCharacter(pc_End, ec_InnerEnd);
+    v_SetHandle(pc_End + n_GetElementSize(), n_Handle);
+    return 1;
+}
+
+// The stored branch ends before the key: the branch goes on with the rest of it.
+unsigned CT_CompList::n_AddBehindEnd(const st_Walk* pcso_Walk, unsigned n_Handle)
+{
+    const int b_LeafEnd = pcso_Walk->n_Stored == ec_LeafEnd;
+    unsigned n_Position = pcso_Walk->n_Position;
+    if (b_LeafEnd) {
+        // Kept: the mark changes in the block as it is, before a shared one is copied for the
+        // insertion, so that every holder sees it.
+        v_SetCharacter(pc_GetAt(n_Position), ec_InnerEnd);
+        n_Position += n_GetElementSize() + n_GetHandleSize();
+    }
+    if (!b_AddTail(pcso_Walk, n_Position, n_Handle)) {
+        if (b_LeafEnd)
+            v_SetCharacter(pc_GetAt(pcso_Walk->n_Position), ec_LeafEnd);
+        return 0;
+    }
+    if (!b_LeafEnd && !pcso_Walk->n_Offset)
+        v_SetJumpOffset(pcso_Walk->n_First, n_Position);
+    return 1;
+}
+
+// The key differs from every stored character at its place: a mark behind the last of them leads to
+// a new branch at the list's end.
+unsigned CT_CompList::n_AddAlternative(const st_Walk* pcso_Walk, unsigned n_Handle)
+{
+    const unsigned n_Mark = pcso_Walk->n_Position + n_GetElementSize();
+    const unsigned n_MarkSize = n_GetElementSize() + n_OffsetSize;
+    char* pc_Mark = pc_InsertBytes(n_Mark, n_MarkSize);
+    if (!pc_Mark)
+        return 0;
+    v_SetCharacter(pc_Mark, ec_Alternative);
+    v_SetOffset(pc_Mark + n_GetElementSize(), 0);
+
+    const unsigned n_Target = n_GetEnd() - n_GetElementSize();
+    if (!b_AddTail(pcso_Walk, n_Target, n_Handle)) {
+        v_RemoveBytes(n_Mark, n_MarkSize);
+        return 0;
+    }
+    v_SetOffset(pc_GetAt(n_Mark + n_GetElementSize()), n_Target - n_Mark);
+    if (!pcso_Walk->n_Offset)
+        v_SetJumpOffset(pcso_Walk->n_First, n_Target);
+    return 1;
+}
+
+// Inserts the rest of the key, a leaf end and the handle.
+int CT_CompList::b_AddTail(const st_Walk* pcso_Walk, unsigned n_Position, unsigned n_Handle)
+{
+    const unsigned n_Size = n_GetKeySize(pcso_Walk->pcc_Key);
+    if (n_Size < pcso_Walk->n_Offset)
+        return 0;
+    const unsigned n_Rest = n_Size - pcso_Walk->n_Offset;
+    char* pc_Tail = pc_InsertBytes(n_Position, n_Rest + n_GetElementSize() + n_GetHandleSize());
+    if (!pc_Tail)
+        return 0;
+    std::memcpy(pc_Tail, pcso_Walk->pcc_Key + pcso_Walk->n_Offset, n_Rest);
+    v_SetCharacter(pc_Tail + n_Rest, ec_LeafEnd);
+    v_SetHandle(pc_Tail + n_Rest + n_GetElementSize(), n_Handle);
+    return 1;
+}
+
+// The key's size in bytes.
+unsigned CT_CompList::n_GetKeySize(const char* pcc_Key) const
+{
+    if (n_GetElementSize() == 1)
+        return static_cast<unsigned>(std::strlen(pcc_Key));
+    // Kept: wider elements are all measured in units of two bytes, so that a key of four-byte
+    // elements ends at its first unit of 0.
+    unsigned n_Size = 0;
+    while (n_Load<unsigned short>(pcc_Key + n_Size))
+        n_Size += 2;
+    return n_Size;
+}
+
+// ---- Gaps ---------------------------------------------------------------------------------
+
+// Opens a gap whose content is undefined, and repairs what points across it. Null when the heap is
+// exhausted or the position lies outside the block; the list then is as it was.
+char* CT_CompList::pc_InsertBytes(unsigned n_Position, unsigned n_Count)
+{
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    if (n_Position > n_Used)
+        return 0;
+    v_OpenGap(n_Position, n_Count);
+    v_TakeHeader();
+    if (co_Buffer.n_GetUsedSize() != n_Used + n_Count)
+        return 0;
+    pso_Header->n_End += n_Count;
+    v_RecalcAltPos(n_Position, n_Count);
+    b_Changed = 1;
+    return pc_GetAt(n_Position);
+}
+
+// What lands in the gap is a copy of the block's beginning. A block without room for it grows by
+// what is missing, and its growth becomes that of the copy.
+void CT_CompList::v_OpenGap(unsigned n_Position, unsigned n_Count)
+{
+    const unsigned n_Size = co_Buffer.n_GetUsedSize() + n_Count;
+    if (n_Size > co_Buffer.n_GetMaximumSize()) {
+        const unsigned n_Growth = co_Buffer.n_GetGrowth();
+        co_Buffer.v_CopyWeWrite();
+        co_Buffer.v_SetGrowth(COPY_GROWTH);
+        co_Buffer.v_SetSize(n_Size, 1);
+        if (n_Size > co_Buffer.n_GetMaximumSize()) {
+            co_Buffer.v_SetGrowth(n_Growth);
+            return;
+        }
+    }
+    co_Buffer.v_AtInsertCopy(0, n_Count, n_Position);
+}
+
+// Takes a gap back.
+void CT_CompList::v_RemoveBytes(unsigned n_Position, unsigned n_Count)
+{
+    v_RecalcAltPos(n_Position, 0 - n_Count);
+    co_Buffer.v_Remove(n_Count, n_Position);
+    pso_Header->n_End -= n_Count;
+}
+
+// Lets every offset and jump offset that leads to n_Position or behind it follow a gap of n_Count
+// bytes there.
+void CT_CompList::v_RecalcAltPos(unsigned n_Position, unsigned n_Count)
+{
+    switch (n_GetElementSize()) {
+    case 1:
+        v_RecalcOffsets<unsigned char>(n_Position, n_Count);
+        break;
+    case 2:
+        v_RecalcOffsets<unsigned short>(n_Position, n_Count);
+        break;
+    default:
+        v_RecalcOffsets<unsigned>(n_Position, n_Count);
+    }
+    for (unsigned& n_Jump : pso_Header->an4_JumpOffset) {
+        if (n_Jump >= n_Position)
+            n_Jump += n_Count;
+    }
+}
+
+template <class T>
+void CT_CompList::v_RecalcOffsets(unsigned n_Position, unsigned n_Count)
+{
+    const st_Stream<T> so_Stream(this);
+    for (unsigned n_At = n_FirstPosition; n_At < n_Position;) {
+        const unsigned n_Stored = so_Stream.n_GetElement(n_At);
+        if (n_Stored == ec_InnerEnd || n_Stored == ec_LeafEnd)
+            n_At += so_Stream.n_EndSize;
+        else if (n_Stored != ec_Alternative || n_At >= so_Stream.n_Marks)
+            n_At += so_Stream.ELEMENT;
+        else {
+            // Kept: an offset that outgrows its field is cut, and leads astray; long offsets are
+            // there for large lists.
+            const unsigned n_Target = so_Stream.n_GetTarget(n_At);
+            if (n_Target >= n_Position)
+                v_SetOffset(pc_GetAt(n_At + so_Stream.ELEMENT), n_Target - n_At + n_Count);
+            n_At += so_Stream.n_MarkSize;
+        }
+    }
+}
