@@ -1,6 +1,7 @@
 // Ostra/Ostra.h: the whole library.
 #pragma once
 
+#include <Database/RecordManager/RecordManager.h>
 #include <Ostra/ARRAY/Array.h>
 #include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Buffer/Buffer.h>

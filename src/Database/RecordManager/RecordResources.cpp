@@ -1,0 +1,129 @@
+// Database/RecordManager/RecordResources.cpp: resources, blocks found by number through the sorted
+// table.
+#include <Database/RecordManager/RecordManager.h>
+
+#include <Ostra/Frame/Report.h>
+
+#include <cstring>
+
+namespace
+{
+constexpr char qccz_Source[] = "Database/RecordManager/RecordResources";
+
+constexpr unsigned CORRUPT_DATA = 31005;
+constexpr unsigned TOO_MANY_RESOURCES = 31052;
+constexpr unsigned RESOURCE_NOT_FOUND = 31053;
+constexpr unsigned RESOURCE_EXISTS = 31054;
+// In front of a resource's data: its size, which counts itself.
+constexpr unsigned SIZE_WORD = 4;
+} // namespace
+
+// ---- Finding ----------------------------------------------------------------------------------
+
+// By number; the items lie at any address.
+int CT_RecordManager::si_Compare(const void* pcv_First, const void* pcv_Second)
+{
+    unsigned n_First;
+    unsigned n_Second;
+    std::memcpy(&n_First, pcv_First, sizeof n_First);
+    std::memcpy(&n_Second, pcv_Second, sizeof n_Second);
+    return n_First > n_Second ? 1 : n_First < n_Second ? -1 : 0;
+}
+
+// Fills in the entry with that number and returns its slot; 0 on failure.
+unsigned CT_RecordManager::n_FindResource(st_Resource* pso_Resource) const
+{
+    const unsigned n_Slot = co_Resources.n_Find(pso_Resource);
+    if (n_Slot)
+        co_Resources.v_GetAt(pso_Resource, n_Slot);
+    else
+        v_SetError(RESOURCE_NOT_FOUND);
+    return n_Slot;
+}
+
+int CT_RecordManager::b_ResourceExists(unsigned n_ID)
+{
+    const st_Resource so_Resource = {n_ID, 0};
+    return co_Resources.n_Find(&so_Resource) != 0;
+}
+
+void CT_RecordManager::v_GetResource(unsigned n_ID, CT_Buffer* pco_Buffer)
+{
+    st_Resource so_Resource = {n_ID, 0};
+    n_FindResource(&so_Resource);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    const unsigned n_Size = n_Read(so_Resource.n_Offset);
+    pco_Buffer->v_SetUsedSize(0);
+    // A size that doesn't count its own word wraps here, and fails as a range.
+    v_ReadAppend(pco_Buffer, so_Resource.n_Offset + SIZE_WORD, n_Size - SIZE_WORD);
+    CT_Report::sb_Failed(qccz_Source);
+}
+
+// ---- Changing ---------------------------------------------------------------------------------
+
+void CT_RecordManager::v_AddResource(unsigned n_ID, const CT_Buffer* pcco_Data)
+{
+    if (st_Header.n_ResourceCount == st_Header.n_ResourceMaxCount) {
+        v_SetError(TOO_MANY_RESOURCES);
+        return;
+    }
+    if (b_ResourceExists(n_ID)) {
+        v_SetError(RESOURCE_EXISTS);
+        return;
+    }
+    const unsigned n_Size = pcco_Data->n_GetUsedSize() + SIZE_WORD;
+    const st_Resource so_Resource = {n_ID, n_GetFreeBlock(n_Size)};
+    if (!b_WriteSized(so_Resource.n_Offset, pcco_Data, 0, n_Size))
+        return;
+    co_Resources.v_Insert(&so_Resource);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    ++st_Header.n_ResourceCount;
+    ++st_Header.n_HeaderChange;
+    ++st_Header.n_ResourceChange;
+}
+
+void CT_RecordManager::v_UpdateResource(unsigned n_ID, const CT_Buffer* pcco_Data)
+{
+    st_Resource so_Resource = {n_ID, 0};
+    const unsigned n_Slot = n_FindResource(&so_Resource);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    const unsigned n_Size = pcco_Data->n_GetUsedSize() + SIZE_WORD;
+    const unsigned n_OldSize = n_Read(so_Resource.n_Offset);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    if (n_AlignBlockSize(n_Size) == n_AlignBlockSize(n_OldSize)) {
+        v_WriteSized(so_Resource.n_Offset, pcco_Data, 0, n_Size);
+    } else {
+        v_PutFreeBlock(0, so_Resource.n_Offset, n_OldSize);
+        so_Resource.n_Offset = n_GetFreeBlock(n_Size);
+        if (!b_WriteSized(so_Resource.n_Offset, pcco_Data, 0, n_Size))
+            return;
+        co_Resources.v_SetAt(&so_Resource, n_Slot);
+        ++st_Header.n_ResourceChange;
+    }
+    ++st_Header.n_HeaderChange;
+    CT_Report::sb_Failed(qccz_Source);
+}
+
+void CT_RecordManager::v_DeleteResource(unsigned n_ID)
+{
+    st_Resource so_Resource = {n_ID, 0};
+    const unsigned n_Slot = n_FindResource(&so_Resource);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    const unsigned n_Size = n_Read(so_Resource.n_Offset);
+    if (n_Size > st_Header.n_Size)
+        v_SetError(CORRUPT_DATA);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    v_PutFreeBlock(0, so_Resource.n_Offset, n_Size);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    co_Resources.v_RemoveAt(n_Slot);
+    --st_Header.n_ResourceCount;
+    ++st_Header.n_HeaderChange;
+    ++st_Header.n_ResourceChange;
+}
