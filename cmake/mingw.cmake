@@ -1,5 +1,6 @@
 # Shared by the Windows targets; OSTRA_MINGW is the prefix of the cross tools.
 set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_C_COMPILER ${OSTRA_MINGW}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${OSTRA_MINGW}-g++-posix)
 set(CMAKE_RC_COMPILER ${OSTRA_MINGW}-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/${OSTRA_MINGW})
