@@ -1,0 +1,11 @@
+// tools/check/ListDump.h: the bytes of a compressed list as annotated hex text.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+// Every byte once, in order, as pairs of hex digits; behind "#" the position and what lies there.
+// The form is that of the hex files of the tests. Any bytes will do: what can't be told apart is
+// shown as it is.
+std::string DumpList(const unsigned char* bytes, std::size_t length);
+std::string DumpList(const std::string& bytes);
