@@ -154,7 +154,8 @@ def check_exports(nm, library):
         symbol = line.split(" ", 2)[2]
         symbol = re.sub(r"^(vtable|typeinfo|typeinfo name|guard variable|VTT) for ", "", symbol)
         symbol = re.sub(r"^(non-)?virtual thunk to ", "", symbol)
-        owner = symbol.split("::")[0] if "::" in symbol.split("(")[0] else symbol.split("(")[0]
+        # A template's instance is shown with its result type.
+        owner = symbol.split("(")[0].split("::")[0].split(" ")[-1]
         if owner and owner != "std":
             names.add(owner)
     for name in sorted(names - expected):

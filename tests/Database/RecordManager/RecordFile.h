@@ -2,7 +2,6 @@
 #pragma once
 
 #include <Database/RecordManager/RecordManager.h>
-#include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/String/UString.h>
 
@@ -10,41 +9,12 @@
 #include <vector>
 
 #include "Support/Directory.h"
+#include "Support/Failure.h"
 
-inline std::u16string Wide(const unsigned short* text)
-{
-    std::u16string wide;
-    while (*text)
-        wide += static_cast<char16_t>(*text++);
-    return wide;
-}
-
-// What the thread's error says; code 0 when there is none.
-struct Failure
-{
-    unsigned code = 0;
-    std::u16string text;
-    std::vector<std::string> trail;
-};
-
-// Takes the error away.
-inline Failure TakeFailure()
-{
-    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
-    Failure failure;
-    if (!errors->b_IsSetError())
-        return failure;
-    failure.code = errors->n_GetErrorCode();
-    failure.text = Wide(errors->qcuz_GetErrorMessage());
-    for (unsigned i = 1; i <= errors->n_GetLocationCount(); ++i)
-        failure.trail.push_back(errors->qccz_GetLocationFileAt(i));
-    errors->v_ClearError();
-    return failure;
-}
-
+// The code of the thread's error, which goes; 0 for none.
 inline unsigned TakeCode()
 {
-    return TakeFailure().code;
+    return Errors().b_IsSetError() ? TakeFailure().code : 0;
 }
 
 // Codes beside the manager's own.

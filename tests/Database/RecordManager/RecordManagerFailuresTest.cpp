@@ -23,7 +23,7 @@ void ExpectOwn(unsigned code, const std::u16string& text)
 {
     const Failure failure = TakeFailure();
     EXPECT_EQ(failure.code, code);
-    EXPECT_EQ(failure.text, text);
+    EXPECT_EQ(failure.text, Narrow(text));
     ASSERT_FALSE(failure.trail.empty());
     EXPECT_TRUE(IsHere(failure.trail.front())) << failure.trail.front();
 }
@@ -33,7 +33,7 @@ void ExpectFromFile(unsigned code)
 {
     const Failure failure = TakeFailure();
     EXPECT_EQ(failure.code, code);
-    EXPECT_TRUE(failure.text.ends_with(u"[test.rec]"));
+    EXPECT_TRUE(failure.text.ends_with("[test.rec]"));
     ASSERT_GE(failure.trail.size(), 2u);
     EXPECT_TRUE(failure.trail.front().starts_with("Ostra/File/")) << failure.trail.front();
     EXPECT_TRUE(IsHere(failure.trail.back())) << failure.trail.back();
@@ -438,7 +438,7 @@ TEST(RecordManagerFailures, EarlierErrorStaysAndGetsTheTrail)
     records->v_GetResource(1, &buffer);
     const Failure failure = TakeFailure();
     EXPECT_EQ(failure.code, 4711u);
-    EXPECT_EQ(failure.text, u"(4711): earlier");
+    EXPECT_EQ(failure.text, "(4711): earlier");
     EXPECT_FALSE(failure.trail.empty());
     records.Close();
 }
