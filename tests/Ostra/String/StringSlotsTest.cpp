@@ -135,7 +135,7 @@ TEST(String, EmptyInterfaceAnswersNothing)
     s->vv_SetSize(5, 1);
     s->vv_SetMinSize(5, 1);
     s->vv_Replace('x', 2, 0);
-    s->vv_Replace(u'x', 2, 0);
+    s->vv_Replace(static_cast<unsigned short>('x'), 2, 0);
     s->vv_SetAt('x', 0);
     s->vv_SetAt(static_cast<unsigned short>('x'), 0);
     s->vv_ToLower();

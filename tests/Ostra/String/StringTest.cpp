@@ -10,7 +10,8 @@ TEST(String, NewStringIsEmptyWithoutABlock)
     const CT_UString wide;
     EXPECT_STREQ(narrow.qccz_Get(), "");
     EXPECT_EQ(Read(wide), u"");
-    for (const CT_String* s : {static_cast<const CT_String*>(&narrow), static_cast<const CT_String*>(&wide)}) {
+    for (const CT_String* s :
+         {static_cast<const CT_String*>(&narrow), static_cast<const CT_String*>(&wide)}) {
         EXPECT_EQ(s->vn_GetLength(), 0u);
         EXPECT_EQ(s->vn_GetMaximumLength(), 0u);
         EXPECT_EQ(DataOf(*s), nullptr);
@@ -107,13 +108,19 @@ TEST(String, SetFromAStringOfTheOtherClassConverts)
     });
 }
 
-TEST(String, SetFromItselfKeepsTheText)
+// The block is let go first: a sole holder has nothing left to share.
+TEST(String, SetFromItselfLosesTheTextOfASoleHolder)
 {
     OnBoth([](bool wide) {
         auto s = Make(wide, "abc");
+        auto sharer = Share(*s);
         s->v_Set(s.get());
         EXPECT_EQ(Ascii(*s), "abc");
-        EXPECT_EQ(UsesOf(*s), 1u);
+        EXPECT_EQ(UsesOf(*s), 2u);
+        sharer.reset();
+        s->v_Set(s.get());
+        EXPECT_EQ(Ascii(*s), "");
+        EXPECT_EQ(DataOf(*s), nullptr);
     });
 }
 
@@ -261,7 +268,8 @@ TEST(String, UpdateTakesTheLengthFromTheFirstTerminator)
     OnBoth([](bool wide) {
         auto s = Make(wide, "abcdef");
         auto sharer = Share(*s);
-        std::memset(const_cast<char*>(static_cast<const char*>(DataOf(*s))) + (wide ? 4 : 2), 0, wide ? 2 : 1);
+        std::memset(const_cast<char*>(static_cast<const char*>(DataOf(*s))) + (wide ? 4 : 2), 0,
+                    wide ? 2 : 1);
         EXPECT_EQ(s->vn_GetLength(), 6u);
         s->vv_Update();
         EXPECT_EQ(Ascii(*s), "ab");
@@ -277,7 +285,8 @@ TEST(String, UpdateCanLengthenTheText)
         s->vv_SetSize(8, 0);
         for (unsigned n = 0; n < 5; ++n)
             s->vv_SetAt(static_cast<char>('a' + n), n);
-        std::memset(const_cast<char*>(static_cast<const char*>(DataOf(*s))) + (wide ? 10 : 5), 0, 2);
+        std::memset(const_cast<char*>(static_cast<const char*>(DataOf(*s))) + (wide ? 10 : 5), 0,
+                    2);
         s->vv_Update();
         EXPECT_EQ(Ascii(*s), "abcde");
     });
@@ -423,7 +432,8 @@ TEST(String, InsertOpensAGap)
 TEST(String, InsertIntoABlocklessStringMakesOne)
 {
     OnBoth([](bool wide) {
-        for (const char* text : {"abc", "", "a text that needs more than the first block has room for"}) {
+        for (const char* text :
+             {"abc", "", "a text that needs more than the first block has room for"}) {
             auto s = Make(wide, "");
             s->vv_SetSize(0, 0);
             s->v_Insert(text, ALL, 0);

@@ -59,7 +59,7 @@ TEST(String, FindsAText)
         auto s = Make(wide, "abcabcab");
         for (bool other : {false, true}) {
             EXPECT_EQ(s->vn_Find(Make(other, "bca").get()), 1u);
-            EXPECT_EQ(s->vn_Find(Make(other, "bca").get(), 2), NONE);
+            EXPECT_EQ(s->vn_Find(Make(other, "bca").get(), 5), NONE);
             EXPECT_EQ(s->vn_Find(Make(other, "ab").get(), 4), 6u);
             EXPECT_EQ(s->vn_Find(Make(other, "abcabcabc").get()), NONE);
             EXPECT_EQ(s->vn_Find(Make(other, "abcabcab").get()), 0u);
@@ -97,7 +97,8 @@ TEST(String, FindAgreesWithAPlainSearch)
         const auto expectedCharacter = static_cast<unsigned>(text.find(find[0], from));
         OnBoth([&](bool wide) {
             auto s = Make(wide, text.c_str());
-            ASSERT_EQ(s->vn_Find(Make(wide, find.c_str()).get(), from), expected) << text << " " << find;
+            ASSERT_EQ(s->vn_Find(Make(wide, find.c_str()).get(), from), expected)
+                << text << " " << find;
             ASSERT_EQ(s->vn_Find(find[0], from), expectedCharacter);
         });
     }
@@ -114,13 +115,16 @@ TEST(String, MatchesWildcards)
         bool matches;
     };
     const Case cases[] = {
-        {"", "", true},          {"", "abc", true},      {"*", "", true},       {"*", "abc", true},
-        {"a*c", "abc", true},    {"a*c", "abd", false},  {"a*c", "ac", true},   {"abc", "abc", true},
-        {"abc", "abcd", false},  {"abcd", "abc", false}, {"ABC", "abc", false}, {"a?c", "abc", true},
-        {"???", "abc", true},    {"??", "abc", false},   {"*b*", "abc", true},  {"*b", "abab", true},
-        {"*ab*ab", "aab", false}, {"a**c", "abc", true}, {"a*?c", "abc", true}, {"a*?c", "ac", false},
-        {"*.txt", "a.txt.txt", true}, {"[a]", "a", false}, {"\\*", "*", false}, {"a*", "a", true},
-        {"*a", "b", false},      {"*?", "a", true},      {"x*", "abc", false},  {"**", "", true},
+        {"", "", true},         {"", "abc", true},        {"*", "", true},
+        {"*", "abc", true},     {"a*c", "abc", true},     {"a*c", "abd", false},
+        {"a*c", "ac", true},    {"abc", "abc", true},     {"abc", "abcd", false},
+        {"abcd", "abc", false}, {"ABC", "abc", false},    {"a?c", "abc", true},
+        {"???", "abc", true},   {"??", "abc", false},     {"*b*", "abc", true},
+        {"*b", "abab", true},   {"*ab*ab", "aab", false}, {"a**c", "abc", true},
+        {"a*?c", "abc", true},  {"a*?c", "ac", false},    {"*.txt", "a.txt.txt", true},
+        {"[a]", "a", false},    {"\\*", "*", false},      {"a*", "a", true},
+        {"*a", "b", false},     {"*?", "a", true},        {"x*", "abc", false},
+        {"**", "", true},
     };
     OnBoth([&](bool wide) {
         for (const Case& c : cases) {
@@ -201,8 +205,9 @@ TEST(String, ComparesWholeTexts)
         const char* right;
         int result;
     };
-    const Case cases[] = {{"", "", 0},      {"abc", "abc", 0},  {"abc", "abd", -1}, {"abd", "abc", 1},
-                          {"ab", "abc", -1}, {"abc", "ab", 1},  {"", "a", -1},      {"Z", "a", -1}};
+    const Case cases[] = {{"", "", 0},       {"abc", "abc", 0}, {"abc", "abd", -1},
+                          {"abd", "abc", 1}, {"ab", "abc", -1}, {"abc", "ab", 1},
+                          {"", "a", -1},     {"Z", "a", -1}};
     OnBoth([&](bool wide) {
         for (const Case& c : cases) {
             SCOPED_TRACE(std::string(c.left) + " with " + c.right);
@@ -276,9 +281,9 @@ TEST(String, StripsASet)
         const char* text;
         const char* rest;
     };
-    const Case cases[] = {{"x", "xxaxbxx", "axb"}, {"x", "xxx", ""},   {"xy", "xyxayx", "a"},
+    const Case cases[] = {{"x", "xxaxbxx", "axb"}, {"x", "xxx", ""},     {"xy", "xyxayx", "a"},
                           {"x", "abc", "abc"},     {"", " ab ", " ab "}, {"ab", "", ""},
-                          {"a", "a", ""},          {"b", "ab", "a"},   {" ", "  a", "a"}};
+                          {"a", "a", ""},          {"b", "ab", "a"},     {" ", "  a", "a"}};
     OnBoth([&](bool wide) {
         for (bool other : {wide, !wide})
             for (const Case& c : cases) {
@@ -359,11 +364,11 @@ TEST(String, TranslatesOrRemovesCharacters)
         const char* to;
         const char* result;
     };
-    const Case cases[] = {{"aabbcc", "abc", "x", "xx"},     {"abc", "abc", "xyz", "xyz"},
-                          {"abc", "", "xyz", "abc"},        {"abc", "abc", "", ""},
-                          {"hello", "lo", "01", "he001"},   {"banana", "an", "u", "buuu"},
-                          {"aba", "aa", "xy", "xbx"},       {"", "a", "b", ""},
-                          {"abcabc", "c", "", "abab"},      {"xyz", "abc", "123", "xyz"}};
+    const Case cases[] = {{"aabbcc", "abc", "x", "xx"},   {"abc", "abc", "xyz", "xyz"},
+                          {"abc", "", "xyz", "abc"},      {"abc", "abc", "", ""},
+                          {"hello", "lo", "01", "he001"}, {"banana", "an", "u", "buuu"},
+                          {"aba", "aa", "xy", "xbx"},     {"", "a", "b", ""},
+                          {"abcabc", "c", "", "abab"},    {"xyz", "abc", "123", "xyz"}};
     OnBoth([&](bool wide) {
         for (bool other : {wide, !wide})
             for (const Case& c : cases) {
@@ -397,10 +402,10 @@ TEST(String, TranslateWritesIntoASharedBlockUpToTheFirstRemoval)
 TEST(String, TranslateLooksUpInItsOwnChangingText)
 {
     OnBoth([](bool wide) {
-        // The argument shares the block, and changes with it: b is found at 0 when its turn comes.
+        // The argument shares the block and changes with it: when its turn comes, b is found at 0 and a at 2.
         auto s = Make(wide, "aba");
         s->vv_Translate(s.get(), Make(wide, "bz").get());
-        EXPECT_EQ(Ascii(*s), "bba");
+        EXPECT_EQ(Ascii(*s), "bb");
     });
 }
 
