@@ -1,0 +1,28 @@
+// examples/lexicon/Commands.h: the commands of the program, apart from the process they run in.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace lexicon
+{
+// Exit statuses.
+enum Status
+{
+    DONE = 0,
+    FAILED = 1,
+    USAGE = 2
+};
+
+struct Streams
+{
+    std::ostream& output;
+    std::ostream& errors;
+    // Where a progress bar may be shown; null for nowhere.
+    std::ostream* terminal;
+};
+
+// Runs the program with its arguments, the program's own name not among them. All text is UTF-8.
+Status Run(const std::vector<std::string>& arguments, const Streams& streams);
+} // namespace lexicon

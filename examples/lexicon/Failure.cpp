@@ -1,0 +1,50 @@
+// examples/lexicon/Failure.cpp
+#include "Failure.h"
+
+#include "Utf8.h"
+
+namespace lexicon
+{
+bool Failing()
+{
+    return CT_ErrorManager::spco_Get()->b_IsSetError();
+}
+
+bool Failed(const char* source, std::source_location where)
+{
+    if (!Failing())
+        return false;
+    CT_ErrorManager::spco_Get()->v_AddLocation(source, where.line());
+    return true;
+}
+
+Failure Failure::Take()
+{
+    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    Failure failure;
+    failure.code = errors->n_GetErrorCode();
+    failure.message = ToUtf8(errors->qcuz_GetErrorMessage());
+    for (unsigned n = 1; n <= errors->n_GetLocationCount(); ++n)
+        failure.trail.push_back(std::string(errors->qccz_GetLocationFileAt(n)) + ", line " +
+                                std::to_string(errors->n_GetLocationLineAt(n)));
+    errors->v_ClearError();
+    return failure;
+}
+
+void Failure::Print(std::ostream& output, const std::string& context, bool trace) const
+{
+    std::string line = "lexicon: ";
+    // The program's own messages have no code and say all themselves.
+    if (code)
+        line += context + ": ";
+    line += message;
+    // A file name may hold anything; the message stays one line.
+    for (char& c : line)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
+            c = '?';
+    output << line << '\n';
+    if (trace)
+        for (const std::string& place : trail)
+            output << "    " << place << '\n';
+}
+} // namespace lexicon

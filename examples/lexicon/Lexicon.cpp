@@ -1,0 +1,143 @@
+// examples/lexicon/Lexicon.cpp
+#include "Lexicon.h"
+
+#include "Failure.h"
+#include "Utf8.h"
+
+#include <cstring>
+
+namespace lexicon
+{
+namespace
+{
+constexpr char SOURCE[] = "lexicon/Lexicon";
+
+constexpr unsigned FILE_BUFFER = 4096;
+constexpr unsigned LIST_GROWTH = 128;
+// The header of a list and the one element of an empty one.
+constexpr unsigned SMALLEST_LIST = 132 + ELEMENT_SIZE;
+constexpr unsigned NONE = 0xFFFFFFFF;
+
+CT_CompList EmptyList()
+{
+    return CT_CompList(CT_CompList::et_ElementSize(ELEMENT_SIZE), HANDLE_SIZE, 0, 1, LIST_GROWTH,
+                       CODE_PAGE_UTF16);
+}
+} // namespace
+
+Lexicon::Lexicon(const CT_String* name)
+    : file(name, FILE_BUFFER),
+      manager(&file),
+      lists{EmptyList(), EmptyList()}
+{}
+
+bool Lexicon::Open()
+{
+    return OpenFile() && ReadContents();
+}
+
+bool Lexicon::OpenFile()
+{
+    const Outcome outcome = CheckHeader(file.pcco_GetFullName());
+    if (outcome != Outcome::GOOD)
+        Refuse(outcome, u"its header");
+    // Not mapped: a reader takes few and large pieces, and a file that somebody cuts meanwhile is a short read.
+    if (!Failing())
+        manager.v_Open(CT_RecordManager::e_OpenRead, 0);
+    return !Failed(SOURCE);
+}
+
+bool Lexicon::ReadContents()
+{
+    CT_Buffer bytes;
+    if (!manager.b_ResourceExists(DIRECTORY))
+        Refuse(Outcome::FOREIGN, u"");
+    else
+        manager.v_GetResource(DIRECTORY, &bytes);
+    if (Failed(SOURCE))
+        return false;
+    directorySize = bytes.n_GetUsedSize();
+    Outcome outcome = ReadDirectory(&bytes, &directory);
+    if (outcome == Outcome::GOOD &&
+        (manager.n_GetRecordCount() != directory.Records() || manager.n_GetResourceCount() != 1))
+        outcome = Outcome::DAMAGED;
+    if (outcome != Outcome::GOOD)
+        Refuse(outcome, u"its directory");
+    return !Failing();
+}
+
+bool Lexicon::Load(Side side)
+{
+    CT_Buffer bytes;
+    if (!GetPart(&manager, directory.lists[side], &bytes))
+        Refuse(Outcome::DAMAGED, u"a list of words");
+    else if (!GetPart(&manager, directory.texts[side], &texts[side]))
+        Refuse(Outcome::DAMAGED, u"the texts of a list");
+    if (Failing())
+        return false;
+    // The block is the list: no conversion.
+    if (bytes.n_GetUsedSize() >= SMALLEST_LIST)
+        lists[side].v_Set(&bytes);
+    if (!IsListGood(side))
+        Refuse(Outcome::DAMAGED, u"a list of words");
+    return !Failing();
+}
+
+bool Lexicon::IsListGood(Side side) const
+{
+    const CT_CompList& list = lists[side];
+    return list.n_GetElementSize() == ELEMENT_SIZE && list.n_GetHandleSize() == HANDLE_SIZE &&
+           list.b_HasLongOffsetSupport() && !list.b_HasEmptyStringSupport() &&
+           list.n_GetEnd() == directory.lists[side].size &&
+           list.n_GetNrOfEntries() == directory.words[side];
+}
+
+bool Lexicon::Find(Side side, std::string_view word, Entry* entry, unsigned* matched)
+{
+    CT_UString key;
+    ToWide(word, &key);
+    unsigned position = lists[side].n_Search(&key, matched);
+    if (position == NONE || Failed(SOURCE))
+        return false;
+    if (!Next(side, &position, entry) || entry->word != word)
+        Refuse(Outcome::DAMAGED, u"the texts of a list");
+    return !Failing();
+}
+
+bool Lexicon::Next(Side side, unsigned* position, Entry* entry)
+{
+    entry->others.clear();
+    if (*position == texts[side].n_GetUsedSize())
+        return false;
+    bool good = ReadText(side, position, &entry->word);
+    std::string_view text;
+    while ((good = good && ReadText(side, position, &text)) && !text.empty())
+        entry->others.push_back(text);
+    if (!good)
+        Refuse(Outcome::DAMAGED, u"the texts of a list");
+    return good;
+}
+
+bool Lexicon::ReadText(Side side, unsigned* position, std::string_view* text) const
+{
+    if (*position >= texts[side].n_GetUsedSize())
+        return false;
+    const unsigned end = texts[side].n_Find(static_cast<unsigned char>(0), *position);
+    if (end == NONE)
+        return false;
+    const char* start = static_cast<const char*>(texts[side].qcv_Get()) + *position;
+    *text = std::string_view(start, end - *position);
+    *position = end + 1;
+    return true;
+}
+
+void Lexicon::Refuse(Outcome outcome, const char16_t* what)
+{
+    if (Failing())
+        Failed(SOURCE);
+    else if (outcome == Outcome::FOREIGN)
+        Fail(SOURCE, u"%s: this is a record file, but no lexicon", Name());
+    else
+        Fail(SOURCE, u"%s: the lexicon is damaged in %s", Name(), qcuz_Text(what));
+}
+} // namespace lexicon

@@ -1,0 +1,19 @@
+// examples/lexicon/PlatformPosix.cpp
+#include "Platform.h"
+
+#include <unistd.h>
+
+namespace lexicon
+{
+std::vector<std::string> CommandLine(int count, char** words)
+{
+    return {words + (count ? 1 : 0), words + count};
+}
+
+void PrepareStreams() {}
+
+bool IsErrorTerminal()
+{
+    return isatty(STDERR_FILENO) != 0;
+}
+} // namespace lexicon

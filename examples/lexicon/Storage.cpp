@@ -1,0 +1,199 @@
+// examples/lexicon/Storage.cpp
+#include "Storage.h"
+
+#include "Failure.h"
+
+#include <Ostra/File/WinFile.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace lexicon
+{
+namespace
+{
+constexpr char SOURCE[] = "lexicon/Storage";
+
+constexpr std::uint32_t MAGIC = 0x4958454C;
+constexpr std::uint32_t VERSION = 1;
+constexpr unsigned PIECE = 0x40000;
+constexpr unsigned ATTRIBUTE_NORMAL = 1;
+
+constexpr std::array<std::uint32_t, 256> CRC_TABLE = [] {
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t n = 0; n < 256; ++n) {
+        table[n] = n;
+        for (int bit = 0; bit < 8; ++bit)
+            table[n] = table[n] >> 1 ^ (table[n] & 1 ? 0xEDB88320 : 0);
+    }
+    return table;
+}();
+
+std::uint32_t Crc(const void* bytes, size_t size)
+{
+    std::uint32_t crc = 0xFFFFFFFF;
+    const auto* next = static_cast<const unsigned char*>(bytes);
+    for (const auto* end = next + size; next != end; ++next)
+        crc = crc >> 8 ^ CRC_TABLE[(crc ^ *next) & 0xFF];
+    return ~crc;
+}
+
+unsigned Pieces(unsigned size)
+{
+    return size / PIECE + (size % PIECE ? 1 : 0);
+}
+
+// The numbers of a directory one by one; behind the end they are 0.
+class Numbers
+{
+public:
+    explicit Numbers(const CT_Buffer* bytes) : numbers(bytes->n_GetUsedSize() / 4)
+    {
+        if (!numbers.empty())
+            std::memcpy(numbers.data(), bytes->qcv_Get(), numbers.size() * 4);
+    }
+
+    size_t Left() const { return numbers.size() - next; }
+    std::uint32_t Next() { return Left() ? numbers[next++] : 0; }
+    bool IsWhole() const
+    {
+        return numbers.size() > 1 && numbers.back() == Crc(numbers.data(), numbers.size() * 4 - 4);
+    }
+
+private:
+    std::vector<std::uint32_t> numbers;
+    size_t next = 0;
+};
+
+void WritePart(const Part& part, std::vector<std::uint32_t>* numbers)
+{
+    numbers->insert(numbers->end(),
+                    {part.size, part.checksum, static_cast<std::uint32_t>(part.records.size())});
+    numbers->insert(numbers->end(), part.records.begin(), part.records.end());
+}
+
+bool ReadPart(Numbers* numbers, Part* part)
+{
+    part->size = numbers->Next();
+    part->checksum = numbers->Next();
+    const unsigned count = numbers->Next();
+    if (count != Pieces(part->size) || count > numbers->Left())
+        return false;
+    part->records.clear();
+    for (unsigned n = 0; n < count; ++n)
+        part->records.push_back(numbers->Next());
+    return true;
+}
+
+std::uint32_t NumberAt(const CT_Buffer& bytes, unsigned offset)
+{
+    std::uint32_t number;
+    std::memcpy(&number, static_cast<const char*>(bytes.qcv_Get()) + offset, sizeof number);
+    return number;
+}
+} // namespace
+
+unsigned Directory::Records() const
+{
+    size_t count = 0;
+    for (int side = 0; side < SIDES; ++side)
+        count += lists[side].records.size() + texts[side].records.size();
+    return static_cast<unsigned>(count);
+}
+
+void Directory::Write(CT_Buffer* bytes) const
+{
+    std::vector<std::uint32_t> numbers = {MAGIC, VERSION, pairs, words[SOURCES], words[TARGETS]};
+    for (int side = 0; side < SIDES; ++side) {
+        WritePart(lists[side], &numbers);
+        WritePart(texts[side], &numbers);
+    }
+    numbers.push_back(Crc(numbers.data(), numbers.size() * 4));
+    bytes->v_Set(numbers.data(), static_cast<unsigned>(numbers.size() * 4), bytes->n_GetGrowth());
+}
+
+Outcome ReadDirectory(const CT_Buffer* bytes, Directory* directory)
+{
+    Numbers numbers(bytes);
+    if (numbers.Next() != MAGIC || numbers.Next() != VERSION)
+        return Outcome::FOREIGN;
+    if (!numbers.IsWhole())
+        return Outcome::DAMAGED;
+    directory->pairs = numbers.Next();
+    for (unsigned& count : directory->words)
+        count = numbers.Next();
+    for (int side = 0; side < SIDES; ++side) {
+        if (!ReadPart(&numbers, &directory->lists[side]) ||
+            !ReadPart(&numbers, &directory->texts[side]))
+            return Outcome::DAMAGED;
+    }
+    return numbers.Left() == 1 ? Outcome::GOOD : Outcome::DAMAGED;
+}
+
+unsigned Checksum(const CT_Buffer* bytes)
+{
+    return Crc(bytes->qcv_Get(), bytes->n_GetUsedSize());
+}
+
+bool AddPart(CT_RecordManager* manager, const CT_Buffer* bytes, Part* part)
+{
+    part->size = bytes->n_GetUsedSize();
+    part->checksum = Checksum(bytes);
+    for (unsigned offset = 0; offset < part->size; offset += PIECE) {
+        const unsigned size = std::min(PIECE, part->size - offset);
+        CT_Buffer piece;
+        piece.v_Append(bytes, offset, size);
+        if (!Failing())
+            part->records.push_back(manager->n_AddRecord(&piece));
+        if (Failed(SOURCE))
+            return false;
+    }
+    return true;
+}
+
+bool GetPart(const CT_RecordManager* manager, const Part& part, CT_Buffer* bytes)
+{
+    if (part.size > manager->n_GetSize())
+        return false;
+    bytes->v_SetSize(part.size, 0);
+    CT_Buffer piece;
+    for (unsigned record : part.records) {
+        const unsigned size = std::min(PIECE, part.size - bytes->n_GetUsedSize());
+        manager->v_GetRecord(record, &piece);
+        // A record that is shorter than its head comes back with the whole head.
+        if (Failed(SOURCE) || piece.n_GetUsedSize() != std::max(size, RECORD_HEADER_SIZE))
+            return false;
+        bytes->v_Append(&piece, 0, size);
+        if (Failed(SOURCE))
+            return false;
+    }
+    return Checksum(bytes) == part.checksum;
+}
+
+Outcome CheckHeader(const CT_String* name)
+{
+    constexpr unsigned SIZE = 256;
+    CT_WinFile file(name, SIZE);
+    CT_Buffer header;
+    file.vv_Open(CT_File::e_AccessRead, CT_File::e_OpenExisting, CT_File::e_ShareRead,
+                 ATTRIBUTE_NORMAL, 0);
+    if (!Failing())
+        file.n_Read(&header, SIZE);
+    const unsigned size = Failing() ? 0 : file.vn_GetSize();
+    if (!Failing())
+        file.vv_Close();
+    if (Failed(SOURCE) || header.n_GetUsedSize() < SIZE || NumberAt(header, 32) != 0xA1B2C3D4)
+        return Outcome::GOOD;
+    // Version, block size, size of a record's head, slots of the two tables.
+    constexpr std::uint32_t FIXED[] = {1, BLOCK_SIZE, RECORD_HEADER_SIZE, 128};
+    const bool mine =
+        header.b_IsEqual(FIXED, sizeof FIXED, 36) && NumberAt(header, 56) == RESOURCE_MAX_COUNT;
+    if (!mine)
+        return Outcome::FOREIGN;
+    return NumberAt(header, 60) <= RESOURCE_MAX_COUNT && NumberAt(header, 80) == size
+               ? Outcome::GOOD
+               : Outcome::DAMAGED;
+}
+} // namespace lexicon
