@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <io.h>
+#include <string_view>
 
 namespace lexicon
 {
@@ -18,8 +19,11 @@ std::vector<std::string> CommandLine(int, char**)
     std::vector<std::string> arguments;
     int count = 0;
     LPWSTR* words = CommandLineToArgvW(GetCommandLineW(), &count);
-    for (int n = 1; words && n < count; ++n)
-        arguments.push_back(ToUtf8(reinterpret_cast<const unsigned short*>(words[n])));
+    for (int n = 1; words && n < count; ++n) {
+        const std::wstring_view word(words[n]);
+        const std::vector<unsigned short> units(word.begin(), word.end());
+        arguments.push_back(ToUtf8(units.data(), static_cast<unsigned>(units.size())));
+    }
     LocalFree(words);
     return arguments;
 }

@@ -1,0 +1,217 @@
+// tests/Examples/LexiconErrorTest.cpp: what the commands refuse, and what stays behind.
+#include "RunLexicon.h"
+
+#include <Commands.h>
+#include <Ostra/File/WinFile.h>
+#include <Ostra/Frame/Text.h>
+
+#include "Support/Directory.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace
+{
+const Arguments BUILD = {"build", "words.tsv", "words.rec"};
+
+// A stream that takes nothing, as on a full disk.
+class FullStream : public std::streambuf
+{
+};
+} // namespace
+
+TEST(LexiconErrors, ABadLineIsToldWithItsNumber)
+{
+    const std::string reserved = ": the line holds U+00";
+    const struct
+    {
+        std::string text;
+        std::string error;
+    } cases[] = {
+        {"a\tb\nno tab\nc\td\n", "2: the line has no tab"},
+        {"a\tb\n\nc\td\n", "2: the line has no tab"},
+        {"a\tb\nc\td\n\n", "3: the line has no tab"},
+        {"\n", "1: the line has no tab"},
+        {"\r\n", "1: the line has no tab"},
+        {"no tab", "1: the line has no tab"},
+        {"a\tb\n\tc\n", "2: the word in front of the tab is empty"},
+        {"a\tb\nc\t\n", "2: the word behind the tab is empty"},
+        {"a\tb\nc\t\r\n", "2: the word behind the tab is empty"},
+        {"a\tb\n\t\n", "2: the word in front of the tab is empty"},
+        {std::string("a\tb\nc\0c\td\n", 10), "2: the line holds U+0000, which no key can hold"},
+        {"a\tb\nc\rc\td\n", "2: the line holds U+000D, which no key can hold"},
+        {"a\tb\nc\td\r\r\n", "2: the line holds U+000D, which no key can hold"},
+        {"a\tb\nc\x19\td\n", "2: the line holds U+0019, which no key can hold"},
+        {"a\tb\nc\td\x1A\n", "2: the line holds U+001A, which no key can hold"},
+        {"a\tb\nc\t\xFF\n", "2: the line is not well-formed UTF-8"},
+        {"\xFF\xFE" "a\tb\n", "1: the line is not well-formed UTF-8"},
+        {"a\tb\nc\xC3\td\n", "2: the line is not well-formed UTF-8"},
+        {"a\tb\nno tab \x80\n", "2: the line is not well-formed UTF-8"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.text);
+        const Answer answer = BuildLexicon(row.text);
+        EXPECT_EQ(answer.status, 1);
+        EXPECT_EQ(answer.output, "");
+        EXPECT_EQ(answer.errors, "lexicon: words.tsv:" + row.error + "\n");
+        EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
+    }
+}
+
+TEST(LexiconErrors, AFailedBuildLeavesTheOldLexicon)
+{
+    MakeLexicon("a\tb\n");
+    const std::string old = ReadBytes("words.rec");
+    EXPECT_EQ(BuildLexicon("c\td\nno tab\n").status, 1);
+    EXPECT_TRUE(ReadBytes("words.rec") == old);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
+}
+
+TEST(LexiconErrors, AnInputThatIsMissingOrADirectoryIsTold)
+{
+    Answer answer = RunLexicon(BUILD);
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_EQ(answer.errors, "lexicon: cannot read words.tsv: " + SystemError(2, "words.tsv") + "\n");
+    std::filesystem::create_directory("words.tsv");
+    answer = RunLexicon(BUILD);
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_EQ(answer.errors, "lexicon: cannot read words.tsv: " + SystemError(5, "words.tsv") + "\n");
+    EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
+}
+
+TEST(LexiconErrors, AnOutputThatCannotBeMadeIsTold)
+{
+    WriteBytes("words.tsv", "a\tb\n");
+    const Answer answer = RunLexicon({"build", "words.tsv", "none/words.rec"});
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_EQ(answer.errors,
+              "lexicon: cannot write none/words.rec: " + SystemError(3, "none/words.rec.new") + "\n");
+    EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
+}
+
+TEST(LexiconErrors, AnOutputThatIsADirectoryStays)
+{
+    std::filesystem::create_directory("words.rec");
+    const Answer answer = BuildLexicon("a\tb\n");
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_EQ(answer.errors, "lexicon: cannot write words.rec: " + SystemError(5, "words.rec") + "\n");
+    EXPECT_TRUE(std::filesystem::is_directory("words.rec"));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
+}
+
+TEST(LexiconErrors, WhatStandsInPlaceOfTheTemporaryFileStays)
+{
+    MakeLexicon("a\tb\n");
+    const std::string old = ReadBytes("words.rec");
+    std::filesystem::create_directory("words.rec.new");
+    const Answer answer = BuildLexicon("c\td\n");
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_EQ(answer.errors, "lexicon: cannot write words.rec: " + SystemError(5, "words.rec.new") + "\n");
+    EXPECT_TRUE(ReadBytes("words.rec") == old);
+    EXPECT_TRUE(std::filesystem::is_directory("words.rec.new"));
+}
+
+TEST(LexiconErrors, AnOldLexiconInUseStays)
+{
+    MakeLexicon("a\tb\n");
+    const CT_UString name(qcuz_Text(u"words.rec"));
+    CT_WinFile holder(&name, 1024);
+    holder.vv_Open(CT_File::e_AccessRead, CT_File::e_OpenExisting, CT_File::e_ShareNone, 1, 0);
+    const Answer built = BuildLexicon("c\td\n");
+    const Answer looked = RunLexicon({"lookup", "words.rec", "a"});
+    holder.vv_Close();
+    EXPECT_TRUE(IsRefusal(built));
+    EXPECT_EQ(built.errors, "lexicon: cannot write words.rec: " + SystemError(32, "words.rec") + "\n");
+    EXPECT_TRUE(IsRefusal(looked));
+    EXPECT_EQ(looked.errors, "lexicon: cannot read words.rec: " + SystemError(32, "words.rec") + "\n");
+    EXPECT_EQ(RunLexicon({"list", "words.rec"}).output, "a\tb\n");
+    EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
+}
+
+TEST(LexiconErrors, AnInputIsNotItsOwnOutput)
+{
+    WriteBytes("words.tsv", "a\tb\n");
+    for (const char* output : {"words.tsv", "./words.tsv"}) {
+        const Answer answer = RunLexicon({"build", "words.tsv", output});
+        EXPECT_TRUE(IsRefusal(answer));
+        EXPECT_EQ(answer.errors, "lexicon: words.tsv: this is the input as well as the output\n");
+    }
+    EXPECT_EQ(ReadBytes("words.tsv"), "a\tb\n");
+}
+
+TEST(LexiconErrors, AMissingLexiconIsTold)
+{
+    for (const Arguments& arguments :
+         {Arguments{"lookup", "words.rec", "a"}, Arguments{"list", "words.rec"}, Arguments{"info", "words.rec"}}) {
+        const Answer answer = RunLexicon(arguments);
+        EXPECT_TRUE(IsRefusal(answer));
+        EXPECT_EQ(answer.errors, "lexicon: cannot read words.rec: " + SystemError(2, "words.rec") + "\n");
+    }
+    EXPECT_EQ(Names(), std::vector<std::string>{});
+}
+
+TEST(LexiconErrors, AWordThatNoKeyCanBeIsTold)
+{
+    MakeLexicon("a\tb\n");
+    const struct
+    {
+        std::string word;
+        const char* error;
+    } cases[] = {
+        {"", "word 2 is empty"},
+        {"\xC3", "word 2 is not well-formed UTF-8"},
+        {"a\x1A", "word 2 holds U+001A, which no key can hold"},
+        {"a\nb", "word 2 holds U+000A, which no key can hold"},
+        {std::string("a\0", 2), "word 2 holds U+0000, which no key can hold"},
+    };
+    for (const auto& row : cases) {
+        const Answer answer = RunLexicon({"lookup", "words.rec", "a", row.word});
+        EXPECT_TRUE(IsRefusal(answer)) << row.error;
+        EXPECT_EQ(answer.errors, std::string("lexicon: ") + row.error + "\n");
+    }
+}
+
+TEST(LexiconErrors, AFileNameMustBeUtf8)
+{
+    const Answer answer = RunLexicon({"list", "\xFF"});
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_EQ(answer.errors, "lexicon: argument 1 is not well-formed UTF-8\n");
+}
+
+TEST(LexiconErrors, AMessageStaysOneLineWhateverTheNameHolds)
+{
+    const Answer answer = RunLexicon({"list", "two\nlines\x1B.rec"});
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_NE(answer.errors.find("two?lines?.rec"), std::string::npos) << answer.errors;
+}
+
+TEST(LexiconErrors, AnOutputThatTakesNothingIsTold)
+{
+    MakeLexicon("a\tb\n");
+    FullStream nowhere;
+    std::ostream output(&nowhere);
+    std::ostringstream errors;
+    EXPECT_EQ(lexicon::Run({"list", "words.rec"}, {output, errors, nullptr}), 1);
+    EXPECT_EQ(errors.str(), "lexicon: cannot write the output\n");
+}
+
+TEST(LexiconErrors, TraceShowsTheTrailBehindTheError)
+{
+    const std::string line = RunLexicon({"list", "words.rec"}).errors;
+    const Answer answer = RunLexicon({"list", "words.rec", "--trace"});
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_TRUE(answer.errors.starts_with(line + "    Ostra/File/WinFile, line ")) << answer.errors;
+    EXPECT_NE(answer.errors.find("\n    lexicon/Storage, line "), std::string::npos) << answer.errors;
+    // The places stand in the order in which the error passed them.
+    EXPECT_LT(answer.errors.find("lexicon/Storage"), answer.errors.find("lexicon/Lexicon"));
+}
+
+TEST(LexiconErrors, TraceShowsTheProgramsOwnPlaces)
+{
+    WriteBytes("words.tsv", "no tab\n");
+    const Answer answer = RunLexicon({"--trace", "build", "words.tsv", "words.rec"});
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_TRUE(answer.errors.starts_with("lexicon: words.tsv:1: the line has no tab\n    lexicon/Input, line "))
+        << answer.errors;
+    EXPECT_NE(answer.errors.find("\n    lexicon/Commands, line "), std::string::npos);
+}
