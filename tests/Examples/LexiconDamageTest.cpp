@@ -69,7 +69,8 @@ void MakeRecordFile(unsigned headerSize, unsigned blockSize, unsigned resources,
 template <class Fill>
 void MakeOwnRecordFile(Fill fill)
 {
-    MakeRecordFile(lexicon::RECORD_HEADER_SIZE, lexicon::BLOCK_SIZE, lexicon::RESOURCE_MAX_COUNT, fill);
+    MakeRecordFile(lexicon::RECORD_HEADER_SIZE, lexicon::BLOCK_SIZE, lexicon::RESOURCE_MAX_COUNT,
+                   fill);
 }
 
 void AddResource(CT_RecordManager* manager, const std::string& text)
@@ -175,7 +176,8 @@ TEST(LexiconDamage, DamageInManyPlacesDoesNoHarm)
     for (int round = 0; round < 300; ++round) {
         std::string damaged = damage.bytes;
         for (unsigned n = 1 + random() % 8; n; --n)
-            damaged = WithNumber(damaged, random() % (damaged.size() / 4) * 4, random() >> random() % 32);
+            damaged =
+                WithNumber(damaged, random() % (damaged.size() / 4) * 4, random() >> random() % 32);
         damage.Try(damaged);
     }
 }
@@ -184,7 +186,8 @@ TEST(LexiconDamage, WhatIsNoRecordFileIsTold)
 {
     const std::string error =
         "lexicon: cannot read words.rec: (31050): Invalid RecordManager file format in words.rec\n";
-    for (const std::string& bytes : {std::string(), std::string("a\tb\n"), std::string(5000, 'x')}) {
+    for (const std::string& bytes :
+         {std::string(), std::string("a\tb\n"), std::string(5000, 'x')}) {
         SCOPED_TRACE(bytes.size());
         WriteBytes("words.rec", bytes);
         for (const char* command : {"list", "info"})
@@ -242,7 +245,8 @@ TEST(LexiconDamage, TheDamagedPlaceIsTold)
         std::string damaged = damage.bytes;
         ++damaged[row.offset];
         WriteBytes("words.rec", damaged);
-        EXPECT_EQ(Refusal("info"), std::string("lexicon: words.rec: the lexicon is damaged in ") + row.what + "\n");
+        EXPECT_EQ(Refusal("info"),
+                  std::string("lexicon: words.rec: the lexicon is damaged in ") + row.what + "\n");
     }
 }
 

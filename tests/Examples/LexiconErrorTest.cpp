@@ -16,8 +16,7 @@ const Arguments BUILD = {"build", "words.tsv", "words.rec"};
 
 // A stream that takes nothing, as on a full disk.
 class FullStream : public std::streambuf
-{
-};
+{};
 } // namespace
 
 TEST(LexiconErrors, ABadLineIsToldWithItsNumber)
@@ -44,7 +43,9 @@ TEST(LexiconErrors, ABadLineIsToldWithItsNumber)
         {"a\tb\nc\x19\td\n", "2: the line holds U+0019, which no key can hold"},
         {"a\tb\nc\td\x1A\n", "2: the line holds U+001A, which no key can hold"},
         {"a\tb\nc\t\xFF\n", "2: the line is not well-formed UTF-8"},
-        {"\xFF\xFE" "a\tb\n", "1: the line is not well-formed UTF-8"},
+        {"\xFF\xFE"
+         "a\tb\n",
+         "1: the line is not well-formed UTF-8"},
         {"a\tb\nc\xC3\td\n", "2: the line is not well-formed UTF-8"},
         {"a\tb\nno tab \x80\n", "2: the line is not well-formed UTF-8"},
     };
@@ -71,11 +72,13 @@ TEST(LexiconErrors, AnInputThatIsMissingOrADirectoryIsTold)
 {
     Answer answer = RunLexicon(BUILD);
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors, "lexicon: cannot read words.tsv: " + SystemError(2, "words.tsv") + "\n");
+    EXPECT_EQ(answer.errors,
+              "lexicon: cannot read words.tsv: " + SystemError(2, "words.tsv") + "\n");
     std::filesystem::create_directory("words.tsv");
     answer = RunLexicon(BUILD);
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors, "lexicon: cannot read words.tsv: " + SystemError(5, "words.tsv") + "\n");
+    EXPECT_EQ(answer.errors,
+              "lexicon: cannot read words.tsv: " + SystemError(5, "words.tsv") + "\n");
     EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
 }
 
@@ -84,8 +87,8 @@ TEST(LexiconErrors, AnOutputThatCannotBeMadeIsTold)
     WriteBytes("words.tsv", "a\tb\n");
     const Answer answer = RunLexicon({"build", "words.tsv", "none/words.rec"});
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors,
-              "lexicon: cannot write none/words.rec: " + SystemError(3, "none/words.rec.new") + "\n");
+    EXPECT_EQ(answer.errors, "lexicon: cannot write none/words.rec: " +
+                                 SystemError(3, "none/words.rec.new") + "\n");
     EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
 }
 
@@ -94,7 +97,8 @@ TEST(LexiconErrors, AnOutputThatIsADirectoryStays)
     std::filesystem::create_directory("words.rec");
     const Answer answer = BuildLexicon("a\tb\n");
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors, "lexicon: cannot write words.rec: " + SystemError(5, "words.rec") + "\n");
+    EXPECT_EQ(answer.errors,
+              "lexicon: cannot write words.rec: " + SystemError(5, "words.rec") + "\n");
     EXPECT_TRUE(std::filesystem::is_directory("words.rec"));
     EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
 }
@@ -106,7 +110,8 @@ TEST(LexiconErrors, WhatStandsInPlaceOfTheTemporaryFileStays)
     std::filesystem::create_directory("words.rec.new");
     const Answer answer = BuildLexicon("c\td\n");
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors, "lexicon: cannot write words.rec: " + SystemError(5, "words.rec.new") + "\n");
+    EXPECT_EQ(answer.errors,
+              "lexicon: cannot write words.rec: " + SystemError(5, "words.rec.new") + "\n");
     EXPECT_TRUE(ReadBytes("words.rec") == old);
     EXPECT_TRUE(std::filesystem::is_directory("words.rec.new"));
 }
@@ -121,9 +126,11 @@ TEST(LexiconErrors, AnOldLexiconInUseStays)
     const Answer looked = RunLexicon({"lookup", "words.rec", "a"});
     holder.vv_Close();
     EXPECT_TRUE(IsRefusal(built));
-    EXPECT_EQ(built.errors, "lexicon: cannot write words.rec: " + SystemError(32, "words.rec") + "\n");
+    EXPECT_EQ(built.errors,
+              "lexicon: cannot write words.rec: " + SystemError(32, "words.rec") + "\n");
     EXPECT_TRUE(IsRefusal(looked));
-    EXPECT_EQ(looked.errors, "lexicon: cannot read words.rec: " + SystemError(32, "words.rec") + "\n");
+    EXPECT_EQ(looked.errors,
+              "lexicon: cannot read words.rec: " + SystemError(32, "words.rec") + "\n");
     EXPECT_EQ(RunLexicon({"list", "words.rec"}).output, "a\tb\n");
     EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
 }
@@ -142,10 +149,12 @@ TEST(LexiconErrors, AnInputIsNotItsOwnOutput)
 TEST(LexiconErrors, AMissingLexiconIsTold)
 {
     for (const Arguments& arguments :
-         {Arguments{"lookup", "words.rec", "a"}, Arguments{"list", "words.rec"}, Arguments{"info", "words.rec"}}) {
+         {Arguments{"lookup", "words.rec", "a"}, Arguments{"list", "words.rec"},
+          Arguments{"info", "words.rec"}}) {
         const Answer answer = RunLexicon(arguments);
         EXPECT_TRUE(IsRefusal(answer));
-        EXPECT_EQ(answer.errors, "lexicon: cannot read words.rec: " + SystemError(2, "words.rec") + "\n");
+        EXPECT_EQ(answer.errors,
+                  "lexicon: cannot read words.rec: " + SystemError(2, "words.rec") + "\n");
     }
     EXPECT_EQ(Names(), std::vector<std::string>{});
 }
@@ -201,7 +210,8 @@ TEST(LexiconErrors, TraceShowsTheTrailBehindTheError)
     const Answer answer = RunLexicon({"list", "words.rec", "--trace"});
     EXPECT_EQ(answer.status, 1);
     EXPECT_TRUE(answer.errors.starts_with(line + "    Ostra/File/WinFile, line ")) << answer.errors;
-    EXPECT_NE(answer.errors.find("\n    lexicon/Storage, line "), std::string::npos) << answer.errors;
+    EXPECT_NE(answer.errors.find("\n    lexicon/Storage, line "), std::string::npos)
+        << answer.errors;
     // The places stand in the order in which the error passed them.
     EXPECT_LT(answer.errors.find("lexicon/Storage"), answer.errors.find("lexicon/Lexicon"));
 }
@@ -211,7 +221,8 @@ TEST(LexiconErrors, TraceShowsTheProgramsOwnPlaces)
     WriteBytes("words.tsv", "no tab\n");
     const Answer answer = RunLexicon({"--trace", "build", "words.tsv", "words.rec"});
     EXPECT_EQ(answer.status, 1);
-    EXPECT_TRUE(answer.errors.starts_with("lexicon: words.tsv:1: the line has no tab\n    lexicon/Input, line "))
+    EXPECT_TRUE(answer.errors.starts_with(
+        "lexicon: words.tsv:1: the line has no tab\n    lexicon/Input, line "))
         << answer.errors;
     EXPECT_NE(answer.errors.find("\n    lexicon/Commands, line "), std::string::npos);
 }

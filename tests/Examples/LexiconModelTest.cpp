@@ -57,9 +57,18 @@ private:
 // Words of few letters, so that they share beginnings, and of letters of every length in UTF-8.
 std::string RandomWord(std::mt19937* random)
 {
-    static const char* const LETTERS[] = {"a", "b",        "z",            "A",
-                                          " ", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
-                                          "n", "e",        "\x0B",         "\xF0\x9F\x98\x81"};
+    static const char* const LETTERS[] = {"a",
+                                          "b",
+                                          "z",
+                                          "A",
+                                          " ",
+                                          "\xC3\xA4",
+                                          "\xE2\x82\xAC",
+                                          "\xF0\x9F\x98\x80",
+                                          "n",
+                                          "e",
+                                          "\x0B",
+                                          "\xF0\x9F\x98\x81"};
     std::string word;
     for (unsigned n = 1 + (*random)() % 5; n; --n)
         word += LETTERS[(*random)() % std::size(LETTERS)];

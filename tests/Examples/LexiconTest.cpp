@@ -79,28 +79,40 @@ TEST(Lexicon, AMissAmongHitsIsAnAnswerInItsPlace)
     MakeLexicon(ANIMALS);
     const Answer answer = RunLexicon({"lookup", "words.rec", "Katze", "Hunde", "Kater"});
     EXPECT_EQ(answer.status, 1);
-    EXPECT_EQ(answer.output, "Katze\tcat\nHunde: not found, 4 of 5 characters matched\nKater\tcat\n");
+    EXPECT_EQ(answer.output,
+              "Katze\tcat\nHunde: not found, 4 of 5 characters matched\nKater\tcat\n");
 }
 
 TEST(Lexicon, CharactersBeyondTheBasicPlaneCountAsOne)
 {
     // Both begin with the same first half.
-    MakeLexicon("\xF0\x9D\x84\x9E" "ab\tclef\n\xF0\x9F\x98\x80\tgrin\n");
-    Answer answer = RunLexicon({"lookup", "words.rec", "\xF0\x9D\x84\x9E" "ab", "\xF0\x9F\x98\x80"});
+    MakeLexicon("\xF0\x9D\x84\x9E"
+                "ab\tclef\n\xF0\x9F\x98\x80\tgrin\n");
+    Answer answer = RunLexicon({"lookup", "words.rec",
+                                "\xF0\x9D\x84\x9E"
+                                "ab",
+                                "\xF0\x9F\x98\x80"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(answer.output, "\xF0\x9D\x84\x9E" "ab\tclef\n\xF0\x9F\x98\x80\tgrin\n");
-    answer = RunLexicon({"lookup", "words.rec", "\xF0\x9D\x84\x9E" "abc"});
-    EXPECT_EQ(answer.output, "\xF0\x9D\x84\x9E" "abc: not found, 3 of 4 characters matched\n");
+    EXPECT_EQ(answer.output, "\xF0\x9D\x84\x9E"
+                             "ab\tclef\n\xF0\x9F\x98\x80\tgrin\n");
+    answer = RunLexicon({"lookup", "words.rec",
+                         "\xF0\x9D\x84\x9E"
+                         "abc"});
+    EXPECT_EQ(answer.output, "\xF0\x9D\x84\x9E"
+                             "abc: not found, 3 of 4 characters matched\n");
     answer = RunLexicon({"lookup", "words.rec", "--reverse", "clef"});
-    EXPECT_EQ(answer.output, "clef\t\xF0\x9D\x84\x9E" "ab\n");
+    EXPECT_EQ(answer.output, "clef\t\xF0\x9D\x84\x9E"
+                             "ab\n");
 }
 
 TEST(Lexicon, AWordThatLooksLikeAnOptionStandsBehindTwoDashes)
 {
-    MakeLexicon("--reverse\tzur\xC3\xBC" "ck\n");
+    MakeLexicon("--reverse\tzur\xC3\xBC"
+                "ck\n");
     const Answer answer = RunLexicon({"lookup", "words.rec", "--", "--reverse"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(answer.output, "--reverse\tzur\xC3\xBC" "ck\n");
+    EXPECT_EQ(answer.output, "--reverse\tzur\xC3\xBC"
+                             "ck\n");
 }
 
 TEST(Lexicon, ListGivesAllPairsByTheirSource)
@@ -116,20 +128,21 @@ TEST(Lexicon, InfoTellsTheFileAndItsLists)
     MakeLexicon("car\tAuto\ncat\tKatze\ndo\ttun\n");
     const Answer answer = RunLexicon({"info", "words.rec"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(answer.output, "record file: 2048 bytes in blocks of 64\n"
-                             "records:     4, 56 bytes of each in its head\n"
-                             "resources:   1 of up to 4; number 1, the directory, 88 bytes\n"
-                             "pairs:       3\n"
-                             "sources\n"
-                             "  words:     3\n"
-                             "  list:      176 bytes in 1 records; elements of 2 bytes, handles of 4, "
-                             "long offsets\n"
-                             "  texts:     29 bytes in 1 records\n"
-                             "targets\n"
-                             "  words:     3\n"
-                             "  list:      188 bytes in 1 records; elements of 2 bytes, handles of 4, "
-                             "long offsets\n"
-                             "  texts:     29 bytes in 1 records\n");
+    EXPECT_EQ(answer.output,
+              "record file: 2048 bytes in blocks of 64\n"
+              "records:     4, 56 bytes of each in its head\n"
+              "resources:   1 of up to 4; number 1, the directory, 88 bytes\n"
+              "pairs:       3\n"
+              "sources\n"
+              "  words:     3\n"
+              "  list:      176 bytes in 1 records; elements of 2 bytes, handles of 4, "
+              "long offsets\n"
+              "  texts:     29 bytes in 1 records\n"
+              "targets\n"
+              "  words:     3\n"
+              "  list:      188 bytes in 1 records; elements of 2 bytes, handles of 4, "
+              "long offsets\n"
+              "  texts:     29 bytes in 1 records\n");
     EXPECT_EQ(std::filesystem::file_size("words.rec"), 2048u);
 }
 
@@ -148,7 +161,8 @@ TEST(Lexicon, AnInputWithoutALineGivesAnEmptyLexicon)
 TEST(Lexicon, LineEndsMayBeThoseOfWindowsOrMissingAtTheEnd)
 {
     for (const char* text : {"a\tb\nc\td\n", "a\tb\nc\td", "a\tb\r\nc\td\r\n", "a\tb\r\nc\td",
-                             "\xEF\xBB\xBF" "a\tb\nc\td\n"}) {
+                             "\xEF\xBB\xBF"
+                             "a\tb\nc\td\n"}) {
         SCOPED_TRACE(text);
         MakeLexicon(text);
         EXPECT_EQ(RunLexicon({"list", "words.rec"}).output, "a\tb\nc\td\n");
@@ -185,9 +199,16 @@ TEST(Lexicon, TheSampleComesBackWhole)
     // The lines of a word stand together in the sample, so the list is the sample.
     EXPECT_EQ(RunLexicon({"list", "words.rec"}).output, sample);
     EXPECT_GE(SplitLines(sample).size(), 300u);
-    EXPECT_EQ(RunLexicon({"lookup", "words.rec", "Stra\xC3\x9F" "e", "guten Morgen"}).output,
-              "Stra\xC3\x9F" "e\tstreet\nStra\xC3\x9F" "e\troad\nguten Morgen\tgood morning\n");
-    EXPECT_EQ(RunLexicon({"lookup", "words.rec", "--reverse", "nut"}).output, "nut\tMutter\nnut\tNuss\n");
+    EXPECT_EQ(RunLexicon({"lookup", "words.rec",
+                          "Stra\xC3\x9F"
+                          "e",
+                          "guten Morgen"})
+                  .output,
+              "Stra\xC3\x9F"
+              "e\tstreet\nStra\xC3\x9F"
+              "e\troad\nguten Morgen\tgood morning\n");
+    EXPECT_EQ(RunLexicon({"lookup", "words.rec", "--reverse", "nut"}).output,
+              "nut\tMutter\nnut\tNuss\n");
 }
 
 TEST(Lexicon, PartsLargerThanAPieceAndAMapComeBackWhole)
@@ -196,13 +217,15 @@ TEST(Lexicon, PartsLargerThanAPieceAndAMapComeBackWhole)
     Pairs pairs;
     std::string expected;
     for (unsigned n = 0; n < 120; ++n)
-        pairs.emplace_back("w" + std::to_string(n), std::to_string(n) + std::string(10000 + n, 'x'));
+        pairs.emplace_back("w" + std::to_string(n),
+                           std::to_string(n) + std::string(10000 + n, 'x'));
     MakeLexicon(Lines(pairs));
     EXPECT_GT(std::filesystem::file_size("words.rec"), 4u << 20);
     EXPECT_TRUE(RunLexicon({"list", "words.rec"}).output == Lines(pairs));
     for (unsigned n = 0; n < 120; n += 17) {
         const auto& [source, target] = pairs[n];
-        EXPECT_TRUE(RunLexicon({"lookup", "words.rec", source}).output == source + "\t" + target + "\n");
+        EXPECT_TRUE(RunLexicon({"lookup", "words.rec", source}).output ==
+                    source + "\t" + target + "\n");
         EXPECT_TRUE(RunLexicon({"lookup", "words.rec", "--reverse", target}).output ==
                     target + "\t" + source + "\n");
     }
@@ -243,7 +266,8 @@ TEST(Lexicon, AWrongUseTellsWhatAndHow)
         const Answer answer = RunLexicon(row.arguments);
         EXPECT_EQ(answer.status, 2);
         EXPECT_EQ(answer.output, "");
-        EXPECT_TRUE(answer.errors.starts_with(std::string("lexicon: ") + row.what + "\nusage: lexicon build "))
+        EXPECT_TRUE(answer.errors.starts_with(std::string("lexicon: ") + row.what +
+                                              "\nusage: lexicon build "))
             << answer.errors;
     }
 }
