@@ -119,7 +119,7 @@ Outcome ReadDirectory(const CT_Buffer* bytes, Directory* directory)
     Numbers numbers(bytes);
     if (numbers.Next() != MAGIC || numbers.Next() != VERSION)
         return Outcome::FOREIGN;
-    if (!numbers.IsWhole())
+    if (bytes->n_GetUsedSize() % 4 || !numbers.IsWhole())
         return Outcome::DAMAGED;
     directory->pairs = numbers.Next();
     for (unsigned& count : directory->words)
