@@ -60,7 +60,7 @@ struct Posix
     int (*nanosleep)(const struct timespec* span, struct timespec* rest);
 };
 
-extern WINAPI_EXPORT Posix posix;
+extern Posix posix;
 
 // Repeats a call that a signal interrupted.
 template <class Call>

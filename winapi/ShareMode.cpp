@@ -75,9 +75,10 @@ std::uint32_t Random()
     return state;
 }
 
-void WaitBelowOneMillisecond()
+// Longer from turn to turn, so that a crowd spreads; below a millisecond.
+void WaitBefore(int turn)
 {
-    const timespec span = {0, static_cast<long>(Random() % 1'000'000)};
+    const timespec span = {0, static_cast<long>(Random() % (62'500U << turn))};
     posix.nanosleep(&span, nullptr);
 }
 
@@ -142,7 +143,7 @@ DWORD Announce(Lockable file, unsigned rights, unsigned shares)
     // Two that come at the same time may refuse each other: hence the tries, at random distances.
     for (int i = 0; i < TRIES; ++i) {
         if (i > 0)
-            WaitBelowOneMillisecond();
+            WaitBefore(i);
         if (TryToAnnounce(file, rights, RIGHTS_ALL & ~shares))
             return 0;
     }
@@ -178,7 +179,7 @@ DWORD LockRange(Lockable file, off_t offset, off_t length)
             return 0;
         if (others)
             break;
-        WaitBelowOneMillisecond();
+        WaitBefore(i);
     }
     return ERROR_LOCK_VIOLATION;
 }

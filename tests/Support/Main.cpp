@@ -1,6 +1,7 @@
 // tests/Support/Main.cpp: main of every test program.
 #include <gtest/gtest.h>
 
+#include "Support/ChildProcess.h"
 #include "Support/Directory.h"
 #include "Support/Endless.h"
 #include "Support/Listeners.h"
@@ -17,6 +18,8 @@ int main(int argc, char** argv)
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     if (IsEndlessChild(argc, argv))
         return RunEndlessChild(argc, argv);
+    if (IsChildProcess(argc, argv))
+        return RunChildProcess(argc, argv);
     auto& listeners = testing::UnitTest::GetInstance()->listeners();
     listeners.Append(new DirectoryListener);
     for (auto factory : ListenerFactories())
