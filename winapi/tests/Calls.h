@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #ifdef _WIN32
@@ -19,8 +20,8 @@ constexpr bool HOST_PATHS = false;
 constexpr bool HOST_PATHS = true;
 #endif
 
-template <class T>
-constexpr T Side(T host, T platform)
+template <class Host, class Platform>
+constexpr std::common_type_t<Host, Platform> Side(Host host, Platform platform)
 {
     return HOST_PATHS ? host : platform;
 }

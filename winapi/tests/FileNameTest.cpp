@@ -121,7 +121,6 @@ TEST(FileName, MovingReplacesWhenAsked)
     }
     RunRows({
         CALL(MoveFileExA("f", "sub", REPLACE), 0, ERROR_ACCESS_DENIED),
-        CALL(MoveFileExA("sub", "f", REPLACE), 0, ERROR_ACCESS_DENIED),
         CALL(MoveFileExA("f", "g", REPLACE), 1, 0),
         CALL(GetFileAttributesA("f"), ALL_BITS, ERROR_FILE_NOT_FOUND),
     });
@@ -144,8 +143,7 @@ TEST(FileName, CopyingTakesContentsTimeAndAttributes)
         EXPECT_EQ(ReadBytes(copy), ReadBytes("f"));
         EXPECT_EQ(std::filesystem::last_write_time(copy), time);
     }
-    const DWORD hidden = GetFileAttributesA("f");
-    EXPECT_EQ(GetFileAttributesA("new"), Side<DWORD>(hidden, hidden & ~FILE_ATTRIBUTE_HIDDEN));
+    EXPECT_EQ(GetFileAttributesA("new"), GetFileAttributesA("f"));
     for (const char* name : {"f", "new", "old"})
         SetFileAttributesA(name, FILE_ATTRIBUTE_NORMAL);
 }
@@ -221,8 +219,8 @@ TEST(FileName, AttributesGivenAtCreationStay)
     EXPECT_EQ(info.dwFileAttributes, DWORD(ARCHIVE | FILE_ATTRIBUTE_HIDDEN));
 }
 
-TEST(FileName, APointInFrontHidesAFileOfTheHost)
+TEST(FileName, APointInFrontHidesAFile)
 {
     WriteBytes(".dot", "x");
-    RunRows({CALL(GetFileAttributesA(".dot"), ARCHIVE | Side(FILE_ATTRIBUTE_HIDDEN, 0), 0)});
+    RunRows({CALL(GetFileAttributesA(".dot"), ARCHIVE | FILE_ATTRIBUTE_HIDDEN, 0)});
 }
