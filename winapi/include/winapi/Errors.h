@@ -64,10 +64,12 @@ WINAPI_EXPORT void SetLastError(DWORD dwErrCode);
 WINAPI_EXPORT int WSAGetLastError();
 WINAPI_EXPORT void WSASetLastError(int iError);
 
-// The system's text for a code, ending in CR LF. Supported: FORMAT_MESSAGE_FROM_SYSTEM, with or without
-// FORMAT_MESSAGE_ALLOCATE_BUFFER (lpBuffer is then the address of a pointer to free with LocalFree) and
-// FORMAT_MESSAGE_IGNORE_INSERTS; source, language and arguments are ignored. Result: units without the
-// terminator. 0 with 317 for an unknown code, 122 for a short buffer, 87 for other flags, 8 without memory.
+// The system's text for a code, ending in CR LF. FORMAT_MESSAGE_FROM_SYSTEM, with or without
+// FORMAT_MESSAGE_ALLOCATE_BUFFER (lpBuffer is then the address of a pointer, null on failure, to free with
+// LocalFree; nSize the least room in units) and FORMAT_MESSAGE_IGNORE_INSERTS; source, language and arguments are
+// ignored, for the texts are English and have no inserts. Result: units without the terminator. 0 with 317 for an
+// unknown code, 122 for a short buffer, 87 for other flags or a null buffer (8 for the narrow call with a null
+// address), 8 without memory.
 WINAPI_EXPORT DWORD FormatMessageW(DWORD dwFlags, LPCVOID lpSource, DWORD dwMessageId, DWORD dwLanguageId,
                                    LPWSTR lpBuffer, DWORD nSize, va_list* Arguments);
 WINAPI_EXPORT DWORD FormatMessageA(DWORD dwFlags, LPCVOID lpSource, DWORD dwMessageId, DWORD dwLanguageId,

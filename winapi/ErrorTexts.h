@@ -1,0 +1,18 @@
+// winapi/ErrorTexts.h: the texts of the system errors. Internal.
+#pragma once
+
+#include "winapi/Types.h"
+
+namespace winapi
+{
+// A text without the line end that it has in a message; ASCII.
+struct ErrorText
+{
+    DWORD code;
+    const char* text;
+};
+
+// Ascending by code.
+extern const ErrorText error_texts[];
+extern const unsigned error_text_count;
+} // namespace winapi
