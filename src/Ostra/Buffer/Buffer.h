@@ -134,7 +134,12 @@ private:
     // ---- Work -------------------------------------------------------------------------------
 
     st_BufferData* pso_GetData() const { return reinterpret_cast<st_BufferData*>(pc_Data) - 1; }
-    unsigned n_ReadUseCount() const;
+    unsigned n_ReadUseCount() const
+    {
+        // Whoever sees another thread's release must also see what it did before.
+        return static_cast<unsigned>(
+            std::atomic_ref<LONG>(pso_GetData()->n_UseCount).load(std::memory_order_acquire));
+    }
     int b_IsShared() const { return pc_Data && n_ReadUseCount() >= 2; }
     void v_IncUseCount();
     void v_DecUseCount();
@@ -157,10 +162,3 @@ private:
 
     static CT_Counter sco_AllocCount;
 };
-
-inline unsigned CT_Buffer::n_ReadUseCount() const
-{
-    // Whoever sees another thread's release must also see what it did before.
-    return static_cast<unsigned>(
-        std::atomic_ref<LONG>(pso_GetData()->n_UseCount).load(std::memory_order_acquire));
-}
