@@ -397,7 +397,7 @@ RecordModel::Word RecordModel::AddResource(Word id, const std::string& data)
     return 0;
 }
 
-RecordModel::Word RecordModel::UpdateResource(Word id, const std::string& data)
+RecordModel::Word RecordModel::ReplaceResource(Word id, const std::string& data)
 {
     if (!HasResource(id))
         return NOT_FOUND;

@@ -29,7 +29,7 @@ public:
     Word Next(Word cursor, std::string& data, Word& next) const;
 
     Word AddResource(Word id, const std::string& data);
-    Word UpdateResource(Word id, const std::string& data);
+    Word ReplaceResource(Word id, const std::string& data);
     Word GetResource(Word id, std::string& data) const;
     bool HasResource(Word id) const { return resources.count(id) != 0; }
     Word DeleteResource(Word id);

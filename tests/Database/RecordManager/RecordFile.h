@@ -91,7 +91,7 @@ public:
         const CT_Buffer buffer(data.data(), static_cast<unsigned>(data.size()), 32);
         manager.v_AddResource(id, &buffer);
     }
-    void UpdateResource(unsigned id, const std::string& data)
+    void ReplaceResource(unsigned id, const std::string& data)
     {
         const CT_Buffer buffer(data.data(), static_cast<unsigned>(data.size()), 32);
         manager.v_UpdateResource(id, &buffer);
@@ -136,7 +136,7 @@ public:
     unsigned ResourceId(unsigned slot) const { return Word(1272 + 8 * slot); }
     unsigned ResourceOffset(unsigned slot) const { return Word(1276 + 8 * slot); }
     // The offset of the resource with that number; 0 for none.
-    unsigned FindResource(unsigned id) const
+    unsigned BlockOf(unsigned id) const
     {
         for (unsigned slot = 1; slot <= Word(60); ++slot)
             if (ResourceId(slot) == id)

@@ -385,7 +385,7 @@ TEST(RecordManagerFailures, MissingResourceIsReportedByAllButTheQuestion)
     records->v_GetResource(8, &buffer);
     ExpectOwn(31053, u"(31053): Resource not found in test.rec");
     EXPECT_EQ(Text(buffer), "before");
-    records.UpdateResource(8, "data");
+    records.ReplaceResource(8, "data");
     ExpectOwn(31053, u"(31053): Resource not found in test.rec");
     records->v_DeleteResource(8);
     ExpectOwn(31053, u"(31053): Resource not found in test.rec");

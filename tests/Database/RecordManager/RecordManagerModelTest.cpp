@@ -218,8 +218,8 @@ private:
             records.AddResource(id, data);
             return ExpectSame(model.AddResource(id, data));
         case 1:
-            records.UpdateResource(id, data);
-            return ExpectSame(model.UpdateResource(id, data));
+            records.ReplaceResource(id, data);
+            return ExpectSame(model.ReplaceResource(id, data));
         case 2:
             records->v_DeleteResource(id);
             return ExpectSame(model.DeleteResource(id));

@@ -24,7 +24,7 @@ TEST(RecordManagerResources, BlockHoldsSizeAndData)
     records.AddResource(9, "0123456789");
     records.Close();
     const Image image = Image::Load();
-    const unsigned block = image.FindResource(9);
+    const unsigned block = image.BlockOf(9);
     EXPECT_EQ(block, 1344u);
     EXPECT_EQ(image.Word(block), 14u);
     EXPECT_EQ(image.bytes.substr(block + 4, 10), "0123456789");
@@ -82,12 +82,12 @@ TEST(RecordManagerResources, UpdateWithinTheBlocksCountStaysInPlace)
     records.Create(16, 64, 2);
     records.AddResource(9, std::string(60, 'a'));
     const unsigned end = records->n_GetSize();
-    records.UpdateResource(9, "short");
+    records.ReplaceResource(9, "short");
     EXPECT_EQ(records.GetResource(9), "short");
     EXPECT_EQ(records->n_GetSize(), end);
     records.Close();
     const Image image = Image::Load();
-    EXPECT_EQ(image.FindResource(9), 1344u);
+    EXPECT_EQ(image.BlockOf(9), 1344u);
     EXPECT_EQ(image.Word(1344), 9u);
     EXPECT_EQ(image.FreeCount(), 0u);
     EXPECT_EQ(image.Word(64), 3u) << "header changes: the addition and the update";
@@ -100,13 +100,13 @@ TEST(RecordManagerResources, UpdateToAnotherCountOfBlocksMoves)
     records.Create(16, 64, 2);
     records.AddResource(8, "eight");
     records.AddResource(9, std::string(60, 'a'));
-    records.UpdateResource(9, std::string(61, 'b'));
+    records.ReplaceResource(9, std::string(61, 'b'));
     EXPECT_EQ(records.GetResource(9), std::string(61, 'b'));
     EXPECT_EQ(records.GetResource(8), "eight");
     EXPECT_EQ(records->n_GetResourceCount(), 2u);
     records.Close();
     const Image image = Image::Load();
-    EXPECT_EQ(image.FindResource(9), 1344u + 2 * 64);
+    EXPECT_EQ(image.BlockOf(9), 1344u + 2 * 64);
     ASSERT_EQ(image.FreeCount(), 1u);
     EXPECT_EQ(image.FreeOffset(1), 1344u + 64);
     EXPECT_EQ(image.Word(64), 4u);
@@ -119,10 +119,10 @@ TEST(RecordManagerResources, UpdateMayTakeTheFrontOfItsOldBlock)
     RecordFile records;
     records.Create(16, 64, 2);
     records.AddResource(9, std::string(150, 'a'));
-    records.UpdateResource(9, "b");
+    records.ReplaceResource(9, "b");
     records.Close();
     const Image image = Image::Load();
-    EXPECT_EQ(image.FindResource(9), 1344u);
+    EXPECT_EQ(image.BlockOf(9), 1344u);
     ASSERT_EQ(image.FreeCount(), 1u);
     EXPECT_EQ(image.FreeOffset(1), 1344u + 64);
     EXPECT_EQ(image.FreeLength(1), 128u);
@@ -144,7 +144,7 @@ TEST(RecordManagerResources, DeletionFreesBlockAndSlot)
     EXPECT_EQ(records.GetResource(9), "nine");
     EXPECT_EQ(records.GetResource(10), "ten");
     records.Close();
-    EXPECT_EQ(Image::Load().FindResource(10), 1344u);
+    EXPECT_EQ(Image::Load().BlockOf(10), 1344u);
     EXPECT_EQ(Image::Load().Word(64), 5u);
     EXPECT_EQ(Image::Load().Word(68), 5u);
 }

@@ -105,7 +105,7 @@ TEST(RecordManagerSpace, BlocksThatAreTooSmallArePassedOver)
         records.FreeBlock(id);
     records.AddBlock(10, 64);
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(10), FIRST + 16 + 16 + 48 + 16);
+    EXPECT_EQ(image.BlockOf(10), FIRST + 16 + 16 + 48 + 16);
     ASSERT_EQ(image.FreeCount(), 3u);
     EXPECT_EQ(image.FreeLength(1), 16u);
     EXPECT_EQ(image.FreeLength(2), 48u);
@@ -122,7 +122,7 @@ TEST(RecordManagerSpace, ExactFitInTheLastSlotShortensTheTable)
     records.FreeBlock(2);
     records.AddBlock(4, 32);
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(4), FIRST + 16);
+    EXPECT_EQ(image.BlockOf(4), FIRST + 16);
     ASSERT_EQ(image.FreeCount(), 1u);
     EXPECT_EQ(image.FreeOffset(1), FIRST);
 }
@@ -137,7 +137,7 @@ TEST(RecordManagerSpace, ExactFitInTheMiddleTakesTheLastEntryIntoItsSlot)
         records.FreeBlock(id);
     records.AddBlock(6, 32);
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(6), FIRST + 16);
+    EXPECT_EQ(image.BlockOf(6), FIRST + 16);
     ASSERT_EQ(image.FreeCount(), 2u);
     EXPECT_EQ(image.FreeOffset(1), FIRST + 16 + 32 + 48) << "the block of 64";
     EXPECT_EQ(image.FreeLength(1), 64u);
@@ -155,7 +155,7 @@ TEST(RecordManagerSpace, NothingLargeEnoughExtendsTheFile)
     records.AddBlock(3, 32);
     EXPECT_EQ(records->n_GetSize(), end + 32) << "blocks that touch are not joined";
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(3), end);
+    EXPECT_EQ(image.BlockOf(3), end);
     EXPECT_EQ(image.FreeCount(), 2u);
 }
 
@@ -267,7 +267,7 @@ TEST(RecordManagerSpace, ExactFitFromAFullTableMovesTheChainHeadIntoItsSlot)
         records.FreeBlock(id);
     records.AddBlock(1000, 32);
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(1000), FIRST + 4 * 16);
+    EXPECT_EQ(image.BlockOf(1000), FIRST + 4 * 16);
     ASSERT_EQ(image.FreeCount(), SLOTS);
     EXPECT_EQ(image.FreeOffset(5), FIRST + 130 * 16) << "the newest block";
     EXPECT_EQ(image.FreeLength(5), 16u);
@@ -288,7 +288,7 @@ TEST(RecordManagerSpace, ChainHeadWithoutASuccessorEndsTheChain)
     records.AddBlock(1001, 32); // from slot 5, where the head goes
     EXPECT_EQ(records->n_GetSize(), end);
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(1000), FIRST + 128 * 16);
+    EXPECT_EQ(image.BlockOf(1000), FIRST + 128 * 16);
     ASSERT_EQ(image.FreeCount(), SLOTS - 1);
     EXPECT_EQ(image.FreeOffset(5), FIRST + 128 * 16 + 48);
     EXPECT_EQ(image.FreeLength(5), 16u);
@@ -305,7 +305,7 @@ TEST(RecordManagerSpace, ChainHeadItselfIsNotTaken)
     const unsigned end = records->n_GetSize();
     records.AddBlock(1000, 32); // the head has 32 bytes
     EXPECT_EQ(records->n_GetSize(), end + 32);
-    EXPECT_EQ(records.Closed().FindResource(1000), end);
+    EXPECT_EQ(records.Closed().BlockOf(1000), end);
 }
 
 TEST(RecordManagerSpace, ChainIsSearchedForTheFirstBlockThatIsLargeEnough)
@@ -321,8 +321,8 @@ TEST(RecordManagerSpace, ChainIsSearchedForTheFirstBlockThatIsLargeEnough)
     records.AddBlock(1000, 64); // exact, behind one that is too small
     records.AddBlock(1001, 32); // the front of 131
     const Image image = records.Closed();
-    EXPECT_EQ(image.FindResource(1000), FIRST + 129 * 16);
-    EXPECT_EQ(image.FindResource(1001), at131);
+    EXPECT_EQ(image.BlockOf(1000), FIRST + 129 * 16);
+    EXPECT_EQ(image.BlockOf(1001), at131);
     EXPECT_EQ(image.Word(at132 + 4), at131 + 32) << "the remainder takes the block's place";
     EXPECT_EQ(image.Word(at131 + 32), 16u);
     EXPECT_EQ(image.Word(at131 + 36), FIRST + 128 * 16) << "130 is out of the chain";
@@ -338,7 +338,7 @@ TEST(RecordManagerSpace, UnalignedSizeWordsCountAlignedInTheChain)
     for (unsigned id = 1; id <= 130; ++id)
         records.FreeBlock(id);
     records.AddBlock(1000, 48);
-    EXPECT_EQ(records.Closed().FindResource(1000), FIRST + 128 * 16);
+    EXPECT_EQ(records.Closed().BlockOf(1000), FIRST + 128 * 16);
 }
 
 TEST(RecordManagerSpace, EveryBlockOfAnOverflownTableComesBack)
