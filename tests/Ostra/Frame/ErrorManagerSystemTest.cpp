@@ -4,17 +4,17 @@
 #include "Support/Failure.h"
 #include "Support/Private.h"
 
-OSTRA_PRIVATE(Strip, void (CT_ErrorManager::*)(unsigned short*), &CT_ErrorManager::v_StripSystemError);
+OSTRA_PRIVATE(Strip, void (CT_ErrorManager::*)(unsigned short*),
+              &CT_ErrorManager::v_StripSystemError);
 
 namespace
 {
-// The system's text for a code as the system gives it; empty for an unknown code.
+// The system's text for a code as the system gives it; empty for an unknown code, and for one that wants arguments.
 std::u16string SystemText(DWORD code)
 {
     char16_t text[2048];
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-                                        nullptr, code, 0x400, reinterpret_cast<LPWSTR>(text),
-                                        std::size(text), nullptr);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0x400,
+                                        reinterpret_cast<LPWSTR>(text), std::size(text), nullptr);
     SetLastError(0);
     return std::u16string(text, length);
 }
@@ -43,7 +43,8 @@ std::u16string Stripped(std::u16string text)
 std::u16string Prefixed(int code, const std::u16string& text)
 {
     const std::string number = std::to_string(code);
-    return text.empty() ? text : u"(" + std::u16string(number.begin(), number.end()) + u"): " + text;
+    return text.empty() ? text
+                        : u"(" + std::u16string(number.begin(), number.end()) + u"): " + text;
 }
 
 std::u16string TakeText()
@@ -236,7 +237,8 @@ TEST(ErrorManagerSystem, OtherSocketErrorsAreUnknown)
         known += Wide(CT_ErrorManager::sqcuz_GetSocketError(code)) != u"Unknown socket error";
     EXPECT_EQ(known, std::size(socket_rows));
     for (unsigned code : {0U, 10072U, 10090U, 11005U, 0xFFFFFFFFU})
-        EXPECT_EQ(Wide(CT_ErrorManager::sqcuz_GetSocketError(code)), u"Unknown socket error") << code;
+        EXPECT_EQ(Wide(CT_ErrorManager::sqcuz_GetSocketError(code)), u"Unknown socket error")
+            << code;
 }
 
 TEST(ErrorManagerSystem, SocketErrorHasThePrefixAndTheBrackets)

@@ -3,10 +3,10 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 
 #include "Support/Failure.h"
+#include "Support/Gate.h"
 #include "Support/TestStrings.h"
 
 #include <cstdlib>
-#include <latch>
 #include <memory>
 #include <thread>
 
@@ -349,16 +349,16 @@ namespace
 // That many threads, one after another, each set an error, and all keep it until the last one has.
 void FailInThreads(int count)
 {
-    std::latch all_failed(count);
+    Gate all_failed(count);
     std::vector<std::thread> threads;
     for (int n = 0; n < count; ++n) {
-        auto failed = std::make_shared<std::latch>(1);
+        auto failed = std::make_shared<Gate>(1);
         threads.emplace_back([&all_failed, failed, n] {
             SetError(n + 1);
-            failed->count_down();
-            all_failed.arrive_and_wait();
+            failed->Arrive();
+            all_failed.ArriveAndWait();
         });
-        failed->wait();
+        failed->Wait();
     }
     for (std::thread& thread : threads)
         thread.join();
