@@ -5,7 +5,7 @@
 
 int main()
 {
-    CT_CompList words(CT_CompList::et_ElementSize(2), 4, 0, 1, 1024, 0);
+    CT_CompList words(CT_CompList::es_Short, 4, 0, 1, 1024, 0);
     CT_UString word(qcuz_Text(u"Gr\u00FC\u00DFe"));
     if (!words.b_Add(&word, 42))
         return 1;
