@@ -150,7 +150,10 @@ void CT_File::v_SetAccess(et_FileAccess ec_Access)
 {
     if (ec_Access == ec_FileAccess)
         return;
-    vv_SetOffset(e_OriginBegin, static_cast<int>(vn_GetOffset()));
+    const unsigned n_Offset = vn_GetOffset();
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    vv_SetOffset(e_OriginBegin, static_cast<int>(n_Offset));
     if (!CT_Report::sb_Failed(qccz_Source))
         ec_FileAccess = ec_Access;
 }
