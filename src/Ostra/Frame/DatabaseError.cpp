@@ -12,7 +12,7 @@ constexpr unsigned FIRST_CODE = 31000;
 // A cast, not a call, so that the table is there before any code runs.
 #define TEXT16(literal) reinterpret_cast<const unsigned short*>(u##literal)
 
-constinit const CT_DatabaseError::st_ErrorMessage CT_DatabaseError::saso_ErrorMessage[] = {
+const CT_DatabaseError::st_ErrorMessage CT_DatabaseError::saso_ErrorMessage[] = {
     {31000, TEXT16("Invalid file format in %s")},
     {31001, TEXT16("Could not obtain lock for %s")},
     {31002, TEXT16("Could not release lock on %s")},
