@@ -1,0 +1,281 @@
+// winapi/CodePage.cpp: conversion between code pages and UTF-16.
+#include "winapi/CodePage.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "CodePages.h"
+#include "Locale.h"
+#include "Utf.h"
+#include "winapi/Errors.h"
+
+namespace winapi
+{
+namespace
+{
+constexpr DWORD ALL_MB_FLAGS =
+    MB_PRECOMPOSED | MB_COMPOSITE | MB_USEGLYPHCHARS | MB_ERR_INVALID_CHARS;
+constexpr DWORD MB_FLAGS = MB_PRECOMPOSED | MB_ERR_INVALID_CHARS;
+constexpr DWORD WC_FLAGS =
+    WC_DISCARDNS | WC_SEPCHARS | WC_DEFAULTCHAR | WC_ERR_INVALID_CHARS | WC_NO_BEST_FIT_CHARS;
+
+int Fail(DWORD error)
+{
+    SetLastError(error);
+    return 0;
+}
+
+template <typename Unit>
+int Finish(Coding coding, const Sink<Unit>& out)
+{
+    if (coding == Coding::done)
+        return out.Count();
+    return Fail(coding == Coding::ill ? ERROR_NO_UNICODE_TRANSLATION : ERROR_INSUFFICIENT_BUFFER);
+}
+
+// The page that a number stands for: 0 to 3 are words.
+UINT PageOf(UINT page)
+{
+    switch (page) {
+    case CP_ACP:
+    case CP_THREAD_ACP:
+        return GetACP();
+    case CP_OEMCP:
+        return GetOEMCP();
+    case CP_MACCP:
+        return ProcessLocale().macPage > CP_MACCP ? ProcessLocale().macPage : 10000;
+    default:
+        return page;
+    }
+}
+
+// The unit of the character at bytes and the character's code; moves behind it. A lead byte at the end or before
+// a zero byte has the undefined unit and is a character of its own.
+WCHAR ReadCharacter(const CodePage& page, const BYTE*& bytes, const BYTE* end, unsigned& code)
+{
+    code = *bytes++;
+    if (!page.isLead[code])
+        return page.fromByte[code];
+    if (bytes == end || !*bytes)
+        return page.facts->undefinedUnit;
+    code = code << 8 | *bytes++;
+    return page.fromPair[code];
+}
+
+// Whether a character gives the undefined unit without being the code of that unit.
+bool HasUndefined(const CodePage& page, const BYTE* bytes, int count)
+{
+    const WCHAR undefined = page.facts->undefinedUnit;
+    for (const BYTE* const end = bytes + count; bytes != end;) {
+        unsigned code;
+        if (ReadCharacter(page, bytes, end, code) == undefined && page.fromUnit[undefined] != code)
+            return true;
+    }
+    return false;
+}
+
+int BytesToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
+{
+    if (!room)
+        return count;
+    const int stored = std::min(count, room);
+    for (int i = 0; i < stored; i++)
+        units[i] = page.fromByte[bytes[i]];
+    return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
+}
+
+int PairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
+{
+    int length = 0;
+    for (const BYTE* const end = bytes + count; bytes != end; length++) {
+        unsigned code;
+        const WCHAR unit = ReadCharacter(page, bytes, end, code);
+        if (length < room)
+            units[length] = unit;
+        else if (room)
+            return Fail(ERROR_INSUFFICIENT_BUFFER);
+    }
+    return length;
+}
+
+// What stands for units that a page lacks.
+struct Default
+{
+    Default(const CodePage& page, const char* given)
+    {
+        if (!given)
+            code = page.facts->defaultByte;
+        else if (page.HasPairs() && given[0] && given[1])
+            code =
+                static_cast<WCHAR>(static_cast<BYTE>(given[0]) << 8 | static_cast<BYTE>(given[1]));
+        else
+            code = static_cast<BYTE>(given[0]);
+    }
+
+    WCHAR code;
+    bool used = false;
+};
+
+int UnitsToBytes(const CodePage& page, const WCHAR* units, int count, char* bytes, int room,
+                 Default& other)
+{
+    const int looked = room ? std::min(count, room) : count;
+    for (int i = 0; i < looked; i++) {
+        WCHAR code = page.fromUnit[units[i]];
+        if (code > 0xFF) {
+            code = other.code;
+            other.used = true;
+        }
+        if (room)
+            bytes[i] = static_cast<char>(code);
+    }
+    return !room || count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
+}
+
+// Whether a unit's code is that of the unit itself, not one that only looks like it.
+bool IsExact(const CodePage& page, WCHAR unit, WCHAR code)
+{
+    return (code < 0x100 ? page.fromByte[code] : page.fromPair[code]) == unit;
+}
+
+// Pages of two bytes, and any page without best fits.
+int UnitsToPairs(const CodePage& page, bool exact, const WCHAR* units, int count, Sink<char>& out,
+                 Default& other)
+{
+    for (int i = 0; i < count; i++) {
+        WCHAR code = page.fromUnit[units[i]];
+        if (code == NO_VALUE || (exact && !IsExact(page, units[i], code))) {
+            code = other.code;
+            other.used = true;
+        }
+        const char bytes[] = {static_cast<char>(code >> 8), static_cast<char>(code)};
+        if (!(code < 0x100 ? out.Put(bytes[1]) : out.Put(bytes, 2)))
+            return Fail(ERROR_INSUFFICIENT_BUFFER);
+    }
+    return out.Count();
+}
+
+int Utf8ToUnits(DWORD flags, const char* bytes, int count, WCHAR* units, int room)
+{
+    if (flags & ~ALL_MB_FLAGS)
+        return Fail(ERROR_INVALID_FLAGS);
+    Sink<WCHAR> out(units, room);
+    return Finish(DecodeUtf8(bytes, count, flags & MB_ERR_INVALID_CHARS, out), out);
+}
+
+int Utf7ToUnits(DWORD flags, const char* bytes, int count, WCHAR* units, int room)
+{
+    if (flags)
+        return Fail(ERROR_INVALID_FLAGS);
+    Sink<WCHAR> out(units, room);
+    return Finish(DecodeUtf7(bytes, count, out), out);
+}
+
+int UnitsToUtf8(DWORD flags, const WCHAR* units, int count, char* bytes, int room, LPBOOL used)
+{
+    if (flags & ~(WC_FLAGS | WC_COMPOSITECHECK))
+        return Fail(ERROR_INVALID_FLAGS);
+    if (used)
+        *used = FALSE;
+    Sink<char> out(bytes, room);
+    return Finish(EncodeUtf8(units, count, flags & WC_ERR_INVALID_CHARS, out), out);
+}
+
+int UnitsToUtf7(DWORD flags, const WCHAR* units, int count, char* bytes, int room, bool hasDefault)
+{
+    if (hasDefault)
+        return Fail(ERROR_INVALID_PARAMETER);
+    if (flags)
+        return Fail(ERROR_INVALID_FLAGS);
+    Sink<char> out(bytes, room);
+    return Finish(EncodeUtf7(units, count, out), out);
+}
+
+int WideLength(LPCWSTR text)
+{
+    LPCWSTR end = text;
+    while (*end)
+        end++;
+    return static_cast<int>(end - text);
+}
+} // namespace
+
+int MultiByteToWideChar(UINT number, DWORD flags, LPCSTR bytes, int count, LPWSTR units, int room)
+{
+    if (!bytes || !count || room < 0 || (!units && room))
+        return Fail(ERROR_INVALID_PARAMETER);
+    if (count < 0)
+        count = static_cast<int>(std::strlen(bytes)) + 1;
+    number = PageOf(number);
+    if (number == CP_UTF8)
+        return Utf8ToUnits(flags, bytes, count, units, room);
+    if (number == CP_UTF7)
+        return Utf7ToUnits(flags, bytes, count, units, room);
+
+    const CodePage* const page = FindCodePage(number);
+    if (!page)
+        return 0;
+    if (flags & ~MB_FLAGS)
+        return Fail(ERROR_INVALID_FLAGS);
+    const BYTE* const text = reinterpret_cast<const BYTE*>(bytes);
+    if ((flags & MB_ERR_INVALID_CHARS) && HasUndefined(*page, text, count))
+        return Fail(ERROR_NO_UNICODE_TRANSLATION);
+    return page->HasPairs() ? PairsToUnits(*page, text, count, units, room)
+                            : BytesToUnits(*page, text, count, units, room);
+}
+
+int WideCharToMultiByte(UINT number, DWORD flags, LPCWSTR units, int count, LPSTR bytes, int room,
+                        LPCSTR defaultChar, LPBOOL used)
+{
+    if (!units || !count || room < 0 || (!bytes && room))
+        return Fail(ERROR_INVALID_PARAMETER);
+    if (count < 0)
+        count = WideLength(units) + 1;
+    number = PageOf(number);
+    if (number == CP_UTF8)
+        return UnitsToUtf8(flags, units, count, bytes, room, used);
+    if (number == CP_UTF7)
+        return UnitsToUtf7(flags, units, count, bytes, room, defaultChar || used);
+
+    const CodePage* const page = FindCodePage(number);
+    if (!page)
+        return 0;
+    if (flags & ~WC_FLAGS)
+        return Fail(ERROR_INVALID_FLAGS);
+    Default other(*page, defaultChar);
+    const bool exact = flags & WC_NO_BEST_FIT_CHARS;
+    int length;
+    if (page->HasPairs() || exact) {
+        Sink<char> out(bytes, room);
+        length = UnitsToPairs(*page, exact, units, count, out, other);
+    } else
+        length = UnitsToBytes(*page, units, count, bytes, room, other);
+    if (used)
+        *used = other.used;
+    return length;
+}
+
+BOOL IsValidCodePage(UINT number)
+{
+    return number == CP_UTF7 || number == CP_UTF8 || FindFacts(number) != nullptr;
+}
+
+BOOL IsDBCSLeadByte(BYTE byte)
+{
+    return IsDBCSLeadByteEx(CP_ACP, byte);
+}
+
+BOOL IsDBCSLeadByteEx(UINT number, BYTE byte)
+{
+    number = PageOf(number);
+    if (number == CP_UTF7 || number == CP_UTF8)
+        return FALSE;
+    const CodePageFacts* const facts = FindFacts(number);
+    if (!facts)
+        return Fail(ERROR_INVALID_PARAMETER);
+    for (const LeadRange& range : facts->leads)
+        if (byte >= range.first && byte <= range.last)
+            return TRUE;
+    return FALSE;
+}
+} // namespace winapi

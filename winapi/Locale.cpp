@@ -1,0 +1,162 @@
+// winapi/Locale.cpp
+#include "Locale.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <unicode/uloc.h>
+
+#include "winapi/CodePage.h"
+
+namespace winapi
+{
+namespace
+{
+constexpr WORD ENGLISH = 0x0409;
+
+const LocaleFacts* FindLcid(WORD lcid)
+{
+    for (unsigned i = 0; i < locale_count; i++)
+        if (locales[i].lcid == lcid)
+            return &locales[i];
+    return nullptr;
+}
+
+const LocaleFacts* FindTag(const char* tag)
+{
+    for (unsigned i = 0; i < locale_count; i++)
+        if (std::strcmp(locales[i].tag, tag) == 0)
+            return &locales[i];
+    return nullptr;
+}
+
+const LocaleFacts* FindLanguage(const char* language)
+{
+    for (unsigned i = 0; i < language_home_count; i++)
+        if (std::strcmp(language_homes[i].language, language) == 0)
+            return FindLcid(language_homes[i].lcid);
+    return nullptr;
+}
+
+// A name of the host in its parts; what is longer than a part can be makes it unknown.
+struct NameParts
+{
+    char language[9] = "";
+    char region[9] = "";
+    char modifier[17] = "";
+};
+
+// Copies up to one of the ends; false if there is more than fits.
+template <std::size_t Size>
+bool Take(const char*& text, const char* ends, char (&part)[Size])
+{
+    const std::size_t length = std::strcspn(text, ends);
+    if (length >= Size)
+        return false;
+    std::memcpy(part, text, length);
+    part[length] = 0;
+    text += length;
+    return true;
+}
+
+bool Split(const char* name, NameParts& parts)
+{
+    if (!Take(name, "_.@", parts.language) || !*parts.language)
+        return false;
+    if (*name == '_' && !Take(++name, ".@", parts.region))
+        return false;
+    name += std::strcspn(name, "@");
+    return !*name || Take(++name, "", parts.modifier);
+}
+
+// The script that a modifier names, in the form of a tag; empty for none.
+const char* ScriptOf(const char* modifier)
+{
+    static constexpr struct
+    {
+        const char* modifier;
+        const char* script;
+    } scripts[] = {{"latin", "Latn"}, {"cyrillic", "Cyrl"}, {"devanagari", "Deva"}};
+    for (const auto& entry : scripts)
+        if (std::strcmp(entry.modifier, modifier) == 0)
+            return entry.script;
+    return "";
+}
+
+// The script in which a language is written in a region, as ICU knows it; empty where it doesn't.
+void FindScript(const NameParts& parts, char (&script)[ULOC_SCRIPT_CAPACITY])
+{
+    char name[24];
+    std::snprintf(name, sizeof name, "%s_%s", parts.language, parts.region);
+    char full[ULOC_FULLNAME_CAPACITY];
+    UErrorCode error = U_ZERO_ERROR;
+    uloc_addLikelySubtags(name, full, sizeof full, &error);
+    uloc_getScript(full, script, sizeof script, &error);
+    if (U_FAILURE(error) || error == U_STRING_NOT_TERMINATED_WARNING)
+        script[0] = 0;
+}
+
+const LocaleFacts* FindTag(const char* first, const char* second, const char* third)
+{
+    char tag[48];
+    std::snprintf(tag, sizeof tag, "%s-%s%s%s", first, second, *third ? "-" : "", third);
+    return FindTag(tag);
+}
+
+const LocaleFacts* FindParts(const NameParts& parts)
+{
+    if (!*parts.region)
+        return FindLanguage(parts.language);
+    const char* const named = ScriptOf(parts.modifier);
+    if (*named)
+        return FindTag(parts.language, named, parts.region);
+    if (*parts.modifier)
+        if (const LocaleFacts* found = FindTag(parts.language, parts.region, parts.modifier))
+            return found;
+    if (const LocaleFacts* found = FindTag(parts.language, parts.region, ""))
+        return found;
+    char script[ULOC_SCRIPT_CAPACITY];
+    FindScript(parts, script);
+    return FindTag(parts.language, script, parts.region);
+}
+
+const char* EnvironmentName()
+{
+    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char* const value = std::getenv(variable);
+        if (value && *value)
+            return value;
+    }
+    return "";
+}
+
+// A number below 3 means that the locale has no such page.
+UINT PageOr(WORD page, UINT other)
+{
+    return page > CP_MACCP ? page : other;
+}
+} // namespace
+
+const LocaleFacts& FindLocale(const char* name)
+{
+    NameParts parts;
+    const LocaleFacts* const found = Split(name, parts) ? FindParts(parts) : nullptr;
+    return found ? *found : *FindLcid(ENGLISH);
+}
+
+const LocaleFacts& ProcessLocale()
+{
+    static const LocaleFacts& locale = FindLocale(EnvironmentName());
+    return locale;
+}
+
+UINT GetACP()
+{
+    return PageOr(ProcessLocale().ansiPage, CP_UTF8);
+}
+
+UINT GetOEMCP()
+{
+    return PageOr(ProcessLocale().oemPage, CP_UTF8);
+}
+} // namespace winapi
