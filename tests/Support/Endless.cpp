@@ -1,13 +1,11 @@
 // tests/Support/Endless.cpp
 #include "Support/Endless.h"
 
-#include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace
 {
@@ -20,9 +18,11 @@ std::map<std::string, void (*)()>& Bodies()
     return bodies;
 }
 
-std::string ProgramPath()
+// Absolute: the tests run in other directories.
+std::filesystem::path& ProgramPath()
 {
-    return testing::internal::GetArgvs().front();
+    static std::filesystem::path path;
+    return path;
 }
 } // namespace
 
@@ -33,6 +33,7 @@ EndlessBody::EndlessBody(const char* name, void (*body)())
 
 bool IsEndlessChild(int argc, char** argv)
 {
+    ProgramPath() = std::filesystem::absolute(argv[0]);
     return argc == 2 && std::string(argv[1]).starts_with(SWITCH);
 }
 
@@ -52,7 +53,7 @@ int RunEndlessChild(int, char** argv)
 
 bool RunsForEver(const std::string& name)
 {
-    const int status = std::system(("\"" + ProgramPath() + "\" " + SWITCH + name).c_str());
+    const int status = std::system(("\"" + ProgramPath().string() + "\" " + SWITCH + name).c_str());
 #ifdef _WIN32
     return status == TIMED_OUT;
 #else

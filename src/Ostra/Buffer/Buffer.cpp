@@ -270,7 +270,10 @@ char* CT_Buffer::pc_ReplaceAt(unsigned& n_Count, unsigned n_Offset)
         return nullptr;
     // Behind a failed growth the write stops at the end of the old room.
     n_Count = std::min(n_Count, n_Maximum - n_Offset);
-    if (n_Offset + n_Count > n_GetUsedSize())
+    const unsigned n_Used = n_GetUsedSize();
+    if (n_Offset > n_Used)
+        std::memset(pc_Data + n_Used, 0, n_Offset - n_Used);
+    if (n_Offset + n_Count > n_Used)
         v_SetUsedBufferSize(n_Offset + n_Count);
     return pc_Data + n_Offset;
 }
