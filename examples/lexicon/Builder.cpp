@@ -128,7 +128,7 @@ void Builder::AppendEntry(Side side, unsigned number, CT_Buffer* texts) const
 std::uint64_t Builder::ListRoom(Side side) const
 {
     constexpr std::uint64_t HEADERS = 256;
-    constexpr std::uint64_t MARKS = 2 * ELEMENT_SIZE + sizeof(unsigned) + HANDLE_SIZE;
+    constexpr std::uint64_t MARKS = ELEMENT_SIZE + sizeof(unsigned) + ELEMENT_SIZE + HANDLE_SIZE;
     std::uint64_t room = HEADERS;
     for (unsigned number = 0; number < Words(side); ++number)
         room += MARKS + ELEMENT_SIZE * tables[side][number].text.size();

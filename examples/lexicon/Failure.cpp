@@ -10,11 +10,11 @@ bool Failing()
     return CT_ErrorManager::spco_Get()->b_IsSetError();
 }
 
-bool Failed(const char* source, std::source_location where)
+bool Failed(const char* source, unsigned line)
 {
     if (!Failing())
         return false;
-    CT_ErrorManager::spco_Get()->v_AddLocation(source, where.line());
+    CT_ErrorManager::spco_Get()->v_AddLocation(source, line);
     return true;
 }
 

@@ -8,7 +8,6 @@
 #include <Ostra/Frame/Text.h>
 
 #include <ostream>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -17,9 +16,9 @@ namespace lexicon
 // The format of a message, with the line that gives it.
 struct Format
 {
-    Format(const char16_t* format, std::source_location where = std::source_location::current())
+    Format(const char16_t* format, unsigned here = __builtin_LINE())
         : text(qcuz_Text(format)),
-          line(where.line())
+          line(here)
     {}
     const unsigned short* text;
     unsigned line;
@@ -40,7 +39,7 @@ void Fail(const char* source, Format format, Arguments... arguments)
 bool Failing();
 
 // The same; has then added the place of the call to the trail.
-bool Failed(const char* source, std::source_location where = std::source_location::current());
+bool Failed(const char* source, unsigned line = __builtin_LINE());
 
 // An error taken out of the error manager, so that cleaning up can start without one.
 class Failure
