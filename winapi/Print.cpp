@@ -397,7 +397,8 @@ template <typename Char>
 void Printer<Char>::PrintInteger(Directive directive, std::uint64_t value, unsigned base,
                                  bool upper, const char* prefix)
 {
-    const char* const figures = upper ? "0123456789ABCDEF" : "0123456789abcdef";
+    // Not const: g++ 12 would test the bounds of both literals with the index of one.
+    const char* figures = upper ? "0123456789ABCDEF" : "0123456789abcdef";
     char digits[24];
     char* first = digits + sizeof digits;
     for (std::uint64_t rest = value; rest; rest /= base)
