@@ -89,11 +89,8 @@ template <class Store>
 DWORD GetVariable(LPCWSTR name, Store store)
 {
     const auto value = name && IsName(name) ? Get(name) : std::nullopt;
-    if (value) {
-        if (value->empty())
-            SetLastError(ERROR_SUCCESS);
+    if (value)
         return store(*value);
-    }
     SetLastError(ERROR_ENVVAR_NOT_FOUND);
     return 0;
 }

@@ -1,0 +1,372 @@
+// winapi/tests/native/HostFaultsTest.cpp: what the services make of failures and oddities of the host's calls.
+#include "../Calls.h"
+
+#include "Posix.h"
+#include "Support/Directory.h"
+
+#include <algorithm>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace
+{
+using winapi::posix;
+
+// Puts one's own call into the table until the end of the scope.
+template <class Function>
+class Replace
+{
+public:
+    Replace(Function*& entry, Function* own) : place(entry), old(entry) { place = own; }
+    Replace(const Replace&) = delete;
+    Replace& operator=(const Replace&) = delete;
+    ~Replace() { place = old; }
+
+private:
+    Function*& place;
+    Function* const old;
+};
+
+int interruptions;
+
+template <class Result>
+bool Interrupt(Result& result)
+{
+    if (interruptions-- <= 0)
+        return false;
+    errno = EINTR;
+    result = -1;
+    return true;
+}
+
+ssize_t InterruptedRead(int fd, void* data, size_t size, off_t offset)
+{
+    ssize_t result;
+    return Interrupt(result) ? result : pread(fd, data, size, offset);
+}
+
+ssize_t InterruptedWrite(int fd, const void* data, size_t size, off_t offset)
+{
+    ssize_t result;
+    return Interrupt(result) ? result : pwrite(fd, data, size, offset);
+}
+
+int InterruptedOpen(const char* path, int flags, mode_t mode)
+{
+    int result;
+    return Interrupt(result) ? result : open(path, flags | O_CLOEXEC, mode);
+}
+
+ssize_t ThreeBytesRead(int fd, void* data, size_t size, off_t offset)
+{
+    return pread(fd, data, std::min<size_t>(size, 3), offset);
+}
+
+ssize_t ThreeBytesWritten(int fd, const void* data, size_t size, off_t offset)
+{
+    return pwrite(fd, data, std::min<size_t>(size, 3), offset);
+}
+
+// A disk with room for eight bytes of a file.
+ssize_t FullDiskWrite(int fd, const void* data, size_t size, off_t offset)
+{
+    if (offset >= 8) {
+        errno = ENOSPC;
+        return -1;
+    }
+    return pwrite(fd, data, std::min<size_t>(size, static_cast<size_t>(8 - offset)), offset);
+}
+
+// Takes half of the room, as some file systems leave it when it runs out.
+int FullDiskAllocate(int fd, off_t offset, off_t size)
+{
+    posix_fallocate(fd, offset, size / 2);
+    return ENOSPC;
+}
+
+int InterruptedAllocate(int fd, off_t offset, off_t size)
+{
+    return interruptions-- > 0 ? EINTR : posix_fallocate(fd, offset, size);
+}
+
+ssize_t FailingCopy(int, off_t*, int, off_t*, size_t, unsigned)
+{
+    errno = EXDEV;
+    return -1;
+}
+
+ssize_t FullDiskCopy(int, off_t*, int, off_t*, size_t, unsigned)
+{
+    errno = ENOSPC;
+    return -1;
+}
+
+int OtherDevice(int, const char*, int, const char*, unsigned)
+{
+    errno = EXDEV;
+    return -1;
+}
+
+int UnableToAsk(int, const char*, int, const char*, unsigned)
+{
+    errno = EINVAL;
+    return -1;
+}
+
+int LocklessFcntl(int, int, struct flock*)
+{
+    errno = EINVAL;
+    return -1;
+}
+
+int failure;
+
+int FailingOpen(const char*, int, mode_t)
+{
+    errno = failure;
+    return -1;
+}
+
+int FailingMsync(void*, size_t, int)
+{
+    errno = EIO;
+    return -1;
+}
+
+void* FailingMmap(void*, size_t, int, int, int, off_t)
+{
+    errno = ENOMEM;
+    return MAP_FAILED;
+}
+
+int FailingSetxattr(int, const char*, const void*, size_t, int)
+{
+    errno = EOPNOTSUPP;
+    return -1;
+}
+} // namespace
+
+TEST(HostFaults, InterruptedCallsAreRepeated)
+{
+    const Replace opening(posix.open, InterruptedOpen);
+    const Replace reading(posix.pread, InterruptedRead);
+    const Replace writing(posix.pwrite, InterruptedWrite);
+    interruptions = 3;
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    ASSERT_TRUE(file.IsOpen());
+    interruptions = 3;
+    EXPECT_EQ(Write(file, "text"), 4U);
+    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+    interruptions = 3;
+    EXPECT_EQ(Read(file, 9), "text");
+}
+
+TEST(HostFaults, ShortTransfersGoOn)
+{
+    const Replace reading(posix.pread, ThreeBytesRead);
+    const Replace writing(posix.pwrite, ThreeBytesWritten);
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    EXPECT_EQ(Write(file, "0123456789"), 10U);
+    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+    EXPECT_EQ(Read(file, 8), "01234567");
+    EXPECT_EQ(Read(file, 100), "89");
+}
+
+TEST(HostFaults, AFullDiskFailsTheWriteAndTellsWhatWasWritten)
+{
+    const Replace writing(posix.pwrite, FullDiskWrite);
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    EXPECT_EQ(Write(file, "12345"), 5U);
+    DWORD count = 99;
+    RunRows({
+        CALL(WriteFile(file, "67890", 5, &count, nullptr), 0, ERROR_DISK_FULL),
+        CALL(count, 3, 0),
+        CALL(SetFilePointer(file, 0, nullptr, FILE_CURRENT), 8, 0),
+        CALL(WriteFile(file, "9", 1, &count, nullptr), 0, ERROR_DISK_FULL),
+        CALL(count, 0, 0),
+    });
+    EXPECT_EQ(ReadBytes("f"), "12345678");
+}
+
+TEST(HostFaults, AFullDiskFailsTheMappingAndLeavesTheFile)
+{
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    Write(file, "text");
+    {
+        const Replace allocating(posix.posix_fallocate, FullDiskAllocate);
+        RunRows({
+            CALL(CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 1 << 20, nullptr) != nullptr,
+                 0, ERROR_DISK_FULL),
+            CALL(GetFileSize(file, nullptr), 4, 0),
+        });
+    }
+    const Replace allocating(posix.posix_fallocate, InterruptedAllocate);
+    interruptions = 3;
+    const HANDLE mapping = CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 1 << 20, nullptr);
+    EXPECT_NE(mapping, nullptr);
+    EXPECT_EQ(GetFileSize(file, nullptr), 1U << 20);
+    CloseHandle(mapping);
+}
+
+TEST(HostFaults, AFullDeviceTellsAFullDisk)
+{
+    const File full("/dev/full", GENERIC_WRITE, FILE_SHARE_WRITE, OPEN_EXISTING);
+    DWORD count;
+    RunRows({CALL(WriteFile(full, "x", 1, &count, nullptr), 0, ERROR_DISK_FULL)});
+}
+
+TEST(HostFaults, AMappingReservesTheHolesOfItsFile)
+{
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    SetFilePointer(file, 1 << 20, nullptr, FILE_BEGIN);
+    ASSERT_TRUE(SetEndOfFile(file));
+    const HANDLE mapping = CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 0, nullptr);
+    ASSERT_NE(mapping, nullptr);
+    struct stat facts;
+    ASSERT_EQ(stat("f", &facts), 0);
+    EXPECT_GE(facts.st_blocks * 512, 1 << 20);
+    CloseHandle(mapping);
+}
+
+TEST(HostFaults, AViewThatCantBeMadeOrFlushedTellsWhy)
+{
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    const HANDLE mapping = CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 100, nullptr);
+    {
+        const Replace mapping_call(posix.mmap, FailingMmap);
+        RunRows({CALL(MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0) != nullptr, 0,
+                      ERROR_NOT_ENOUGH_MEMORY)});
+    }
+    void* const view = MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0);
+    {
+        const Replace flushing(posix.msync, FailingMsync);
+        RunRows({CALL(FlushViewOfFile(view, 0), 0, ERROR_IO_DEVICE)});
+    }
+    UnmapViewOfFile(view);
+    CloseHandle(mapping);
+}
+
+TEST(HostFaults, NamedAndFilelessMappingsArentSupported)
+{
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    RunRows({
+        CALL(CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 100, "name") != nullptr, 0,
+             ERROR_NOT_SUPPORTED),
+        CALL(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 100, nullptr) !=
+                 nullptr,
+             0, ERROR_NOT_SUPPORTED),
+    });
+}
+
+TEST(HostFaults, OverlappedTransfersArentSupported)
+{
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    char byte = 0;
+    DWORD count;
+    auto* const overlapped = reinterpret_cast<LPOVERLAPPED>(&byte);
+    RunRows({
+        CALL(WriteFile(file, "x", 1, &count, overlapped), 0, ERROR_NOT_SUPPORTED),
+        CALL(ReadFile(file, &byte, 1, &count, overlapped), 0, ERROR_NOT_SUPPORTED),
+        CALL(MoveFileExA("f", "g", 4), 0, ERROR_NOT_SUPPORTED),
+    });
+}
+
+TEST(HostFaults, CopiesGoByPiecesWhereTheHostCantCopy)
+{
+    WriteBytes("f", std::string(200'000, 'x') + "end");
+    const Replace copying(posix.copy_file_range, FailingCopy);
+    EXPECT_TRUE(CopyFileA("f", "g", TRUE));
+    EXPECT_EQ(ReadBytes("g"), ReadBytes("f"));
+}
+
+TEST(HostFaults, ACopyThatFailsLeavesNoTarget)
+{
+    WriteBytes("f", "contents");
+    const Replace copying(posix.copy_file_range, FullDiskCopy);
+    RunRows({
+        CALL(CopyFileA("f", "g", TRUE), 0, ERROR_DISK_FULL),
+        CALL(GetFileAttributesA("g"), ALL_BITS, ERROR_FILE_NOT_FOUND),
+    });
+}
+
+TEST(HostFaults, AMoveToAnotherDeviceCopies)
+{
+    WriteBytes("f", "contents");
+    WriteBytes("h", "other");
+    CreateDirectoryA("d", nullptr);
+    const Replace renaming(posix.renameat2, OtherDevice);
+    RunRows({
+        CALL(MoveFileExA("f", "g", 0), 0, ERROR_NOT_SAME_DEVICE),
+        CALL(MoveFileExA("f", "h", MOVEFILE_COPY_ALLOWED), 0, ERROR_ALREADY_EXISTS),
+        CALL(MoveFileExA("d", "e", MOVEFILE_COPY_ALLOWED), 0, ERROR_ACCESS_DENIED),
+        CALL(MoveFileExA("f", "g", MOVEFILE_COPY_ALLOWED), 1, 0),
+        CALL(GetFileAttributesA("f"), ALL_BITS, ERROR_FILE_NOT_FOUND),
+    });
+    EXPECT_EQ(ReadBytes("g"), "contents");
+    EXPECT_EQ(ReadBytes("h"), "other");
+}
+
+TEST(HostFaults, AFileSystemWithoutExclusiveRenamesIsAskedFirst)
+{
+    WriteBytes("f", "f");
+    WriteBytes("g", "g");
+    const Replace renaming(posix.renameat2, UnableToAsk);
+    RunRows({
+        CALL(MoveFileExA("f", "g", MOVEFILE_COPY_ALLOWED), 0, ERROR_ALREADY_EXISTS),
+        CALL(MoveFileExA("f", "h", MOVEFILE_COPY_ALLOWED), 1, 0),
+    });
+    EXPECT_EQ(ReadBytes("h"), "f");
+}
+
+TEST(HostFaults, ADirectoryReplacesNoFile)
+{
+    WriteBytes("f", "f");
+    CreateDirectoryA("d", nullptr);
+    RunRows({CALL(MoveFileExA("d", "f", MOVEFILE_REPLACE_EXISTING), 0, ERROR_ACCESS_DENIED)});
+}
+
+TEST(HostFaults, AFileSystemWithoutLocksSharesEverything)
+{
+    const Replace locking(posix.fcntl, LocklessFcntl);
+    const File a("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    const File b("f", GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING);
+    EXPECT_TRUE(a.IsOpen());
+    EXPECT_TRUE(b.IsOpen());
+    EXPECT_TRUE(LockFile(a, 0, 0, 10, 0));
+    EXPECT_TRUE(UnlockFile(a, 0, 0, 10, 0));
+}
+
+TEST(HostFaults, AttributesWithoutAPlaceAreLost)
+{
+    const Replace storing(posix.fsetxattr, FailingSetxattr);
+    EXPECT_EQ(TryOpen("f", GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN), OPENED);
+    EXPECT_EQ(GetFileAttributesA("f"), DWORD(FILE_ATTRIBUTE_ARCHIVE));
+}
+
+TEST(HostFaults, EachErrorOfTheHostHasItsCode)
+{
+    struct Pair
+    {
+        int error;
+        DWORD code;
+    };
+    const Pair pairs[] = {
+        {EACCES, 5},   {EPERM, 5},          {EISDIR, 5},      {EEXIST, 80}, {ENOSPC, 112},
+        {EDQUOT, 112}, {ENAMETOOLONG, 206}, {EMFILE, 4},      {ENFILE, 4},  {EROFS, 19},
+        {EBUSY, 32},   {ETXTBSY, 32},       {EIO, 1117},      {ENOMEM, 8},  {EINVAL, 87},
+        {ESPIPE, 87},  {EFAULT, 998},       {ENOTEMPTY, 145}, {ENOTDIR, 3}, {ENOENT, 2},
+        {ELOOP, 1921}, {EPROTO, 31},
+    };
+    const Replace opening(posix.open, FailingOpen);
+    for (const Pair& pair : pairs) {
+        failure = pair.error;
+        SetLastError(0);
+        EXPECT_EQ(TryOpen("f", GENERIC_READ, 0, OPEN_EXISTING), INVALID);
+        EXPECT_EQ(GetLastError(), pair.code) << pair.error;
+    }
+    failure = ENOENT;
+    SetLastError(0);
+    EXPECT_EQ(TryOpen("no/f", GENERIC_READ, 0, OPEN_EXISTING), INVALID);
+    EXPECT_EQ(GetLastError(), 3U);
+}
