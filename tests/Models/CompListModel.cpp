@@ -75,7 +75,10 @@ unsigned CompListModel::KeySize(const std::string& key) const
 
 void CompListModel::InsertBytes(unsigned position, unsigned count)
 {
-    bytes.insert(position, count, '\0');
+    // A gap holds a copy of the block's beginning until it is written.
+    std::string gap = bytes.substr(0, count);
+    gap.resize(count);
+    bytes.insert(position, gap);
     SetNumber(END, 4, Number(bytes, END, 4) + count);
     for (unsigned q = STREAM; q < position;) {
         const unsigned stored = Number(bytes, q, element);

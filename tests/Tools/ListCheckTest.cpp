@@ -237,6 +237,20 @@ TEST(ListDump, TheTextIsThatOfTheHexFiles)
     }
 }
 
+// The stream of each example, as docs/formats/compressed-list.md shows it.
+TEST(ListDump, TheDocumentShowsTheExamples)
+{
+    const std::filesystem::path data = OSTRA_TEST_DATA;
+    const std::filesystem::path formats = data.parent_path().parent_path() / "docs/formats";
+    const std::string document = ReadBytes(formats / "compressed-list.md");
+    for (const char* name : {"complist-example.hex", "complist-example-grown.hex"}) {
+        SCOPED_TRACE(name);
+        const std::string text = DumpList(DataFile(name));
+        const std::string stream = text.substr(text.find("63          # 132"));
+        EXPECT_NE(document.find("\n```\n" + stream + "```\n"), std::string::npos);
+    }
+}
+
 TEST(ListDump, CharactersOutsideAsciiShowTheirNumber)
 {
     CT_CompList list(CT_CompList::es_Short, 4, 1, 1, 128, 0);

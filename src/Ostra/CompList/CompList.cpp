@@ -40,6 +40,11 @@ CT_CompList::CT_CompList(const CT_Buffer* pcco_Buffer)
     v_Init(pcco_Buffer);
 }
 
+CT_CompList::~CT_CompList()
+{
+    v_DropIndex();
+}
+
 void CT_CompList::v_Set(et_ElementSize ec_ElementSize, unsigned n_HandleSize,
                         int b_EmptyStringSupport, int b_LongOffsetSupport, unsigned n_Growth,
                         unsigned n_CodePage)
@@ -75,6 +80,8 @@ void CT_CompList::v_Null()
 {
     b_Changed = 0;
     n_FirstPosition = FIRST_POSITION;
+    pco_Index = 0;
+    b_Scan = 0;
     v_TakeHeader();
     v_SetOffsetSize();
 }
@@ -89,6 +96,7 @@ void CT_CompList::v_Init(et_ElementSize ec_ElementSize, unsigned n_HandleSize,
     // Without room the buffer has reported, and the list stays what it was.
     if (co_Buffer.n_GetUsedSize() || co_Buffer.n_GetMaximumSize() < n_Size)
         return;
+    v_Forget();
     co_Buffer.v_SetUsedSize(n_Size);
     v_TakeHeader();
     v_WriteHeader(ec_ElementSize, n_HandleSize, b_EmptyStringSupport, b_LongOffsetSupport,
@@ -100,6 +108,7 @@ void CT_CompList::v_Init(et_ElementSize ec_ElementSize, unsigned n_HandleSize,
 
 void CT_CompList::v_Init(const CT_CompList* pcco_List)
 {
+    v_Forget();
     co_Buffer.v_Set(&pcco_List->co_Buffer);
     v_TakeHeader();
     b_Changed = pcco_List->b_Changed;
@@ -109,11 +118,19 @@ void CT_CompList::v_Init(const CT_CompList* pcco_List)
 
 void CT_CompList::v_Init(const CT_Buffer* pcco_Buffer)
 {
+    v_Forget();
     co_Buffer.v_Set(pcco_Buffer);
     // Kept: neither the magic nor a size is looked at: who hands in a block vouches for it.
     v_TakeHeader();
     v_SetOffsetSize();
     b_Changed = 0;
+}
+
+// Lets go of what is known of an earlier block.
+void CT_CompList::v_Forget()
+{
+    v_DropIndex();
+    b_Scan = 0;
 }
 
 void CT_CompList::v_TakeHeader()

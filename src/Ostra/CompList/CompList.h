@@ -6,6 +6,7 @@
 
 #include <cstddef>
 
+class CT_AlternativeIndex;
 class CT_CString;
 class CT_UString;
 
@@ -72,6 +73,7 @@ public:
     // Shares the block. A buffer is taken for a list at its word.
     explicit CT_CompList(const CT_CompList* pcco_List);
     explicit CT_CompList(const CT_Buffer* pcco_Buffer);
+    ~CT_CompList();
     CT_CompList(const CT_CompList&) = delete;
     CT_CompList& operator=(const CT_CompList&) = delete;
 
@@ -170,6 +172,7 @@ private:
                 int b_LongOffsetSupport, unsigned n_Growth, unsigned n_CodePage);
     void v_Init(const CT_CompList* pcco_List);
     void v_Init(const CT_Buffer* pcco_Buffer);
+    void v_Forget();
     void v_TakeHeader();
     void v_WriteHeader(et_ElementSize ec_ElementSize, unsigned n_HandleSize,
                        int b_EmptyStringSupport, int b_LongOffsetSupport, unsigned n_CodePage);
@@ -220,6 +223,17 @@ private:
     void v_RecalcAltPos(unsigned n_Position, unsigned n_Count);
     template <class T>
     void v_RecalcOffsets(unsigned n_Position, unsigned n_Count);
+    void v_PrepareIndex(const char* pcc_Key);
+    int b_IsPlainKey(const char* pcc_Key) const;
+    int b_BuildIndex();
+    template <class T>
+    int b_CollectAlternatives();
+    template <class T>
+    int b_VerifyTargets() const;
+    void v_NoteAlternative(unsigned n_Position, unsigned n_Target);
+    void v_FollowGap(unsigned n_Position, unsigned n_Count);
+    void v_ScanFromNow();
+    void v_DropIndex();
     char* pc_GetAt(unsigned n_Position) { return reinterpret_cast<char*>(pso_Header) + n_Position; }
 
     // The order of the members is part of the interface.
@@ -230,4 +244,7 @@ private:
     int b_Changed;
     unsigned n_OffsetSize;    // 2, or 4 with long offset support
     unsigned n_MaximumOffset; // 65535 or 0xFFFFFFFF; set and copied, never tested
+    CT_AlternativeIndex*
+        pco_Index; // of the block, while keys are added; null: the stream is scanned
+    int b_Scan;    // no index can be had
 };

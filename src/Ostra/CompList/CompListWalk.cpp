@@ -1,15 +1,13 @@
 // Ostra/CompList/CompListWalk.cpp: following a key through a list, for searching and for adding.
 #include <Ostra/CompList/CompList.h>
 
+#include <Ostra/CompList/CompListStream.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 
 #include <cstring>
 
 static constexpr unsigned NO_HANDLE = 0xFFFFFFFF;
-
-// Kept: whatever growth a list was made with, its block grows in steps of 32 bytes once it grows.
-static constexpr unsigned COPY_GROWTH = 32;
 
 // An empty key in any element size.
 static constexpr unsigned n4_NoKey = 0;
@@ -23,14 +21,6 @@ struct CT_CompList::st_Walk
     unsigned n_Offset;   // in the key, of the element looked at
     unsigned n_Stored;   // the element at n_Position
 };
-
-template <class T>
-static inline unsigned n_Load(const char* pcc_From)
-{
-    T Value;
-    std::memcpy(&Value, pcc_From, sizeof Value);
-    return Value;
-}
 
 static const char* pcc_Text(const char* qccz_Key)
 {
@@ -179,59 +169,6 @@ CT_CompList::et_Stop CT_CompList::ec_Follow(st_Walk* pso_Walk) const
     }
 }
 
-// How far the stream can be read: no further than the block's bytes, whatever its head says.
-unsigned CT_CompList::n_GetLimit() const
-{
-    const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    return n_GetEnd() < n_Used ? n_GetEnd() : n_Used;
-}
-
-// The stream as elements of the type T. Behind its last element it reads as the list end.
-template <class T>
-struct CT_CompList::st_Stream
-{
-    static constexpr unsigned ELEMENT = sizeof(T);
-
-    explicit st_Stream(const CT_CompList* pcco_List)
-        : pcc_Block(reinterpret_cast<const char*>(pcco_List->pso_Header)),
-          n_Limit(pcco_List->n_GetLimit()),
-          n_MarkSize(ELEMENT + pcco_List->n_OffsetSize),
-          n_EndSize(ELEMENT + pcco_List->n_GetHandleSize()),
-          n_Elements(n_Limit < ELEMENT ? 0 : n_Limit - ELEMENT + 1),
-          n_Marks(n_Limit < n_MarkSize ? 0 : n_Limit - n_MarkSize + 1)
-    {}
-
-    unsigned n_GetElement(unsigned n_Position) const
-    {
-        return n_Position < n_Elements ? n_Load<T>(pcc_Block + n_Position) : +ec_ListEnd;
-    }
-
-    // Where the alternative to the character at n_Position is; 0 for none.
-    unsigned n_GetAlternative(unsigned n_Position) const
-    {
-        const unsigned n_Mark = n_Position + ELEMENT;
-        if (n_Mark >= n_Marks || n_Load<T>(pcc_Block + n_Mark) != ec_Alternative)
-            return 0;
-        return n_GetTarget(n_Mark);
-    }
-
-    // Where the mark 13 at n_Mark leads to.
-    unsigned n_GetTarget(unsigned n_Mark) const
-    {
-        const char* pcc_Offset = pcc_Block + n_Mark + ELEMENT;
-        const int b_Long = n_MarkSize == ELEMENT + 4;
-        return n_Mark +
-               (b_Long ? n_Load<unsigned>(pcc_Offset) : n_Load<unsigned short>(pcc_Offset));
-    }
-
-    const char* pcc_Block;
-    unsigned n_Limit;
-    unsigned n_MarkSize; // of a mark 13 with its offset
-    unsigned n_EndSize;  // of a mark 10 or 26 with its handle
-    unsigned n_Elements; // an element can be read at positions below
-    unsigned n_Marks;    // a mark 13 with its offset can be read at positions below
-};
-
 // Follows the key until it ends, the stored branch ends, or elements differ with no other way on.
 template <class T>
 CT_CompList::et_Stop CT_CompList::ec_FollowElements(st_Walk* pso_Walk) const
@@ -296,6 +233,7 @@ unsigned CT_CompList::n_Answer(const st_Walk* pcso_Walk, et_Stop ec_Stop, et_Wal
 // Adds what the list lacks of the key: 1 when it was added.
 unsigned CT_CompList::n_Extend(const st_Walk* pcso_Walk, et_Stop ec_Stop, unsigned n_Handle)
 {
+    v_PrepareIndex(pcso_Walk->pcc_Key);
     switch (ec_Stop) {
     case ws_KeyEnds:
         return n_AddInnerEnd(pcso_Walk, n_Handle);
@@ -358,6 +296,7 @@ unsigned CT_CompList::n_AddAlternative(const st_Walk* pcso_Walk, unsigned n_Hand
         return 0;
     }
     v_SetOffset(pc_GetAt(n_Mark + n_GetElementSize()), n_Target - n_Mark);
+    v_NoteAlternative(n_Mark, n_Target);
     if (!pcso_Walk->n_Offset)
         v_SetJumpOffset(pcso_Walk->n_First, n_Target);
     return 1;
@@ -390,90 +329,4 @@ unsigned CT_CompList::n_GetKeySize(const char* pcc_Key) const
     while (n_Load<unsigned short>(pcc_Key + n_Size))
         n_Size += 2;
     return n_Size;
-}
-
-// ---- Gaps ---------------------------------------------------------------------------------
-
-// Opens a gap whose content is undefined, and repairs what points across it. Null when the heap is
-// exhausted or the position lies outside the block; the list then is as it was.
-char* CT_CompList::pc_InsertBytes(unsigned n_Position, unsigned n_Count)
-{
-    const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    if (n_Position > n_Used)
-        return 0;
-    v_OpenGap(n_Position, n_Count);
-    v_TakeHeader();
-    if (co_Buffer.n_GetUsedSize() != n_Used + n_Count)
-        return 0;
-    pso_Header->n_End += n_Count;
-    v_RecalcAltPos(n_Position, n_Count);
-    b_Changed = 1;
-    return pc_GetAt(n_Position);
-}
-
-// What lands in the gap is a copy of the block's beginning. A block without room for it grows by
-// what is missing, and its growth becomes that of the copy.
-void CT_CompList::v_OpenGap(unsigned n_Position, unsigned n_Count)
-{
-    const unsigned n_Size = co_Buffer.n_GetUsedSize() + n_Count;
-    if (n_Size > co_Buffer.n_GetMaximumSize()) {
-        const unsigned n_Growth = co_Buffer.n_GetGrowth();
-        co_Buffer.v_CopyWeWrite();
-        co_Buffer.v_SetGrowth(COPY_GROWTH);
-        co_Buffer.v_SetSize(n_Size, 1);
-        if (n_Size > co_Buffer.n_GetMaximumSize()) {
-            co_Buffer.v_SetGrowth(n_Growth);
-            return;
-        }
-    }
-    co_Buffer.v_AtInsertCopy(0, n_Count, n_Position);
-}
-
-// Takes a gap back.
-void CT_CompList::v_RemoveBytes(unsigned n_Position, unsigned n_Count)
-{
-    v_RecalcAltPos(n_Position, 0 - n_Count);
-    co_Buffer.v_Remove(n_Count, n_Position);
-    pso_Header->n_End -= n_Count;
-}
-
-// Lets every offset and jump offset that leads to n_Position or behind it follow a gap of n_Count
-// bytes there.
-void CT_CompList::v_RecalcAltPos(unsigned n_Position, unsigned n_Count)
-{
-    switch (n_GetElementSize()) {
-    case 1:
-        v_RecalcOffsets<unsigned char>(n_Position, n_Count);
-        break;
-    case 2:
-        v_RecalcOffsets<unsigned short>(n_Position, n_Count);
-        break;
-    default:
-        v_RecalcOffsets<unsigned>(n_Position, n_Count);
-    }
-    for (unsigned& n_Jump : pso_Header->an4_JumpOffset) {
-        if (n_Jump >= n_Position)
-            n_Jump += n_Count;
-    }
-}
-
-template <class T>
-void CT_CompList::v_RecalcOffsets(unsigned n_Position, unsigned n_Count)
-{
-    const st_Stream<T> so_Stream(this);
-    for (unsigned n_At = n_FirstPosition; n_At < n_Position;) {
-        const unsigned n_Stored = so_Stream.n_GetElement(n_At);
-        if (n_Stored == ec_InnerEnd || n_Stored == ec_LeafEnd)
-            n_At += so_Stream.n_EndSize;
-        else if (n_Stored != ec_Alternative || n_At >= so_Stream.n_Marks)
-            n_At += so_Stream.ELEMENT;
-        else {
-            // Kept: an offset that outgrows its field is cut, and leads astray; long offsets are
-            // there for large lists.
-            const unsigned n_Target = so_Stream.n_GetTarget(n_At);
-            if (n_Target >= n_Position)
-                v_SetOffset(pc_GetAt(n_At + so_Stream.ELEMENT), n_Target - n_At + n_Count);
-            n_At += so_Stream.n_MarkSize;
-        }
-    }
 }

@@ -13,6 +13,13 @@
 #include <string>
 #include <vector>
 
+// Reaches what a list knows beside its block.
+struct CompListPeer
+{
+    static void Scan(CT_CompList& list) { list.v_ScanFromNow(); }
+    static bool IsIndexed(const CT_CompList& list) { return list.pco_Index != nullptr; }
+};
+
 namespace
 {
 constexpr unsigned NONE = 0xFFFFFFFF;
@@ -195,7 +202,7 @@ TEST(CompListModel, AStoredListGoesOnAsIfItHadStayed)
         const unsigned element = 1 + round % 2;
         CT_CompList list(ElementSize(element), 4, 0, round & 2, 128, 0);
         CompListModel model(element, 4, false, round & 2, 0);
-        for (const Word& word : Words(random, element, 60, 4, 5)) {
+        for (const Word& word : Words(random, element, 250, 6, 6)) {
             if (random() % 4 == 0) {
                 const std::string bytes = Block(list);
                 CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()),
@@ -236,22 +243,66 @@ TEST(CompListModel, LongListsAreTheModelsBytesAtTheEnd)
     }
 }
 
+// What a list knows beside its block must not show in it: a list that scans its stream for every
+// insertion has the same bytes. With short offsets the list outgrows them on the way.
+TEST(CompListModel, TheIndexGivesTheBytesOfTheScan)
+{
+    const unsigned seed = Seed(19970101);
+    SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
+    Random random(seed);
+    unsigned outgrown = 0;
+    for (unsigned round = 0; round < 8; round++) {
+        const unsigned element = round % 2 ? 2 : 1 << round / 2 % 3;
+        const int longOffsets = round & 4;
+        std::vector<Word> words = Words(random, element, 4000, 26, 12);
+        if (round % 3 == 0)
+            std::sort(words.begin(), words.end());
+        CT_CompList list(ElementSize(element), 4, 0, longOffsets, 128, 0);
+        CT_CompList scanned(&list);
+        CompListPeer::Scan(scanned);
+        unsigned indexed = 0;
+        for (const Word& word : words) {
+            const std::string key = Bytes(word, element);
+            ASSERT_EQ(list.b_Add(key.data(), 1), scanned.b_Add(key.data(), 1));
+            indexed += CompListPeer::IsIndexed(list);
+        }
+        EXPECT_GT(indexed, longOffsets ? 3000u : 500u);
+        EXPECT_TRUE(CompListPeer::IsIndexed(list) || !longOffsets);
+        outgrown += !CompListPeer::IsIndexed(list);
+        ASSERT_TRUE(Block(list) == Block(scanned)) << "a difference of bytes";
+        EXPECT_FALSE(CompListPeer::IsIndexed(scanned));
+    }
+    EXPECT_GT(outgrown, 0u);
+}
+
 // Keys with the elements that the stream reserves: the damage is the model's, too, for as long as
-// the model finds its way.
+// the model finds its way; also when the damaged block comes from elsewhere.
 TEST(CompListModel, DamageByReservedElementsIsThatOfTheModel)
 {
     const unsigned seed = Seed(19970101);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
+    unsigned longest = 0;
     for (unsigned round = 0; round < 300; round++) {
         const unsigned element = 1 + round % 2;
         CT_CompList list(ElementSize(element), 1, 0, round & 2, 128, 0);
         CompListModel model(element, 1, false, round & 2, 0);
-        for (unsigned step = 0; step < 12; step++) {
+        for (const Word& word : Words(random, element, round % 5 * 60, 4, 6)) {
+            const std::string key = Bytes(word, element);
+            list.b_Add(key.data(), 1);
+            model.Add(key, 1);
+        }
+        ASSERT_TRUE(Block(list) == model.bytes);
+        for (unsigned step = 0; step < 25; step++) {
+            if (random() % 4 == 0) {
+                const std::string bytes = Block(list);
+                CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32);
+                list.v_Set(&buffer);
+            }
+            const unsigned reserved[] = {10, 13, 25, 26};
             Word word;
             for (unsigned length = 1 + random() % 5; length > 0; length--)
-                word.push_back(random() % 8 ? 'a' + random() % 3
-                                            : (const unsigned[]){10, 13, 25, 26}[random() % 4]);
+                word.push_back(random() % 12 ? 'a' + random() % 3 : reserved[random() % 4]);
             const std::string key = Bytes(word, element);
             bool added = false;
             try {
@@ -262,5 +313,7 @@ TEST(CompListModel, DamageByReservedElementsIsThatOfTheModel)
             ASSERT_EQ(list.b_Add(key.data(), step), added ? 1 : 0) << round << " " << step;
             ASSERT_TRUE(Block(list) == model.bytes) << round << " " << step;
         }
+        longest = std::max(longest, list.n_GetEnd());
     }
+    EXPECT_GT(longest, 2000u);
 }
