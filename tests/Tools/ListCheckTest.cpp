@@ -173,7 +173,7 @@ TEST(ListCheck, TheLibraryCanWorkOnEverythingSound)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     std::mt19937 random(seed);
     unsigned sound = 0;
-    for (unsigned round = 0; round < 4000; round++) {
+    for (unsigned round = 0; round < 2000; round++) {
         const unsigned element = 1 + round % 2;
         CT_CompList list(ElementSize(element), round % 3, 0, round & 4, 128, 0);
         for (unsigned keys = 1 + random() % 8; keys > 0; keys--)
@@ -199,7 +199,7 @@ TEST(ListCheck, TheLibraryCanWorkOnEverythingSound)
             ASSERT_TRUE(verdict.sound) << DescribeListVerdict(verdict);
         }
     }
-    EXPECT_GT(sound, 100u);
+    EXPECT_GT(sound, 50u);
 }
 
 TEST(ListCheck, AnyBytesGetAnAnswer)
