@@ -167,24 +167,26 @@ void CT_TextBuffer<Unit>::sv_StringReplace(CT_Buffer& co, const Unit* pcc_Text, 
         sv_SetLength(co, 0);
         return;
     }
-    const Hold co_Hold(co, pcc_Text);
-    Unit* pc_To = spc_Prepare(co, n_Count, n_Offset);
-    if (!pc_To)
-        return;
-    if (n_Count)
-        std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
-    // Kept: what stood behind the replaced range goes.
-    sv_End(co, n_Count + n_Offset);
+    sv_Hold(co, pcc_Text, [&] {
+        Unit* pc_To = spc_Prepare(co, n_Count, n_Offset);
+        if (!pc_To)
+            return;
+        if (n_Count)
+            std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
+        // Kept: what stood behind the replaced range goes.
+        sv_End(co, n_Count + n_Offset);
+    });
 }
 
 template <class Unit>
 void CT_TextBuffer<Unit>::sv_StringInsert(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
                                           unsigned n_Offset)
 {
-    const Hold co_Hold(co, pcc_Text);
-    const std::uint64_t n_Bytes = co.n_GetUsedSize() + std::uint64_t(n_Count) * SIZE;
-    if (n_Bytes > co.n_GetMaximumSize() ? sb_SetSize(co, n_Bytes, 1) : b_Own(co))
-        co.v_Insert(pcc_Text, n_Count * SIZE, std::min(n_Offset, sn_Length(co)) * SIZE);
+    sv_Hold(co, pcc_Text, [&] {
+        const std::uint64_t n_Bytes = co.n_GetUsedSize() + std::uint64_t(n_Count) * SIZE;
+        if (n_Bytes > co.n_GetMaximumSize() ? sb_SetSize(co, n_Bytes, 1) : b_Own(co))
+            co.v_Insert(pcc_Text, n_Count * SIZE, std::min(n_Offset, sn_Length(co)) * SIZE);
+    });
 }
 
 // Where n_Count characters more go, with the used size and the terminator set behind them; null without the room.
@@ -206,16 +208,10 @@ Unit* CT_TextBuffer<Unit>::spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsig
 template <class Unit>
 void CT_TextBuffer<Unit>::sv_Append(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count)
 {
-    const Hold co_Hold(co, pcc_Text);
-    if (Unit* pc_To = spc_AppendRoom(co, n_Count, 1))
-        std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
-}
-
-template <class Unit>
-void CT_TextBuffer<Unit>::sv_Append(CT_Buffer& co, Unit c_Append, unsigned n_Factor)
-{
-    if (Unit* pc_To = spc_AppendRoom(co, 1, n_Factor))
-        *pc_To = c_Append;
+    sv_Hold(co, pcc_Text, [&] {
+        if (Unit* pc_To = spc_AppendRoom(co, n_Count, 1))
+            std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
+    });
 }
 
 template <class Unit>

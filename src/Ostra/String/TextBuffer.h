@@ -71,7 +71,14 @@ public:
                                 unsigned n_Offset);
     static void sv_Append(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count);
     // Asks for n_Factor times the room that it needs.
-    static void sv_Append(CT_Buffer& co, Unit c_Append, unsigned n_Factor);
+    static void sv_Append(CT_Buffer& co, Unit c_Append, unsigned n_Factor)
+    {
+        Unit* pc_To = spc_Spare(co);
+        if (!pc_To)
+            pc_To = spc_AppendRoom(co, 1, n_Factor);
+        if (pc_To)
+            *pc_To = c_Append;
+    }
     static void sv_Remove(CT_Buffer& co, unsigned n_Count, unsigned n_Offset);
     static void sv_StripLeft(CT_Buffer& co);
     static void sv_Strip(CT_Buffer& co, const Unit* qc_Set);
@@ -109,6 +116,30 @@ private:
         return sn_Room(co) ? n_Length < sn_Room(co) : !n_Length;
     }
     static bool sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b_Keep);
+    // The place for one more character, with the terminator behind it, if it takes no change of the block.
+    static Unit* spc_Spare(CT_Buffer& co)
+    {
+        const unsigned n_Used = co.n_GetUsedSize();
+        if (n_Used < SIZE || std::uint64_t(n_Used) + SIZE > co.n_GetMaximumSize() ||
+            co.n_GetUseCount() > 1)
+            return 0;
+        Unit* pc_To = spc_Data(co) + n_Used / SIZE - 1;
+        pc_To[1] = 0;
+        // The buffer would look again whether it is shared.
+        (reinterpret_cast<CT_Buffer::st_BufferData*>(spc_Data(co)) - 1)->n_UsedSize = n_Used + SIZE;
+        return pc_To;
+    }
+    // Does the work on a text that may lie in the block itself, which then stays until the work is done.
+    template <class Work>
+    static void sv_Hold(CT_Buffer& co, const Unit* pcc_Text, Work Do)
+    {
+        if (!sb_Inside(co, pcc_Text)) {
+            Do();
+            return;
+        }
+        const CT_Buffer co_Hold(&co);
+        Do();
+    }
     static Unit* spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsigned n_Factor);
     static Unit* spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* qc_From, const Unit* qc_To,
                              unsigned n_To);
@@ -118,18 +149,4 @@ private:
                                 reinterpret_cast<std::uintptr_t>(co.qcv_Get());
         return n_Distance < co.n_GetMaximumSize();
     }
-
-    // Keeps the block alive while a text that lies in it is read.
-    class Hold
-    {
-    public:
-        Hold(const CT_Buffer& co, const Unit* pcc_Text)
-        {
-            if (sb_Inside(co, pcc_Text))
-                co_Hold.v_Set(&co);
-        }
-
-    private:
-        CT_Buffer co_Hold;
-    };
 };

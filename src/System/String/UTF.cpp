@@ -4,6 +4,7 @@
 #include <Ostra/String/TextOperations.h>
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -56,9 +57,7 @@ struct CT_UTF::st_UTF8Decoder
     unsigned n_ToCome;
     unsigned n4_Value;
 
-    const char* pcc_Take(const char* pcc_In, const char* pcc_End);
-    void v_Open(unsigned n_Count) { *this = {n_Count, n_Count + 1, 0}; }
-    unsigned short u_Get() const;
+    const char* pcc_Take(unsigned short* pu, const char* pcc_In, const char* pcc_End);
 };
 
 unsigned CT_UTF::sn4_BitBuffer;
@@ -84,14 +83,13 @@ constexpr char BASE64[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0
 constexpr char DIRECT[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789'(),-./:?";
 constexpr char SPACE[] = " \t\r\n";
 
-// 1 for an ASCII character that must be shifted; the terminator never is.
+// 1 for an ASCII character that doesn't stand for itself.
 constexpr auto MUST_SHIFT = [] {
     std::array<unsigned char, 128> a;
     a.fill(1);
     for (const char* qccz : {DIRECT, SPACE})
         for (; *qccz; ++qccz)
             a[static_cast<unsigned char>(*qccz)] = 0;
-    a[0] = 0;
     return a;
 }();
 
@@ -106,9 +104,9 @@ constexpr auto INVERSE = [] {
     return a;
 }();
 
-bool b_NeedsShift(unsigned n_Unit)
+bool b_IsDirect(unsigned n_Unit)
 {
-    return n_Unit > 127 || MUST_SHIFT[n_Unit];
+    return n_Unit <= 127 && !MUST_SHIFT[n_Unit];
 }
 } // namespace
 
@@ -158,8 +156,14 @@ int CT_UTF::si_WideToUTF7(char* pc_Out, const unsigned short* pcu_In, unsigned n
     char* pc = pc_Out;
     unsigned n_Unit = 1;
     for (; n_Count && n_Unit; --n_Count) {
+        while (n_Count && !so.b_Shifted && b_IsDirect(*pcu_In)) {
+            *pc++ = static_cast<char>(n_Unit = *pcu_In++);
+            --n_Count;
+        }
+        if (!n_Count)
+            break;
         n_Unit = *pcu_In++;
-        if (b_NeedsShift(n_Unit))
+        if (n_Unit && !b_IsDirect(n_Unit))
             pc = so.pc_Shift(pc, n_Unit);
         else {
             if (so.b_Shifted)
@@ -226,31 +230,47 @@ int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
 
 // ---- UTF-8 encoder --------------------------------------------------------------------------
 
+// Eight characters are copied at a time, also where fewer of them are ASCII: what follows writes over the others.
+// What they leave behind can be written over only where enough of the input is still to come.
+
 namespace
 {
 constexpr unsigned RUN = 8;
 
-// True if the next RUN units are ASCII.
-bool b_IsASCII(const unsigned short* pcu_In)
+typedef unsigned char ByteRun __attribute__((vector_size(RUN)));
+typedef unsigned short UnitRun __attribute__((vector_size(2 * RUN)));
+
+void v_CopyRun(char* pc_To, const unsigned short* pcu_From)
 {
-    std::uint64_t an8[2];
-    std::memcpy(an8, pcu_In, sizeof(an8));
-    return !((an8[0] | an8[1]) & 0xFF80FF80FF80FF80);
+    UnitRun aUnits;
+    std::memcpy(&aUnits, pcu_From, sizeof(aUnits));
+    const auto aBytes = __builtin_convertvector(aUnits, ByteRun);
+    std::memcpy(pc_To, &aBytes, sizeof(aBytes));
 }
 
-// True if the next 2 * RUN bytes are ASCII.
-bool b_IsASCII(const char* pcc_In)
+void v_CopyRun(unsigned short* pu_To, const char* pcc_From)
 {
-    std::uint64_t an8[2];
-    std::memcpy(an8, pcc_In, sizeof(an8));
-    return !((an8[0] | an8[1]) & 0x8080808080808080);
+    ByteRun aBytes;
+    std::memcpy(&aBytes, pcc_From, sizeof(aBytes));
+    const auto aUnits = __builtin_convertvector(aBytes, UnitRun);
+    std::memcpy(pu_To, &aUnits, sizeof(aUnits));
 }
 
-template <unsigned COUNT, class To, class From>
-void v_Copy(To* p_To, const From* p_From)
+// Characters before the first whose byte of the word has its top bit set; RUN for none.
+unsigned n_Leading(std::uint64_t n8_Marks)
 {
-    for (unsigned n = 0; n < COUNT; ++n)
-        p_To[n] = static_cast<To>(p_From[n]);
+    return static_cast<unsigned>(std::countr_zero(n8_Marks & 0x8080808080808080)) / 8;
+}
+
+// How many of the next RUN units are ASCII before the first that isn't.
+unsigned n_LeadingASCII(const unsigned short* pcu_In)
+{
+    UnitRun aUnits;
+    std::memcpy(&aUnits, pcu_In, sizeof(aUnits));
+    const auto aMarks = __builtin_convertvector(aUnits > 0x7F, ByteRun);
+    std::uint64_t n8_Marks;
+    std::memcpy(&n8_Marks, &aMarks, sizeof(n8_Marks));
+    return n_Leading(n8_Marks);
 }
 
 char* pc_Encode(char* pc_Out, unsigned n_Unit)
@@ -274,20 +294,20 @@ int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n
 {
     char* pc = pc_Out;
     const unsigned short* pcu_End = pcu_In + Units::sn_Length(pcu_In, n_Count);
-    while (pcu_In < pcu_End) {
-        while (pcu_End - pcu_In >= RUN && b_IsASCII(pcu_In)) {
-            v_Copy<RUN>(pc, pcu_In);
-            pc += RUN;
-            pcu_In += RUN;
-        }
-        // Up to the next ASCII unit, with which a run may begin.
-        while (pcu_In < pcu_End) {
-            const unsigned n_Unit = *pcu_In++;
-            pc = pc_Encode(pc, n_Unit);
-            if (n_Unit < 0x80)
-                break;
-        }
+    // Eight units become eight bytes at least.
+    while (pcu_End - pcu_In >= RUN) {
+        const unsigned n_ASCII = n_LeadingASCII(pcu_In);
+        v_CopyRun(pc, pcu_In);
+        pc += n_ASCII;
+        pcu_In += n_ASCII;
+        if (n_ASCII == RUN)
+            continue;
+        // Up to two ASCII units in a row, with which a run may begin.
+        while (pcu_In + 1 < pcu_End && (pcu_In[0] >= 0x80 || pcu_In[1] >= 0x80))
+            pc = pc_Encode(pc, *pcu_In++);
     }
+    while (pcu_In < pcu_End)
+        pc = pc_Encode(pc, *pcu_In++);
     *pc = 0;
     return static_cast<int>(pc - pc_Out);
 }
@@ -304,11 +324,44 @@ unsigned n_Byte(char c)
     return static_cast<unsigned char>(c);
 }
 
+// Bytes of a sequence behind its first. Kept: a byte from 0x80 to 0xBF counts as a sequence of one.
+unsigned n_TrailingOf(unsigned n_First)
+{
+    return (n_First >= 0xC0) + (n_First >= 0xE0);
+}
+
+// How many of the next RUN bytes are ASCII before the first that isn't.
+unsigned n_LeadingASCII(const char* pcc_In)
+{
+    std::uint64_t n8_Word;
+    std::memcpy(&n8_Word, pcc_In, sizeof(n8_Word));
+    return n_Leading(n8_Word);
+}
+
 // Kept: a first byte of 0xF0 or above is never taken, and never passed.
 [[noreturn]] void v_Stay(const volatile char* pcc_In)
 {
     for (;;)
         (void)*pcc_In;
+}
+
+// Decodes a sequence that is there whole.
+inline const char* pcc_Decode(unsigned short* pu, const char* pcc_In)
+{
+    const unsigned n_First = n_Byte(*pcc_In);
+    if (n_First < 0xC0) {
+        *pu = static_cast<unsigned short>(n_First);
+        return pcc_In + 1;
+    }
+    if (n_First < 0xE0) {
+        *pu = static_cast<unsigned short>((n_First << 6) + n_Byte(pcc_In[1]) - OFFSETS[1]);
+        return pcc_In + 2;
+    }
+    if (n_First >= 0xF0)
+        v_Stay(pcc_In);
+    *pu = static_cast<unsigned short>((n_First << 12) + (n_Byte(pcc_In[1]) << 6) +
+                                      n_Byte(pcc_In[2]) - OFFSETS[2]);
+    return pcc_In + 3;
 }
 } // namespace
 
@@ -317,66 +370,48 @@ void CT_UTF::sv_UTF8ToWideInit()
     sso_Sequence = {};
 }
 
-// Takes the bytes still to come, as far as there are any.
-const char* CT_UTF::st_UTF8Decoder::pcc_Take(const char* pcc_In, const char* pcc_End)
+// Takes the bytes still to come, as far as there are any, and writes the unit when none is to come any more.
+const char* CT_UTF::st_UTF8Decoder::pcc_Take(unsigned short* pu, const char* pcc_In,
+                                             const char* pcc_End)
 {
-    while (n_ToCome && pcc_In < pcc_End) {
+    while (pcc_In < pcc_End) {
         n4_Value += n_Byte(*pcc_In++);
-        if (--n_ToCome)
-            n4_Value <<= 6;
+        if (!--n_ToCome) {
+            *pu = static_cast<unsigned short>(n4_Value - OFFSETS[n_Trailing]);
+            break;
+        }
+        n4_Value <<= 6;
     }
     return pcc_In;
-}
-
-unsigned short CT_UTF::st_UTF8Decoder::u_Get() const
-{
-    return static_cast<unsigned short>(n4_Value - OFFSETS[n_Trailing]);
 }
 
 int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count)
 {
-    st_UTF8Decoder so = sso_Sequence;
     unsigned short* pu = pu_Out;
     const char* pcc_End = pcc_In + Bytes::sn_Length(pcc_In, n_Count);
-    while (pcc_In < pcc_End) {
-        if (so.n_ToCome) {
-            pcc_In = so.pcc_Take(pcc_In, pcc_End);
-            if (!so.n_ToCome)
-                *pu++ = so.u_Get();
-            continue;
-        }
-        while (pcc_End - pcc_In >= 2 * RUN && b_IsASCII(pcc_In)) {
-            v_Copy<2 * RUN>(pu, reinterpret_cast<const unsigned char*>(pcc_In));
-            pu += 2 * RUN;
-            pcc_In += 2 * RUN;
-        }
-        pcc_In = spcc_Decode(pu, pcc_In, pcc_End, so);
+    if (sso_Sequence.n_ToCome) {
+        pcc_In = sso_Sequence.pcc_Take(pu, pcc_In, pcc_End);
+        pu += !sso_Sequence.n_ToCome;
     }
-    sso_Sequence = so;
-    return static_cast<int>(pu - pu_Out);
-}
-
-// Decodes up to the next ASCII byte, with which a run may begin; opens a sequence that the input cuts off.
-const char* CT_UTF::spcc_Decode(unsigned short*& pu, const char* pcc_In, const char* pcc_End,
-                                st_UTF8Decoder& so)
-{
+    // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too many.
+    while (pcc_End - pcc_In >= 4 * RUN) {
+        const unsigned n_ASCII = n_LeadingASCII(pcc_In);
+        v_CopyRun(pu, pcc_In);
+        pu += n_ASCII;
+        pcc_In += n_ASCII;
+        if (n_ASCII == RUN)
+            continue;
+        // Up to two ASCII bytes in a row, with which a run may begin.
+        while (pcc_End - pcc_In >= 3 && (n_Byte(pcc_In[0]) | n_Byte(pcc_In[1])) >= 0x80)
+            pcc_In = pcc_Decode(pu++, pcc_In);
+    }
     while (pcc_In < pcc_End) {
         const unsigned n_First = n_Byte(*pcc_In);
-        const unsigned n_Trailing = n_First < 0xC0 ? 0 : n_First < 0xE0 ? 1 : 2;
-        if (n_First >= 0xF0)
-            v_Stay(pcc_In);
-        if (pcc_End - pcc_In <= int(n_Trailing)) {
-            so.v_Open(n_Trailing);
-            return pcc_In;
-        }
-        unsigned n_Value = n_First;
-        for (unsigned n = 1; n <= n_Trailing; ++n)
-            n_Value = (n_Value << 6) + n_Byte(pcc_In[n]);
-        *pu++ = static_cast<unsigned short>(n_Value - OFFSETS[n_Trailing]);
-        pcc_In += n_Trailing + 1;
-        // Kept: a byte from 0x80 to 0xBF where a sequence should start stands for itself.
-        if (n_First < 0x80)
-            break;
+        if (n_First < 0xF0 && pcc_End - pcc_In <= int(n_TrailingOf(n_First))) {
+            sso_Sequence = {n_TrailingOf(n_First), n_TrailingOf(n_First) + 1, 0};
+            pcc_In = sso_Sequence.pcc_Take(pu, pcc_In, pcc_End);
+        } else
+            pcc_In = pcc_Decode(pu++, pcc_In);
     }
-    return pcc_In;
+    return static_cast<int>(pu - pu_Out);
 }

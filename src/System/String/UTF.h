@@ -38,8 +38,6 @@ private:
     struct st_UTF8Decoder;
 
     static void sv_Save(st_Bits& so_Saved, const st_Bits& so_Bits);
-    static const char* spcc_Decode(unsigned short*& pu_Out, const char* pcc_In, const char* pcc_End,
-                                   st_UTF8Decoder& so_Sequence);
 
     // The bits in progress of whichever UTF-7 coder runs.
     static unsigned sn4_BitBuffer; // left-aligned

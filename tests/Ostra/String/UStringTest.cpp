@@ -88,10 +88,10 @@ TEST(UString, SetOfBytesTakesTheGivenCodePageOrTheSystems)
     EXPECT_EQ(Text(s), u"\u00E9");
     s.v_Set("+AOk-", ALL, UTF7);
     EXPECT_EQ(Text(s), u"\u00E9");
-    const char byte[] = {AnsiByte('~'), 0};
-    s.v_Set(byte, ALL, OWN);
+    const char bytes[] = {AnsiByte('~'), 0};
+    s.v_Set(bytes, ALL, OWN);
     EXPECT_EQ(Text(s), u"~");
-    s.v_Set(byte, ALL, 12345);
+    s.v_Set(bytes, ALL, 12345);
     EXPECT_EQ(Text(s), u"~");
 }
 

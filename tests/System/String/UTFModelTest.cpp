@@ -1,0 +1,396 @@
+// tests/System/String/UTFModelTest.cpp: the coders against a second, plain account of their rules.
+//
+// The models go unit by unit and byte by byte, and keep their bits as texts of 0 and 1.
+#include <System/String/UTF.h>
+
+#include <random>
+
+#include "Ostra/String/StringSupport.h"
+#include "Support/Directory.h"
+
+namespace
+{
+const std::string ALPHABET = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+const std::string DIRECT = ALPHABET.substr(0, 62) + "'(),-./:? \t\r\n";
+
+std::string Binary(unsigned value, unsigned count)
+{
+    std::string bits;
+    while (count--)
+        bits += value >> count & 1 ? '1' : '0';
+    return bits;
+}
+
+unsigned TakeBits(std::string& bits, unsigned count)
+{
+    const unsigned value = static_cast<unsigned>(std::stoul(bits.substr(0, count), nullptr, 2));
+    bits.erase(0, count);
+    return value;
+}
+
+struct SevenEncoder
+{
+    bool shifted = false;
+    std::string bits;
+
+    std::string Piece(const std::u16string& text)
+    {
+        std::string out;
+        for (char16_t unit : text) {
+            const bool need =
+                unit && (unit > 127 || DIRECT.find(static_cast<char>(unit)) == std::string::npos);
+            bool escaped = false;
+            if (need && !shifted) {
+                out += '+';
+                escaped = unit == u'+';
+                shifted = !escaped;
+                if (escaped)
+                    out += '-';
+            }
+            if (shifted) {
+                if (need)
+                    bits += Binary(unit, 16);
+                else
+                    while (bits.size() % 6)
+                        bits += '0';
+                while (bits.size() >= 6)
+                    out += ALPHABET[TakeBits(bits, 6)];
+                if (!need) {
+                    out += '-';
+                    shifted = false;
+                }
+            }
+            if (!need)
+                out += static_cast<char>(unit);
+            if (!unit) {
+                out.pop_back();
+                break;
+            }
+        }
+        return out;
+    }
+};
+
+struct SevenDecoder
+{
+    bool shifted = false;
+    bool first = false;
+    std::string bits;
+
+    std::u16string Piece(const std::string& text)
+    {
+        std::u16string out;
+        std::size_t at = 0;
+        const auto ended = [&] {
+            return at >= text.size() || !text[at];
+        };
+        while (!ended()) {
+            char c = text[at++];
+            bool lost = false;
+            if (shifted) {
+                const auto sextet = ALPHABET.find(c);
+                if (sextet == std::string::npos) {
+                    shifted = false;
+                    bits.clear();
+                    lost = ended();
+                    if (!lost && (c == '+' || c == '-')) {
+                        const char noted = c;
+                        c = text[at++];
+                        if (first && noted == '-')
+                            out += u'+';
+                    }
+                } else {
+                    bits += Binary(static_cast<unsigned>(sextet), 6);
+                    first = false;
+                }
+                while (bits.size() >= 16)
+                    out += static_cast<char16_t>(TakeBits(bits, 16));
+            }
+            if (shifted || lost)
+                continue;
+            if (c == '+')
+                shifted = first = true;
+            else
+                out += static_cast<char16_t>(static_cast<signed char>(c));
+        }
+        return out;
+    }
+};
+
+std::string EightEncode(const std::u16string& text)
+{
+    std::string out;
+    for (char16_t unit : text) {
+        if (!unit)
+            break;
+        std::string bits = Binary(unit, 16);
+        if (unit < 0x80)
+            out += static_cast<char>(unit);
+        else if (unit < 0x800) {
+            bits.erase(0, 5);
+            out += static_cast<char>(0xC0 + TakeBits(bits, 5));
+            out += static_cast<char>(0x80 + TakeBits(bits, 6));
+        } else {
+            out += static_cast<char>(0xE0 + TakeBits(bits, 4));
+            out += static_cast<char>(0x80 + TakeBits(bits, 6));
+            out += static_cast<char>(0x80 + TakeBits(bits, 6));
+        }
+    }
+    return out;
+}
+
+struct EightDecoder
+{
+    unsigned trailing = 0;
+    unsigned toCome = 0;
+    unsigned value = 0;
+
+    static unsigned TrailingOf(char c)
+    {
+        const auto first = static_cast<unsigned char>(c);
+        return first < 0xC0 ? 0 : first < 0xE0 ? 1 : 2;
+    }
+
+    std::u16string Piece(const std::string& text)
+    {
+        const unsigned offsets[] = {0, 0x3080, 0xE2080};
+        std::u16string out;
+        std::size_t at = 0;
+        const auto ended = [&] {
+            return at >= text.size() || !text[at];
+        };
+        const auto take = [&] {
+            value += static_cast<unsigned char>(text[at++]);
+            --toCome;
+        };
+        while (!ended()) {
+            unsigned e = toCome - 1;
+            if (!toCome) {
+                e = trailing = TrailingOf(text[at]);
+                value = 0;
+                toCome = e + 1;
+            }
+            bool cut = false;
+            if (e == 2) {
+                take();
+                value <<= 6;
+            }
+            if (e >= 1) {
+                cut = ended();
+                if (!cut) {
+                    take();
+                    value <<= 6;
+                }
+            }
+            if (!cut && !ended())
+                take();
+            if (!toCome)
+                out += static_cast<char16_t>(value - offsets[trailing]);
+        }
+        return out;
+    }
+};
+
+std::string SevenEncode(const std::u16string& text, bool exit)
+{
+    std::vector<char> out(text.size() * 3 + 16);
+    int length = CT_UTF::si_WideToUTF7(out.data(), U(text.c_str()), unsigned(text.size()));
+    if (exit)
+        length += CT_UTF::si_WideToUTF7Exit(out.data() + length);
+    return {out.data(), static_cast<std::size_t>(length)};
+}
+
+template <class Decode>
+std::u16string Decoded(Decode decode, const std::string& text)
+{
+    // No room but what the contract asks for, so that a sanitizer sees every unit too many.
+    std::unique_ptr<unsigned short[]> out(new unsigned short[text.size() + 1]);
+    const int length = decode(out.get(), text.c_str(), unsigned(text.size()));
+    return {reinterpret_cast<const char16_t*>(out.get()), static_cast<std::size_t>(length)};
+}
+
+std::u16string SevenDecode(const std::string& text)
+{
+    return Decoded(CT_UTF::si_UTF7ToWide, text);
+}
+
+std::u16string EightDecode(const std::string& text)
+{
+    return Decoded(CT_UTF::si_UTF8ToWide, text);
+}
+
+std::string RealEightEncode(const std::u16string& text)
+{
+    std::unique_ptr<char[]> out(new char[text.size() * 3 + 1]);
+    const int length = CT_UTF::si_WideToUTF8(out.get(), U(text.c_str()), unsigned(text.size()));
+    return {out.get(), static_cast<std::size_t>(length)};
+}
+
+// Units about which one of the coders changes what it does.
+const std::u16string EDGES = std::u16string(
+    u"\x01\t\r !'()*+,-./09:;<?@AZ[\\]_az{~\x7F\x80\xFF\x100\x7FF\x800"
+    u"\x1000\x2020\x3FFF\xD7FF\xD800\xDBFF\xDC00\xDFFF\xE000\xFF7F\xFF80\xFFFD\xFFFE\xFFFF");
+
+std::u16string RandomText(std::mt19937& random, unsigned kind)
+{
+    std::u16string text;
+    for (unsigned n = random() % 60; n; --n)
+        switch (kind) {
+        case 0: // mostly runs of ASCII
+            text += random() % 20 ? static_cast<char16_t>(1 + random() % 127)
+                                  : static_cast<char16_t>(1 + random() % 0xFFFF);
+            break;
+        case 1:
+            text += EDGES[random() % EDGES.size()];
+            break;
+        case 2:
+            text += static_cast<char16_t>(1 + random() % 0xFFFF);
+            break;
+        default: // a zero ends the text early
+            text += random() % 30 ? EDGES[random() % EDGES.size()] : u'\0';
+        }
+    return text;
+}
+
+// Bytes out of which neither decoder makes something endless or unguarded.
+std::string RandomBytes(std::mt19937& random, unsigned limit)
+{
+    const std::string marks = "+-+-AB/z. ";
+    std::string text;
+    for (unsigned n = random() % 60; n; --n)
+        text += random() % 3 ? marks[random() % marks.size()]
+                             : static_cast<char>(random() % 40 ? 1 + random() % (limit - 1) : 0);
+    return text;
+}
+
+// Cuts a text at random places.
+template <class Text>
+std::vector<Text> Pieces(std::mt19937& random, const Text& text)
+{
+    std::vector<Text> pieces;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t count = random() % 3 ? random() % 4 : random() % 30;
+        pieces.push_back(text.substr(at, count));
+        at += count;
+    }
+    return pieces;
+}
+
+void ExpectBothCoders(const std::u16string& wide)
+{
+    CT_UTF::sv_WideToUTF7Init();
+    SevenEncoder model;
+    std::string seven = model.Piece(wide);
+    seven += model.Piece(std::u16string(1, 0));
+    ASSERT_EQ(SevenEncode(wide, true), seven);
+    CT_UTF::sv_UTF7ToWideInit();
+    ASSERT_EQ(SevenDecode(seven), SevenDecoder().Piece(seven)) << seven;
+    const std::string eight = EightEncode(wide);
+    ASSERT_EQ(RealEightEncode(wide), eight);
+    CT_UTF::sv_UTF8ToWideInit();
+    ASSERT_EQ(EightDecode(eight), wide.substr(0, wide.find(u'\0')));
+}
+} // namespace
+
+TEST(UTFModel, AgreesOnEveryUnitAlone)
+{
+    for (unsigned u = 1; u < 0x10000; ++u)
+        ExpectBothCoders(std::u16string(1, static_cast<char16_t>(u)));
+}
+
+TEST(UTFModel, AgreesOnEveryPairOfEdges)
+{
+    for (char16_t left : EDGES)
+        for (char16_t right : EDGES) {
+            ExpectBothCoders({left, right});
+            ExpectBothCoders({left, right, left});
+            ExpectBothCoders({left, left, right, u'a'});
+        }
+}
+
+TEST(UTFModel, AgreesOnRandomTexts)
+{
+    std::mt19937 random(Seed(24));
+    for (unsigned round = 0; round < 20000; ++round)
+        ExpectBothCoders(RandomText(random, round % 4));
+}
+
+TEST(UTFModel, RoundTripsWhatEndsInADirectCharacterPair)
+{
+    std::mt19937 random(Seed(25));
+    for (unsigned round = 0; round < 5000; ++round) {
+        const std::u16string wide = RandomText(random, round % 3) + u"ab";
+        CT_UTF::sv_WideToUTF7Init();
+        CT_UTF::sv_UTF7ToWideInit();
+        ASSERT_EQ(SevenDecode(SevenEncode(wide, true)), wide);
+        CT_UTF::sv_UTF8ToWideInit();
+        ASSERT_EQ(EightDecode(RealEightEncode(wide)), wide);
+    }
+}
+
+TEST(UTFModel, AgreesOnTextsInPieces)
+{
+    std::mt19937 random(Seed(26));
+    CT_UTF::sv_WideToUTF7Init();
+    SevenEncoder model;
+    for (unsigned round = 0; round < 20000; ++round) {
+        for (const std::u16string& piece : Pieces(random, RandomText(random, round % 4)))
+            ASSERT_EQ(SevenEncode(piece, false), model.Piece(piece));
+        if (random() % 4 == 0) {
+            ASSERT_EQ(SevenEncode(u"", true), model.Piece(std::u16string(1, 0)));
+        }
+        if (random() % 16 == 0) {
+            CT_UTF::sv_WideToUTF7Init();
+            model = {};
+        }
+    }
+}
+
+TEST(UTFModel, AgreesOnIllFormedSevenBitsInPieces)
+{
+    std::mt19937 random(Seed(27));
+    CT_UTF::sv_UTF7ToWideInit();
+    SevenDecoder model;
+    for (unsigned round = 0; round < 30000; ++round) {
+        for (const std::string& piece : Pieces(random, RandomBytes(random, 128)))
+            ASSERT_EQ(SevenDecode(piece), model.Piece(piece)) << piece;
+        if (random() % 16 == 0) {
+            CT_UTF::sv_UTF7ToWideInit();
+            model = {};
+        }
+    }
+}
+
+TEST(UTFModel, AgreesOnIllFormedEightBitsInPieces)
+{
+    std::mt19937 random(Seed(28));
+    CT_UTF::sv_UTF8ToWideInit();
+    EightDecoder model;
+    for (unsigned round = 0; round < 30000; ++round) {
+        for (const std::string& piece : Pieces(random, RandomBytes(random, 0xF0)))
+            ASSERT_EQ(EightDecode(piece), model.Piece(piece));
+        if (random() % 16 == 0) {
+            CT_UTF::sv_UTF8ToWideInit();
+            model = {};
+        }
+    }
+    CT_UTF::sv_UTF8ToWideInit();
+}
+
+TEST(UTFModel, AgreesWhereRunsOfAsciiEnd)
+{
+    for (unsigned length = 0; length < 70; ++length)
+        for (unsigned first : {0x01u, 0x7Fu, 0x80u, 0xBFu, 0xC3u, 0xE2u, 0xEFu})
+            for (unsigned at = 0; at < length; ++at) {
+                std::string text(length, 'x');
+                text[at] = static_cast<char>(first);
+                CT_UTF::sv_UTF8ToWideInit();
+                EightDecoder model;
+                ASSERT_EQ(EightDecode(text), model.Piece(text));
+                ASSERT_EQ(EightDecode(text), model.Piece(text));
+                std::u16string wide(length, u'x');
+                wide[at] = static_cast<char16_t>(first << 8 | first);
+                ASSERT_EQ(RealEightEncode(wide), EightEncode(wide));
+            }
+    CT_UTF::sv_UTF8ToWideInit();
+}
