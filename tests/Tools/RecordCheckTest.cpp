@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <random>
+#include <sstream>
 #include <vector>
 
 namespace
@@ -247,4 +248,18 @@ TEST(RecordDump, PrintsWhatIsNoRecordFile)
     EXPECT_EQ(DumpRecordFile(std::string("abc")),
               "61 62 63                                        # 0 no record file\n");
     EXPECT_EQ(DumpRecordFile(std::string()), "");
+}
+
+// The document shows the lines of the dump that aren't all zeros.
+TEST(RecordDump, DocumentShowsTheWorkedFile)
+{
+    const std::string data = OSTRA_TEST_DATA;
+    const std::string dump = '\n' + ReadBytes(data + "/record-file.hex");
+    const std::string text = ReadBytes(data + "/../../docs/formats/record-file.md");
+    const std::size_t start = text.find("```\n") + 4;
+    std::istringstream lines(text.substr(start, text.find("```", start) - start));
+    unsigned count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_NE(dump.find('\n' + line + '\n'), std::string::npos) << line;
+    EXPECT_GT(count, 20u);
 }
