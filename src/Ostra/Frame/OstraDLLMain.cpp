@@ -2,6 +2,14 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 
 #include <Ostra/Frame/ErrorManager.h>
+#include <Ostra/String/CString.h>
+
+namespace
+{
+constexpr unsigned PATH_ROOM = 1024;
+constexpr unsigned ALL = 0xFFFFFFFF;
+constexpr unsigned OWN_CODE_PAGE = 0xFFFFFFFE;
+} // namespace
 
 HINSTANCE CT_OstraDLLMain::sh_Instance;
 unsigned CT_OstraDLLMain::sn_Version;
@@ -16,6 +24,18 @@ HINSTANCE CT_OstraDLLMain::sh_GetInstance()
 void CT_OstraDLLMain::sv_SetInstance(HINSTANCE h_Instance)
 {
     sh_Instance = h_Instance;
+}
+
+const CT_CString* CT_OstraDLLMain::spcco_GetModuleName()
+{
+    return &sco_ModuleName;
+}
+
+void CT_OstraDLLMain::sv_SetModuleName(const char* qccz_Name)
+{
+    static_cast<CT_String&>(sco_ModuleName).v_Set(qccz_Name, ALL, OWN_CODE_PAGE);
+    sn_Build = 0;
+    sn_Version = 0;
 }
 
 unsigned CT_OstraDLLMain::sn_GetVersion()
@@ -42,7 +62,13 @@ BOOL WINAPI DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID)
 {
     if (n_Reason != DLL_PROCESS_ATTACH)
         return 1;
+    char ac_Path[PATH_ROOM];
+    const DWORD n_Length = GetModuleFileNameA(h_Instance, ac_Path, PATH_ROOM);
+    // A path that fills the buffer is cut without a terminator.
+    ac_Path[n_Length < PATH_ROOM ? n_Length : PATH_ROOM - 1] = 0;
+    CT_OstraDLLMain::sv_SetModuleName(ac_Path);
     CT_OstraDLLMain::sv_SetInstance(h_Instance);
     CT_ErrorManager::sv_SetInstance(h_Instance);
+    // The font manager takes the handle here.
     return 1;
 }
