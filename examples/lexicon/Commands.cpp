@@ -84,6 +84,13 @@ unsigned Characters(const CT_UString& key, unsigned units)
     return count;
 }
 
+std::string Measure(const Part& part)
+{
+    const size_t count = part.records.size();
+    return std::to_string(part.size) + " bytes in " + std::to_string(count) +
+           (count == 1 ? " record" : " records");
+}
+
 Status Job::Run()
 {
     if (arguments.command == "build")
@@ -259,16 +266,12 @@ void Job::PrintInfo(const Lexicon& lexicon)
 void Job::PrintSide(const Lexicon& lexicon, Side side)
 {
     const CT_CompList& list = lexicon.List(side);
-    const Part& keys = lexicon.Contents().lists[side];
-    const Part& texts = lexicon.Contents().texts[side];
     streams.output << (side == SOURCES ? "sources" : "targets") << "\n"
                    << "  words:     " << list.n_GetNrOfEntries() << "\n"
-                   << "  list:      " << keys.size << " bytes in " << keys.records.size()
-                   << " records; elements of " << list.n_GetElementSize() << " bytes, handles of "
-                   << list.n_GetHandleSize() << ", "
-                   << (list.b_HasLongOffsetSupport() ? "long" : "short") << " offsets\n"
-                   << "  texts:     " << texts.size << " bytes in " << texts.records.size()
-                   << " records\n";
+                   << "  list:      " << Measure(lexicon.Contents().lists[side]) << "; elements of "
+                   << list.n_GetElementSize() << " bytes, handles of " << list.n_GetHandleSize()
+                   << ", " << (list.b_HasLongOffsetSupport() ? "long" : "short") << " offsets\n"
+                   << "  texts:     " << Measure(lexicon.Contents().texts[side]) << "\n";
 }
 
 Status RunJob(const Arguments& arguments, const Streams& streams)

@@ -135,14 +135,14 @@ TEST(Lexicon, InfoTellsTheFileAndItsLists)
               "pairs:       3\n"
               "sources\n"
               "  words:     3\n"
-              "  list:      176 bytes in 1 records; elements of 2 bytes, handles of 4, "
+              "  list:      176 bytes in 1 record; elements of 2 bytes, handles of 4, "
               "long offsets\n"
-              "  texts:     29 bytes in 1 records\n"
+              "  texts:     29 bytes in 1 record\n"
               "targets\n"
               "  words:     3\n"
-              "  list:      188 bytes in 1 records; elements of 2 bytes, handles of 4, "
+              "  list:      188 bytes in 1 record; elements of 2 bytes, handles of 4, "
               "long offsets\n"
-              "  texts:     29 bytes in 1 records\n");
+              "  texts:     29 bytes in 1 record\n");
     EXPECT_EQ(std::filesystem::file_size("words.rec"), 2048u);
 }
 
