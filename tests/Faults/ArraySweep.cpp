@@ -1,0 +1,238 @@
+// tests/Faults/ArraySweep.cpp: arrays with an exhausted heap.
+#include <Ostra/ARRAY/VoidArray.h>
+#include <Ostra/SortedArray/VoidSortedArray.h>
+
+#include "Faults/Sweep.h"
+
+#include <cstring>
+#include <memory>
+#include <string>
+
+namespace
+{
+const SweepReport report("Ostra/Buffer/Buffer");
+
+// Items of three bytes, so that a block's room is no whole number of them.
+constexpr unsigned SIZE = 3;
+
+int Compare(const void* first, const void* second)
+{
+    return std::memcmp(first, second, SIZE);
+}
+
+std::string Items(const CT_VoidArray& array)
+{
+    const CT_Buffer* buffer = array.pcco_GetBuffer();
+    return std::string(static_cast<const char*>(buffer->qcv_Get()), buffer->n_GetUsedSize());
+}
+
+struct State
+{
+    CT_VoidArray array{SIZE, 1, 0};
+    CT_VoidArray source{SIZE};
+    CT_VoidArray holder{SIZE};
+};
+
+// Six items in a block of 20 bytes, which two more bytes would fit.
+const std::string before = "aaabbbcccdddeeefff";
+
+std::unique_ptr<State> Full()
+{
+    auto state = std::make_unique<State>();
+    CT_Buffer buffer(before.data(), static_cast<unsigned>(before.size()), 32);
+    state->array.v_Set(&buffer);
+    CT_Buffer numbers("111222333", 9, 32);
+    state->source.v_Set(&numbers);
+    return state;
+}
+
+void ExpectUsable(CT_VoidArray& array)
+{
+    array.v_Set(8, 0, 0);
+    array.v_Insert("xyz");
+    EXPECT_EQ(Items(array), "xyz");
+}
+
+// An insertion is there whole or not at all. Where the first request for room failed and the next
+// one didn't, the item is there and the failure is reported all the same.
+template <typename T_Operation>
+void SweepInsertion(T_Operation operation, const std::string& after)
+{
+    Sweep(
+        report, Full, [=](State& state) { operation(state); },
+        [&](State& state, bool failed) {
+            const std::string items = Items(state.array);
+            EXPECT_TRUE(items == after || (failed && items == before)) << items;
+            EXPECT_EQ(Items(state.source), "111222333");
+            ExpectUsable(state.array);
+        });
+}
+} // namespace
+
+TEST(VoidArraySweep, NewObject)
+{
+    struct Pointer
+    {
+        ~Pointer() { delete array; }
+        CT_VoidArray* array = nullptr;
+    };
+    Sweep(
+        "Ostra/ARRAY/VoidArray", [] { return std::make_unique<Pointer>(); },
+        [](Pointer& state) { state.array = new CT_VoidArray(SIZE); },
+        [](Pointer& state, bool failed) { EXPECT_EQ(state.array == nullptr, failed); });
+}
+
+TEST(VoidArraySweep, ConstructorWithASize)
+{
+    struct Place
+    {
+        ~Place()
+        {
+            if (array)
+                array->~CT_VoidArray();
+        }
+        alignas(CT_VoidArray) char place[sizeof(CT_VoidArray)];
+        CT_VoidArray* array = nullptr;
+    };
+    Sweep(
+        report, [] { return std::make_unique<Place>(); },
+        [](Place& state) { state.array = new (state.place) CT_VoidArray(SIZE, 8, 5); },
+        [](Place& state, bool failed) {
+            EXPECT_EQ(state.array->n_GetMaxItems(), failed ? 0U : 12U);
+            EXPECT_EQ(state.array->n_GetCount(), 0U);
+            ExpectUsable(*state.array);
+        });
+}
+
+TEST(VoidArraySweep, AnInsertionIsThereWholeOrNotAtAll)
+{
+    SweepInsertion([](State& state) { state.array.v_Insert("zzz"); }, before + "zzz");
+    SweepInsertion([](State& state) { state.array.v_InsertAt("zzz", 2); }, "aaazzzbbbcccdddeeefff");
+    SweepInsertion([](State& state) { state.array.v_Insert(&state.source, 1, 3, 2); },
+                   "aaa111222333bbbcccdddeeefff");
+    SweepInsertion([](State& state) { state.array.v_Append(&state.source, 2, 0xFFFFFFFF); },
+                   before + "222333" + std::string(3, '\0'));
+    SweepInsertion([](State& state) { state.array.v_AtInsertCopy(1, 5, 6); }, "eeefff" + before);
+}
+
+TEST(VoidArraySweep, CopiesStopAtTheFirstThatDoesNotFit)
+{
+    Sweep(
+        report, Full, [](State& state) { state.array.v_Insert("zzz", 9); },
+        [](State& state, bool failed) {
+            const std::string items = Items(state.array);
+            EXPECT_EQ(items.substr(0, before.size()), before);
+            EXPECT_EQ(items.size() % SIZE, 0U);
+            EXPECT_EQ(items.find_first_not_of('z', before.size()), std::string::npos);
+            EXPECT_TRUE(failed || items.size() == before.size() + 27);
+            ExpectUsable(state.array);
+        });
+}
+
+TEST(VoidArraySweep, AnOverwritingThatDoesNotFitLeavesItemsWhole)
+{
+    Sweep(
+        report, Full, [](State& state) { state.array.v_Replace(&state.source, 1, 3, 5); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Items(state.array), failed ? "aaabbbcccddd111222" : "aaabbbcccddd111222333");
+            ExpectUsable(state.array);
+        });
+}
+
+TEST(VoidArraySweep, AMoveThatFailsLeavesTheItemsWhereTheyWere)
+{
+    Sweep(
+        report, Full, [](State& state) { state.array.v_AtInsertMove(1, 1, 2, &state.source); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Items(state.array), failed ? before : "111222" + before);
+            EXPECT_EQ(Items(state.source), failed ? "111222333" : "333");
+        });
+}
+
+TEST(VoidArraySweep, RoomThatCannotBeHadLeavesTheArray)
+{
+    Sweep(
+        report, Full, [](State& state) { state.array.v_SetSize(50); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Items(state.array), before);
+            EXPECT_EQ(state.array.n_GetMaxItems() >= 50, !failed);
+        });
+    Sweep(
+        report, Full, [](State& state) { state.array.v_Set(8, 50, 1); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Items(state.array), failed ? before : "");
+            EXPECT_EQ(state.array.n_GetGrowth(), 8U);
+        });
+}
+
+// A block that can't be copied is written while it is shared.
+TEST(VoidArraySweep, AnItemOfASharedBlockIsSetAllTheSame)
+{
+    Sweep(
+        report,
+        [] {
+            auto state = Full();
+            state->holder.v_Set(&state->array);
+            return state;
+        },
+        [](State& state) { state.array.v_SetAt("zzz", 1); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Items(state.array).substr(0, 3), "zzz");
+            EXPECT_EQ(Items(state.holder).substr(0, 3), failed ? "zzz" : "aaa");
+        });
+}
+
+// ---- Sorted arrays --------------------------------------------------------------------------
+
+TEST(VoidSortedArraySweep, NewObject)
+{
+    struct Pointer
+    {
+        ~Pointer() { delete array; }
+        CT_VoidSortedArray* array = nullptr;
+    };
+    Sweep(
+        {"Ostra/SortedArray/VoidSortedArray"}, [] { return std::make_unique<Pointer>(); },
+        [](Pointer& state) { state.array = new CT_VoidSortedArray(SIZE, Compare, 8, 0); },
+        [](Pointer& state, bool failed) { EXPECT_EQ(state.array == nullptr, failed); });
+}
+
+TEST(VoidSortedArraySweep, WithoutSwapSpaceTheItemsStayAsTheyAre)
+{
+    struct Sorted
+    {
+        CT_VoidSortedArray array{SIZE, Compare, 8, 0};
+        CT_VoidArray source{SIZE};
+    };
+    Sweep(
+        report,
+        [] {
+            auto state = std::make_unique<Sorted>();
+            CT_Buffer buffer("cccaaabbb", 9, 32);
+            state->source.v_Set(&buffer);
+            return state;
+        },
+        [](Sorted& state) { state.array.v_Set(&state.source); },
+        [](Sorted& state, bool failed) {
+            EXPECT_EQ(Items(state.source), failed ? "cccaaabbb" : "aaabbbccc");
+            EXPECT_EQ(state.array.n_GetCount(), 3U);
+            state.array.v_ReSort();
+            EXPECT_TRUE(state.array.b_IsSorted());
+        });
+}
+
+TEST(VoidSortedArraySweep, AnInsertionIsThereWholeOrNotAtAll)
+{
+    Sweep(
+        report, [] { return std::make_unique<CT_VoidSortedArray>(SIZE, Compare, 8, 0); },
+        [](CT_VoidSortedArray& array) {
+            array.v_Insert("bbb");
+            array.v_Insert("aaa");
+        },
+        [](CT_VoidSortedArray& array, bool failed) {
+            EXPECT_TRUE(array.b_IsSorted());
+            EXPECT_TRUE(failed || array.n_GetCount() == 2);
+            EXPECT_EQ(array.pcco_GetArray()->pcco_GetBuffer()->n_GetUsedSize(),
+                      SIZE * array.n_GetCount());
+        });
+}
