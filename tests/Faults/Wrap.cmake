@@ -9,4 +9,18 @@ if(NAME STREQUAL fault_tests)
         # The module whose string table holds the formats is the program itself.
         target_sources(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/resources/StringTable.rc)
     endif()
+    if(NOT WIN32)
+        # Services whose arguments and answers FileArgumentsTest.cpp looks at, by the names that the linker knows.
+        foreach(service
+                CREATE_FILE_W=_ZN6winapi11CreateFileWEPKtjjP19SECURITY_ATTRIBUTESjjPv
+                CREATE_FILE_A=_ZN6winapi11CreateFileAEPKcjjP19SECURITY_ATTRIBUTESjjPv
+                FIND_FIRST_FILE_W=_ZN6winapi14FindFirstFileWEPKtP16WIN32_FIND_DATAW
+                FIND_FIRST_FILE_A=_ZN6winapi14FindFirstFileAEPKcP16WIN32_FIND_DATAA)
+            string(REPLACE "=" ";" parts ${service})
+            list(GET parts 0 macro)
+            list(GET parts 1 symbol)
+            target_link_options(${NAME} PRIVATE -Wl,--wrap=${symbol})
+            target_compile_definitions(${NAME} PRIVATE OSTRA_${macro}="${symbol}")
+        endforeach()
+    endif()
 endif()

@@ -1,0 +1,197 @@
+// tests/Faults/FileArgumentsTest.cpp: what files and searches ask of the system, and what they make of its answers.
+#ifndef _WIN32
+#include <Ostra/File/FindFile.h>
+#include <Ostra/File/WinFile.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+#include <vector>
+
+#include "Support/Directory.h"
+#include "Support/Files.h"
+
+namespace fs = std::filesystem;
+
+namespace
+{
+// A call that opens a file.
+struct OpenCall
+{
+    DWORD access, share, disposition, word, last_error;
+    bool others; // whether security attributes or a template came along
+
+    bool operator==(const OpenCall&) const = default;
+};
+
+void PrintTo(const OpenCall& call, std::ostream* out)
+{
+    *out << std::hex << call.access << " " << call.share << " " << call.disposition << " "
+         << call.word << " last error " << call.last_error << (call.others ? " and more" : "");
+}
+
+std::vector<OpenCall> calls;
+bool refuse_opens;
+DWORD answer_attributes;
+
+bool NoteOpen(DWORD access, DWORD share, const void* security, DWORD disposition, DWORD word,
+              const void* model)
+{
+    calls.push_back({access, share, disposition, word, GetLastError(), security || model});
+    if (refuse_opens)
+        SetLastError(ERROR_ACCESS_DENIED);
+    return refuse_opens;
+}
+} // namespace
+
+// The linker leads the library's calls of these services here.
+HANDLE WrappedCreateFileW(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
+                          HANDLE) asm("__wrap_" OSTRA_CREATE_FILE_W);
+HANDLE RealCreateFileW(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
+                       HANDLE) asm("__real_" OSTRA_CREATE_FILE_W);
+HANDLE WrappedCreateFileA(LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
+                          HANDLE) asm("__wrap_" OSTRA_CREATE_FILE_A);
+HANDLE RealCreateFileA(LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
+                       HANDLE) asm("__real_" OSTRA_CREATE_FILE_A);
+HANDLE WrappedFindFirstFileW(LPCWSTR, LPWIN32_FIND_DATAW) asm("__wrap_" OSTRA_FIND_FIRST_FILE_W);
+HANDLE RealFindFirstFileW(LPCWSTR, LPWIN32_FIND_DATAW) asm("__real_" OSTRA_FIND_FIRST_FILE_W);
+HANDLE WrappedFindFirstFileA(LPCSTR, LPWIN32_FIND_DATAA) asm("__wrap_" OSTRA_FIND_FIRST_FILE_A);
+HANDLE RealFindFirstFileA(LPCSTR, LPWIN32_FIND_DATAA) asm("__real_" OSTRA_FIND_FIRST_FILE_A);
+
+HANDLE WrappedCreateFileW(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                          DWORD disposition, DWORD word, HANDLE model)
+{
+    if (NoteOpen(access, share, security, disposition, word, model))
+        return INVALID_HANDLE_VALUE;
+    return RealCreateFileW(name, access, share, security, disposition, word, model);
+}
+
+HANDLE WrappedCreateFileA(LPCSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                          DWORD disposition, DWORD word, HANDLE model)
+{
+    if (NoteOpen(access, share, security, disposition, word, model))
+        return INVALID_HANDLE_VALUE;
+    return RealCreateFileA(name, access, share, security, disposition, word, model);
+}
+
+HANDLE WrappedFindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found)
+{
+    const HANDLE search = RealFindFirstFileW(pattern, found);
+    if (answer_attributes)
+        found->dwFileAttributes = answer_attributes;
+    return search;
+}
+
+HANDLE WrappedFindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found)
+{
+    const HANDLE search = RealFindFirstFileA(pattern, found);
+    if (answer_attributes)
+        found->dwFileAttributes = answer_attributes;
+    return search;
+}
+
+namespace
+{
+// The calls of an open that is refused each time.
+std::vector<OpenCall> Opening(unsigned access, unsigned open, unsigned share, unsigned attribute,
+                              unsigned flag)
+{
+    const CT_UString name = Name("file");
+    CT_WinFile file(&name, 0);
+    calls.clear();
+    refuse_opens = true;
+    SetLastError(0);
+    file.vv_Open(CT_File::et_Access(access), CT_File::et_Open(open), CT_File::et_Share(share),
+                 attribute, flag);
+    refuse_opens = false;
+    EXPECT_EQ(TakeSystem(), (SystemFailure{5, "file", {"Ostra/File/WinFile"}}));
+    EXPECT_EQ(file.h_GetHandle(), INVALID_HANDLE_VALUE);
+    return calls;
+}
+
+unsigned Word(unsigned attribute, unsigned flag)
+{
+    return Opening(1, 1, 0, attribute, flag).at(0).word;
+}
+} // namespace
+
+TEST(WinFileArguments, AccessShareAndDisposition)
+{
+    const DWORD accesses[] = {0, 0x80000000, 0x40000000, 0xC0000000};
+    const DWORD dispositions[] = {0, 3, 2, 4};
+    for (unsigned access = 0; access < 4; ++access) {
+        for (unsigned share = 0; share < 4; ++share) {
+            for (unsigned open = 1; open < 3; ++open) {
+                SCOPED_TRACE(testing::Message() << access << " " << open << " " << share);
+                const OpenCall call = {accesses[access], share, dispositions[open], 0x80, 0, false};
+                EXPECT_EQ(Opening(access, open, share, 1, 0), std::vector<OpenCall>{call});
+            }
+        }
+    }
+}
+
+TEST(WinFileArguments, AnAppendIsTriedTwice)
+{
+    EXPECT_EQ(Opening(2, 3, 1, 1, 8),
+              (std::vector<OpenCall>{{0x40000000, 1, 4, 0x10000080, 0, false},
+                                     {0x40000000, 1, 7, 0x10000080, 0, false}}));
+}
+
+TEST(WinFileArguments, AttributesAndFlagsMakeOneWord)
+{
+    const struct
+    {
+        unsigned attribute, flag, word;
+    } cases[] = {
+        {1, 0, 0x00000080},  {2, 0, 0x00000020},  {4, 0, 0x00000800},  {8, 0, 0x00000002},
+        {16, 0, 0x00000001}, {32, 0, 0x00000004}, {64, 0, 0x00000010}, {128, 0, 0x00000100},
+        {0, 1, 0x80000000},  {0, 2, 0x40000000},  {0, 4, 0x20000000},  {0, 8, 0x10000000},
+        {0, 16, 0x08000000}, {0, 32, 0x04000000}, {0, 0, 0},           {255, 63, 0xFC0009B7},
+        {256, 64, 0},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(testing::Message() << row.attribute << " " << row.flag);
+        EXPECT_EQ(Word(row.attribute, row.flag), row.word);
+    }
+}
+
+TEST(WinFileArguments, AClosedFileIsMeasuredWithoutSharing)
+{
+    WriteBytes("file", "abc");
+    const CT_UString name = Name("file");
+    const CT_WinFile file(&name, 0);
+    calls.clear();
+    EXPECT_EQ(file.vn_GetSize(), 3U);
+    EXPECT_EQ(calls, (std::vector<OpenCall>{{0x80000000, 0, 3, 0x80, 0, false}}));
+}
+
+TEST(FindFileArguments, ANormalFileHasNoAttributes)
+{
+    WriteBytes("file", "");
+    const struct
+    {
+        DWORD answer;
+        unsigned include, exclude;
+        int found;
+        unsigned attributes;
+    } cases[] = {
+        {0x80, 0, 0, 1, 0},          {0x80, 0x80, 0, 0, 0}, {0x80, 0xFFFFFFFF, 0, 0, 0},
+        {0x80, 0, 0xFFFFFFFF, 1, 0}, {0xA0, 0, 0, 1, 0xA0}, {0xA0, 0x80, 0, 1, 0xA0},
+        {0x21, 0x01, 0x20, 0, 0x21},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(testing::Message() << std::hex << row.answer << " " << row.include);
+        CT_UString pattern = Name("file");
+        CT_FindFile find(&pattern, row.include, row.exclude, 0);
+        CT_UString name;
+        unsigned attributes = 77;
+        answer_attributes = row.answer;
+        EXPECT_EQ(find.b_FindFirst(&name, &attributes), row.found);
+        answer_attributes = 0;
+        EXPECT_EQ(attributes, row.attributes);
+        EXPECT_EQ(Get(name), row.found ? "file" : "");
+    }
+}
+#endif

@@ -1,0 +1,383 @@
+// tests/Faults/FileCallSweep.cpp: files on a host whose calls fail, each in turn.
+#ifndef _WIN32
+#include <Ostra/File/WinFile.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <sys/mman.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "../../winapi/Posix.h"
+#include "Support/Directory.h"
+#include "Support/Files.h"
+
+namespace fs = std::filesystem;
+
+namespace
+{
+// The host, one of whose calls fails.
+class FailingHost
+{
+public:
+    // How a call tells its failure.
+    enum Kind
+    {
+        PLAIN,
+        ERROR_IS_RESULT,
+        DONE_ALL_THE_SAME
+    };
+
+    // Lets call `number`, counted from 1, fail with an error number; no one for 0.
+    static void Arm(unsigned number, int error)
+    {
+        left = number;
+        code = error;
+        failed = "";
+        Install();
+    }
+    // The host is whole again. Result: the call that failed, empty for none.
+    static std::string Disarm()
+    {
+        winapi::posix = whole;
+        return failed;
+    }
+
+private:
+    template <auto member, Kind kind>
+    struct Wrapped;
+
+    // The calls that a signal may interrupt on the host.
+    static bool IsInterruptible(const std::string& name)
+    {
+        for (const char* call : {"open", "close", "read", "write", "pread", "pwrite", "ftruncate",
+                                 "posix_fallocate", "fsync", "copy_file_range"}) {
+            if (name == call)
+                return true;
+        }
+        return false;
+    }
+    static bool Fails(const char* name)
+    {
+        if (code == EINTR && !IsInterruptible(name))
+            return false;
+        if (left == 0 || --left)
+            return false;
+        failed = name;
+        errno = code;
+        return true;
+    }
+    static void Install();
+
+    static winapi::Posix whole;
+    static unsigned left;
+    static int code;
+    static const char* failed;
+};
+
+winapi::Posix FailingHost::whole;
+unsigned FailingHost::left;
+int FailingHost::code;
+const char* FailingHost::failed;
+
+template <class Result, class... Arguments, Result (*winapi::Posix::*member)(Arguments...),
+          FailingHost::Kind kind>
+struct FailingHost::Wrapped<member, kind>
+{
+    static inline const char* name;
+
+    static Result Call(Arguments... arguments)
+    {
+        if (!Fails(name))
+            return (whole.*member)(arguments...);
+        if constexpr (kind == ERROR_IS_RESULT)
+            return code;
+        else if constexpr (kind == DONE_ALL_THE_SAME) {
+            (whole.*member)(arguments...);
+            errno = code;
+            return -1;
+        } else if constexpr (std::is_same_v<Result, void*>)
+            return MAP_FAILED;
+        else if constexpr (std::is_pointer_v<Result>)
+            return nullptr;
+        else
+            return static_cast<Result>(-1);
+    }
+    static void Install(const char* text)
+    {
+        name = text;
+        winapi::posix.*member = Call;
+    }
+};
+
+void FailingHost::Install()
+{
+    whole = winapi::posix;
+#define WRAP_AS(call, kind) Wrapped<&winapi::Posix::call, kind>::Install(#call)
+#define WRAP(call) WRAP_AS(call, PLAIN)
+    WRAP(open);
+    WRAP_AS(close, DONE_ALL_THE_SAME);
+    WRAP(read);
+    WRAP(write);
+    WRAP(pread);
+    WRAP(pwrite);
+    WRAP(copy_file_range);
+    WRAP(lseek);
+    WRAP(ftruncate);
+    WRAP_AS(posix_fallocate, ERROR_IS_RESULT);
+    WRAP(fsync);
+    WRAP(fstat);
+    WRAP(stat);
+    WRAP(statx);
+    WRAP(fchmod);
+    WRAP(chmod);
+    WRAP(unlink);
+    WRAP(rename);
+    WRAP(renameat2);
+    WRAP(mmap);
+    WRAP(munmap);
+    WRAP(msync);
+#undef WRAP
+#undef WRAP_AS
+}
+
+unsigned Descriptors()
+{
+    unsigned count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd"))
+        count += entry.exists() || true;
+    return count;
+}
+
+const std::string TEXT(100, 'x');
+
+struct State
+{
+    State()
+    {
+        fs::remove("other");
+        WriteBytes("file", TEXT);
+        const CT_UString name = Name("file");
+        file.vv_Set(&name, 0);
+    }
+
+    CT_WinFile file;
+    CT_UString other = Name("other");
+    char data[200] = {};
+    unsigned result = 0;
+};
+
+void Open(State& state)
+{
+    state.file.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenExisting, CT_File::e_ShareNone, 1,
+                       0);
+}
+
+void OpenMapped(State& state)
+{
+    Open(state);
+    state.file.v_SetMapping(1, 128);
+}
+
+void Nothing(State&) {}
+
+struct Operation
+{
+    const char* name;
+    std::function<void(State&)> prepare;
+    std::function<void(State&)> run;
+    std::function<void(State&)> done; // what holds if nothing was reported
+    std::string names = "file";
+    unsigned second_attempt = 0; // the code of a second attempt, whatever failed in the first one
+};
+
+const Operation OPERATIONS[] = {
+    {"open", Nothing, Open,
+     [](State& state) {
+         EXPECT_EQ(state.file.b_IsOpen(), 1);
+     }},
+    {"create", Nothing,
+     [](State& state) {
+         state.file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone, 1,
+                            0);
+     },
+     [](State& state) {
+         EXPECT_EQ(state.file.vn_GetSize(), 0U);
+     }},
+    {"append", Nothing,
+     [](State& state) {
+         state.file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenAppend, CT_File::e_ShareNone, 1,
+                            0);
+     },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetOffset(), 100U); }, "file", 87},
+    {"close", Open, [](State& state) { state.file.vv_Close(); },
+     [](State& state) {
+         EXPECT_EQ(state.file.b_IsOpen(), 0);
+     }},
+    {"read", Open, [](State& state) { state.result = state.file.vn_Read(state.data, 100); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 100U);
+         EXPECT_EQ(std::string(state.data, 100), TEXT);
+     }},
+    {"write", Open, [](State& state) { state.result = state.file.vn_Write("abc", 3); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 3U);
+         EXPECT_EQ(ReadBytes("file").substr(0, 4), "abcx");
+     }},
+    {"size", Nothing, [](State& state) { state.result = state.file.vn_GetSize(); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 100U);
+         EXPECT_EQ(state.file.b_IsOpen(), 0);
+     }},
+    {"flush", Open, [](State& state) { state.file.vv_Flush(); }, Nothing},
+    {"end of file", Open, [](State& state) { state.file.v_SetEndOfFile(); },
+     [](State& state) {
+         EXPECT_EQ(state.file.vn_GetSize(), 0U);
+     }},
+    {"remove", Nothing, [](State& state) { state.file.vv_Remove(); },
+     [](State&) {
+         EXPECT_FALSE(fs::exists("file"));
+     }},
+    {"rename", Nothing, [](State& state) { state.file.vv_Rename(&state.other); },
+     [](State&) { EXPECT_EQ(ReadBytes("other"), TEXT); }, "file : other"},
+    {"copy", Nothing, [](State& state) { state.file.v_CopyFile(&state.other); },
+     [](State&) { EXPECT_EQ(ReadBytes("other"), TEXT); }, "file : other"},
+    {"attributes", Nothing, [](State& state) { state.result = state.file.n_GetAttributes(); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 32U);
+     }},
+    {"map", Open, [](State& state) { state.file.v_SetMapping(1, 128); },
+     [](State& state) {
+         EXPECT_EQ(state.file.b_GetMapping(), 1);
+         EXPECT_EQ(state.file.vn_GetSize(), 128U);
+     }},
+    {"write to the map", OpenMapped, [](State& state) { state.result = state.file.vn_Write(TEXT.data(), 100); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 100U);
+     }},
+    {"grow the map",
+     [](State& state) {
+         OpenMapped(state);
+         state.file.vv_SetOffset(CT_File::e_OriginBegin, 100);
+     },
+     [](State& state) { state.result = state.file.vn_Write(TEXT.data(), 100); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 100U);
+         EXPECT_EQ(state.file.vn_GetSize(), 256U);
+     }},
+    {"flush the map", OpenMapped, [](State& state) { state.file.v_FlushMap(); }, Nothing},
+    {"leave the map", OpenMapped, [](State& state) { state.file.v_SetMapping(0, 100); },
+     [](State& state) {
+         EXPECT_EQ(state.file.b_GetMapping(), 0);
+         EXPECT_EQ(state.file.vn_GetSize(), 100U);
+     }},
+    {"close with a map", OpenMapped, [](State& state) { state.file.vv_Close(); },
+     [](State& state) {
+         EXPECT_EQ(state.file.b_IsOpen(), 0);
+     }},
+};
+
+// The object can be used again, whatever happened to it.
+void ExpectUsable(State& state)
+{
+    const CT_UString name = Name("usable");
+    WriteBytes("usable", "abc");
+    state.file.vv_Set(&name, 0);
+    // A close may have failed before, and is tried again here.
+    TakeFailure();
+    Open(state);
+    EXPECT_EQ(state.file.vn_Read(state.data, 10), 3U);
+    state.file.v_SetMapping(1, 10);
+    EXPECT_EQ(state.file.vn_Read(state.data, 10), 7U);
+    state.file.vv_Close();
+    EXPECT_EQ(TakeSystem(), SystemFailure());
+}
+
+// An append whose seek to the end fails leaves its handle to nobody.
+void CloseLostHandle(const CT_WinFile& file)
+{
+    const HANDLE handle = file.h_GetHandle();
+    if (!file.b_IsOpen() && handle && handle != INVALID_HANDLE_VALUE) {
+        EXPECT_TRUE(CloseHandle(handle));
+    }
+}
+
+// One run: true if a call has failed.
+bool RunFailing(const Operation& operation, unsigned number, int error, unsigned system_code)
+{
+    const unsigned descriptors = Descriptors();
+    std::string call;
+    {
+        State state;
+        operation.prepare(state);
+        EXPECT_EQ(TakeSystem(), SystemFailure());
+        FailingHost::Arm(number, error);
+        operation.run(state);
+        call = FailingHost::Disarm();
+        SCOPED_TRACE(call);
+        const SystemFailure failure = TakeSystem();
+        if (failure == SystemFailure())
+            operation.done(state);
+        else {
+            EXPECT_FALSE(call.empty()) << "reported without a failing call";
+            EXPECT_TRUE(failure.code == system_code || failure.code == operation.second_attempt)
+                << failure.code;
+            EXPECT_EQ(failure.names, operation.names);
+            EXPECT_EQ(failure.trail.at(0).substr(0, 18), "Ostra/File/WinFile");
+        }
+        CloseLostHandle(state.file);
+        ExpectUsable(state);
+    }
+    EXPECT_EQ(TakeSystem(), SystemFailure());
+    EXPECT_EQ(Descriptors(), descriptors) << "descriptors leak after " << call;
+    return !call.empty();
+}
+
+const struct
+{
+    int error;
+    unsigned code;
+} ERRORS[] = {{EIO, 1117}, {EACCES, 5}, {ENOSPC, 112}, {EMFILE, 4}};
+} // namespace
+
+TEST(FileCallSweep, EveryCallFails)
+{
+    unsigned failures = 0;
+    for (const Operation& operation : OPERATIONS) {
+        for (const auto& row : ERRORS) {
+            unsigned number = 1;
+            for (bool failing = true; failing; ++number) {
+                SCOPED_TRACE(testing::Message()
+                             << operation.name << ", call " << number << ", error " << row.error);
+                failing = RunFailing(operation, number, row.error, row.code);
+                failures += failing;
+            }
+        }
+    }
+    EXPECT_GT(failures, 200U);
+    std::printf("call sweep: %u operations, %u failures\n",
+                static_cast<unsigned>(std::size(OPERATIONS)), failures);
+}
+
+TEST(FileCallSweep, AnInterruptedCallIsRepeated)
+{
+    unsigned failures = 0;
+    for (const Operation& operation : OPERATIONS) {
+        unsigned number = 1;
+        for (bool failing = true; failing; ++number) {
+            SCOPED_TRACE(testing::Message() << operation.name << ", call " << number);
+            failing = RunFailing(operation, number, EINTR, 0);
+            failures += failing;
+        }
+    }
+    EXPECT_GT(failures, 20U);
+}
+#endif
