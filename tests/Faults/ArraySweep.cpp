@@ -13,11 +13,11 @@ namespace
 const SweepReport report("Ostra/Buffer/Buffer");
 
 // Items of three bytes, so that a block's room is no whole number of them.
-constexpr unsigned SIZE = 3;
+constexpr unsigned ITEM_SIZE = 3;
 
 int Compare(const void* first, const void* second)
 {
-    return std::memcmp(first, second, SIZE);
+    return std::memcmp(first, second, ITEM_SIZE);
 }
 
 std::string Items(const CT_VoidArray& array)
@@ -28,9 +28,9 @@ std::string Items(const CT_VoidArray& array)
 
 struct State
 {
-    CT_VoidArray array{SIZE, 1, 0};
-    CT_VoidArray source{SIZE};
-    CT_VoidArray holder{SIZE};
+    CT_VoidArray array{ITEM_SIZE, 1, 0};
+    CT_VoidArray source{ITEM_SIZE};
+    CT_VoidArray holder{ITEM_SIZE};
 };
 
 // Six items in a block of 20 bytes, which two more bytes would fit.
@@ -78,7 +78,7 @@ TEST(VoidArraySweep, NewObject)
     };
     Sweep(
         "Ostra/ARRAY/VoidArray", [] { return std::make_unique<Pointer>(); },
-        [](Pointer& state) { state.array = new CT_VoidArray(SIZE); },
+        [](Pointer& state) { state.array = new CT_VoidArray(ITEM_SIZE); },
         [](Pointer& state, bool failed) { EXPECT_EQ(state.array == nullptr, failed); });
 }
 
@@ -96,7 +96,7 @@ TEST(VoidArraySweep, ConstructorWithASize)
     };
     Sweep(
         report, [] { return std::make_unique<Place>(); },
-        [](Place& state) { state.array = new (state.place) CT_VoidArray(SIZE, 8, 5); },
+        [](Place& state) { state.array = new (state.place) CT_VoidArray(ITEM_SIZE, 8, 5); },
         [](Place& state, bool failed) {
             EXPECT_EQ(state.array->n_GetMaxItems(), failed ? 0U : 12U);
             EXPECT_EQ(state.array->n_GetCount(), 0U);
@@ -122,7 +122,7 @@ TEST(VoidArraySweep, CopiesStopAtTheFirstThatDoesNotFit)
         [](State& state, bool failed) {
             const std::string items = Items(state.array);
             EXPECT_EQ(items.substr(0, before.size()), before);
-            EXPECT_EQ(items.size() % SIZE, 0U);
+            EXPECT_EQ(items.size() % ITEM_SIZE, 0U);
             EXPECT_EQ(items.find_first_not_of('z', before.size()), std::string::npos);
             EXPECT_TRUE(failed || items.size() == before.size() + 27);
             ExpectUsable(state.array);
@@ -193,7 +193,7 @@ TEST(VoidSortedArraySweep, NewObject)
     };
     Sweep(
         {"Ostra/SortedArray/VoidSortedArray"}, [] { return std::make_unique<Pointer>(); },
-        [](Pointer& state) { state.array = new CT_VoidSortedArray(SIZE, Compare, 8, 0); },
+        [](Pointer& state) { state.array = new CT_VoidSortedArray(ITEM_SIZE, Compare, 8, 0); },
         [](Pointer& state, bool failed) { EXPECT_EQ(state.array == nullptr, failed); });
 }
 
@@ -201,8 +201,8 @@ TEST(VoidSortedArraySweep, WithoutSwapSpaceTheItemsStayAsTheyAre)
 {
     struct Sorted
     {
-        CT_VoidSortedArray array{SIZE, Compare, 8, 0};
-        CT_VoidArray source{SIZE};
+        CT_VoidSortedArray array{ITEM_SIZE, Compare, 8, 0};
+        CT_VoidArray source{ITEM_SIZE};
     };
     Sweep(
         report,
@@ -224,7 +224,7 @@ TEST(VoidSortedArraySweep, WithoutSwapSpaceTheItemsStayAsTheyAre)
 TEST(VoidSortedArraySweep, AnInsertionIsThereWholeOrNotAtAll)
 {
     Sweep(
-        report, [] { return std::make_unique<CT_VoidSortedArray>(SIZE, Compare, 8, 0); },
+        report, [] { return std::make_unique<CT_VoidSortedArray>(ITEM_SIZE, Compare, 8, 0); },
         [](CT_VoidSortedArray& array) {
             array.v_Insert("bbb");
             array.v_Insert("aaa");
@@ -233,6 +233,6 @@ TEST(VoidSortedArraySweep, AnInsertionIsThereWholeOrNotAtAll)
             EXPECT_TRUE(array.b_IsSorted());
             EXPECT_TRUE(failed || array.n_GetCount() == 2);
             EXPECT_EQ(array.pcco_GetArray()->pcco_GetBuffer()->n_GetUsedSize(),
-                      SIZE * array.n_GetCount());
+                      ITEM_SIZE * array.n_GetCount());
         });
 }
