@@ -62,13 +62,15 @@ WCHAR ReadCharacter(const CodePage& page, const BYTE*& bytes, const BYTE* end, u
     return page.fromPair[code];
 }
 
-// Whether a character gives the undefined unit without being the code of that unit.
+// Whether a character gives the undefined unit without being the code of that unit, or a byte one of private use.
 bool HasUndefined(const CodePage& page, const BYTE* bytes, int count)
 {
     const WCHAR undefined = page.facts->undefinedUnit;
     for (const BYTE* const end = bytes + count; bytes != end;) {
         unsigned code;
-        if (ReadCharacter(page, bytes, end, code) == undefined && page.fromUnit[undefined] != code)
+        const WCHAR unit = ReadCharacter(page, bytes, end, code);
+        if ((unit == undefined && page.fromUnit[undefined] != code) ||
+            (code < 0x100 && unit >= 0xE000 && unit <= 0xF8FF))
             return true;
     }
     return false;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <string>
 #include <sys/auxv.h>
 #include <unistd.h>
 
@@ -152,9 +153,14 @@ HMODULE GetModuleHandleA(LPCSTR name)
 int LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int room)
 {
     const char16_t* text = FindText(module ? module : ProgramModule(), id & 0xFFFF);
-    if (!text || room <= 0 || !buffer)
+    if (!text || room < 0 || !buffer)
         return 0;
     int length = 0;
+    if (!room) {
+        const LPCWSTR kept = reinterpret_cast<LPCWSTR>(text);
+        std::memcpy(buffer, &kept, sizeof(kept));
+        return static_cast<int>(std::char_traits<char16_t>::length(text));
+    }
     for (; length < room - 1 && text[length]; ++length)
         buffer[length] = static_cast<WCHAR>(text[length]);
     buffer[length] = 0;
@@ -166,13 +172,15 @@ int LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int room)
     const char16_t* text = FindText(module ? module : ProgramModule(), id & 0xFFFF);
     if (!text || room <= 0 || !buffer)
         return 0;
-    // Unit by unit, so that a text is cut between characters.
+    // Unit by unit, so that a text is cut between characters. ASCII is the same in every ANSI code page and needs
+    // no table, which might have to be built when there is no memory.
     int length = 0;
     for (; *text; ++text) {
-        char bytes[2];
+        char bytes[4] = {static_cast<char>(*text)};
         const WCHAR unit = static_cast<WCHAR>(*text);
-        const int count =
-            WideCharToMultiByte(CP_ACP, 0, &unit, 1, bytes, sizeof(bytes), nullptr, nullptr);
+        const int count = unit < 0x80 ? 1
+                                      : WideCharToMultiByte(CP_ACP, 0, &unit, 1, bytes,
+                                                            sizeof(bytes), nullptr, nullptr);
         if (length + count > room - 1)
             break;
         std::memcpy(buffer + length, bytes, static_cast<std::size_t>(count));

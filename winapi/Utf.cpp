@@ -76,7 +76,7 @@ bool PutUtf8(Sink<char>& out, unsigned value)
     char bytes[4];
     for (int i = continuations; i > 0; i--, value >>= 6)
         bytes[i] = static_cast<char>(0x80 | (value & 0x3F));
-    bytes[0] = static_cast<char>((0xF00 >> continuations & 0xFF) | value);
+    bytes[0] = static_cast<char>((0xFF00 >> (continuations + 1) & 0xFF) | value);
     return out.Put(bytes, continuations + 1);
 }
 
@@ -191,7 +191,7 @@ Coding EncodeUtf7(const WCHAR* units, int count, Sink<char>& out)
             return Coding::full;
         unsigned bits = 0;
         int held = 0;
-        for (; units != end && !StandsForItself(*units); units++) {
+        for (; units != end && *units != '+' && !StandsForItself(*units); units++) {
             bits = bits << 16 | *units;
             for (held += 16; held >= 6; held -= 6)
                 if (!out.Put(BASE64[bits >> (held - 6) & 63]))
