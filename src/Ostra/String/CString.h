@@ -7,10 +7,12 @@
 
 class CT_UString;
 
-// A text of bytes in one code page. A byte is a character throughout: search, match, comparison and casing know nothing
-// of double bytes, and the code page serves in conversions from and to wide text alone.
+// A text of bytes in one code page. A byte is a character throughout: search, match, comparison and
+// casing know nothing of double bytes, and the code page serves in conversions from and to wide
+// text alone.
 //
-// An empty string has no block, or a block that holds the terminator only. It always reads as an empty text.
+// An empty string has no block, or a block that holds the terminator only. It always reads as an
+// empty text.
 class OSTRA_API CT_CString : public CT_String
 {
 public:

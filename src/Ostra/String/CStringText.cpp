@@ -241,7 +241,8 @@ void CT_CString::vv_StripRight()
     unsigned n_End = vn_GetLength();
     while (n_End && Bytes::Text::sb_IsSpace(qccz_Text[n_End - 1]))
         --n_End;
-    // Kept: the block is cut before the string has one of its own, even where there is nothing to strip.
+    // Kept: the block is cut before the string has one of its own, even where there is nothing to
+    // strip.
     Bytes::sv_CutInPlace(co_Buffer, n_End);
     CT_CString::vv_Update();
 }

@@ -215,7 +215,7 @@ void CT_String::v_Append(const CT_String* pcco_Text, unsigned n_Count)
     vv_StringInsert(pcco_Text, 0, std::min(n_Count, pcco_Text->vn_GetLength()), vn_GetLength());
 }
 
-// ---- Formatting -----------------------------------------------------------------------------------
+// ---- Formatting --------------------------------------------------------------------------
 
 void CT_String::v_Format(const char* qccz_Format, ...)
 {

@@ -9,18 +9,21 @@
 
 #include <cstdarg>
 
-// A zero-terminated text in a shared buffer, in one of two encodings: CT_CString has bytes of a code page, CT_UString
-// has UTF-16 units. Text of the other encoding is converted on its way in.
+// A zero-terminated text in a shared buffer, in one of two encodings: CT_CString has bytes of a
+// code page, CT_UString has UTF-16 units. Text of the other encoding is converted on its way in.
 //
-// Which of the two a string is, vpv_IsA of the concrete classes tells. vpv_IsKindOf of this class does not: its answer
-// is null for a CT_CString.
+// Which of the two a string is, vpv_IsA of the concrete classes tells. vpv_IsKindOf of this class
+// does not: its answer is null for a CT_CString.
 //
-// Units:   lengths, counts and offsets are bytes in a CT_CString and 16-bit units in a CT_UString. A count of -1
-//          (0xFFFFFFFF) means all of it; a code page of -2 the string's own, 0 the system's ANSI code page, 65000
-//          UTF-7, 65001 UTF-8. A code page that the system doesn't have acts as 0.
-// Owns:    a hold on its block; strings made from one another by pointer share it and copy before they write.
+// Units:   lengths, counts and offsets are bytes in a CT_CString and 16-bit units in a CT_UString.
+//          A count of -1 (0xFFFFFFFF) means all of it; a code page of -2 the string's own, 0 the
+//          system's ANSI code page, 65000 UTF-7, 65001 UTF-8. A code page that the system doesn't
+//          have acts as 0.
+// Owns:    a hold on its block; strings made from one another by pointer share it and copy before
+//          they write.
 // Reports: 60006 when the heap is exhausted; the string then stays as it was.
-// Caller:  keeps offsets within the length; nothing checks them. A copy by reference is no hold on the block.
+// Caller:  keeps offsets within the length; nothing checks them. A copy by reference is no hold on
+//          the block.
 // Threads: one thread at a time; two strings on one block may be read and released on two threads.
 class OSTRA_API CT_String
 {
@@ -40,7 +43,8 @@ public:
 
     // ---- Storage and single characters --------------------------------------------------------
 
-    // Makes room for that length, larger or smaller; 0 lets go of the block. b_Keep keeps the text that fits.
+    // Makes room for that length, larger or smaller; 0 lets go of the block. b_Keep keeps the text
+    // that fits.
     virtual void vv_SetSize(unsigned n_Length, int b_Keep);
     // The same, only if there is less room.
     virtual void vv_SetMinSize(unsigned n_Length, int b_Keep);
@@ -63,9 +67,11 @@ public:
     virtual unsigned vn_Find(unsigned short u_Find, unsigned n_From = 0) const;
     virtual unsigned vn_Find(char c_Find, unsigned n_From = 0) const;
     virtual unsigned vn_Find(const CT_String* pcco_Find, unsigned n_From = 0) const;
-    // Takes the length anew from the first terminator; to be called after writing into the text directly.
+    // Takes the length anew from the first terminator; to be called after writing into the text
+    // directly.
     virtual void vv_Update();
-    // True if the text matches the pattern, in which * stands for any run and ? for any one character.
+    // True if the text matches the pattern, in which * stands for any run and ? for any one
+    // character.
     virtual int vb_Match(const CT_String* pcco_Pattern) const;
     // Strips the characters of the set at both ends; null strips space.
     virtual void vv_Strip(const CT_String* pcco_Set);
@@ -78,7 +84,8 @@ public:
                            unsigned n_Offset = 0) const;
     virtual int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
                            unsigned n_Offset = 0) const;
-    // Each character found in the one text becomes its partner in the other, or goes if it has none.
+    // Each character found in the one text becomes its partner in the other, or goes if it has
+    // none.
     virtual void vv_Translate(const CT_String* pcco_From, const CT_String* pcco_To);
 
     // ---- Length ---------------------------------------------------------------------------------
@@ -91,7 +98,8 @@ public:
 
     // ---- Formatting -----------------------------------------------------------------------------
 
-    // Formats into the string, up to 2,047 characters. %s takes text of the format's width, %S of the other one.
+    // Formats into the string, up to 2,047 characters. %s takes text of the format's width, %S of
+    // the other one.
     virtual void vv_Format(const CT_String* pcco_Format, va_list args);
     virtual void vv_Format(const CT_String* pcco_Format, ...);
     void v_Format(const char* qccz_Format, ...);
@@ -99,7 +107,7 @@ public:
     void v_Format(const unsigned short* qcuz_Format, ...);
     void v_Format(const unsigned short* qcuz_Format, va_list args);
 
-    // ---- Set, replace, insert, append -------------------------------------------------------------
+    // ---- Set, replace, insert, append -----------------------------------------------
 
     // An empty string with room for that length.
     void v_Set(unsigned n_Length, int b_Keep);
@@ -126,7 +134,7 @@ public:
     void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = -1);
     void v_Append(const CT_String* pcco_Text, unsigned n_Count = -1);
 
-    // ---- Buffer -----------------------------------------------------------------------------------
+    // ---- Buffer ---------------------------------------------------------------------------------
 
     // Takes a block of its own if other strings hold this one.
     void v_CopyWeWrite() { co_Buffer.v_CopyWeWrite(); }

@@ -34,7 +34,8 @@ unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, const Unit* qc_Fi
 
 // ---- Room -----------------------------------------------------------------------------------
 
-// True if the buffer has given itself the room of that size, or had it. It doesn't say so; its room does.
+// True if the buffer has given itself the room of that size, or had it. It doesn't say so; its room
+// does.
 template <class Unit>
 bool CT_TextBuffer<Unit>::sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b_Keep)
 {
@@ -189,7 +190,8 @@ void CT_TextBuffer<Unit>::sv_StringInsert(CT_Buffer& co, const Unit* pcc_Text, u
     });
 }
 
-// Where n_Count characters more go, with the used size and the terminator set behind them; null without the room.
+// Where n_Count characters more go, with the used size and the terminator set behind them; null
+// without the room.
 template <class Unit>
 Unit* CT_TextBuffer<Unit>::spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsigned n_Factor)
 {

@@ -1,4 +1,5 @@
-// Ostra/String/TextBuffer.h: a terminated text in a buffer, the same for bytes and for 16-bit units. Internal.
+// Ostra/String/TextBuffer.h: a terminated text in a buffer, the same for bytes and for 16-bit
+// units. Internal.
 #pragma once
 
 #include <Ostra/Buffer/Buffer.h>
@@ -6,7 +7,8 @@
 
 // The work of the two string classes on their buffer. Lengths, counts and offsets are characters.
 //
-// An operation that finds no room after it asked for it stops, with the report of the buffer set and the text as it was.
+// An operation that finds no room after it asked for it stops, with the report of the buffer set
+// and the text as it was.
 template <class Unit>
 class CT_TextBuffer
 {
@@ -55,14 +57,17 @@ public:
     // ---- Change -----------------------------------------------------------------------------
 
     static void sv_SetAt(CT_Buffer& co, Unit c_New, unsigned n_Offset);
-    // Fills, and writes a terminator behind the range: b_Cut even within the text, whose length stays in any case.
+    // Fills, and writes a terminator behind the range: b_Cut even within the text, whose length
+    // stays in any case.
     static void sv_Fill(CT_Buffer& co, Unit c_Fill, unsigned n_Count, unsigned n_Offset,
                         bool b_Cut);
     static void sv_StringReplace(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
                                  unsigned n_Offset);
-    // Room behind n_Offset for a conversion into a block of the string's own; null when there is none.
+    // Room behind n_Offset for a conversion into a block of the string's own; null when there is
+    // none.
     static Unit* spc_Prepare(CT_Buffer& co, std::uint64_t n_Count, unsigned n_Offset);
-    // Room for a conversion of n_Bytes in a block of the string's own, whose content goes; null when there is none.
+    // Room for a conversion of n_Bytes in a block of the string's own, whose content goes; null
+    // when there is none.
     static Unit* spc_Target(CT_Buffer& co, std::uint64_t n_Bytes);
     // Ends the text at that length.
     static void sv_End(CT_Buffer& co, unsigned n_Length);
@@ -116,7 +121,8 @@ private:
         return sn_Room(co) ? n_Length < sn_Room(co) : !n_Length;
     }
     static bool sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b_Keep);
-    // The place for one more character, with the terminator behind it, if it takes no change of the block.
+    // The place for one more character, with the terminator behind it, if it takes no change of the
+    // block.
     static Unit* spc_Spare(CT_Buffer& co)
     {
         const unsigned n_Used = co.n_GetUsedSize();
@@ -129,7 +135,8 @@ private:
         (reinterpret_cast<CT_Buffer::st_BufferData*>(spc_Data(co)) - 1)->n_UsedSize = n_Used + SIZE;
         return pc_To;
     }
-    // Does the work on a text that may lie in the block itself, which then stays until the work is done.
+    // Does the work on a text that may lie in the block itself, which then stays until the work is
+    // done.
     template <class Work>
     static void sv_Hold(CT_Buffer& co, const Unit* pcc_Text, Work Do)
     {

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <type_traits>
 
-// Operations on zero-terminated or counted text, by the value of its characters. Nothing here allocates or knows of a
-// code page, a locale or a buffer.
+// Operations on zero-terminated or counted text, by the value of its characters. Nothing here
+// allocates or knows of a code page, a locale or a buffer.
 template <class Unit>
 class CT_TextOperations
 {
@@ -23,7 +23,8 @@ public:
 
     // ---- Search -----------------------------------------------------------------------------
 
-    // The first c_Find among the n_Count characters and before the terminator, which can be looked for too.
+    // The first c_Find among the n_Count characters and before the terminator, which can be looked
+    // for too.
     static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, Unit c_Find);
     // The same for a text of n_Find characters, at least one.
     static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Find,
@@ -108,8 +109,8 @@ unsigned CT_TextOperations<Unit>::sn_Length(const Unit* qc_Text, unsigned n_Max)
     return n;
 }
 
-// Passes over aligned blocks without a terminator. A block of which one character may be read can be read whole: memory
-// ends between blocks, whatever a sanitizer knows about the object in it.
+// Passes over aligned blocks without a terminator. A block of which one character may be read can
+// be read whole: memory ends between blocks, whatever a sanitizer knows about the object in it.
 template <class Unit>
 __attribute__((noinline, no_sanitize("address", "thread"))) unsigned
 CT_TextOperations<Unit>::sn_PassBlocks(const Unit* qc_Text, unsigned n_Max)

@@ -7,17 +7,19 @@
 
 class CT_CString;
 
-// A text of UTF-16 units. A unit is a character throughout: a surrogate pair counts as two, and is searched, matched and
-// converted unit by unit.
+// A text of UTF-16 units. A unit is a character throughout: a surrogate pair counts as two, and is
+// searched, matched and converted unit by unit.
 //
-// An empty string has no block, or a block that holds the terminator only. It always reads as an empty text.
+// An empty string has no block, or a block that holds the terminator only. It always reads as an
+// empty text.
 class OSTRA_API CT_UString : public CT_String
 {
 public:
     // ---- Construction -----------------------------------------------------------------------
 
     CT_UString() {}
-    // Empty, with room for that length. The number is a length, where that of CT_CString is a code page.
+    // Empty, with room for that length. The number is a length, where that of CT_CString is a code
+    // page.
     CT_UString(unsigned n_Length);
     // Converts.
     CT_UString(const char* qccz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
@@ -53,7 +55,8 @@ public:
     void v_Append(char c_Append, unsigned n_CodePage);
     // Grows to twice the size that it needs.
     void v_Append(unsigned short u_Append);
-    // Kept: appends as many units as the text has bytes; where they convert to fewer, zero units fill up.
+    // Kept: appends as many units as the text has bytes; where they convert to fewer, zero units
+    // fill up.
     void v_Append(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage);
     void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = -1);
     // Kept: a CT_CString is converted by code page 0, whatever its own.

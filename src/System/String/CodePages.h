@@ -20,7 +20,7 @@ public:
         return n_CodePage && IsValidCodePage(n_CodePage) ? n_CodePage : 0;
     }
 
-    // Bytes that a coder makes of that many units at most, terminator included. A unit alone between direct ones
-    // takes 5 bytes in UTF-7, two units that alternate take 6.
+    // Bytes that a coder makes of that many units at most, terminator included. A unit alone
+    // between direct ones takes 5 bytes in UTF-7, two units that alternate take 6.
     static std::size_t sn_CodedRoom(unsigned n_Count) { return std::size_t(n_Count) * 3 + 3; }
 };

@@ -32,7 +32,8 @@ int CT_StringConvert::si_MultiToWide(unsigned short* pu_Out, const char* qccz_In
     const int i_Count = static_cast<int>(n_Count);
     const int i_Length = MultiByteToWideChar(CT_CodePages::sn_Valid(n_CodePage), MB_PRECOMPOSED,
                                              qccz_In, i_Count, qcuz_System(pu_Out), i_Count);
-    // Kept: one byte that gives a zero unit counts as one without a mapping, also when it is the terminator.
+    // Kept: one byte that gives a zero unit counts as one without a mapping, also when it is the
+    // terminator.
     if (i_Length == 1 && !*pu_Out)
         *pu_Out = '?';
     return i_Length;

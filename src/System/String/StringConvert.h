@@ -6,26 +6,31 @@
 class CT_CString;
 class CT_UString;
 
-// Conversion between the bytes of a code page and UTF-16 units: by the system for its code pages, by CT_UTF for 65000
-// (UTF-7) and 65001 (UTF-8). A code page that the system doesn't have acts as 0, its ANSI code page.
+// Conversion between the bytes of a code page and UTF-16 units: by the system for its code pages,
+// by CT_UTF for 65000 (UTF-7) and 65001 (UTF-8). A code page that the system doesn't have acts as
+// 0, its ANSI code page.
 //
-// Units:   counts are bytes of 8-bit text and units of wide text; results are what was written, in the target's. A
-//          count of -1 means up to the terminator: with it for code pages, without it for the two coders.
-// Reports: the system's last error, where wide text converts to nothing. The other direction reports nothing.
-// Caller:  gives room in raw targets: a unit for each byte and one for the terminator; 2 bytes for each unit in a code
-//          page, 3 in UTF-7 and UTF-8, and for UTF-7 three more.
+// Units:   counts are bytes of 8-bit text and units of wide text; results are what was written, in
+//          the target's. A count of -1 means up to the terminator: with it for code pages, without
+//          it for the two coders.
+// Reports: the system's last error, where wide text converts to nothing. The other direction
+//          reports nothing.
+// Caller:  gives room in raw targets: a unit for each byte and one for the terminator; 2 bytes for
+//          each unit in a code page, 3 in UTF-7 and UTF-8, and for UTF-7 three more.
 // Threads: UTF-7 and UTF-8 on one thread at a time in the whole process; code pages on any.
 class OSTRA_API CT_StringConvert
 {
 public:
     // ---- Raw text ---------------------------------------------------------------------------
 
-    // Kept: a single byte that converts to a zero unit gives a question mark, an empty text with a count of -1 too.
+    // Kept: a single byte that converts to a zero unit gives a question mark, an empty text with a
+    // count of -1 too.
     static int si_MultiToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count,
                               unsigned n_CodePage);
     static int si_MultiToWideANSI(unsigned short* pu_Out, const char* qccz_In,
                                   unsigned n_Count = -1);
-    // The default character stands for units that the code page doesn't have, and sets the flag; both may be null.
+    // The default character stands for units that the code page doesn't have, and sets the flag;
+    // both may be null.
     static int si_WideToMulti(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count,
                               unsigned n_CodePage, const char* qccz_Default, int* pb_Used);
     static int si_WideToMultiANSI(char* pc_Out, const unsigned short* qcuz_In,
@@ -43,12 +48,13 @@ public:
 
     // ---- To a string ------------------------------------------------------------------------
 
-    // Kept: the terminator stands behind as many units as there were bytes, not behind the units that came of them.
+    // Kept: the terminator stands behind as many units as there were bytes, not behind the units
+    // that came of them.
     static int si_MultiToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count,
                               unsigned n_CodePage);
     static int si_MultiToWideANSI(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = -1);
-    // The code page of the target is neither asked nor changed. Kept: a count of -1 makes the string one longer than
-    // its text.
+    // The code page of the target is neither asked nor changed. Kept: a count of -1 makes the
+    // string one longer than its text.
     static int si_WideToMulti(CT_CString* pco_Out, const unsigned short* qcuz_In, unsigned n_Count,
                               unsigned n_CodePage, const char* qccz_Default, int* pb_Used);
     static int si_WideToMultiANSI(CT_CString* pco_Out, const unsigned short* qcuz_In,
@@ -56,7 +62,8 @@ public:
     static int si_UTF7ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = -1);
     static int si_WideToUTF7(CT_CString* pco_Out, const unsigned short* qcuz_In,
                              unsigned n_Count = -1);
-    // Kept: writes no terminator into a block that is large enough; vv_Update follows where that counts.
+    // Kept: writes no terminator into a block that is large enough; vv_Update follows where that
+    // counts.
     static int si_UTF8ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = -1);
     static int si_WideToUTF8(CT_CString* pco_Out, const unsigned short* qcuz_In,
                              unsigned n_Count = -1);

@@ -49,7 +49,8 @@ int CT_StringConvert::si_MultiToWide(CT_UString* pco_Out, const char* qccz_In, u
     if (!pu_Out)
         return 0;
     const int i_Length = si_MultiToWide(pu_Out, qccz_In, n_Count, n_CodePage);
-    // Kept: behind the count of bytes. Where fewer units came of them, the string doesn't end in a zero.
+    // Kept: behind the count of bytes. Where fewer units came of them, the string doesn't end in a
+    // zero.
     pu_Out[n_Count] = 0;
     co.v_SetUsedSize(2 * i_Length + 2);
     return i_Length;

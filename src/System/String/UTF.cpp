@@ -129,7 +129,8 @@ inline char* CT_UTF::st_UTF7Encoder::pc_Close(char* pc_Out)
     // The bits behind those in the buffer are zero.
     so_Bits.i_Bits += (6 - so_Bits.i_Bits % 6) % 6;
     pc_Out = pc_Base64(pc_Out);
-    // Kept: the minus is written in every case, also before a character that would end the run by itself.
+    // Kept: the minus is written in every case, also before a character that would end the run by
+    // itself.
     *pc_Out++ = '-';
     b_Shifted = false;
     return pc_Out;
@@ -230,8 +231,9 @@ int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
 
 // ---- UTF-8 encoder --------------------------------------------------------------------------
 
-// Eight characters are copied at a time, also where fewer of them are ASCII: what follows writes over the others.
-// What they leave behind can be written over only where enough of the input is still to come.
+// Eight characters are copied at a time, also where fewer of them are ASCII: what follows writes
+// over the others. What they leave behind can be written over only where enough of the input is
+// still to come.
 
 namespace
 {
@@ -370,7 +372,8 @@ void CT_UTF::sv_UTF8ToWideInit()
     sso_Sequence = {};
 }
 
-// Takes the bytes still to come, as far as there are any, and writes the unit when none is to come any more.
+// Takes the bytes still to come, as far as there are any, and writes the unit when none is to come
+// any more.
 const char* CT_UTF::st_UTF8Decoder::pcc_Take(unsigned short* pu, const char* pcc_In,
                                              const char* pcc_End)
 {
@@ -393,7 +396,8 @@ int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
         pcc_In = sso_Sequence.pcc_Take(pu, pcc_In, pcc_End);
         pu += !sso_Sequence.n_ToCome;
     }
-    // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too many.
+    // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too
+    // many.
     while (pcc_End - pcc_In >= 4 * RUN) {
         const unsigned n_ASCII = n_LeadingASCII(pcc_In);
         v_CopyRun(pu, pcc_In);

@@ -5,12 +5,13 @@
 
 // Coders that take a text in pieces: what a piece leaves open, the next call goes on with.
 //
-// The decoders check nothing. UTF-8 in is meant for sequences of up to three bytes, all that one unit needs.
+// The decoders check nothing. UTF-8 in is meant for sequences of up to three bytes, all that one
+// unit needs.
 //
-// Units:   counts are bytes of 8-bit text and units of wide text; input also ends at a zero. Results are what was
-//          written, without a terminator.
-// Caller:  gives room: 3 bytes for each unit, and for UTF-7 three more; a unit for each byte. Hands no byte from 0xF0
-//          up to the UTF-8 decoder.
+// Units:   counts are bytes of 8-bit text and units of wide text; input also ends at a zero.
+//          Results are what was written, without a terminator.
+// Caller:  gives room: 3 bytes for each unit, and for UTF-7 three more; a unit for each byte. Hands
+//          no byte from 0xF0 up to the UTF-8 decoder.
 // Threads: one thread at a time in the whole process: the state is static.
 class OSTRA_API CT_UTF
 {
@@ -21,7 +22,8 @@ public:
     static int si_WideToUTF7Exit(char* pc_Out);
 
     static void sv_UTF7ToWideInit();
-    // Adds no terminator. Kept: a byte that ends a Base64 run and is the last of the input isn't written.
+    // Adds no terminator. Kept: a byte that ends a Base64 run and is the last of the input isn't
+    // written.
     static int si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count);
 
     // Terminates the text. Each surrogate is coded by itself.

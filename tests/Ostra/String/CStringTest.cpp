@@ -51,7 +51,8 @@ TEST(CString, PointerCopySharesTheData)
     EXPECT_EQ(UsesOf(s), 3u);
 }
 
-// The copy holds nothing: it must not outlive its source, nor be destructed while that has the block.
+// The copy holds nothing: it must not outlive its source, nor be destructed while that has the
+// block.
 TEST(CString, CopyByReferenceIsNoHoldOnTheBlock)
 {
     const CT_CString s("abc", ALL, 932);

@@ -1,4 +1,5 @@
-// tests/Ostra/String/StringSlotsTest.cpp: the order of the virtual table, the members, the type records.
+// tests/Ostra/String/StringSlotsTest.cpp: the order of the virtual table, the members, the type
+// records.
 #include "Ostra/String/StringSupport.h"
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// tests/Ostra/String/StringTest.cpp: what both string classes do alike: storage, set, replace, insert, remove.
+// tests/Ostra/String/StringTest.cpp: what both string classes do alike: storage, set, replace,
+// insert, remove.
 #include "Ostra/String/StringSupport.h"
 
 #include <cstring>

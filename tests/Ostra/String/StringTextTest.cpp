@@ -1,4 +1,5 @@
-// tests/Ostra/String/StringTextTest.cpp: what both string classes do alike: find, match, compare, strip, translate, format.
+// tests/Ostra/String/StringTextTest.cpp: what both string classes do alike: find, match, compare,
+// strip, translate, format.
 #include "Ostra/String/StringSupport.h"
 #include "Support/Directory.h"
 
@@ -402,7 +403,8 @@ TEST(String, TranslateWritesIntoASharedBlockUpToTheFirstRemoval)
 TEST(String, TranslateLooksUpInItsOwnChangingText)
 {
     OnBoth([](bool wide) {
-        // The argument shares the block and changes with it: when its turn comes, b is found at 0 and a at 2.
+        // The argument shares the block and changes with it: when its turn comes, b is found at 0
+        // and a at 2.
         auto s = Make(wide, "aba");
         s->vv_Translate(s.get(), Make(wide, "bz").get());
         EXPECT_EQ(Ascii(*s), "bb");

@@ -315,7 +315,8 @@ TEST(StringConvert, StringTargetGetsRoomForTheCount)
     }
 }
 
-// The terminator stands behind the count of bytes; the unit at the string's end is what the block held.
+// The terminator stands behind the count of bytes; the unit at the string's end is what the block
+// held.
 TEST(StringConvert, TerminatorOfDoubleBytesStandsBehindTheirCount)
 {
     CT_UString s(U(u"xxxxxxxx"));

@@ -173,7 +173,8 @@ ENDLESS(NoSequenceAtAll)
     DecodeFor("\xFF");
 }
 
-// The coder's contract covers sequences of three bytes; a longer one is never taken and never passed.
+// The coder's contract covers sequences of three bytes; a longer one is never taken and never
+// passed.
 TEST(UTF8, LongerSequenceNeverEnds)
 {
     EXPECT_TRUE(RunsForEver("FourByteSequence"));
