@@ -1,7 +1,7 @@
 // winapi/Attributes.cpp
 //
-// Hidden and system have no place in a mode. They are kept in the extended attribute that other programs use for
-// them, as a number in hex digits behind "0x".
+// Hidden and system have no place in a mode. They are kept in the extended attribute that other
+// programs use for them, as a number in hex digits behind "0x".
 #include "Attributes.h"
 
 #include "Failure.h"
@@ -51,7 +51,8 @@ DWORD StoredAttributes(int fd)
     return Parse(text, posix.fgetxattr(fd, XATTR, text, sizeof text));
 }
 
-// Failure is no failure of the service: a file system without a place for them loses the two attributes.
+// Failure is no failure of the service: a file system without a place for them loses the two
+// attributes.
 void StoreAttributes(const char* path, DWORD attributes)
 {
     const Written value(attributes & FILE_ATTRIBUTES_HIDDEN_SYSTEM);

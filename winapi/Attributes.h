@@ -11,7 +11,8 @@ namespace winapi
 {
 constexpr DWORD FILE_ATTRIBUTES_HIDDEN_SYSTEM = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-// No write bit for anyone. That refuses writing also where the host would let it pass, for the superuser.
+// No write bit for anyone. That refuses writing also where the host would let it pass, for the
+// superuser.
 constexpr bool IsReadOnly(mode_t mode)
 {
     return (mode & 0222) == 0;
@@ -39,6 +40,7 @@ constexpr unsigned FACTS = 0x0fffU; // STATX_BASIC_STATS and STATX_BTIME.
 bool GetFacts(int directory, const char* path, int flags, struct statx& facts);
 
 FILETIME ToFileTime(const struct statx_timestamp& time);
-// When the file was made; where the file system doesn't know, when it was last changed at the latest.
+// When the file was made; where the file system doesn't know, when it was last changed at the
+// latest.
 FILETIME CreationTime(const struct statx& facts);
 } // namespace winapi

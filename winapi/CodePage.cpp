@@ -49,8 +49,8 @@ UINT PageOf(UINT page)
     }
 }
 
-// The unit of the character at bytes and the character's code; moves behind it. A lead byte at the end or before
-// a zero byte has the undefined unit and is a character of its own.
+// The unit of the character at bytes and the character's code; moves behind it. A lead byte at the
+// end or before a zero byte has the undefined unit and is a character of its own.
 WCHAR ReadCharacter(const CodePage& page, const BYTE*& bytes, const BYTE* end, unsigned& code)
 {
     code = *bytes++;
@@ -62,7 +62,8 @@ WCHAR ReadCharacter(const CodePage& page, const BYTE*& bytes, const BYTE* end, u
     return page.fromPair[code];
 }
 
-// Whether a character gives the undefined unit without being the code of that unit, or a byte one of private use.
+// Whether a character gives the undefined unit without being the code of that unit, or a byte one
+// of private use.
 bool HasUndefined(const CodePage& page, const BYTE* bytes, int count)
 {
     const WCHAR undefined = page.facts->undefinedUnit;

@@ -1,4 +1,5 @@
-// winapi/CodePageTable.h: facts about the code pages and what differs from ICU's converters. Internal.
+// winapi/CodePageTable.h: facts about the code pages and what differs from ICU's converters.
+// Internal.
 #pragma once
 
 #include "winapi/Types.h"

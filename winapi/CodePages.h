@@ -27,11 +27,12 @@ struct CodePage
 // The facts of a page; null for an unknown one.
 const CodePageFacts* FindFacts(UINT page);
 
-// The tables of a page, built at its first use and kept; null, with the last error set, for an unknown page (87)
-// and when the memory for them can't be had (8).
+// The tables of a page, built at its first use and kept; null, with the last error set, for an
+// unknown page (87) and when the memory for them can't be had (8).
 const CodePage* FindCodePage(UINT page);
 
-// Fills in what a rule gives for pairs; the tables hold no value yet. The tables of the base page stand ready.
+// Fills in what a rule gives for pairs; the tables hold no value yet. The tables of the base page
+// stand ready.
 void ApplyJohabRule(CodePage& page, const CodePage& korean);
 bool ApplyEucJpRule(CodePage& page, const CodePage& japanese);
 

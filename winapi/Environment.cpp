@@ -1,7 +1,7 @@
 // winapi/Environment.cpp: environment variables.
 //
-// Those whose names begin with "=", which the platform uses for the current directories of drives, have no place in
-// the host's environment: they lie in a table of the services.
+// Those whose names begin with "=", which the platform uses for the current directories of drives,
+// have no place in the host's environment: they lie in a table of the services.
 #include "winapi/Environment.h"
 
 #include "Failure.h"

@@ -12,7 +12,8 @@ namespace winapi
 // The system error that stands for an error number of the host.
 DWORD CodeOf(int error);
 
-// The same for a call that was given a name: a missing entry of an existing directory is 2, a missing directory 3.
+// The same for a call that was given a name: a missing entry of an existing directory is 2, a
+// missing directory 3.
 DWORD CodeOf(int error, const std::string& path);
 
 // Sets the last error, 0 being none. Result: whether there is none, as the services return it.
@@ -23,8 +24,8 @@ inline BOOL Finish(DWORD code)
     return code == 0;
 }
 
-// Runs the body of a service. Nothing is thrown past it: when memory runs out, the last error is 8 and the
-// service returns what it returns on failure.
+// Runs the body of a service. Nothing is thrown past it: when memory runs out, the last error is 8
+// and the service returns what it returns on failure.
 template <class Result, class Body>
 Result Guarded(Result failure, Body body) noexcept
 {

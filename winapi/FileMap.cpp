@@ -1,7 +1,7 @@
 // winapi/FileMap.cpp: mappings of files and their views.
 //
-// A mapping and each of its views hold the file's object, so that the file's handle may be closed before them. While
-// there are any, the file is announced as mapped.
+// A mapping and each of its views hold the file's object, so that the file's handle may be closed
+// before them. While there are any, the file is announced as mapped.
 #include "winapi/FileMap.h"
 
 #include "Failure.h"
@@ -54,7 +54,8 @@ struct View
     std::shared_ptr<Hold> hold;
 };
 
-// The views of the process by their addresses. Never destroyed: services may be called until the very end.
+// The views of the process by their addresses. Never destroyed: services may be called until the
+// very end.
 struct Views
 {
     std::mutex mutex;
@@ -67,8 +68,8 @@ Views& AllViews()
     return *views;
 }
 
-// Makes the file as long as the mapping and gives it room on the disk, so that a full disk is told here and not by
-// a fault at some later write to a view.
+// Makes the file as long as the mapping and gives it room on the disk, so that a full disk is told
+// here and not by a fault at some later write to a view.
 DWORD Reserve(const OpenFile& file, const struct stat& facts, off_t size)
 {
     if (size <= facts.st_size && facts.st_blocks * BLOCK >= facts.st_size)

@@ -1,8 +1,8 @@
 // winapi/FileSearch.cpp: directory search.
 //
-// The directory is read when a search begins, and the search keeps a list of names alone: searches are often left
-// unclosed, and so cost some memory but no descriptor. What is told of an entry is looked up when its turn comes;
-// one that has gone by then is left out.
+// The directory is read when a search begins, and the search keeps a list of names alone: searches
+// are often left unclosed, and so cost some memory but no descriptor. What is told of an entry is
+// looked up when its turn comes; one that has gone by then is left out.
 #include "winapi/FileSearch.h"
 
 #include "Attributes.h"
@@ -59,8 +59,8 @@ struct Directory
     DIR* const stream;
 };
 
-// A name that isn't UTF-8, or holds what every service takes for a separator, could be used with no service: it is
-// left out.
+// A name that isn't UTF-8, or holds what every service takes for a separator, could be used with no
+// service: it is left out.
 bool IsUsable(std::string_view name)
 {
     return name.find('\\') == std::string_view::npos;

@@ -1,7 +1,8 @@
 // winapi/FileTransfer.cpp: reading, writing, the file pointer and the file's size.
 //
-// The file pointer is the handle's own, and transfers name their position; so moving it is no call of the host. Only
-// what has no positions, such as a pipe or a terminal, is read and written as it comes.
+// The file pointer is the handle's own, and transfers name their position; so moving it is no call
+// of the host. Only what has no positions, such as a pipe or a terminal, is read and written as it
+// comes.
 #include "Failure.h"
 #include "OpenFile.h"
 #include "winapi/File.h"
@@ -15,7 +16,8 @@ namespace winapi
 {
 namespace
 {
-// Transfers until all is done, nothing more comes, or an error. `done` counts what was transferred in any case.
+// Transfers until all is done, nothing more comes, or an error. `done` counts what was transferred
+// in any case.
 template <class Call>
 DWORD TransferAll(bool whole, DWORD size, DWORD& done, Call call)
 {

@@ -12,10 +12,11 @@ struct NumberPiece
     std::size_t count;
 };
 
-// The body of a number without its sign, as a row of pieces, so that no precision needs room of its own.
+// The body of a number without its sign, as a row of pieces, so that no precision needs room of its
+// own.
 //
-// Digits are exact and rounded half away from zero; exponents have three digits; infinity and what is no number
-// read 1.#INF, 1.#QNAN and 1.#IND and are filled and rounded as if those were digits.
+// Digits are exact and rounded half away from zero; exponents have three digits; infinity and what
+// is no number read 1.#INF, 1.#QNAN and 1.#IND and are filled and rounded as if those were digits.
 class FloatText
 {
 public:

@@ -1,9 +1,10 @@
 // winapi/Handles.cpp
 //
-// Slots lie in chunks that double in size and are never moved or freed, so that a look-up needs no lock. The state
-// of a slot is one word: generation, whether the handle is open, and a count of holds, of which the open handle
-// is one. Whoever gives back the last hold destroys the object and queues the slot for reuse. Slots rest in that
-// queue while it is short, so that a closed handle's value comes round late.
+// Slots lie in chunks that double in size and are never moved or freed, so that a look-up needs no
+// lock. The state of a slot is one word: generation, whether the handle is open, and a count of
+// holds, of which the open handle is one. Whoever gives back the last hold destroys the object and
+// queues the slot for reuse. Slots rest in that queue while it is short, so that a closed handle's
+// value comes round late.
 #include "Handles.h"
 
 #include "winapi/Errors.h"
@@ -105,7 +106,8 @@ void Drop(Slot* slot)
     Give(slot);
 }
 
-// The number of a slot that was never used, its chunk made where that is needed; 0 when there is none left.
+// The number of a slot that was never used, its chunk made where that is needed; 0 when there is
+// none left.
 std::uint32_t NewNumber()
 {
     const std::uint32_t number = table.count + 1;

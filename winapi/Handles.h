@@ -1,9 +1,9 @@
 // winapi/Handles.h: what handles stand for, and how they are looked up.
 //
-// A handle is a number, not an address: the place of its slot, and a generation that changes whenever the slot is
-// given back. So any value may be looked up; one that is foreign, closed or of another kind is told apart without
-// touching memory that isn't ours. All values are below 2^31 and multiples of 4, as on the platform: a handle kept
-// in 32 bits comes back whole.
+// A handle is a number, not an address: the place of its slot, and a generation that changes
+// whenever the slot is given back. So any value may be looked up; one that is foreign, closed or of
+// another kind is told apart without touching memory that isn't ours. All values are below 2^31 and
+// multiples of 4, as on the platform: a handle kept in 32 bits comes back whole.
 #pragma once
 
 #include "winapi/Types.h"
@@ -20,7 +20,8 @@ enum class Kind : unsigned char
     SEARCH,
 };
 
-// What a handle stands for. It lives until the handle is closed and nobody holds a Reference any more.
+// What a handle stands for. It lives until the handle is closed and nobody holds a Reference any
+// more.
 class Object
 {
 public:
@@ -61,7 +62,8 @@ private:
 // Sets last error 6.
 void TellInvalidHandle();
 
-// A reference to an object of one kind, T::KIND; empty, with last error 6, when the handle is none of that kind.
+// A reference to an object of one kind, T::KIND; empty, with last error 6, when the handle is none
+// of that kind.
 template <class T>
 class Reference
 {
@@ -95,9 +97,11 @@ private:
     T* found = nullptr;
 };
 
-// Gives the object a handle. Null, with last error 4, when all 2^24 - 1 are in use; then the object is gone.
+// Gives the object a handle. Null, with last error 4, when all 2^24 - 1 are in use; then the object
+// is gone.
 HANDLE MakeHandle(std::unique_ptr<Object> object);
 
-// Closes a search's handle (search), or one of any other kind. False, with last error 6, for what isn't one.
+// Closes a search's handle (search), or one of any other kind. False, with last error 6, for what
+// isn't one.
 bool ReleaseHandle(HANDLE handle, bool search);
 } // namespace winapi

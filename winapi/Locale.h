@@ -5,7 +5,8 @@
 
 namespace winapi
 {
-// A page below 3 is no page but one of the words "ANSI", "OEM", "Mac": the locale has none of its own.
+// A page below 3 is no page but one of the words "ANSI", "OEM", "Mac": the locale has none of its
+// own.
 struct LocaleFacts
 {
     WORD lcid;
@@ -26,10 +27,11 @@ extern const unsigned locale_count;
 extern const LanguageHome language_homes[];
 extern const unsigned language_home_count;
 
-// The locale of a name as the host's variables have it: language[_region][.charset][@modifier]. English of the
-// United States where the name is C, POSIX, empty or unknown.
+// The locale of a name as the host's variables have it: language[_region][.charset][@modifier].
+// English of the United States where the name is C, POSIX, empty or unknown.
 const LocaleFacts& FindLocale(const char* name);
 
-// What LC_ALL, LC_CTYPE or LANG, the first of them that isn't empty, says when it is asked for the first time.
+// What LC_ALL, LC_CTYPE or LANG, the first of them that isn't empty, says when it is asked for the
+// first time.
 const LocaleFacts& ProcessLocale();
 } // namespace winapi

@@ -16,8 +16,9 @@ namespace winapi
 {
 namespace
 {
-// A module is known by its load address. Tables are few and live as long as the process; they are registered while
-// modules are loaded, one at a time, and read without memory, so that errors can be told when there is none.
+// A module is known by its load address. Tables are few and live as long as the process; they are
+// registered while modules are loaded, one at a time, and read without memory, so that errors can
+// be told when there is none.
 struct ModuleTable
 {
     HINSTANCE module;
@@ -54,7 +55,8 @@ const char16_t* FindText(const ModuleTable& table, UINT id)
     return low < table.count && table.entries[low].id == id ? table.entries[low].text : nullptr;
 }
 
-// The text under the id in any table of the module; null with 1812 for a module without one, 1814 without the id.
+// The text under the id in any table of the module; null with 1812 for a module without one, 1814
+// without the id.
 const char16_t* FindText(HINSTANCE module, UINT id)
 {
     DWORD error = ERROR_RESOURCE_DATA_NOT_FOUND;
@@ -172,8 +174,8 @@ int LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int room)
     const char16_t* text = FindText(module ? module : ProgramModule(), id & 0xFFFF);
     if (!text || room <= 0 || !buffer)
         return 0;
-    // Unit by unit, so that a text is cut between characters. ASCII is the same in every ANSI code page and needs
-    // no table, which might have to be built when there is no memory.
+    // Unit by unit, so that a text is cut between characters. ASCII is the same in every ANSI code
+    // page and needs no table, which might have to be built when there is no memory.
     int length = 0;
     for (; *text; ++text) {
         char bytes[4] = {static_cast<char>(*text)};

@@ -1,6 +1,7 @@
 // winapi/ModuleEntry.cpp: the notification at load and at unload.
 //
-// A plain constructor runs behind all that have a priority, as the statics of the module's start-up order do.
+// A plain constructor runs behind all that have a priority, as the statics of the module's start-up
+// order do.
 #include "winapi/Module.h"
 
 #include <dlfcn.h>

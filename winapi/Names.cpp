@@ -166,7 +166,7 @@ std::optional<std::string> AbsoluteName(const std::string& path)
 
 Widened::Widened(LPCSTR narrow) : null(!narrow)
 {
-    if (null || !*narrow)
+    if (!narrow || !*narrow)
         return;
     const int size = MultiByteToWideChar(CP_ACP, 0, narrow, -1, nullptr, 0);
     if (size <= 1)

@@ -18,18 +18,19 @@ std::optional<std::string> ToUtf8(WideView text);
 // Nothing when the text is not well-formed UTF-8.
 std::optional<WideText> FromUtf8(std::string_view text);
 
-// The host's form of a name: UTF-8, every `\` a `/`. Nothing, with the last error set, when the name is null or
-// empty (code_if_empty) or holds a lone surrogate (123).
+// The host's form of a name: UTF-8, every `\` a `/`. Nothing, with the last error set, when the
+// name is null or empty (code_if_empty) or holds a lone surrogate (123).
 std::optional<std::string> HostName(LPCWSTR name, DWORD code_if_empty = ERROR_PATH_NOT_FOUND);
 
-// The directory that holds the last component of a name, which may have separators behind it; "." and "/" where
-// no directory is named.
+// The directory that holds the last component of a name, which may have separators behind it; "."
+// and "/" where no directory is named.
 std::string ParentOf(const std::string& path);
 // The last component of a name, without separators behind it.
 std::string_view LastComponent(const std::string& path);
 
-// The name seen from the root, as text only: "." and ".." are folded, the latter not above the root, and so are
-// doubled separators; one at the end stays. Nothing, with the last error set, without a current directory.
+// The name seen from the root, as text only: "." and ".." are folded, the latter not above the
+// root, and so are doubled separators; one at the end stays. Nothing, with the last error set,
+// without a current directory.
 std::optional<std::string> AbsoluteName(const std::string& path);
 // The current directory; nothing, with the last error set, when it has no name.
 std::optional<std::string> CurrentDirectory();
@@ -49,8 +50,8 @@ private:
 // Wide text in the ANSI code page.
 std::string Narrowed(WideView text);
 
-// Copies a text and its terminator to a caller's buffer. Result: its length; where the room is too small, the size
-// needed, and nothing is written.
+// Copies a text and its terminator to a caller's buffer. Result: its length; where the room is too
+// small, the size needed, and nothing is written.
 template <class Char>
 DWORD StoreText(const std::basic_string<Char>& text, DWORD room, Char* buffer)
 {

@@ -6,6 +6,8 @@
 #include "Names.h"
 #include "winapi/File.h"
 
+#include <cstdlib>
+
 #include <unistd.h>
 
 namespace winapi
@@ -34,7 +36,8 @@ int OpenAgain(const char* path, int flags, mode_t mode)
     return Retried([&] { return posix.open(path, flags, mode); });
 }
 
-// Opens what exists. Without rights it need be neither readable nor writable, and a directory is never written.
+// Opens what exists. Without rights it need be neither readable nor writable, and a directory is
+// never written.
 int OpenExisting(const OpenRequest& request, int flags)
 {
     const char* const path = request.path.c_str();
@@ -55,7 +58,8 @@ int OpenNew(const OpenRequest& request, int flags)
     return OpenAgain(request.path.c_str(), flags | O_CREAT, mode);
 }
 
-// Whether a file was there before must be known for certain, hence first the one and then the other.
+// Whether a file was there before must be known for certain, hence first the one and then the
+// other.
 int OpenOrCreate(const OpenRequest& request, bool& existed)
 {
     const int flags = OpenFlags(request);
@@ -137,6 +141,56 @@ DWORD Overwrite(const HeldFile& held)
         return ERROR_USER_MAPPED_FILE;
     return Retried([&] { return posix.ftruncate(fd, 0); }) == 0 ? 0 : CodeOf(errno);
 }
+
+// Files to be deleted that are still open. A process that ends in order closes its handles, so they
+// go then. Never destroyed: services may be called until the very end.
+struct Doomed
+{
+    std::mutex mutex;
+    std::vector<const OpenFile*> files;
+};
+
+Doomed& AllDoomed()
+{
+    static Doomed* const doomed = new Doomed;
+    return *doomed;
+}
+
+// Deletes the file under the name that it was opened by, unless another has that name now.
+void DeleteByName(const OpenFile& file)
+{
+    const char* const path = file.path_to_delete.c_str();
+    struct stat mine;
+    struct stat named;
+    if (posix.fstat(file.Fd(), &mine) == 0 && posix.stat(path, &named) == 0 &&
+        mine.st_dev == named.st_dev && mine.st_ino == named.st_ino)
+        posix.unlink(path);
+}
+
+void DeleteAllDoomed()
+{
+    Doomed& doomed = AllDoomed();
+    const std::lock_guard lock(doomed.mutex);
+    for (const OpenFile* file : doomed.files)
+        DeleteByName(*file);
+    doomed.files.clear();
+}
+
+void Doom(const OpenFile& file)
+{
+    [[maybe_unused]] static const int registered = std::atexit(DeleteAllDoomed);
+    Doomed& doomed = AllDoomed();
+    const std::lock_guard lock(doomed.mutex);
+    doomed.files.push_back(&file);
+}
+
+void DeleteDoomed(const OpenFile& file)
+{
+    Doomed& doomed = AllDoomed();
+    const std::lock_guard lock(doomed.mutex);
+    if (std::erase(doomed.files, &file) != 0)
+        DeleteByName(file);
+}
 } // namespace
 
 void HeldFile::Release()
@@ -188,8 +242,10 @@ void OpenFile::Opened(const OpenRequest& request)
 {
     name = LastComponent(request.path);
     positioned = S_ISREG(held.mode) || posix.lseek(Fd(), 0, SEEK_CUR) != -1;
-    if ((request.flags & FILE_FLAG_DELETE_ON_CLOSE) != 0)
+    if ((request.flags & FILE_FLAG_DELETE_ON_CLOSE) != 0) {
         path_to_delete = AbsoluteName(request.path).value_or(request.path);
+        Doom(*this);
+    }
     if ((request.flags & FILE_FLAG_RANDOM_ACCESS) != 0)
         posix.posix_fadvise(Fd(), 0, 0, POSIX_FADV_RANDOM);
     if ((request.flags & FILE_FLAG_SEQUENTIAL_SCAN) != 0)
@@ -198,13 +254,8 @@ void OpenFile::Opened(const OpenRequest& request)
 
 void OpenFile::Closed()
 {
-    if (!path_to_delete.empty()) {
-        struct stat mine;
-        struct stat named;
-        if (posix.fstat(Fd(), &mine) == 0 && posix.stat(path_to_delete.c_str(), &named) == 0 &&
-            mine.st_dev == named.st_dev && mine.st_ino == named.st_ino)
-            posix.unlink(path_to_delete.c_str());
-    }
+    if (!path_to_delete.empty())
+        DeleteDoomed(*this);
     held.Release();
 }
 

@@ -1,4 +1,4 @@
-// winapi/OpenFile.h: opening files of the host under a share mode, and the object behind a file's handle.
+// winapi/OpenFile.h: opening files under a share mode, and the object behind a file's handle.
 #pragma once
 
 #include "Handles.h"
@@ -44,8 +44,9 @@ struct HeldFile
 // Opens or creates as told. Result: 0 or the code of the failure.
 DWORD OpenHeld(const OpenRequest& request, HeldFile& held);
 
-// Takes hold of an existing file or directory, a symbolic link itself and not its target, for deleting or renaming.
-// Result: 0 or the code of the failure. What can't be opened at all is taken as not held by anyone.
+// Takes hold of an existing file or directory, a symbolic link itself and not its target, for
+// deleting or renaming. Result: 0 or the code of the failure. What can't be opened at all is taken
+// as not held by anyone.
 DWORD HoldForDelete(const std::string& path, HeldFile& held);
 
 class OpenFile : public Object
@@ -59,7 +60,8 @@ public:
     };
 
     explicit OpenFile(unsigned all_rights) : Object(KIND), rights(all_rights) {}
-    void Closed() override;
+    ~OpenFile() override { OpenFile::Closed(); }
+    void Closed() override; // Does nothing the second time.
 
     bool Has(unsigned right) const { return (rights & right) != 0; }
     int Fd() const { return held.fd.Get(); }

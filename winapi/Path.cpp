@@ -31,8 +31,8 @@ DWORD StoreName(const std::optional<std::string>& name, DWORD room, LPSTR buffer
     return 0;
 }
 
-// The last component within a stored path; null when it ends in a separator. No second byte of a double-byte
-// character is a `/`.
+// The last component within a stored path; null when it ends in a separator. No second byte of a
+// double-byte character is a `/`.
 template <class Char>
 Char* FilePart(Char* path, DWORD size)
 {

@@ -11,8 +11,9 @@
 
 namespace winapi
 {
-// Each entry is the host's call of that name, with its own results and errno. A test may put a pointer of its own
-// in place of one while no other thread is within a service; the product never writes here.
+// Each entry is the host's call of that name, with its own results and errno. A test may put a
+// pointer of its own in place of one while no other thread is within a service; the product never
+// writes here.
 struct Posix
 {
     // Files.

@@ -304,8 +304,8 @@ bool Printer<Char>::IsWide(const Directive& directive, bool other) const
     return (sizeof(Char) == sizeof(WCHAR)) != other;
 }
 
-// Kept: a wide character that has no 8-bit form prints as nothing, though its place in the width is counted; only
-// in a text it makes the call fail.
+// Kept: a wide character that has no 8-bit form prints as nothing, though its place in the width is
+// counted; only in a text it makes the call fail.
 template <typename Char>
 void Printer<Char>::PrintCharacter(const Directive& directive, bool wide)
 {

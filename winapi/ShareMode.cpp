@@ -1,10 +1,11 @@
 // winapi/ShareMode.cpp
 //
-// Regions of REGION bytes from FIRST_REGION on: rights held (read, write, delete), rights denied (the same), mapped;
-// behind them, to the end of all offsets, the byte ranges that are locked. A readable descriptor takes a read lock on
-// a region's first byte, which all share. One that is only writable can't, and takes a write lock on some other
-// byte of the region. Both are seen by whoever asks with a write lock over the whole region. Everybody announces
-// first and asks then, so of two at least one sees the other.
+// Regions of REGION bytes from FIRST_REGION on: mapped; rights held (read, write, delete); rights
+// denied (the same); behind them, to the end of all offsets, the byte ranges that are locked. A
+// readable descriptor takes a read lock on a region's first byte, which all share. One that is only
+// writable can't, and takes a write lock on some other byte of the region. Both are seen by whoever
+// asks with a write lock over the whole region. Everybody announces first and asks then, so of two
+// at least one sees the other.
 #include "ShareMode.h"
 
 #include "Posix.h"
@@ -19,9 +20,9 @@ namespace
 {
 constexpr off_t REGION = off_t{1} << 40;
 constexpr off_t FIRST_REGION = off_t{1} << 62;
-constexpr int HELD = 0;
-constexpr int DENIED = 3;
-constexpr int MAPPED = 6;
+constexpr int MAPPED = 0;
+constexpr int HELD = 1;
+constexpr int DENIED = 4;
 constexpr off_t LOCKED = FIRST_REGION + 7 * REGION;
 constexpr int TRIES = 5;
 constexpr int FREE_BYTE_TRIES = 8;
@@ -93,7 +94,8 @@ void Mark(Lockable file, int region)
             return;
 }
 
-// Calls for the region of each right in the set, from the given first region on, until one call returns true.
+// Calls for the region of each right in the set, from the given first region on, until one call
+// returns true.
 template <class Call>
 bool ForRights(unsigned rights, int first_region, Call call)
 {
@@ -105,7 +107,7 @@ bool ForRights(unsigned rights, int first_region, Call call)
 
 void UnmarkAll(int fd)
 {
-    SetLock(fd, F_UNLCK, FIRST_REGION, MAPPED * REGION);
+    SetLock(fd, F_UNLCK, StartOf(HELD), LOCKED - StartOf(HELD));
 }
 
 bool TryToAnnounce(Lockable file, unsigned rights, unsigned denied)
@@ -152,8 +154,7 @@ DWORD Announce(Lockable file, unsigned rights, unsigned shares)
 
 void Withdraw(int fd)
 {
-    UnmarkAll(fd);
-    SetLock(fd, F_UNLCK, LOCKED, 0);
+    SetLock(fd, F_UNLCK, StartOf(HELD), 0);
 }
 
 void AnnounceMapping(int fd)

@@ -1,9 +1,10 @@
 // winapi/ShareMode.h: share modes and byte-range locks, by locks on the file itself.
 //
-// The host knows no share modes. So whoever opens a file announces what it holds and what it doesn't share, by
-// locks of its open file description far above any real offset, and asks whether somebody else's announcement
-// stands against it. They hold between processes as between two handles of one, and end with their holder,
-// however it ends. A file system without such locks shares everything.
+// The host knows no share modes. So whoever opens a file announces what it holds and what it
+// doesn't share, by locks of its open file description far above any real offset, and asks whether
+// somebody else's announcement stands against it. They hold between processes as between two
+// handles of one, and end with their holder, however it ends. A file system without such locks
+// shares everything.
 #pragma once
 
 #include "winapi/Types.h"
@@ -25,8 +26,9 @@ struct Lockable
     bool writable;
 };
 
-// Announces the rights held and those shared with others (RIGHT_... bits), then asks. Result: 0, or 32 when another
-// holder stands against it; then nothing stays announced. Without rights nothing is announced or refused.
+// Announces the rights held and those shared with others (RIGHT_... bits), then asks. Result: 0, or
+// 32 when another holder stands against it; then nothing stays announced. Without rights nothing is
+// announced or refused.
 DWORD Announce(Lockable file, unsigned rights, unsigned shares);
 // Ends the announcement and all byte-range locks.
 void Withdraw(int fd);
@@ -37,7 +39,8 @@ void WithdrawMapping(int fd);
 // Whether another description of the file is mapped.
 bool IsMappedByOthers(int fd);
 
-// Locks a range of bytes for this description alone. Result: 0, or 33 when another holds a part of it.
+// Locks a range of bytes for this description alone. Result: 0, or 33 when another holds a part of
+// it.
 constexpr off_t LOCKABLE_END = (off_t{1} << 62) - (off_t{8} << 40);
 DWORD LockRange(Lockable file, off_t offset, off_t length);
 void UnlockRange(int fd, off_t offset, off_t length);

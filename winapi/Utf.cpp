@@ -163,7 +163,8 @@ Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
             if (!out.Put(static_cast<WCHAR>(bits >> held)))
                 return Coding::full;
         }
-        // Kept: a byte above 127 ends the stretch, but what it left of a unit goes on in the next one.
+        // Kept: a byte above 127 ends the stretch, but what it left of a unit goes on in the next
+        // one.
         if (bytes != end && static_cast<unsigned char>(*bytes) < 0x80)
             held = 0;
         if (bytes != end && *bytes == '-')

@@ -42,14 +42,15 @@ enum class Coding
     full // no room for the next character
 };
 
-// Ill-formed bytes become U+FFFD: a lead byte with the continuation bytes behind it, the first of which may be one
-// that the lead byte forbids; every other byte alone.
+// Ill-formed bytes become U+FFFD: a lead byte with the continuation bytes behind it, the first of
+// which may be one that the lead byte forbids; every other byte alone.
 Coding DecodeUtf8(const char* bytes, int count, bool strict, Sink<WCHAR>& out);
 
 // A lone surrogate becomes U+FFFD.
 Coding EncodeUtf8(const WCHAR* units, int count, bool strict, Sink<char>& out);
 
-// Bytes above 127 stand for themselves; what remains of a group of six bits that ends early is dropped.
+// Bytes above 127 stand for themselves; what remains of a group of six bits that ends early is
+// dropped.
 Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out);
 
 // Letters, digits, '(),-./:? and blanks stand for themselves; each other stretch ends in a hyphen.

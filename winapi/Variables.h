@@ -6,6 +6,7 @@
 
 namespace winapi
 {
-// A variable's value as it stands. Safe beside SetEnvironmentVariable on another thread, as getenv is not.
+// A variable's value as it stands. Safe beside SetEnvironmentVariable on another thread, as getenv
+// is not.
 std::optional<std::string> HostVariable(const char* name);
 } // namespace winapi

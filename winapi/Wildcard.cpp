@@ -14,8 +14,9 @@ bool IsEmptyAtEnd(WideView rest)
 }
 } // namespace
 
-// Row by row: `reached[i]` tells whether the pattern up to the row fits the first i units of the name. A pattern that
-// would let a search with returns run wild costs no more than length times length.
+// Row by row: `reached[i]` tells whether the pattern up to the row fits the first i units of the
+// name. A pattern that would let a search with returns run wild costs no more than length times
+// length.
 bool FitsPattern(WideView name, WideView pattern)
 {
     std::vector<char> reached(name.size() + 1);

@@ -5,9 +5,10 @@
 
 namespace winapi
 {
-// Whether a name fits a pattern; case counts. `*` stands for any text, `?` for one character, or for none in front of
-// a point or at the end. A point may stand for nothing at the end, as if there were one behind every name, when only
-// `*` and points follow: so `*.*` and `*.` mean `*`, and `a*.*` finds "ab" as well.
+// Whether a name fits a pattern; case counts. `*` stands for any text, `?` for one character, or
+// for none in front of a point or at the end. A point may stand for nothing at the end, as if there
+// were one behind every name, when only `*` and points follow: so `*.*` and `*.` mean `*`, and
+// `a*.*` finds "ab" as well.
 bool FitsPattern(WideView name, WideView pattern);
 
 inline bool HasWildcard(WideView pattern)

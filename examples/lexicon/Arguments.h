@@ -17,7 +17,8 @@ struct Arguments
     bool trace = false;
     bool help = false;
 
-    // Options may stand anywhere; behind "--" there are none. Returns what is wrong, or an empty text.
+    // Options may stand anywhere; behind "--" there are none. Returns what is wrong, or an empty
+    // text.
     std::string Parse(const std::vector<std::string>& words);
 
 private:

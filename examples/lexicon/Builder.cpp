@@ -47,7 +47,8 @@ void Builder::Add(const Pair& pair)
     const unsigned target = tables[TARGETS].Number(pair.target);
     std::vector<unsigned>& targets = tables[SOURCES][source].partners;
     std::vector<unsigned>& sources = tables[TARGETS][target].partners;
-    // The shorter list tells whether the pair is known, so that a word with very many partners costs little.
+    // The shorter list tells whether the pair is known, so that a word with very many partners
+    // costs little.
     if (targets.size() < sources.size() ? Holds(targets, target) : Holds(sources, source))
         return;
     targets.push_back(target);
@@ -60,7 +61,8 @@ bool Builder::Save(const CT_String* name, Progress* progress)
     const CT_WinFile file(name, FILE_BUFFER);
     CT_RecordManager manager(&file);
     manager.v_Create(RECORD_HEADER_SIZE, BLOCK_SIZE, RESOURCE_MAX_COUNT);
-    // The directory is always there, so the file is never closed as it was created, without a complete header.
+    // The directory is always there, so the file is never closed as it was created, without a
+    // complete header.
     if (!Failing() && SaveContents(&manager, progress))
         manager.v_Close(1);
     return !Failed(SOURCE);

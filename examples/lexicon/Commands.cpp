@@ -75,7 +75,8 @@ bool Collect(Input* input, Builder* builder, std::ostream* terminal)
     return !Failed(SOURCE);
 }
 
-// The first units of a key in characters: the half of a pair that its other half doesn't follow is none.
+// The first units of a key in characters: the half of a pair that its other half doesn't follow is
+// none.
 unsigned Characters(const CT_UString& key, unsigned units)
 {
     unsigned count = 0;
@@ -134,7 +135,8 @@ Status Job::Build()
     if (!input.Read() || !Collect(&input, &builder, streams.terminal))
         return ReportUnreadable();
 
-    // The lexicon comes into being beside its place, so that an old one stays until the new one is whole.
+    // The lexicon comes into being beside its place, so that an old one stays until the new one is
+    // whole.
     CT_UString freshName(&outputName);
     freshName.v_Append(qcuz_Text(u".new"), static_cast<unsigned>(-1));
     if (!Save(&builder, freshName, outputName))
@@ -154,7 +156,8 @@ bool Job::Save(Builder* builder, const CT_UString& fresh, const CT_UString& name
     if (!Failing())
         Remove(name);
     if (Failed(SOURCE)) {
-        // The error is taken first: cleaning up has to start without one, and what it meets is of no interest.
+        // The error is taken first: cleaning up has to start without one, and what it meets is of
+        // no interest.
         const Failure failure = Failure::Take();
         Remove(fresh);
         if (Failing())

@@ -1,7 +1,8 @@
 // examples/lexicon/Failure.h: the program's part in the failure protocol of the library.
 //
-// The library reports a failure by an error that it sets for the calling thread, and each function on the way out
-// adds its place to the error's trail. The program does the same with its own errors, and prints them all in one way.
+// The library reports a failure by an error that it sets for the calling thread, and each function
+// on the way out adds its place to the error's trail. The program does the same with its own
+// errors, and prints them all in one way.
 #pragma once
 
 #include <Ostra/Frame/ErrorManager.h>
@@ -24,8 +25,8 @@ struct Format
     unsigned line;
 };
 
-// Sets an error of the program's own, unless the thread has one already, and adds the place of the call.
-// %s stands for wide text. The source must be a literal: the error manager keeps the pointer.
+// Sets an error of the program's own, unless the thread has one already, and adds the place of the
+// call. %s stands for wide text. The source must be a literal: the error manager keeps the pointer.
 template <class... Arguments>
 void Fail(const char* source, Format format, Arguments... arguments)
 {

@@ -8,8 +8,8 @@
 
 namespace lexicon
 {
-// True if the text is fit to be a key: the five elements that the compressed list keeps for itself are all ASCII.
-// On false the element is told.
+// True if the text is fit to be a key: the five elements that the compressed list keeps for itself
+// are all ASCII. On false the element is told.
 bool IsKey(std::string_view text, unsigned* reserved);
 
 // One line of the input; the texts lie in the memory of the Input.
@@ -19,8 +19,9 @@ struct Pair
     std::string_view target;
 };
 
-// Lines of UTF-8: source, tab, target. What stands behind the first tab is the target, further tabs and all.
-// Lines may end as on Windows, the last one may lack its end, and a byte-order mark at the start is skipped.
+// Lines of UTF-8: source, tab, target. What stands behind the first tab is the target, further tabs
+// and all. Lines may end as on Windows, the last one may lack its end, and a byte-order mark at the
+// start is skipped.
 class Input
 {
 public:

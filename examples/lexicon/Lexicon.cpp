@@ -41,7 +41,8 @@ bool Lexicon::OpenFile()
     const Outcome outcome = CheckHeader(file.pcco_GetFullName());
     if (outcome != Outcome::GOOD)
         Refuse(outcome, u"its header");
-    // Not mapped: a reader takes few and large pieces, and a file that somebody cuts meanwhile is a short read.
+    // Not mapped: a reader takes few and large pieces, and a file that somebody cuts meanwhile is a
+    // short read.
     if (!Failing())
         manager.v_Open(CT_RecordManager::e_OpenRead, 0);
     return !Failed(SOURCE);

@@ -11,7 +11,8 @@
 
 namespace lexicon
 {
-// Keys are kept in elements of 16 bits, their handles are 32 bits wide, and so are the list's offsets.
+// Keys are kept in elements of 16 bits, their handles are 32 bits wide, and so are the list's
+// offsets.
 constexpr unsigned ELEMENT_SIZE = 2;
 constexpr unsigned HANDLE_SIZE = 4;
 constexpr unsigned CODE_PAGE_UTF16 = 1200;
@@ -28,19 +29,20 @@ class Lexicon
 public:
     explicit Lexicon(const CT_String* name);
 
-    // Opens the file and reads its directory; false with an error set. A file that is no lexicon is refused, and so
-    // is a damaged one.
+    // Opens the file and reads its directory; false with an error set. A file that is no lexicon is
+    // refused, and so is a damaged one.
     bool Open();
 
-    // Loads the list and the texts of a side and tests that they are what was stored; false with an error set.
+    // Loads the list and the texts of a side and tests that they are what was stored; false with an
+    // error set.
     bool Load(Side side);
 
-    // Looks a word up on a loaded side. False for a miss, with the count of units matched as the list tells it, and
-    // with an error set when the lexicon is damaged.
+    // Looks a word up on a loaded side. False for a miss, with the count of units matched as the
+    // list tells it, and with an error set when the lexicon is damaged.
     bool Find(Side side, std::string_view word, Entry* entry, unsigned* matched);
 
-    // The entries of a loaded side from position 0 on, in the order in which their words first appeared.
-    // False at the end, and with an error set when the lexicon is damaged.
+    // The entries of a loaded side from position 0 on, in the order in which their words first
+    // appeared. False at the end, and with an error set when the lexicon is damaged.
     bool Next(Side side, unsigned* position, Entry* entry);
 
     const Directory& Contents() const { return directory; }

@@ -7,7 +7,8 @@
 
 namespace lexicon
 {
-// Nothing is written in the first half second, and then at most ten times a second. The bar is gone at the end.
+// Nothing is written in the first half second, and then at most ten times a second. The bar is gone
+// at the end.
 class Progress
 {
 public:

@@ -1,8 +1,9 @@
 // examples/lexicon/Storage.h: how a lexicon lies in a record file.
 //
-// A lexicon is four runs of bytes, the parts: for each side the compressed list of its words and the texts that the
-// list's handles lead to. A part is stored in records of up to 256 KiB, since a write into the mapped file has to be
-// smaller than the map. The one resource is the directory, 32-bit numbers, low byte first:
+// A lexicon is four runs of bytes, the parts: for each side the compressed list of its words and
+// the texts that the list's handles lead to. A part is stored in records of up to 256 KiB, since a
+// write into the mapped file has to be smaller than the map. The one resource is the directory,
+// 32-bit numbers, low byte first:
 //
 //   magic "LEXI", version 1, pairs, words of the source side, words of the target side,
 //   four times (list and texts of the source side, list and texts of the target side):
@@ -17,7 +18,8 @@
 
 namespace lexicon
 {
-// A side is the direction in which words are looked up: sources give targets, or targets give sources.
+// A side is the direction in which words are looked up: sources give targets, or targets give
+// sources.
 enum Side
 {
     SOURCES,
@@ -65,10 +67,12 @@ unsigned Checksum(const CT_Buffer* bytes);
 // Stores the bytes as a part; false with an error set.
 bool AddPart(CT_RecordManager* manager, const CT_Buffer* bytes, Part* part);
 
-// Fetches a part. False with or without an error set: without, its bytes are not those that were stored.
+// Fetches a part. False with or without an error set: without, its bytes are not those that were
+// stored.
 bool GetPart(const CT_RecordManager* manager, const Part& part, CT_Buffer* bytes);
 
-// What the header at the start of a record file tells about the file as a whole. The record manager believes the
-// header, so this is asked before it opens the file; what has no header at all is left for the manager to say.
+// What the header at the start of a record file tells about the file as a whole. The record manager
+// believes the header, so this is asked before it opens the file; what has no header at all is left
+// for the manager to say.
 Outcome CheckHeader(const CT_String* name);
 } // namespace lexicon

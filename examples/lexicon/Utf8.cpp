@@ -26,8 +26,8 @@ bool IsSurrogate(unsigned unit)
     return IsBetween(unit, 0xD800, 0xDFFF);
 }
 
-// What may follow a first byte: how many bytes, and the range of the first of them, which is what shuts out
-// overlong forms, surrogates and numbers that are too large.
+// What may follow a first byte: how many bytes, and the range of the first of them, which is what
+// shuts out overlong forms, surrogates and numbers that are too large.
 struct Sequence
 {
     unsigned trailing;

@@ -233,7 +233,8 @@ TEST(LexiconDamage, TheDamagedPlaceIsTold)
     } cases[] = {
         {80, "its header"},
         {76, "its directory"},
-        // The blocks: the list of the sources from 1344 on, then its texts, the same of the targets, the directory.
+        // The blocks: the list of the sources from 1344 on, then its texts, the same of the
+        // targets, the directory.
         {1400, "a list of words"},
         {1344 + 192 + 8, "the texts of a list"},
         {1344 + 192 + 64 + 70, "a list of words"},

@@ -52,7 +52,8 @@ void ExpectUsable(CT_Buffer& buffer)
     EXPECT_EQ(Bytes(buffer), "new value that needs another block");
 }
 
-// A sweep of an operation on a full block, told by the bytes before it, after it, and after its failure.
+// A sweep of an operation on a full block, told by the bytes before it, after it, and after its
+// failure.
 template <typename T_Operation>
 void SweepChange(const std::string& before, T_Operation operation, const std::string& after,
                  const std::string& after_failure)
@@ -67,7 +68,8 @@ void SweepChange(const std::string& before, T_Operation operation, const std::st
         });
 }
 
-// The same on a block that another buffer shares. A block that can't be copied is written while it is shared.
+// The same on a block that another buffer shares. A block that can't be copied is written while it
+// is shared.
 template <typename T_Operation>
 void SweepShared(const std::string& before, T_Operation operation, const std::string& after,
                  const std::string& after_failure)

@@ -41,8 +41,8 @@ std::unique_ptr<State> Full(unsigned spare, bool shared = false)
     return state;
 }
 
-// What every holder must have after an adding that failed or didn't: a sound list with the keys that
-// it had, and the new one if b_Add said so.
+// What every holder must have after an adding that failed or didn't: a sound list with the keys
+// that it had, and the new one if b_Add said so.
 void Check(State& state, const std::string& key, bool failed)
 {
     EXPECT_TRUE(CheckList(Block(state.list)).sound)

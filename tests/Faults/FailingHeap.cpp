@@ -11,7 +11,8 @@
 #ifdef _WIN32
 #include <Ostra/Frame/OstraDLLMain.h>
 
-// The loader calls the entry of a library; here it is part of the program. Behind the library's own statics.
+// The loader calls the entry of a library; here it is part of the program. Behind the library's own
+// statics.
 static const BOOL attached = DllMain(GetModuleHandleA(nullptr), DLL_PROCESS_ATTACH, nullptr);
 #endif
 
@@ -25,7 +26,8 @@ extern "C"
 
 namespace
 {
-// The blocks counted: a table with open addressing, since the heap itself can't be asked for room here.
+// The blocks counted: a table with open addressing, since the heap itself can't be asked for room
+// here.
 class Blocks
 {
 public:

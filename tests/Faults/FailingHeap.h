@@ -1,7 +1,8 @@
 // tests/Faults/FailingHeap.h: a heap that fails on demand, under the library's objects.
 //
-// malloc, calloc, realloc and free of the program's objects pass through it. Allocations fail only on the thread
-// that armed it, and only until it is disarmed; blocks are counted between Track and Live.
+// malloc, calloc, realloc and free of the program's objects pass through it. Allocations fail only
+// on the thread that armed it, and only until it is disarmed; blocks are counted between Track and
+// Live.
 #pragma once
 
 class FailingHeap

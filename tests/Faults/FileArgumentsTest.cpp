@@ -1,4 +1,5 @@
-// tests/Faults/FileArgumentsTest.cpp: what files and searches ask of the system, and what they make of its answers.
+// tests/Faults/FileArgumentsTest.cpp: what files and searches ask of the system, and what they make
+// of its answers.
 #ifndef _WIN32
 #include <Ostra/File/FindFile.h>
 #include <Ostra/File/WinFile.h>

@@ -259,7 +259,8 @@ const Operation OPERATIONS[] = {
          EXPECT_EQ(state.file.b_GetMapping(), 1);
          EXPECT_EQ(state.file.vn_GetSize(), 128U);
      }},
-    {"write to the map", OpenMapped, [](State& state) { state.result = state.file.vn_Write(TEXT.data(), 100); },
+    {"write to the map", OpenMapped,
+     [](State& state) { state.result = state.file.vn_Write(TEXT.data(), 100); },
      [](State& state) {
          EXPECT_EQ(state.result, 100U);
      }},

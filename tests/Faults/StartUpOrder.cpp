@@ -1,6 +1,7 @@
 // tests/Faults/StartUpOrder.cpp: the order in which the library's statics come up and go down.
 //
-// With the library's objects in the program itself, statics of the test can stand before and behind them.
+// With the library's objects in the program itself, statics of the test can stand before and behind
+// them.
 #include <Ostra/Ostra.h>
 
 #include "Support/Failure.h"

@@ -1,4 +1,5 @@
-// tests/Faults/Sweep.h: runs one operation again and again, each time with another allocation failing.
+// tests/Faults/Sweep.h: runs one operation again and again, each time with another allocation
+// failing.
 //
 //     TEST(BufferSweep, AppendGrows)
 //     {
@@ -11,16 +12,18 @@
 //             });
 //     }
 //
-// The first argument tells the report: the source that is to stand first in the trail (several when more than one
-// can fail), and the code when it isn't 60006. `prepare` makes the state, with the heap whole, and returns an
-// owning pointer. `operation` is the thing itself; it must not use the standard library, which also allocates.
-// `check` sees the state with the heap whole again and the error cleared; it tells by `failed` whether one was
-// reported: an operation that gets along without the allocation must have had its full effect. It also shows
-// that the object can still be used. After it the state is destroyed.
+// The first argument tells the report: the source that is to stand first in the trail (several when
+// more than one can fail), and the code when it isn't 60006. `prepare` makes the state, with the
+// heap whole, and returns an owning pointer. `operation` is the thing itself; it must not use the
+// standard library, which also allocates. `check` sees the state with the heap whole again and the
+// error cleared; it tells by `failed` whether one was reported: an operation that gets along
+// without the allocation must have had its full effect. It also shows that the object can still be
+// used. After it the state is destroyed.
 //
-// Allocation n = 1, 2, ... fails singly, then from n on, until none has failed; both once more with an error of the
-// thread set beforehand, which has to stay (`check` isn't called then). Each time the report must be right, and
-// nothing may leak. The first run, with nothing failing, warms up what is made once in a process.
+// Allocation n = 1, 2, ... fails singly, then from n on, until none has failed; both once more with
+// an error of the thread set beforehand, which has to stay (`check` isn't called then). Each time
+// the report must be right, and nothing may leak. The first run, with nothing failing, warms up
+// what is made once in a process.
 #pragma once
 
 #include "Faults/FailingHeap.h"
@@ -44,7 +47,8 @@ struct SweepReport
     unsigned code;
 };
 
-// One run of a sweep: sets the error that is there beforehand, and judges what the operation reported.
+// One run of a sweep: sets the error that is there beforehand, and judges what the operation
+// reported.
 class SweepRun
 {
 public:

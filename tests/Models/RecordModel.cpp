@@ -15,7 +15,7 @@ constexpr RecordModel::Word NOT_FOUND = 31053;
 constexpr RecordModel::Word EXISTS = 31054;
 } // namespace
 
-// ---- Bytes ----------------------------------------------------------------------------------------------------------
+// ---- Bytes --------------------------------------------------------------------------------
 
 RecordModel::Word RecordModel::Field(Word at) const
 {
@@ -75,7 +75,7 @@ void RecordModel::PutSized(Word at, const std::string& data)
     Put(at + 4, data);
 }
 
-// ---- Life -----------------------------------------------------------------------------------------------------------
+// ---- Life ---------------------------------------------------------------------------------
 
 void RecordModel::Create(Word headSize, Word blockSize, Word resourceMax)
 {
@@ -162,7 +162,7 @@ void RecordModel::Forget()
     savedHeader = savedFree = savedResource = 0;
 }
 
-// ---- Space ----------------------------------------------------------------------------------------------------------
+// ---- Space --------------------------------------------------------------------------------
 
 RecordModel::Word RecordModel::Take(Word size)
 {
@@ -257,7 +257,7 @@ std::size_t RecordModel::ChainLength() const
     return count;
 }
 
-// ---- Records --------------------------------------------------------------------------------------------------------
+// ---- Records ------------------------------------------------------------------------------
 
 RecordModel::Word RecordModel::CheckReference(Word at) const
 {
@@ -380,7 +380,7 @@ RecordModel::Word RecordModel::Next(Word cursor, std::string& data, Word& next) 
     return 0;
 }
 
-// ---- Resources ------------------------------------------------------------------------------------------------------
+// ---- Resources ----------------------------------------------------------------------------
 
 RecordModel::Word RecordModel::AddResource(Word id, const std::string& data)
 {

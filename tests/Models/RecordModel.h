@@ -1,7 +1,8 @@
 // tests/Models/RecordModel.h: the record file, played on a plain run of bytes.
 //
-// The model does what the format and its free-space rules say, step by step, with the file's bytes in one vector. It
-// knows nothing of maps but that a writer's map reads as zeros behind the last write and is cut to n_Size at the end.
+// The model does what the format and its free-space rules say, step by step, with the file's bytes
+// in one vector. It knows nothing of maps but that a writer's map reads as zeros behind the last
+// write and is cut to n_Size at the end.
 #pragma once
 
 #include <array>

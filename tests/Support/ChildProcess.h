@@ -1,8 +1,9 @@
 // tests/Support/ChildProcess.h: tests between processes.
 //
-// CHILD_PROCESS(Name) { ... } stands at namespace scope and holds what a child does; `arguments` are those that it
-// was started with, its result is the status that the child ends with. The child is the test program itself, in
-// the parent's current directory; both talk in lines, the child by standard input and output.
+// CHILD_PROCESS(Name) { ... } stands at namespace scope and holds what a child does; `arguments`
+// are those that it was started with, its result is the status that the child ends with. The child
+// is the test program itself, in the parent's current directory; both talk in lines, the child by
+// standard input and output.
 #pragma once
 
 #include <string>

@@ -25,11 +25,13 @@ private:
 std::string ReadBytes(const std::filesystem::path& path);
 void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
-// The bytes of an annotated hex text: pairs of hex digits; "#" starts a comment that runs to the line's end.
+// The bytes of an annotated hex text: pairs of hex digits; "#" starts a comment that runs to the
+// line's end.
 std::string Hex(const std::string& text);
 
 // The hex file of that name in tests/Data.
 std::string DataFile(const std::string& name);
 
-// Seed of random tests: the variable OSTRA_SEED, else the fixed default. A test prints it when it fails.
+// Seed of random tests: the variable OSTRA_SEED, else the fixed default. A test prints it when it
+// fails.
 unsigned Seed(unsigned fallback);

@@ -1,8 +1,8 @@
 // tests/Support/Endless.h: tests of behaviour that never ends.
 //
-// ENDLESS(Name) { ... } stands at namespace scope and holds what must not come to an end. RunsForEver("Name") runs
-// it in a child process and is true when it was still running after a second; a body that returns, or ends the
-// process, makes it false.
+// ENDLESS(Name) { ... } stands at namespace scope and holds what must not come to an end.
+// RunsForEver("Name") runs it in a child process and is true when it was still running after a
+// second; a body that returns, or ends the process, makes it false.
 #pragma once
 
 #include <string>

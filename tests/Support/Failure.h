@@ -1,4 +1,5 @@
-// tests/Support/Failure.h: what the error manager holds for the thread, as values that a test can compare.
+// tests/Support/Failure.h: what the error manager holds for the thread, as values that a test can
+// compare.
 #pragma once
 
 #include <Ostra/Frame/ErrorManager.h>
@@ -35,7 +36,8 @@ inline std::string Narrow(const std::u16string& text)
     return out;
 }
 
-// An error with its trail of source paths, the one nearest the failure first. Code -1 and no text: no error.
+// An error with its trail of source paths, the one nearest the failure first. Code -1 and no text:
+// no error.
 struct Failure
 {
     unsigned code = 0xFFFFFFFF;

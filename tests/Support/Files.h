@@ -40,7 +40,8 @@ inline std::string Get(const CT_String& text)
     return out;
 }
 
-// A report of the system's last error: its code, what stands in brackets behind the system's text, and its trail.
+// A report of the system's last error: its code, what stands in brackets behind the system's text,
+// and its trail.
 struct SystemFailure
 {
     unsigned code = 0xFFFFFFFF;
@@ -57,7 +58,8 @@ inline void PrintTo(const SystemFailure& failure, std::ostream* out)
         *out << " " << place;
 }
 
-// The thread's error as such a report; clears it. The text has to be of the form "(code): ... [names]".
+// The thread's error as such a report; clears it. The text has to be of the form "(code): ...
+// [names]".
 inline SystemFailure TakeSystem()
 {
     const Failure failure = TakeFailure();

@@ -10,5 +10,8 @@ std::vector<testing::TestEventListener* (*)()>& ListenerFactories();
 // Adds a listener; stands at namespace scope of a source.
 struct AddListener
 {
-    explicit AddListener(testing::TestEventListener* (*factory)()) { ListenerFactories().push_back(factory); }
+    explicit AddListener(testing::TestEventListener* (*factory)())
+    {
+        ListenerFactories().push_back(factory);
+    }
 };

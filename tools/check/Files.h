@@ -17,8 +17,8 @@ inline bool ReadWholeFile(const char* path, std::string& bytes)
     return false;
 }
 
-// Calls show(path, bytes) for each file named; it answers whether the file is as it should be. The result is the exit
-// status: 0, 1 when a file isn't or can't be read, 2 for a call without files.
+// Calls show(path, bytes) for each file named; it answers whether the file is as it should be. The
+// result is the exit status: 0, 1 when a file isn't or can't be read, 2 for a call without files.
 template <class Show>
 int ForEachFile(int argc, char** argv, Show show)
 {

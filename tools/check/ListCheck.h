@@ -1,8 +1,8 @@
 // tools/check/ListCheck.h: a reader of compressed lists that believes nothing.
 //
-// It takes bytes from anywhere and answers whether CT_CompList can work on them: a sound list can be
-// searched, walked and added to without harm. An application that takes lists from strangers asks
-// here first and hands the block over then.
+// It takes bytes from anywhere and answers whether CT_CompList can work on them: a sound list can
+// be searched, walked and added to without harm. An application that takes lists from strangers
+// asks here first and hands the block over then.
 #pragma once
 
 #include <cstddef>

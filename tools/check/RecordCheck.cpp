@@ -97,7 +97,8 @@ private:
         return true;
     }
 
-    // The blocks cover everything from the first to the end, so that each step of a walk goes forward.
+    // The blocks cover everything from the first to the end, so that each step of a walk goes
+    // forward.
     bool Tiles()
     {
         for (std::uint64_t offset = shape->FirstBlock(); offset < shape->size;) {

@@ -1,7 +1,8 @@
 // tools/check/RecordCheck.h: a reader of record files that believes nothing.
 //
-// It takes bytes from anywhere and answers whether CT_RecordManager can work on them: a sound file can be read,
-// walked and changed without harm. An application that takes files from strangers asks here first and opens then.
+// It takes bytes from anywhere and answers whether CT_RecordManager can work on them: a sound file
+// can be read, walked and changed without harm. An application that takes files from strangers asks
+// here first and opens then.
 #pragma once
 
 #include <cstddef>

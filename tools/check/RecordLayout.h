@@ -1,4 +1,5 @@
-// tools/check/RecordLayout.h: where the fields of a record file lie, for the programs that look at one from outside.
+// tools/check/RecordLayout.h: where the fields of a record file lie, for the programs that look at
+// one from outside.
 #pragma once
 
 #include <cstddef>
@@ -41,7 +42,8 @@ inline std::uint32_t RecordWord(const unsigned char* bytes)
     return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
 }
 
-// The fields of a header that rules depend on, and what follows from them, in numbers that don't wrap.
+// The fields of a header that rules depend on, and what follows from them, in numbers that don't
+// wrap.
 struct RecordShape
 {
     // From the 256 bytes of a header.

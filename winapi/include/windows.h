@@ -1,6 +1,6 @@
-// windows.h: the Windows services that the library calls, under their published names, types and numbers, for
-// systems that lack them. What a service does is told in the header of its group; what is told nowhere is as the
-// platform's published documentation says.
+// windows.h: the Windows services that the library calls, under their published names, types and
+// numbers, for systems that lack them. What a service does is told in the header of its group; what
+// is told nowhere is as the platform's published documentation says.
 #pragma once
 
 #include "winapi/Types.h"

@@ -1,8 +1,9 @@
-// winapi/tests/Calls.h: calls of services with the results and the last errors that they are to have.
+// winapi/tests/Calls.h: calls of services, with the results and last errors they are to have.
 //
-// The same tests run against the real services. Where the two sides differ on purpose, a test says so by Side(host,
-// platform): the host's paths, case that counts, names that the host allows, read-only files that stay so for the
-// superuser, and what the reference run of the platform is known to answer otherwise than is documented.
+// The same tests run against the real services. Where the two sides differ on purpose, a test says
+// so by Side(host, platform): the host's paths, case that counts, names that the host allows,
+// read-only files that stay so for the superuser, and what the reference run of the platform is
+// known to answer otherwise than is documented.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -52,7 +53,8 @@ struct Row
     DWORD error;
 };
 
-// A row of a table: the call, what it is to return, and the last error behind it when there was none before.
+// A row of a table: the call, what it is to return, and the last error behind it when there was
+// none before.
 #define CALL(call, result, error)                                                                  \
     Row                                                                                            \
     {                                                                                              \

@@ -1,4 +1,5 @@
-// winapi/tests/CodePageTableTest.cpp: the tables of all code pages against the data that they are made from.
+// winapi/tests/CodePageTableTest.cpp: the tables of all code pages against the data that they are
+// made from.
 #include "Calls.h"
 
 #include <array>
@@ -98,7 +99,8 @@ const std::map<unsigned, Facts>& Pages()
     return pages;
 }
 
-// FNV-1a over the answers to every input of one page: each byte, each pair behind a lead byte, each unit.
+// FNV-1a over the answers to every input of one page: each byte, each pair behind a lead byte, each
+// unit.
 class Digest
 {
 public:

@@ -54,8 +54,9 @@ TEST(FileSearch, PatternsFindNamesInOrder)
                ".dot"});
     const char* const all =
         "./ ../ .dot a.TXT Abc.tx b.txt c1 F long name.text noext ro sub/ z.t.txt ";
-    // Case counts on the host. A `?` of the reference run takes just one character, documented is that it may take
-    // none in front of a point and at the end; and the reference run sees names of the old form too.
+    // Case counts on the host. A `?` of the reference run takes just one character, documented is
+    // that it may take none in front of a point and at the end; and the reference run sees names of
+    // the old form too.
     ExpectFinds({
         {"*", all, all},
         {"*.*", all, all},

@@ -1,6 +1,7 @@
 // winapi/tests/FileTest.cpp: opening, transfers, the file pointer, the size, information by handle.
 #include "Calls.h"
 
+#include "Support/ChildProcess.h"
 #include "Support/Directory.h"
 
 #include <chrono>
@@ -432,6 +433,20 @@ TEST(File, DeleteOnCloseRemovesTheFile)
         RunRows({CALL(GetFileAttributesA("tmpdel"), FILE_ATTRIBUTE_ARCHIVE, 0)});
     }
     RunRows({CALL(GetFileAttributesA("tmpdel"), ALL_BITS, ERROR_FILE_NOT_FOUND)});
+}
+
+// Leaves a file that is to be deleted open.
+CHILD_PROCESS(LeaveOpen)
+{
+    return CreateFileA("tmpdel", RW, 0, nullptr, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr) ==
+           INVALID_HANDLE_VALUE;
+}
+
+TEST(File, DeleteOnCloseTakesPlaceAtTheEndOfTheProcess)
+{
+    ChildProcess child("LeaveOpen");
+    EXPECT_EQ(child.Wait(), 0);
+    EXPECT_FALSE(std::filesystem::exists("tmpdel"));
 }
 
 TEST(File, DeleteOnCloseHoldsWhenTheDirectoryChanges)

@@ -20,7 +20,8 @@ namespace
 {
 constexpr WCHAR MARK = 0x7E;
 
-// One call: its result, and what it left in front of the marks that the buffer was filled with before.
+// One call: its result, and what it left in front of the marks that the buffer was filled with
+// before.
 struct Printed
 {
     int result;

@@ -1,4 +1,5 @@
-// winapi/tests/Reference.h: answers of the published documentation that the reference run is known not to give.
+// winapi/tests/Reference.h: answers of the published documentation that the reference run is known
+// not to give.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,8 +16,8 @@ inline bool IsReferenceRun()
 #endif
 }
 
-// Expects the published answer; on the reference run that it is still another one, so that a gap is noticed when it
-// closes.
+// Expects the published answer; on the reference run that it is still another one, so that a gap is
+// noticed when it closes.
 #define EXPECT_PUBLISHED(expected, actual)                                                         \
     do {                                                                                           \
         if (IsReferenceRun())                                                                      \

@@ -101,7 +101,8 @@ TEST(ShareMode, ManyHoldersAreEachAsked)
 
 TEST(ShareMode, SeveralWritersThatShareAreAdmitted)
 {
-    // Descriptors that are only writable announce themselves in another way than those that can be read.
+    // Descriptors that are only writable announce themselves in another way than those that can be
+    // read.
     WriteBytes("f", "x");
     const File a("f", W, FILE_SHARE_WRITE, OPEN_EXISTING);
     const File b("f", W, FILE_SHARE_WRITE, OPEN_EXISTING);
@@ -160,8 +161,9 @@ TEST(ShareMode, AKilledHolderFreesTheFile)
     RunRows({CALL(TryOpen("f", RW, 0, OPEN_EXISTING), OPENED, 0)});
 }
 
-// Opens "f" again and again for itself alone. Whoever holds it raises a number in the file and lowers it before
-// closing: another holder would be seen by a number that isn't 0. Says how often it held the file.
+// Opens "f" again and again for itself alone. Whoever holds it raises a number in the file and
+// lowers it before closing: another holder would be seen by a number that isn't 0. Says how often
+// it held the file.
 CHILD_PROCESS(RaceForFile)
 {
     Say("ready");

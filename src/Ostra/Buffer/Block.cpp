@@ -23,7 +23,8 @@ char* pc_DataOf(st_Block* pso_Block)
     return reinterpret_cast<char*>(pso_Block + 1);
 }
 
-// The heap's block for that much data, moved from the old one unless that is null. Null on exhaustion.
+// The heap's block for that much data, moved from the old one unless that is null. Null on
+// exhaustion.
 st_Block* pso_Take(st_Block* pso_Old, unsigned n_Room)
 {
     std::size_t n_Bytes;

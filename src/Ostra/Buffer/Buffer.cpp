@@ -186,7 +186,8 @@ void CT_Buffer::v_Set(unsigned n_Size, unsigned n_NewGrowth, int b_Keep)
     const unsigned n_Maximum = CT_Block::sn_Maximum(n_Size, n_Growth);
     if (n_GetMaximumSize() < n_Maximum) {
         v_LetGo();
-        // Kept: the total is rounded a second time, so a size of 10 with growth 32 yields a block of 64.
+        // Kept: the total is rounded a second time, so a size of 10 with growth 32 yields a block
+        // of 64.
         v_Init(n_Maximum == CT_Block::TOO_LARGE ? ALL : n_Maximum + CT_Block::HEADER_SIZE,
                n_Growth);
         return;
@@ -258,7 +259,8 @@ void CT_Buffer::v_CopyWeWrite()
 
 // ---- Overwriting ----------------------------------------------------------------------------
 
-// Makes the block ready for overwriting and raises the used size. The place to write at; null for nothing.
+// Makes the block ready for overwriting and raises the used size. The place to write at; null for
+// nothing.
 // Kept: a block that could not be copied is written while others share it.
 char* CT_Buffer::pc_ReplaceAt(unsigned& n_Count, unsigned n_Offset)
 {
@@ -479,7 +481,8 @@ void CT_Buffer::v_IncUseCount()
         InterlockedIncrement(&pso_GetData()->n_UseCount);
 }
 
-// The value that the decrement returned decides: of two holders that let go together only one gets the 0.
+// The value that the decrement returned decides: of two holders that let go together only one gets
+// the 0.
 void CT_Buffer::v_DecUseCount()
 {
     if (pc_Data && InterlockedDecrement(&pso_GetData()->n_UseCount) == 0)

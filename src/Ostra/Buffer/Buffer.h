@@ -11,12 +11,14 @@
 
 // A run of bytes in a block that buffers share by a use count and copy before the first write.
 //
-// The block of n bytes has a total size of the least multiple of the growth that holds them and the 12-byte header;
-// all growth is by this rule. Who wants fewer steps sets a larger growth or calls v_SetMinSize.
+// The block of n bytes has a total size of the least multiple of the growth that holds them and the
+// 12-byte header; all growth is by this rule. Who wants fewer steps sets a larger growth or calls
+// v_SetMinSize.
 //
 // Units:   sizes, counts and offsets are bytes; a count of -1 (0xFFFFFFFF) means "to the end".
 // Owns:    its hold on the block; the last holder frees it.
-// Reports: 60006 when the heap is exhausted; the old block then stays, and a change stops at the end of its room.
+// Reports: 60006 when the heap is exhausted; the old block then stays, and a change stops at the
+//          end of its room.
 // Caller:  keeps offsets within the used size; nothing checks them. The growth is never 0.
 // Threads: one thread at a time; two buffers on one block may be read and released on two threads.
 class OSTRA_API CT_Buffer
@@ -64,7 +66,8 @@ public:
 
     // ---- Comparison and search --------------------------------------------------------------
 
-    // Kept: a candidate longer than what is left behind the offset is compared only as far as the buffer goes.
+    // Kept: a candidate longer than what is left behind the offset is compared only as far as the
+    // buffer goes.
     int b_IsEqual(const void* qcv_Data, unsigned n_Size, unsigned n_Offset = 0) const;
     int b_IsEqual(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Size,
                   unsigned n_Offset = 0) const;
@@ -77,14 +80,15 @@ public:
 
     // The block stays as it is.
     void v_SetGrowth(unsigned n_NewGrowth) { n_Growth = n_NewGrowth; }
-    // Discards the content and makes room; -1 keeps the growth. b_Keep keeps an unshared block that is large enough.
+    // Discards the content and makes room; -1 keeps the growth. b_Keep keeps an unshared block that
+    // is large enough.
     void v_Set(unsigned n_Size, unsigned n_NewGrowth, int b_Keep);
     // A block of its own with these bytes; -1 keeps the growth.
     void v_Set(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth);
     // Shares the other's block and takes its growth.
     void v_Set(const CT_Buffer* pcco_Buffer);
-    // Gives the block the room for n_Size bytes, larger or smaller; 0 lets go of it. b_Keep keeps the bytes that
-    // fit, else the used size is 0.
+    // Gives the block the room for n_Size bytes, larger or smaller; 0 lets go of it. b_Keep keeps
+    // the bytes that fit, else the used size is 0.
     void v_SetSize(unsigned n_Size, int b_Keep);
     // The same, only if the room is smaller.
     void v_SetMinSize(unsigned n_Size, int b_Keep);
@@ -93,8 +97,8 @@ public:
     // Takes a block of its own if others hold this one.
     void v_CopyWeWrite();
 
-    // Overwrite, growing as needed; the used size never shrinks. A count of -1 goes to the used end, of this buffer
-    // for bytes, of the other one for a buffer.
+    // Overwrite, growing as needed; the used size never shrinks. A count of -1 goes to the used
+    // end, of this buffer for bytes, of the other one for a buffer.
     void v_Replace(unsigned char c_Byte, unsigned n_Count, unsigned n_Offset);
     void v_Replace(const void* qcv_Data, unsigned n_Count, unsigned n_Offset);
     void v_Replace(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,

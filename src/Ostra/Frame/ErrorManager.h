@@ -13,17 +13,21 @@ class CT_Report;
 
 // Holds one error for each failing thread, and the trail of places that it passed on its way out.
 //
-// A function that fails sets the error and adds its place; each caller sees b_IsSetError, adds its own place and
-// returns; the top of the application reads code, text and trail, and clears the error. The first error of a thread
-// stays: as long as it is set, a further one is dropped, its arguments unread. One that is held can be read, while
-// b_IsSetError is false and a new error replaces it.
+// A function that fails sets the error and adds its place; each caller sees b_IsSetError, adds its
+// own place and returns; the top of the application reads code, text and trail, and clears the
+// error. The first error of a thread stays: as long as it is set, a further one is dropped, its
+// arguments unread. One that is held can be read, while b_IsSetError is false and a new error
+// replaces it.
 //
-// Units:   text is UTF-16; messages have up to 1,023 units and a terminator; positions count from 1.
+// Units:   text is UTF-16; messages have up to 1,023 units and a terminator; positions count from
+//          1.
 // Owns:    10 error and 100 location records, made at start-up for all threads together.
-// Reports: nothing. An eleventh failing thread ends the process; a place for which there is no record is dropped.
-// Caller:  asks b_IsSetError or b_IsHoldError before the operations that need a record. Without one the getters
-//          give 0 or an empty text, and the others do nothing.
-// Threads: errors are kept apart by thread, but the lists have no lock: threads that fail at the same moment race.
+// Reports: nothing. An eleventh failing thread ends the process; a place for which there is no
+//          record is dropped.
+// Caller:  asks b_IsSetError or b_IsHoldError before the operations that need a record. Without one
+//          the getters give 0 or an empty text, and the others do nothing.
+// Threads: errors are kept apart by thread, but the lists have no lock: threads that fail at the
+//          same moment race.
 class OSTRA_API CT_ErrorManager
 {
 public:
@@ -57,16 +61,17 @@ public:
 
     // ---- Setting an error -------------------------------------------------------------------
 
-    // Text: "(code): " and the format, which the module's string table has under that id, with the arguments. A
-    // null module means the default one; an id that the table doesn't have means an empty format.
+    // Text: "(code): " and the format, which the module's string table has under that id, with the
+    //       arguments. A null module means the default one; an id that the table doesn't have means
+    //       an empty format.
     void v_SetError(unsigned n_Code, HINSTANCE h_Instance, unsigned n_FormatID, ...);
     void v_SetError(unsigned n_Code, const unsigned short* qcuz_Format, ...);
     // Code 0 and the bare text, without a prefix; a null format means an empty text.
     void v_SetMessageError(const unsigned short* qcuz_Format, ...);
     void v_SetMessageError(const unsigned short* qcuz_Format, va_list args);
-    // The thread's last system error with the system's text for it, which is empty for a code that the system
-    // doesn't know; with a format, its text follows in brackets. Sets the last error to 0, even when the thread has
-    // an error already.
+    // The thread's last system error with the system's text for it, which is empty for a code that
+    // the system doesn't know; with a format, its text follows in brackets. Sets the last error to
+    // 0, even when the thread has an error already.
     void v_SetSystemError();
     void v_SetSystemError(const unsigned short* qcuz_Format, ...);
     // The same for the last socket error and sqcuz_GetSocketError.
@@ -84,7 +89,8 @@ public:
     void v_ClearError();
     // Hides the set error from b_IsSetError, or shows it again. It stays in the way of new ones.
     void v_SetIgnoreError(int b_Ignore);
-    // Adds a place to the trail of the set error; keeps the pointer. Dropped when all location records are in use.
+    // Adds a place to the trail of the set error; keeps the pointer. Dropped when all location
+    // records are in use.
     void v_AddLocation(const char* qccz_File, unsigned n_Line);
 
     // ---- Access: the thread's set error, else its held one ----------------------------------

@@ -148,7 +148,8 @@ CT_ErrorManager::st_Error* CT_ErrorManager::pso_SystemError(unsigned n_Code,
     return pso_Error;
 }
 
-// Behind the system's text: a blank, and the formatted text in brackets. What passes the field is cut off.
+// Behind the system's text: a blank, and the formatted text in brackets. What passes the field is
+// cut off.
 void CT_ErrorManager::v_FormatSystemError(st_Error* pso_Error, const unsigned short* qcuz_Format,
                                           va_list args)
 {

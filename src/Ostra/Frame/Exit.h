@@ -16,7 +16,8 @@ public:
     ~CT_Exit();
 
 private:
-    // The order of the members is part of the interface. The names are for a debugger: nothing reads them.
+    // The order of the members is part of the interface. The names are for a debugger: nothing
+    // reads them.
     [[maybe_unused]] const char* qccz_Class;
     [[maybe_unused]] const char* qccz_Function;
     void (*pf_Exit)();

@@ -39,5 +39,6 @@ private:
     static CT_ModuleVersion* spco_Version;
 };
 
-// The module's entry: at process attach hands name and handle to the classes that ask for them. Always 1.
+// The module's entry: at process attach hands name and handle to the classes that ask for them.
+// Always 1.
 extern "C" OSTRA_API BOOL WINAPI DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID pv_Reserved);

@@ -1,7 +1,8 @@
 // Ostra/Frame/Print.h: formatted printing into a field of known room. Internal.
 //
-// The directives are the platform's: %s takes text of the format's own width, %S of the other one. Nothing is
-// allocated. A list of arguments is copied before it is read, so that the caller may use it again.
+// The directives are the platform's: %s takes text of the format's own width, %S of the other one.
+// Nothing is allocated. A list of arguments is copied before it is read, so that the caller may use
+// it again.
 #pragma once
 
 #include <windows.h>
@@ -16,8 +17,8 @@
 class CT_Print
 {
 public:
-    // The service as it is: at most n_Room characters, with a terminator only where there is room for it. The
-    // characters stored, or -1 when the text doesn't fit or can't be converted.
+    // The service as it is: at most n_Room characters, with a terminator only where there is room
+    // for it. The characters stored, or -1 when the text doesn't fit or can't be converted.
     static int si_Raw(unsigned short* pu_Out, unsigned n_Room, const unsigned short* qcuz_Format,
                       va_list args)
     {

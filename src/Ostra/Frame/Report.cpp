@@ -10,7 +10,8 @@ namespace
 constexpr unsigned OUT_OF_MEMORY = 60006;
 
 // Sets the error as long as the thread has none, and adds the place to its trail.
-// Kept: while the thread's error is ignored it stays in the way of a new one, and the loop doesn't end.
+// Kept: while the thread's error is ignored it stays in the way of a new one, and the loop doesn't
+// end.
 template <typename T_Set>
 void v_Report(const char* qccz_Source, unsigned n_Line, T_Set f_Set)
 {
@@ -67,7 +68,9 @@ void CT_Report::sv_Format(const char* qccz_Source, unsigned n_Code, unsigned n_F
 void CT_Report::sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
                         const unsigned short* qcuz_Argument, unsigned n_Line)
 {
+    const unsigned short* qcuz_None = qcuz_Text(u"");
     v_Report(qccz_Source, n_Line, [=](CT_ErrorManager* pco_Errors) {
-        pco_Errors->v_SetError(n_Code, qcuz_Format, qcuz_Argument);
+        pco_Errors->v_SetError(n_Code, qcuz_Format, qcuz_Argument, qcuz_None, qcuz_None, qcuz_None,
+                               qcuz_None, qcuz_None, qcuz_None, qcuz_None);
     });
 }

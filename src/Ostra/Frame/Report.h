@@ -1,7 +1,8 @@
 // Ostra/Frame/Report.h: the one way in which the library's own code reports a failure. Internal.
 //
-// A report is one call. It sets the error unless the thread has one already, and adds the place of the call to the
-// trail: qccz_Source is the literal path that the source states at its head, the line supplies itself.
+// A report is one call. It sets the error unless the thread has one already, and adds the place of
+// the call to the trail: qccz_Source is the literal path that the source states at its head, the
+// line supplies itself.
 #pragma once
 
 #include <Ostra/Frame/ErrorManager.h>
@@ -18,7 +19,8 @@ public:
     static void* spv_New(std::size_t n_Size, const char* qccz_Source,
                          unsigned n_Line = __builtin_LINE());
 
-    // The thread's last system error, bare; with the name of a file in brackets; with two names, "%s : %s".
+    // The thread's last system error, bare; with the name of a file in brackets; with two names,
+    // "%s : %s".
     static void sv_System(const char* qccz_Source, unsigned n_Line = __builtin_LINE());
     static void sv_System(const char* qccz_Source, const unsigned short* qcuz_Name,
                           unsigned n_Line = __builtin_LINE());
@@ -30,7 +32,8 @@ public:
                           const void* pcv_First = nullptr, const void* pcv_Second = nullptr,
                           unsigned n_Third = 0, unsigned n_Line = __builtin_LINE());
 
-    // A code with a format given as text and one wide argument.
+    // A code with a format given as text and one wide argument. A name within the format may hold
+    // directives: behind the argument stand seven empty texts for them.
     static void sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
                         const unsigned short* qcuz_Argument, unsigned n_Line = __builtin_LINE());
 

@@ -5,7 +5,8 @@
 
 // Counts references, and deletes itself when the last one is given back.
 //
-// Owns:    itself: an object made with new, referred to through v_TakeReference and v_GiveReference only.
+// Owns:    itself: an object made with new, referred to through v_TakeReference and v_GiveReference
+//          only.
 // Reports: nothing.
 // Threads: one; the count is changed by plain reads and writes.
 class OSTRA_API CT_Shared
@@ -18,7 +19,8 @@ public:
     CT_Shared& operator=(const CT_Shared& co_Other) = default;
 
     void v_TakeReference();
-    // Deletes the object when the count becomes 0. A count of 0 becomes 0xFFFFFFFF and nothing is deleted.
+    // Deletes the object when the count becomes 0. A count of 0 becomes 0xFFFFFFFF and nothing is
+    // deleted.
     void v_GiveReference();
     unsigned n_GetReferences() const;
 

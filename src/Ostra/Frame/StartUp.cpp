@@ -1,7 +1,8 @@
 // Ostra/Frame/StartUp.cpp: all static objects of the library, in the order in which they come up.
 //
-// The order is part of the interface (docs/startup.md), so it doesn't depend on how sources are linked: no other
-// source has a static object with a constructor. The priority puts all of them before the module's entry.
+// The order is part of the interface (docs/startup.md), so it doesn't depend on how sources are
+// linked: no other source has a static object with a constructor. The priority puts all of them
+// before the module's entry.
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/ErrorManager.h>

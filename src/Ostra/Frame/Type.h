@@ -5,10 +5,12 @@
 
 #include <windows.h>
 
-// The record of one class: its name, its specimen object, and the class sub-objects that an object of the class has.
+// The record of one class: its name, its specimen object, and the class sub-objects that an object
+// of the class has.
 //
-// A class takes part with a static record and a static specimen behind it. The record's construction opens a
-// collection; each class level of the specimen enters itself, and the outermost one closes the collection.
+// A class takes part with a static record and a static specimen behind it. The record's
+// construction opens a collection; each class level of the specimen enters itself, and the
+// outermost one closes the collection.
 //
 // Owns:    its table of sub-objects; the name and the specimen are kept by pointer.
 // Reports: nothing.
@@ -16,7 +18,8 @@
 class OSTRA_API CT_Type
 {
 public:
-    // One class sub-object: its class, and its address while it is collected, its offset in the object afterwards.
+    // One class sub-object: its class, and its address while it is collected, its offset in the
+    // object afterwards.
     struct st_Type
     {
         CT_Type* pco_Type;
@@ -28,7 +31,8 @@ public:
     // Puts the record in front of the chain of all records and opens its collection.
     CT_Type(char* qcz_Name, void* pv_Object, unsigned n_Size);
     virtual ~CT_Type();
-    // Kept: a copy shares the table with its source, and both free it; the library copies no record.
+    // Kept: a copy shares the table with its source, and both free it; the library copies no
+    // record.
     CT_Type(const CT_Type& co_Other) = default;
     CT_Type& operator=(const CT_Type& co_Other) = default;
 
@@ -49,7 +53,8 @@ public:
     static void sv_Enter(void* pv_This, CT_Type* pco_Type);
     // True if the address lies in the specimen under construction.
     static int sb_InConstruct(const void* pcv_This);
-    // True if the address lies in the specimen under destruction; asked once by each of its class levels.
+    // True if the address lies in the specimen under destruction; asked once by each of its class
+    // levels.
     static int sb_InDestruct(const void* pcv_This);
     // Announces the destruction of the specimen of that record.
     static void sv_ToDestruct(void* pv_Type);

@@ -190,7 +190,7 @@ void CT_CString::vv_Update()
     Bytes::sv_Update(co_Buffer);
 }
 
-// ---- Single characters --------------------------------------------------------------------------
+// ---- Single characters --------------------------------------------------------------------
 
 const char* CT_CString::qccz_Get() const
 {

@@ -151,7 +151,7 @@ void CT_CString::v_Append(const CT_String* pcco_Text, unsigned n_Count)
         CT_CString::v_Append(pcco_Wide->qcuz_Get(), n_Count);
 }
 
-// ---- Search and comparison ----------------------------------------------------------------------
+// ---- Search and comparison ----------------------------------------------------------------
 
 unsigned CT_CString::vn_Find(char c_Find, unsigned n_From) const
 {

@@ -145,7 +145,7 @@ void CT_String::v_Set(const CT_Buffer* pcco_Buffer)
     vv_Init(pcco_Buffer);
 }
 
-// ---- Replace and insert -------------------------------------------------------------------------
+// ---- Replace and insert -------------------------------------------------------------------
 
 // Bytes go in with the code page -1, which a CT_UString takes for the system's.
 
@@ -182,7 +182,7 @@ void CT_String::v_Insert(const CT_String* pcco_Text, unsigned n_Count, unsigned 
     vv_StringInsert(pcco_Text, 0, n_Count == ALL ? pcco_Text->vn_GetLength() : n_Count, n_Offset);
 }
 
-// ---- Append -------------------------------------------------------------------------------------
+// ---- Append -------------------------------------------------------------------------------
 
 void CT_String::v_Append(char c_Append)
 {

@@ -57,7 +57,7 @@ public:
     virtual void vv_SetAt(unsigned short u_New, unsigned n_Offset);
     virtual void vv_SetAt(char c_New, unsigned n_Offset);
 
-    // ---- Change and search ----------------------------------------------------------------------
+    // ---- Change and search ----------------------------------------------------------------
 
     // Casing of A to Z and a to z; other letters stay.
     virtual void vv_ToLower();
@@ -88,7 +88,7 @@ public:
     // none.
     virtual void vv_Translate(const CT_String* pcco_From, const CT_String* pcco_To);
 
-    // ---- Length ---------------------------------------------------------------------------------
+    // ---- Length ---------------------------------------------------------------------------
 
     virtual void vv_SetLength(unsigned n_Length);
     virtual unsigned vn_GetLength() const;
@@ -96,7 +96,7 @@ public:
     virtual void vv_SetGrowth(unsigned n_Growth);
     virtual unsigned vn_GetGrowth() const;
 
-    // ---- Formatting -----------------------------------------------------------------------------
+    // ---- Formatting -----------------------------------------------------------------------
 
     // Formats into the string, up to 2,047 characters. %s takes text of the format's width, %S of
     // the other one.
@@ -134,7 +134,7 @@ public:
     void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = -1);
     void v_Append(const CT_String* pcco_Text, unsigned n_Count = -1);
 
-    // ---- Buffer ---------------------------------------------------------------------------------
+    // ---- Buffer ---------------------------------------------------------------------------
 
     // Takes a block of its own if other strings hold this one.
     void v_CopyWeWrite() { co_Buffer.v_CopyWeWrite(); }

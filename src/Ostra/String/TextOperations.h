@@ -17,7 +17,13 @@ public:
 
     // ---- Length -----------------------------------------------------------------------------
 
-    static unsigned sn_Length(const Unit* qc_Text) { return sn_Length(qc_Text, NONE); }
+    static unsigned sn_Length(const Unit* qc_Text)
+    {
+        if constexpr (sizeof(Unit) == 1)
+            return static_cast<unsigned>(std::strlen(qc_Text));
+        else
+            return sn_Length(qc_Text, NONE);
+    }
     // At most n_Max. Neither the text nor the memory behind it need reach that far.
     static unsigned sn_Length(const Unit* qc_Text, unsigned n_Max);
 
@@ -68,7 +74,7 @@ public:
 
     static bool sb_Match(const Unit* qc_Text, const Unit* qc_Pattern);
 
-    // ---- The C locale ---------------------------------------------------------------------------
+    // ---- The C locale ---------------------------------------------------------------------
 
     static bool sb_IsSpace(Unit c) { return c == ' ' || (c >= 9 && c <= 13); }
     static void sv_ToLower(Unit* qc_Text) { sv_ChangeCase(qc_Text, 'A'); }
@@ -95,10 +101,6 @@ private:
 template <class Unit>
 unsigned CT_TextOperations<Unit>::sn_Length(const Unit* qc_Text, unsigned n_Max)
 {
-    if constexpr (sizeof(Unit) == 1) {
-        const void* pcv_End = std::memchr(qc_Text, 0, n_Max);
-        return pcv_End ? unsigned(static_cast<const Unit*>(pcv_End) - qc_Text) : n_Max;
-    }
     unsigned n = 0;
     while (n < n_Max && qc_Text[n] && reinterpret_cast<std::uintptr_t>(qc_Text + n) % sizeof(Block))
         ++n;

@@ -184,7 +184,7 @@ void CT_UString::vv_Update()
     Units::sv_Update(co_Buffer);
 }
 
-// ---- Single characters --------------------------------------------------------------------------
+// ---- Single characters --------------------------------------------------------------------
 
 const unsigned short* CT_UString::qcuz_Get() const
 {

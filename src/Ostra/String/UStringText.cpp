@@ -142,7 +142,7 @@ void CT_UString::v_Append(const CT_String* pcco_Text, unsigned n_Count)
         CT_UString::v_Append(pcco->qcuz_Get(), n_Count);
 }
 
-// ---- Search and comparison ----------------------------------------------------------------------
+// ---- Search and comparison ----------------------------------------------------------------
 
 unsigned CT_UString::vn_Find(unsigned short u_Find, unsigned n_From) const
 {

@@ -4,10 +4,11 @@
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Init.h>
 
-// What is asked again and again of the system and never changes: its family, its version, the processors.
+// What is asked again and again of the system and never changes: its family, its version, the
+// processors.
 //
-// The answers are collected once while the library is loaded; before that all of them are 0, so that code which
-// runs earlier takes the road without wide calls.
+// The answers are collected once while the library is loaded; before that all of them are 0, so
+// that code which runs earlier takes the road without wide calls.
 //
 // Reports: nothing.
 // Threads: any number.

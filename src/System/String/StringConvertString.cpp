@@ -148,7 +148,7 @@ int CT_StringConvert::si_WideToUTF8(CT_CString* pco_Out, const unsigned short* q
     return i_Length;
 }
 
-// ---- From a string ------------------------------------------------------------------------------
+// ---- From a string ------------------------------------------------------------------------
 
 int CT_StringConvert::si_MultiToWide(unsigned short* pu_Out, const CT_CString* pcco_In,
                                      unsigned n_CodePage)
@@ -193,7 +193,7 @@ int CT_StringConvert::si_WideToUTF8(char* pc_Out, const CT_UString* pcco_In)
     return si_WideToUTF8(pc_Out, pcco_In->qcuz_Get(), pcco_In->vn_GetLength());
 }
 
-// ---- From string to string ----------------------------------------------------------------------
+// ---- From string to string ----------------------------------------------------------------
 
 int CT_StringConvert::si_MultiToWide(CT_UString* pco_Out, const CT_CString* pcco_In,
                                      unsigned n_CodePage)

@@ -1,7 +1,9 @@
-// tests/Database/RecordManager/RecordManagerDamageTest.cpp: files with a byte or a word of them changed.
+// tests/Database/RecordManager/RecordManagerDamageTest.cpp: files with a byte or a word of them
+// changed.
 //
-// The checker says first what a file is. A sound one must take any work, and be sound afterwards; a damaged one is
-// opened and read by reference, and gives data or one of the errors for such a file, nothing else.
+// The checker says first what a file is. A sound one must take any work, and be sound afterwards; a
+// damaged one is opened and read by reference, and gives data or one of the errors for such a file,
+// nothing else.
 #include "Database/RecordManager/RecordFile.h"
 
 #include <random>

@@ -1,4 +1,5 @@
-// tests/Database/RecordManager/RecordManagerFailuresTest.cpp: what the record manager reports, and what it leaves.
+// tests/Database/RecordManager/RecordManagerFailuresTest.cpp: what the record manager reports, and
+// what it leaves.
 #include "Database/RecordManager/RecordFile.h"
 
 #include <functional>
@@ -190,7 +191,8 @@ TEST(RecordManagerFailures, WrongReferencesAreRefusedEverywhere)
         [&](unsigned reference) { records->v_UpdateRecordHeader(reference, &data); },
         [&](unsigned reference) { records->v_DeleteRecord(reference); },
     };
-    // The text at the file's start, a body, a resource, the end, behind it, and one that wraps around.
+    // The text at the file's start, a body, a resource, the end, behind it, and one that wraps
+    // around.
     for (unsigned reference : {0u, 22u, 23u, 24u, 25u, 1000000u, 0x04000000u}) {
         for (const auto& operation : operations) {
             SCOPED_TRACE(reference);
@@ -310,7 +312,8 @@ TEST(RecordManagerFailures, ResourceSizesAreTested)
     }
 }
 
-// With an end that isn't true any size passes its test: the file has the last word, and no memory is asked for twice.
+// With an end that isn't true any size passes its test: the file has the last word, and no memory
+// is asked for twice.
 TEST(RecordManagerFailures, HugeEndLetsNoBytesOutThatTheFileDoesNotHold)
 {
     WriteWorkedFile([](Image& image) {
@@ -406,6 +409,8 @@ TEST(RecordManagerFailures, PerCentSignsInTheNameAreDirectives)
     } const rows[] = {
         {u"a%%b.rec", u"(31051): Invalid record reference in a%b.rec"},
         {u"a%sb.rec", u"(31051): Invalid record reference in aa%sb.recb.rec"},
+        // Further arguments are empty texts.
+        {u"%s%sa%s%s%s.rec", u"(31051): Invalid record reference in %s%sa%s%s%s.reca.rec"},
     };
     for (const auto& row : rows) {
         RecordFile records(row.name);

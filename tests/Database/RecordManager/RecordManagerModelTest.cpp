@@ -1,7 +1,9 @@
-// tests/Database/RecordManager/RecordManagerModelTest.cpp: random work, compared with the model of the file.
+// tests/Database/RecordManager/RecordManagerModelTest.cpp: random work, compared with the model of
+// the file.
 //
-// Each operation must have the model's outcome, and each closed file the model's bytes, all of them. What the rules
-// call sound after a close stays so, unless the run takes bodies away and touches such records again.
+// Each operation must have the model's outcome, and each closed file the model's bytes, all of
+// them. What the rules call sound after a close stays so, unless the run takes bodies away and
+// touches such records again.
 #include "Database/RecordManager/RecordFile.h"
 
 #include <random>
@@ -115,7 +117,8 @@ private:
         live.push_back({reference, HasBody(data), false});
     }
 
-    // A record whose body was taken away must not be touched again: that would free or fill a block twice.
+    // A record whose body was taken away must not be touched again: that would free or fill a block
+    // twice.
     Record* Any()
     {
         Record* record = live.empty() ? nullptr : &live[Below(static_cast<unsigned>(live.size()))];

@@ -1,7 +1,8 @@
 // tests/Database/RecordManager/RecordManagerSpaceTest.cpp: the free space of a record file.
 //
-// Most of these files have heads of 8 bytes and blocks of 16, so that a short record is one block, and blocks of any
-// length are those of resources. The blocks begin at 1,280 + 8 bytes for each resource slot.
+// Most of these files have heads of 8 bytes and blocks of 16, so that a short record is one block,
+// and blocks of any length are those of resources. The blocks begin at 1,280 + 8 bytes for each
+// resource slot.
 #include "Database/RecordManager/RecordFile.h"
 
 namespace
@@ -28,7 +29,8 @@ public:
 
 constexpr unsigned FIRST = 1280 + 8 * 1000;
 
-// Records of one block, of which the first 128 + more are deleted in order. Returns their references.
+// Records of one block, of which the first 128 + more are deleted in order. Returns their
+// references.
 std::vector<unsigned> Overflow(RecordFile& records, unsigned more)
 {
     std::vector<unsigned> references;

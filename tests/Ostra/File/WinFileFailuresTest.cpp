@@ -1,4 +1,5 @@
-// tests/Ostra/File/WinFileFailuresTest.cpp: reports with a bad handle, and with an error that stands.
+// tests/Ostra/File/WinFileFailuresTest.cpp: reports with a bad handle, and with an error that
+// stands.
 #include <Ostra/File/WinFile.h>
 
 #include <gtest/gtest.h>

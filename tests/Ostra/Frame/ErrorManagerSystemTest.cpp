@@ -9,7 +9,8 @@ OSTRA_PRIVATE(Strip, void (CT_ErrorManager::*)(unsigned short*),
 
 namespace
 {
-// The system's text for a code as the system gives it; empty for an unknown code, and for one that wants arguments.
+// The system's text for a code as the system gives it; empty for an unknown code, and for one that
+// wants arguments.
 std::u16string SystemText(DWORD code)
 {
     char16_t text[2048];

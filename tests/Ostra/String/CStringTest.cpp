@@ -3,7 +3,7 @@
 
 #include <new>
 
-// ---- Construction and code page -----------------------------------------------------------------
+// ---- Construction and code page -----------------------------------------------------------
 
 TEST(CString, TakesACodePageWhereItsTwinTakesALength)
 {
@@ -120,7 +120,7 @@ TEST(CString, BytesOfAnotherCodePageAreTakenAsTheyAre)
     EXPECT_EQ(s.vi_Compare(&cyrillic, 1), 0);
 }
 
-// ---- Storage ------------------------------------------------------------------------------------
+// ---- Storage ------------------------------------------------------------------------------
 
 TEST(CString, LengthsAreBytes)
 {
@@ -166,7 +166,7 @@ TEST(CString, WideTextReservesTwoBytesAUnit)
     EXPECT_EQ(BufferOf(s).n_GetMaximumSize(), 20u);
 }
 
-// ---- Single characters ----------------------------------------------------------------------------
+// ---- Single characters --------------------------------------------------------------------
 
 TEST(CString, WidensAByteByItsCodePage)
 {
@@ -229,7 +229,7 @@ TEST(CString, FillByAUnitConvertsItToOneByte)
     EXPECT_EQ(Read(s), "\xE9\xE9");
 }
 
-// ---- Conversion on the way in -----------------------------------------------------------------------
+// ---- Conversion on the way in -------------------------------------------------------------
 
 TEST(CString, ConvertsWideTextByItsCodePage)
 {
@@ -339,7 +339,7 @@ TEST(CString, ComparesUnsignedBytes)
     EXPECT_LT(s.vi_Compare("\xFF", 1), 0);
 }
 
-// ---- Append -------------------------------------------------------------------------------------
+// ---- Append -------------------------------------------------------------------------------
 
 TEST(CString, AppendOfOneByteGrowsByTheRule)
 {

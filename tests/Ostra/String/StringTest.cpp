@@ -303,7 +303,7 @@ TEST(String, UpdateOfAStringWithoutABlockDoesNothing)
     });
 }
 
-// ---- Single characters ----------------------------------------------------------------------------
+// ---- Single characters --------------------------------------------------------------------
 
 TEST(String, SetAtOfZeroCutsTheText)
 {
@@ -344,7 +344,7 @@ TEST(String, CharactersOutsideTheBlockAreNeitherReadNorWritten)
     });
 }
 
-// ---- Replace ----------------------------------------------------------------------------------------
+// ---- Replace ------------------------------------------------------------------------------
 
 // It is no overwriting in the middle: what stood behind the range goes.
 TEST(String, ReplaceCutsBehindWhatItWrote)
@@ -409,7 +409,7 @@ TEST(String, ReplaceTakesNoMoreThanTheSourceHas)
     });
 }
 
-// ---- Insert -----------------------------------------------------------------------------------------
+// ---- Insert -------------------------------------------------------------------------------
 
 TEST(String, InsertOpensAGap)
 {
@@ -462,7 +462,7 @@ TEST(String, InsertBehindTheEndAppends)
     });
 }
 
-// ---- Append through the interface ---------------------------------------------------------------------
+// ---- Append through the interface ---------------------------------------------------------
 
 TEST(String, AppendWorksThroughTheInterface)
 {
@@ -507,7 +507,7 @@ TEST(String, AppendOfItselfDoublesTheText)
     });
 }
 
-// ---- Remove -----------------------------------------------------------------------------------------
+// ---- Remove -------------------------------------------------------------------------------
 
 TEST(String, RemoveTakesARangeOut)
 {
@@ -547,7 +547,7 @@ TEST(String, RemoveOfNothingDoesNotUnshare)
     });
 }
 
-// ---- Casing -------------------------------------------------------------------------------------------
+// ---- Casing -------------------------------------------------------------------------------
 
 TEST(String, CasingChangesAsciiLettersOnly)
 {

@@ -16,7 +16,7 @@ char AnsiByte(unsigned short u)
 }
 } // namespace
 
-// ---- Construction -------------------------------------------------------------------------------
+// ---- Construction -------------------------------------------------------------------------
 
 TEST(UString, TakesALengthWhereItsTwinTakesACodePage)
 {
@@ -95,7 +95,7 @@ TEST(UString, SetOfBytesTakesTheGivenCodePageOrTheSystems)
     EXPECT_EQ(Text(s), u"~");
 }
 
-// ---- Storage ------------------------------------------------------------------------------------
+// ---- Storage ------------------------------------------------------------------------------
 
 TEST(UString, LengthsAreUnits)
 {
@@ -144,7 +144,7 @@ TEST(UString, LengthThatNoHeapHasIsReported)
     EXPECT_EQ(Text(s), u"abc");
 }
 
-// ---- Single characters ----------------------------------------------------------------------------
+// ---- Single characters --------------------------------------------------------------------
 
 TEST(UString, ReadsAndStoresUnits)
 {
@@ -207,7 +207,7 @@ TEST(UString, FindOfAByteWidensIt)
     EXPECT_EQ(s.vn_Find(AnsiByte('~'), 2), NONE);
 }
 
-// ---- Insert -------------------------------------------------------------------------------------
+// ---- Insert -------------------------------------------------------------------------------
 
 TEST(UString, InsertConvertsBytesByTheSystemsCodePage)
 {
@@ -257,7 +257,7 @@ TEST(UString, ReplaceByBytesConverts)
     EXPECT_EQ(s.u_GetAt(3), 0) << "the terminator stands behind what came back";
 }
 
-// ---- Append -------------------------------------------------------------------------------------
+// ---- Append -------------------------------------------------------------------------------
 
 TEST(UString, AppendOfOneUnitAsksForTwiceTheSize)
 {
@@ -374,7 +374,7 @@ TEST(UString, AppendWorksWithAnOddGrowth)
     EXPECT_EQ(Text(s), u"abcdefghijklmnopqrstuvwxyzabcd");
 }
 
-// ---- Comparison and strip ---------------------------------------------------------------------------
+// ---- Comparison and strip -----------------------------------------------------------------
 
 TEST(UString, ComparesUnsignedUnits)
 {

@@ -39,7 +39,7 @@ unsigned LastCode()
 using Convert = CT_StringConvert;
 } // namespace
 
-// ---- Raw text ------------------------------------------------------------------------------------
+// ---- Raw text -----------------------------------------------------------------------------
 
 TEST(StringConvert, ConvertsACountedText)
 {
@@ -270,7 +270,7 @@ TEST(StringConvert, UTF8FormGoesOnWithAnOpenSequence)
     EXPECT_EQ(Convert::si_WideToUTF8(narrow.ac, U(u"abc"), 2), 2);
 }
 
-// ---- To a string -----------------------------------------------------------------------------------
+// ---- To a string --------------------------------------------------------------------------
 
 TEST(StringConvert, WholeBytesGoIntoAStringWithoutTheirTerminator)
 {
@@ -441,7 +441,7 @@ TEST(StringConvert, UTF8IntoAStringWritesNoTerminator)
     EXPECT_EQ(Read(seven), u"z") << "the other coder's form terminates";
 }
 
-// ---- From a string -----------------------------------------------------------------------------------
+// ---- From a string ------------------------------------------------------------------------
 
 TEST(StringConvert, FromAStringTheTerminatorComesAlong)
 {

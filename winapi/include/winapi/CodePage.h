@@ -22,27 +22,29 @@
 
 namespace winapi
 {
-// 68 code pages, UTF-7 and UTF-8; 0 to 3 stand for the ANSI, OEM and Mac page of the process's locale and for the
-// ANSI page again. A count of -1 takes the text up to and with its terminator. Room 0 counts alone. Result: units
-// or bytes; 0 with 87 for an unknown page, a count of 0, a null text or a null target with room; 122 for too little
-// room, after what fits was written; 1113 for text that the page does not have and MB_ERR_INVALID_CHARS (for UTF-8
-// WC_ERR_INVALID_CHARS); 1004 for other flags; 8 when the tables of a page can't be built.
-// A pair that a page lacks, and a lead byte at the end or before a zero byte, give the page's undefined unit.
-// Not supported, and refused with 1004: MB_COMPOSITE and MB_USEGLYPHCHARS but for UTF-8, WC_COMPOSITECHECK likewise.
-WINAPI_EXPORT int MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,
-                                      LPWSTR lpWideCharStr, int cchWideChar);
-// A unit that the page lacks gives the default character, of one or two bytes, or the page's own, and sets the flag;
-// one that only looks like it (a best fit) leaves the flag alone, and WC_NO_BEST_FIT_CHARS refuses it. UTF-7 takes
-// neither default nor flag (87). A surrogate pair is two units on any page but these two.
-WINAPI_EXPORT int WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr, int cchWideChar,
-                                      LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
-                                      LPBOOL lpUsedDefaultChar);
+// 68 code pages, UTF-7 and UTF-8; 0 to 3 stand for the ANSI, OEM and Mac page of the process's
+// locale and for the ANSI page again. A count of -1 takes the text up to and with its terminator.
+// Room 0 counts alone. Result: units or bytes; 0 with 87 for an unknown page, a count of 0, a null
+// text or a null target with room; 122 for too little room, after what fits was written; 1113 for
+// text that the page does not have and MB_ERR_INVALID_CHARS (for UTF-8 WC_ERR_INVALID_CHARS); 1004
+// for other flags; 8 when the tables of a page can't be built. A pair that a page lacks, and a lead
+// byte at the end or before a zero byte, give the page's undefined unit. Not supported, and refused
+// with 1004: MB_COMPOSITE and MB_USEGLYPHCHARS but for UTF-8, WC_COMPOSITECHECK likewise.
+WINAPI_EXPORT int MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr,
+                                      int cbMultiByte, LPWSTR lpWideCharStr, int cchWideChar);
+// A unit that the page lacks gives the default character, of one or two bytes, or the page's own,
+// and sets the flag; one that only looks like it (a best fit) leaves the flag alone, and
+// WC_NO_BEST_FIT_CHARS refuses it. UTF-7 takes neither default nor flag (87). A surrogate pair is
+// two units on any page but these two.
+WINAPI_EXPORT int WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr,
+                                      int cchWideChar, LPSTR lpMultiByteStr, int cbMultiByte,
+                                      LPCSTR lpDefaultChar, LPBOOL lpUsedDefaultChar);
 // The pages by their own numbers: the words 0 to 3 are no pages.
 WINAPI_EXPORT BOOL IsValidCodePage(UINT CodePage);
 WINAPI_EXPORT BOOL IsDBCSLeadByte(BYTE TestChar);
 WINAPI_EXPORT BOOL IsDBCSLeadByteEx(UINT CodePage, BYTE TestChar);
-// The code pages of the process's locale (LC_ALL, LC_CTYPE, LANG), as it is when they are asked for first; 65001
-// where the locale has none.
+// The code pages of the process's locale (LC_ALL, LC_CTYPE, LANG), as it is when they are asked for
+// first; 65001 where the locale has none.
 WINAPI_EXPORT UINT GetACP();
 WINAPI_EXPORT UINT GetOEMCP();
 } // namespace winapi

@@ -1,4 +1,7 @@
 // winapi/FileMap.h: mappings of files and their views.
+//
+// A mapping and its views keep the file open, though its handle be closed before them. As long as
+// there are any, in any process, the file isn't truncated (1224).
 #pragma once
 
 #include "Types.h"
@@ -11,10 +14,29 @@
 
 namespace winapi
 {
-WINAPI_EXPORT HANDLE CreateFileMappingA(HANDLE hFile, LPSECURITY_ATTRIBUTES lpAttributes, DWORD flProtect,
-                                        DWORD dwMaximumSizeHigh, DWORD dwMaximumSizeLow, LPCSTR lpName);
-WINAPI_EXPORT LPVOID MapViewOfFile(HANDLE hFileMappingObject, DWORD dwDesiredAccess, DWORD dwFileOffsetHigh,
-                                   DWORD dwFileOffsetLow, SIZE_T dwNumberOfBytesToMap);
+// A mapping of a file. Result: a handle for CloseHandle; null on failure. Size 0 is the file's. A
+// size beyond the file's extends it, for PAGE_READWRITE, and its room on the disk is reserved: 112
+// when there is too little, and the file stays as it was; for PAGE_READONLY 8. 1006 for an empty
+// file with size 0, 5 without read access, or write access for PAGE_READWRITE, 87 for other
+// protections and a null handle, 50 for a name and for INVALID_HANDLE_VALUE: named mappings and
+// those without a file aren't supported. Attributes are ignored.
+WINAPI_EXPORT HANDLE CreateFileMappingA(HANDLE hFile, LPSECURITY_ATTRIBUTES lpAttributes,
+                                        DWORD flProtect, DWORD dwMaximumSizeHigh,
+                                        DWORD dwMaximumSizeLow, LPCSTR lpName);
+
+// A view, shared with all others of the file and with transfers. Result: its address; null on
+// failure. Access: FILE_MAP_READ, or with FILE_MAP_WRITE also for writing, else 87;
+// FILE_MAP_ALL_ACCESS holds both. Size 0 reaches to the mapping's end. 1132 for an offset that is
+// no multiple of 65536, 5 for writing a PAGE_READONLY mapping and for a view that reaches beyond
+// the mapping, 8 without address space.
+WINAPI_EXPORT LPVOID MapViewOfFile(HANDLE hFileMappingObject, DWORD dwDesiredAccess,
+                                   DWORD dwFileOffsetHigh, DWORD dwFileOffsetLow,
+                                   SIZE_T dwNumberOfBytesToMap);
+
+// Ends the view that the address lies in; 487 when it lies in none.
 WINAPI_EXPORT BOOL UnmapViewOfFile(LPCVOID lpBaseAddress);
+
+// Returns when that part of a view is on the disk; 0 bytes reach to its end. 87 for what lies in no
+// view.
 WINAPI_EXPORT BOOL FlushViewOfFile(LPCVOID lpBaseAddress, SIZE_T dwNumberOfBytesToFlush);
 } // namespace winapi

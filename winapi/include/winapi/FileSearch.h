@@ -1,4 +1,10 @@
 // winapi/FileSearch.h: directory search.
+//
+// The last component of a name may hold wildcards, the directory none. `*` stands for any text, `?`
+// for one character or, in front of a point and at the end, for none; a point in front of nothing
+// but `*` and points may stand for nothing at the end, so `*.*` and `*.` find all. Case counts. "."
+// and ".." come first, then the names in order without regard to case. Names that aren't UTF-8 or
+// hold a `\` are left out.
 #pragma once
 
 #include "Types.h"
@@ -34,9 +40,19 @@ using LPWIN32_FIND_DATAW = WIN32_FIND_DATAW*;
 
 namespace winapi
 {
+// Starts a search and tells its first entry. Result: a handle; INVALID_HANDLE_VALUE on failure: 2
+// when nothing fits, or for a separator at the end, 3 for a missing directory or no name at all,
+// 123 for a file in a directory's place, 87 for a null record. A name without wildcards finds the
+// entry itself; "." and ".." find a directory under its name. The list of names is made here; a
+// search that isn't closed costs memory, but no descriptor. Size and times are filled as for
+// GetFileInformationByHandle, the short name is empty, a symbolic link is told as its target.
 WINAPI_EXPORT HANDLE FindFirstFileW(LPCWSTR lpFileName, LPWIN32_FIND_DATAW lpFindFileData);
 WINAPI_EXPORT HANDLE FindFirstFileA(LPCSTR lpFileName, LPWIN32_FIND_DATAA lpFindFileData);
+
+// The next entry; 18 when there is none left. An entry that has gone in the meantime is left out.
 WINAPI_EXPORT BOOL FindNextFileW(HANDLE hFindFile, LPWIN32_FIND_DATAW lpFindFileData);
 WINAPI_EXPORT BOOL FindNextFileA(HANDLE hFindFile, LPWIN32_FIND_DATAA lpFindFileData);
+
+// Ends a search; 6 for what isn't one.
 WINAPI_EXPORT BOOL FindClose(HANDLE hFindFile);
 } // namespace winapi

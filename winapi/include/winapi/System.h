@@ -34,8 +34,8 @@ struct SYSTEM_INFO
 };
 using LPSYSTEM_INFO = SYSTEM_INFO*;
 
-// A test program may define this: its answer becomes dwPlatformId, so that the library takes the road of another
-// family of systems. Nothing else defines it.
+// A test program may define this: its answer becomes dwPlatformId, so that the library takes the
+// road of another family of systems. Nothing else defines it.
 extern "C" WINAPI_EXPORT DWORD winapi_TestPlatformId() __attribute__((weak));
 
 namespace winapi

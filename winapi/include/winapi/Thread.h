@@ -8,7 +8,8 @@ namespace winapi
 WINAPI_EXPORT DWORD GetCurrentThreadId();
 WINAPI_EXPORT DWORD GetTickCount();
 
-// Atomic, sequentially consistent. Increment and decrement return the new value, exchange the old one.
+// Atomic, sequentially consistent. Increment and decrement return the new value, exchange the old
+// one.
 inline LONG InterlockedIncrement(LONG volatile* Addend)
 {
     return __atomic_add_fetch(Addend, 1, __ATOMIC_SEQ_CST);

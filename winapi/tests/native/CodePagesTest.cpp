@@ -1,4 +1,5 @@
-// winapi/tests/native/CodePagesTest.cpp: the tables of code pages when memory runs out, and between threads.
+// winapi/tests/native/CodePagesTest.cpp: the tables of code pages when memory runs out, and between
+// threads.
 #include "../Calls.h"
 
 #include "CodePages.h"

@@ -1,4 +1,4 @@
-// winapi/tests/native/HostFaultsTest.cpp: what the services make of failures and oddities of the host's calls.
+// winapi/tests/native/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
 #include "../Calls.h"
 
 #include "Posix.h"

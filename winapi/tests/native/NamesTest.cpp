@@ -1,4 +1,4 @@
-// winapi/tests/native/NamesTest.cpp: names between wide text and the host's UTF-8, and patterns of names.
+// winapi/tests/native/NamesTest.cpp: names as wide text and as UTF-8, and patterns.
 #include "../Calls.h"
 
 #include "Names.h"
