@@ -122,8 +122,11 @@ TEST(Print, TextThatDoesNotFitIsCutAndTold)
     EXPECT_EQ((Printed{-1, "nar"}), Broad(3, "%S", "narrow"));
 }
 
+// The reference run overruns an area of its own on these and ends.
 TEST(Print, WidthsBeyondAllRoomAreCutToo)
 {
+    if (IsReferenceRun())
+        GTEST_SKIP() << "the reference run faults";
     EXPECT_EQ((Printed{-1, "    "}), Narrow(4, "%2000d", 1));
     EXPECT_EQ((Printed{-1, "0000"}), Broad(4, "%.2000d", 1));
     EXPECT_EQ((Printed{-1, "0.00"}), Narrow(4, "%.2000f", 0.0));
