@@ -6,7 +6,10 @@ file(MAKE_DIRECTORY ${WORK})
 # Runs the program and checks status, output and errors; "*" stands for any text.
 function(check status output errors)
     execute_process(COMMAND ${LEXICON} ${ARGN} WORKING_DIRECTORY ${WORK}
-        RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+        RESULT_VARIABLE result OUTPUT_FILE ${WORK}.out ERROR_FILE ${WORK}.err)
+    # Files, not pipes: an emulator's server may hold a pipe open behind the program's end.
+    file(READ ${WORK}.out out)
+    file(READ ${WORK}.err err)
     if(NOT result STREQUAL status)
         message(SEND_ERROR "${ARGN}: status ${result} for ${status}\n${out}${err}")
     endif()
