@@ -5,6 +5,7 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -237,7 +238,7 @@ int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
 
 namespace
 {
-constexpr unsigned RUN = 8;
+constexpr std::ptrdiff_t RUN = 8;
 
 typedef unsigned char ByteRun __attribute__((vector_size(RUN)));
 typedef unsigned short UnitRun __attribute__((vector_size(2 * RUN)));
