@@ -17,6 +17,14 @@ namespace
 {
 bool is_processor_count_hidden = true;
 
+// Objects that aren't made yet, or are gone, are all zero by the module's rule; the sanitizers' check
+// of dynamic types refuses the question.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool can_ask_the_unborn = false;
+#else
+constexpr bool can_ask_the_unborn = true;
+#endif
+
 // Ends the program with a failure when something isn't as told; used where no test runs.
 void Require(bool condition, const char* what)
 {
@@ -48,13 +56,16 @@ struct Before
                 "a version before the start");
         Require(!HasModule(), "a module before the start");
         Require(CT_Buffer::sn_GetAllocCount() == 0, "blocks before the start");
-        Require(CT_CString::spcco_GetType()->n_GetTypes() == 0, "types before the start");
+        Require(!can_ask_the_unborn || CT_CString::spcco_GetType()->n_GetTypes() == 0,
+                "types before the start");
     }
     ~Before()
     {
         Require(CT_ErrorManager::spco_Get() == nullptr, "a manager after the end");
-        Require(CT_UString::spcco_GetType()->n_GetTypes() == 0, "types after the end");
-        Require(CT_CString::spcco_GetType()->n_GetTypes() == 0, "types after the end");
+        Require(!can_ask_the_unborn || CT_UString::spcco_GetType()->n_GetTypes() == 0,
+                "types after the end");
+        Require(!can_ask_the_unborn || CT_CString::spcco_GetType()->n_GetTypes() == 0,
+                "types after the end");
     }
 };
 __attribute__((init_priority(900))) Before before;
