@@ -23,6 +23,8 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/String.h>
 #include <Ostra/String/UString.h>
+#include <Ostra/Unicode/CharMappings.h>
+#include <Ostra/Unicode/CharProperties.h>
 #include <System/OS/OS.h>
 #include <System/String/StringConvert.h>
 #include <System/String/UTF.h>

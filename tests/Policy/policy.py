@@ -14,6 +14,7 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 SOURCE_LINES, HEADER_LINES, TEST_LINES, FUNCTION_LINES = 600, 400, 800, 80
 PLATFORM = re.compile(r"^\s*#\s*(el)?if.*\b(_WIN\d+|WIN32|__linux__|__unix__|__MINGW\w*|__GNUC__|_MSC_VER)\b")
+GENERATED = re.compile(r"// (Made|Generated) by ")
 breaches = []
 
 
@@ -59,7 +60,7 @@ def check_lengths():
                                  ("examples", SOURCE_LINES), ("tools", SOURCE_LINES)):
         for path in files(folder, "*.cpp", "*.h"):
             text = path.read_text("utf-8")
-            if re.match(r"// (Made|Generated) by ", text):
+            if GENERATED.match(text):
                 continue
             limit = HEADER_LINES if path.suffix == ".h" else source_limit
             if "tests" in path.parts:
@@ -93,6 +94,8 @@ def check_sources():
         if path.suffix == ".h" and "#pragma once" not in text:
             breach(path, 1, "no #pragma once")
         first = text.split("\n", 1)[0]
+        if GENERATED.match(first):
+            continue
         if path.suffix == ".h" and not re.match(r"// [\w/]+\.h: .", first):
             breach(path, 1, "the first line tells path and purpose")
         if re.match(r"// ([\w/]+\.(h|cpp))", first) and not first.startswith(f"// {path.relative_to(TOP / 'src').as_posix()}"):
