@@ -80,9 +80,9 @@ unsigned short u_Processing(unsigned short u)
     return Tables::sso_Words(u).au_Word[Properties::TextProcessingInformation];
 }
 
-bool b_Between(unsigned short u, unsigned n_First, unsigned n_Last)
+bool b_Between(unsigned n, unsigned n_First, unsigned n_Last)
 {
-    return u >= n_First && u <= n_Last;
+    return n >= n_First && n <= n_Last;
 }
 } // namespace
 
