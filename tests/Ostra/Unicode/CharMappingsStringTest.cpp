@@ -54,10 +54,32 @@ static std::u16string Mapped(const std::u16string& text, Map map)
     return out;
 }
 
-// Maps a text whose block another string holds, and expects what must become of both.
-static void CheckShared(const Mapping& mapping, const std::u16string& text)
+// A string that tells which of its units are read and written.
+class WatchedString : public CT_UString
 {
-    CT_UString s;
+public:
+    using CT_UString::CT_UString;
+    using CT_UString::vv_SetAt;
+    unsigned short vu_GetAt(unsigned n_Offset) const override
+    {
+        read.push_back(n_Offset);
+        return CT_UString::vu_GetAt(n_Offset);
+    }
+    void vv_SetAt(unsigned short u_New, unsigned n_Offset) override
+    {
+        written.push_back(n_Offset);
+        CT_UString::vv_SetAt(u_New, n_Offset);
+    }
+
+    mutable std::vector<unsigned> read;
+    std::vector<unsigned> written;
+};
+
+// Maps a text whose block another string holds, and expects what must become of both.
+template <class String>
+static void CheckSharedAs(const Mapping& mapping, const std::u16string& text)
+{
+    String s;
     Store(s, text);
     const CT_UString other(&s);
     const void* before = DataOf(s);
@@ -68,6 +90,12 @@ static void CheckShared(const Mapping& mapping, const std::u16string& text)
     EXPECT_EQ(DataOf(other), before);
     EXPECT_EQ(DataOf(s) == before, expected == text);
     EXPECT_EQ(UsesOf(other), expected == text && before ? 2u : 1u);
+}
+
+static void CheckShared(const Mapping& mapping, const std::u16string& text)
+{
+    CheckSharedAs<CT_UString>(mapping, text);
+    CheckSharedAs<WatchedString>(mapping, text);
 }
 
 // ---- What is mapped ---------------------------------------------------------------------------
@@ -206,27 +234,6 @@ TEST(CharMappings, MapIsAskedForEveryUnitThatIsNotSteppedOver)
     EXPECT_EQ(AskedOf(u"\xD800\0z"s), u"z");
     EXPECT_EQ(AskedOf(u"\xD800\xD800\xD800z"), u"");
 }
-
-// A string that tells which of its units are read and written.
-class WatchedString : public CT_UString
-{
-public:
-    using CT_UString::CT_UString;
-    using CT_UString::vv_SetAt;
-    unsigned short vu_GetAt(unsigned n_Offset) const override
-    {
-        read.push_back(n_Offset);
-        return CT_UString::vu_GetAt(n_Offset);
-    }
-    void vv_SetAt(unsigned short u_New, unsigned n_Offset) override
-    {
-        written.push_back(n_Offset);
-        CT_UString::vv_SetAt(u_New, n_Offset);
-    }
-
-    mutable std::vector<unsigned> read;
-    std::vector<unsigned> written;
-};
 
 TEST(CharMappings, UnitsComeFromTheStringAndOnlyChangedOnesGoBack)
 {
