@@ -3,7 +3,8 @@
 
 #include "Failure.h"
 #include "Lexicon.h"
-#include "Utf8.h"
+
+#include <Common/Utf8.h>
 
 #include <algorithm>
 
@@ -107,7 +108,7 @@ bool Builder::Fill(Side side, CT_CompList* list, CT_Buffer* texts, Progress* pro
     const WordTable& words = tables[side];
     CT_UString key;
     for (unsigned number = 0; number < words.Count() && !Failing(); ++number) {
-        ToWide(words[number].text, &key);
+        common::ToWide(words[number].text, &key);
         // The handle is the place of the word's texts.
         list->b_Add(&key, texts->n_GetUsedSize());
         AppendEntry(side, number, texts);

@@ -5,7 +5,8 @@
 #include "Builder.h"
 #include "Failure.h"
 #include "Lexicon.h"
-#include "Utf8.h"
+
+#include <Common/Utf8.h>
 
 #include <new>
 
@@ -60,8 +61,8 @@ bool IsSame(const CT_UString& first, const CT_UString& second)
     CT_WinFile other(&second, FILE_BUFFER);
     one.v_FullPath();
     other.v_FullPath();
-    return ToUtf8(one.pcco_GetFullName()->qcuz_Get()) ==
-           ToUtf8(other.pcco_GetFullName()->qcuz_Get());
+    return common::ToUtf8(one.pcco_GetFullName()->qcuz_Get()) ==
+           common::ToUtf8(other.pcco_GetFullName()->qcuz_Get());
 }
 
 bool Collect(Input* input, Builder* builder, std::ostream* terminal)
@@ -106,10 +107,10 @@ Status Job::Run()
 // A file name of the command line.
 bool Job::Name(size_t n, CT_UString* name) const
 {
-    if (!IsUtf8(Operand(n)))
+    if (!common::IsUtf8(Operand(n)))
         Fail(SOURCE, u"argument %u is not well-formed UTF-8", static_cast<unsigned>(n + 1));
     else
-        ToWide(Operand(n), name);
+        common::ToWide(Operand(n), name);
     return !Failing();
 }
 
@@ -180,7 +181,7 @@ bool Job::TakeWords()
     for (size_t n = 1; n < arguments.operands.size(); ++n) {
         const unsigned number = static_cast<unsigned>(n);
         unsigned reserved = 0;
-        if (!IsUtf8(Operand(n)))
+        if (!common::IsUtf8(Operand(n)))
             Fail(SOURCE, u"word %u is not well-formed UTF-8", number);
         else if (Operand(n).empty())
             Fail(SOURCE, u"word %u is empty", number);
@@ -215,7 +216,7 @@ void Job::PrintAnswer(Lexicon* lexicon, Side side, const std::string& word)
             streams.output << word << '\t' << other << '\n';
     } else if (!Failing()) {
         CT_UString key;
-        ToWide(word, &key);
+        common::ToWide(word, &key);
         streams.output << word << ": not found, " << Characters(key, matched) << " of "
                        << Characters(key, key.vn_GetLength()) << " characters matched\n";
         missed = true;

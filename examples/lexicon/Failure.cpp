@@ -1,7 +1,7 @@
 // examples/lexicon/Failure.cpp
 #include "Failure.h"
 
-#include "Utf8.h"
+#include <Common/Utf8.h>
 
 namespace lexicon
 {
@@ -23,7 +23,7 @@ Failure Failure::Take()
     CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
     Failure failure;
     failure.code = errors->n_GetErrorCode();
-    failure.message = ToUtf8(errors->qcuz_GetErrorMessage());
+    failure.message = common::ToUtf8(errors->qcuz_GetErrorMessage());
     for (unsigned n = 1; n <= errors->n_GetLocationCount(); ++n)
         failure.trail.push_back(std::string(errors->qccz_GetLocationFileAt(n)) + ", line " +
                                 std::to_string(errors->n_GetLocationLineAt(n)));

@@ -2,7 +2,8 @@
 #include "Input.h"
 
 #include "Failure.h"
-#include "Utf8.h"
+
+#include <Common/Utf8.h>
 
 #include <algorithm>
 
@@ -81,7 +82,7 @@ bool Input::Split(std::string_view text, Pair* pair)
 {
     const size_t tab = text.find('\t');
     unsigned reserved = 0;
-    if (!IsUtf8(text)) {
+    if (!common::IsUtf8(text)) {
         Fail(SOURCE, u"%s:%u: the line is not well-formed UTF-8", Name(), line);
     } else if (tab == std::string_view::npos) {
         Fail(SOURCE, u"%s:%u: the line has no tab", Name(), line);

@@ -2,7 +2,8 @@
 #include "Lexicon.h"
 
 #include "Failure.h"
-#include "Utf8.h"
+
+#include <Common/Utf8.h>
 
 #include <cstring>
 
@@ -96,7 +97,7 @@ bool Lexicon::IsListGood(Side side) const
 bool Lexicon::Find(Side side, std::string_view word, Entry* entry, unsigned* matched)
 {
     CT_UString key;
-    ToWide(word, &key);
+    common::ToWide(word, &key);
     unsigned position = lists[side].n_Search(&key, matched);
     if (position == NONE || Failed(SOURCE))
         return false;

@@ -1,7 +1,7 @@
 // tests/Examples/LexiconPartsTest.cpp: the pieces that the commands are made of.
 #include <Progress.h>
 #include <Storage.h>
-#include <Utf8.h>
+#include <Common/Utf8.h>
 #include <Ostra/Frame/Text.h>
 
 #include <gtest/gtest.h>
@@ -23,13 +23,13 @@ Progress::Clock::time_point Now()
 std::u16string Wide(const std::string& text)
 {
     CT_UString wide;
-    lexicon::ToWide(text, &wide);
+    common::ToWide(text, &wide);
     return {wide.qcuz_Get(), wide.qcuz_Get() + wide.vn_GetLength()};
 }
 
 std::string Narrow(const std::u16string& text)
 {
-    return lexicon::ToUtf8(qcuz_Text(text.c_str()), static_cast<unsigned>(text.size()));
+    return common::ToUtf8(qcuz_Text(text.c_str()), static_cast<unsigned>(text.size()));
 }
 } // namespace
 
@@ -74,7 +74,7 @@ TEST(Utf8, OnlyWellFormedTextPasses)
         {"good \xE2\x82\xAC then \xE2\x82", false},
     };
     for (const auto& row : cases)
-        EXPECT_EQ(lexicon::IsUtf8(row.text), row.good) << testing::PrintToString(row.text);
+        EXPECT_EQ(common::IsUtf8(row.text), row.good) << testing::PrintToString(row.text);
 }
 
 TEST(Utf8, TextGoesToUnitsAndBack)

@@ -2,7 +2,7 @@
 #include "RunLexicon.h"
 
 #include <Commands.h>
-#include <Utf8.h>
+#include <Common/Utf8.h>
 #include <Ostra/Frame/ErrorManager.h>
 
 #include <windows.h>
@@ -46,7 +46,7 @@ std::string SystemError(unsigned code, const std::string& names)
     CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
     SetLastError(code);
     errors->v_SetSystemError();
-    std::string text = lexicon::ToUtf8(errors->qcuz_GetErrorMessage());
+    std::string text = common::ToUtf8(errors->qcuz_GetErrorMessage());
     errors->v_ClearError();
     if (text.ends_with(' '))
         text.pop_back();

@@ -1,4 +1,4 @@
-// examples/lexicon/Utf8.cpp
+// examples/Common/Utf8.cpp
 #include "Utf8.h"
 
 #include <System/String/StringConvert.h>
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace lexicon
+namespace common
 {
 namespace
 {
@@ -151,4 +151,4 @@ std::string ToUtf8(const unsigned short* text, unsigned count)
     }
     return bytes;
 }
-} // namespace lexicon
+} // namespace common

@@ -1,9 +1,9 @@
-// examples/lexicon/PlatformPosix.cpp
+// examples/Common/PlatformPosix.cpp
 #include "Platform.h"
 
 #include <unistd.h>
 
-namespace lexicon
+namespace common
 {
 std::vector<std::string> CommandLine(int count, char** words)
 {
@@ -16,4 +16,4 @@ bool IsErrorTerminal()
 {
     return isatty(STDERR_FILENO) != 0;
 }
-} // namespace lexicon
+} // namespace common

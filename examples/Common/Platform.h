@@ -1,10 +1,10 @@
-// examples/lexicon/Platform.h: what the process has differently on each system.
+// examples/Common/Platform.h: what the process has differently on each system.
 #pragma once
 
 #include <string>
 #include <vector>
 
-namespace lexicon
+namespace common
 {
 // The program's arguments as UTF-8, its own name not among them.
 std::vector<std::string> CommandLine(int count, char** words);
@@ -14,4 +14,4 @@ void PrepareStreams();
 
 // True if the standard error stream is a terminal.
 bool IsErrorTerminal();
-} // namespace lexicon
+} // namespace common

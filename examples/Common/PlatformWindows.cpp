@@ -1,4 +1,4 @@
-// examples/lexicon/PlatformWindows.cpp
+// examples/Common/PlatformWindows.cpp
 #include "Platform.h"
 
 #include "Utf8.h"
@@ -11,7 +11,7 @@
 #include <io.h>
 #include <string_view>
 
-namespace lexicon
+namespace common
 {
 // The 8-bit arguments have gone through a code page; the wide command line has all characters.
 std::vector<std::string> CommandLine(int, char**)
@@ -39,4 +39,4 @@ bool IsErrorTerminal()
 {
     return _isatty(_fileno(stderr)) != 0;
 }
-} // namespace lexicon
+} // namespace common

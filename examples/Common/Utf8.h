@@ -1,4 +1,4 @@
-// examples/lexicon/Utf8.h: UTF-8 as it comes from outside, and the wide text of the library.
+// examples/Common/Utf8.h: UTF-8 as it comes from outside, and the wide text of the library.
 //
 // The library's coder takes what it gets: it tests nothing, and knows no sequence of four bytes. So
 // text from outside is tested here first, and the characters beyond U+FFFF, which are two elements
@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace lexicon
+namespace common
 {
 // True for well-formed UTF-8: the shortest forms only, no surrogates, nothing beyond U+10FFFF.
 bool IsUtf8(std::string_view text);
@@ -22,4 +22,4 @@ void ToWide(std::string_view text, CT_UString* wide);
 // becomes U+FFFD.
 std::string ToUtf8(const unsigned short* text);
 std::string ToUtf8(const unsigned short* text, unsigned count);
-} // namespace lexicon
+} // namespace common
