@@ -34,7 +34,7 @@ static const Mapping MAPPINGS[] = {
 };
 
 // No mapping changes it.
-constexpr char16_t FIXED = u'\u4E00';
+constexpr char16_t IDEOGRAPH = u'\u4E00';
 
 static CT_UString* Store(CT_UString& s, const std::u16string& text)
 {
@@ -106,9 +106,9 @@ TEST(CharMappings, StringsMapUnitByUnit)
         SCOPED_TRACE(mapping.name);
         EXPECT_EQ(mapping.map(mapping.from), mapping.to);
         CT_UString s;
-        Store(s, {mapping.from, FIXED, mapping.from, mapping.from});
+        Store(s, {mapping.from, IDEOGRAPH, mapping.from, mapping.from});
         mapping.string(&s);
-        EXPECT_EQ(Text(s), (std::u16string{mapping.to, FIXED, mapping.to, mapping.to}));
+        EXPECT_EQ(Text(s), (std::u16string{mapping.to, IDEOGRAPH, mapping.to, mapping.to}));
     }
 }
 
@@ -257,8 +257,8 @@ TEST(CharMappings, StringWithoutAChangeStaysShared)
 {
     for (const Mapping& mapping : MAPPINGS) {
         SCOPED_TRACE(mapping.name);
-        CheckShared(mapping, {FIXED});
-        CheckShared(mapping, {FIXED, mapping.to, FIXED, 0, FIXED});
+        CheckShared(mapping, {IDEOGRAPH});
+        CheckShared(mapping, {IDEOGRAPH, mapping.to, IDEOGRAPH, 0, IDEOGRAPH});
         CheckShared(mapping, {0xD800, mapping.from, 0xDBFF, mapping.from, 0xDB80});
     }
 }
@@ -268,8 +268,8 @@ TEST(CharMappings, StringWithAChangeTakesItsOwnBlock)
     for (const Mapping& mapping : MAPPINGS) {
         SCOPED_TRACE(mapping.name);
         CheckShared(mapping, {mapping.from});
-        CheckShared(mapping, {FIXED, FIXED, mapping.from});
-        CheckShared(mapping, {mapping.from, 0, FIXED});
+        CheckShared(mapping, {IDEOGRAPH, IDEOGRAPH, mapping.from});
+        CheckShared(mapping, {mapping.from, 0, IDEOGRAPH});
         CheckShared(mapping, {0xD800, mapping.from, mapping.from});
     }
 }
@@ -278,7 +278,7 @@ TEST(CharMappings, StringWithABlockOfItsOwnKeepsIt)
 {
     for (const Mapping& mapping : MAPPINGS) {
         CT_UString s;
-        Store(s, {FIXED, mapping.from, mapping.from});
+        Store(s, {IDEOGRAPH, mapping.from, mapping.from});
         const void* before = DataOf(s);
         mapping.string(&s);
         EXPECT_EQ(DataOf(s), before) << mapping.name;
@@ -306,7 +306,7 @@ TEST(CharMappings, EmptyStringStaysAsItIs)
 TEST(CharMappings, ShortStringsMapAndShareAsTheModelDoes)
 {
     for (const Mapping& mapping : MAPPINGS) {
-        const char16_t units[] = {mapping.from, FIXED, 0, 0xD800, 0xDBFF, 0xDC00};
+        const char16_t units[] = {mapping.from, IDEOGRAPH, 0, 0xD800, 0xDBFF, 0xDC00};
         std::vector<std::u16string> texts{u""};
         for (std::size_t n = 0; texts[n].size() < 4; ++n)
             for (char16_t unit : units)

@@ -59,9 +59,9 @@ TEST(CharMappings, CaseTablesAreInversesOfEachOther)
 
 TEST(CharMappings, CaseRowsBeginAndEndWithTheLatinAlphabets)
 {
-    const UnitSet none("0000..0040 005B..0060 007B..00BF FF5B..FFFF");
-    EXPECT_EQ(Count([&](Unit u) { return none(u) && M::su_ToUpper(u) != u; }), 0u);
-    EXPECT_EQ(Count([&](Unit u) { return none(u) && M::su_ToLower(u) != u; }), 0u);
+    const UnitSet outside("0000..0040 005B..0060 007B..00BF FF5B..FFFF");
+    EXPECT_EQ(Count([&](Unit u) { return outside(u) && M::su_ToUpper(u) != u; }), 0u);
+    EXPECT_EQ(Count([&](Unit u) { return outside(u) && M::su_ToLower(u) != u; }), 0u);
 }
 
 // ---- Digits ---------------------------------------------------------------------------------
