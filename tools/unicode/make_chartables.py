@@ -5,8 +5,9 @@
     make_chartables.py --check   writes nothing; exits with 1 if one of them differs from what it would write
 
 CharRows.h has the rows of each table in the order of its file, as a search takes them; only the tests and the numeric
-value look there. CharTables.cpp has the same as two stages: for each run of 32 characters the number of a block of 32
-values. A character of several rows has the value of the one that the search meets first.
+value look there. CharTables.cpp has the same as two stages: where the values of each run of characters stand, and the
+values; equal runs have theirs in common. A character of several rows has the value of the one that the search meets
+first.
 """
 import pathlib
 import sys
@@ -14,11 +15,12 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 DATA = TOP / "data/unicode-2.0"
 TARGET = TOP / "src/Ostra/Unicode"
-RUN = 32
+BYTE_RUN, MAPPING_RUN = 32, 64
 LIMIT = 65536
 
-PAIRS = {"Upper": ("upper", 673), "Lower": ("lower", 673), "Digit": ("digit", 204), "CZone": ("czone", 406),
-         "Katakana": ("katakana", 302), "Hiragana": ("hiragana", 302)}
+# In the order of CT_CharTables::et_Mapping.
+PAIRS = {"UPPER": ("upper", 673), "LOWER": ("lower", 673), "DIGIT": ("digit", 204), "CZONE": ("czone", 406),
+         "KATAKANA": ("katakana", 302), "HIRAGANA": ("hiragana", 302)}
 WORDS = {"CHARACTER": ("ctype1", 1311), "LAYOUT": ("ctype2", 630), "TEXT_PROCESSING": ("ctype3", 877)}
 CATEGORIES = {"Mn": "MarkNonSpacing", "Mc": "MarkSpacingCombining", "Me": "MarkEnclosing", "Nd": "NumberDecimalDigit",
               "Nl": "NumberLetter", "No": "NumberOther", "Zs": "SeparatorSpace", "Zl": "SeparatorLine",
@@ -66,13 +68,13 @@ def distances(pairs):
     return values
 
 
-def stages(values):
-    """The number of each run's block, and the blocks in the order in which they are met."""
-    numbers, blocks = [], {}
-    for start in range(0, 65536, RUN):
-        numbers.append(blocks.setdefault(tuple(values[start:start + RUN]), len(blocks)))
-    assert len(blocks) <= 256, "a block's number is a byte"
-    return numbers, [value for block in blocks for value in block]
+def runs(values, length, blocks):
+    """The number of each run's block; blocks that aren't there yet are added."""
+    return [blocks.setdefault(tuple(values[start:start + length]), len(blocks)) for start in range(0, 65536, length)]
+
+
+def flat(blocks):
+    return [value for block in blocks for value in block]
 
 
 class Rows:
@@ -99,10 +101,21 @@ class Tables:
         self.text.append(f"const {kind} CT_CharTables::{name}[] = {{\n" + wrapped(items) + "};\n")
         self.names.append(name)
 
-    def add_stages(self, name, kind, target, values):
-        numbers, blocks = stages(values)
-        self.add("unsigned char", f"san1_{name}Block", numbers)
-        self.add(kind, target, blocks)
+    def add_bytes(self, name, values):
+        """The number of each run's block, a byte, and the blocks."""
+        blocks = {}
+        numbers = runs(values, BYTE_RUN, blocks)
+        assert max(numbers + values) <= 255, name
+        self.add("unsigned char", name, numbers + flat(blocks))
+
+    def add_mappings(self, mappings):
+        """The place of each run of each mapping, and the blocks, which the mappings have in common."""
+        blocks, numbers = {}, []
+        for values in mappings:
+            numbers += runs(values, MAPPING_RUN, blocks)
+        places = [len(numbers) + number * MAPPING_RUN for number in numbers]
+        assert max(places) <= 65535, "a place is 16 bits"
+        self.add("unsigned short", "sau_Mappings", places + flat(blocks))
 
     def add_text(self, name, lines):
         self.text.append(f"const char16_t CT_CharTables::{name}[] =\n    " + "\n    ".join(lines) + ";\n")
@@ -138,8 +151,8 @@ def add_properties(rows, tables):
     properties, blocks = ranges_of("property"), ranges_of("block")
     rows.add("st_CharRange", "PROPERTY", range_rows(properties), 1169)
     rows.add("st_CharRange", "BLOCK", range_rows(blocks), 80)
-    tables.add_stages("Property", "unsigned char", "san1_Property", searched(properties, UNKNOWN_PROPERTY))
-    tables.add_stages("Block", "unsigned char", "san1_Block", searched(blocks, 0))
+    tables.add_bytes("san1_Property", searched(properties, UNKNOWN_PROPERTY))
+    tables.add_bytes("san1_Block", searched(blocks, 0))
 
 
 def add_words(rows, tables):
@@ -154,8 +167,7 @@ def add_words(rows, tables):
         columns.append([value for *_, value in direct] + searched(ranges, 0)[256:])
     numbers = {}
     values = [numbers.setdefault(words, len(numbers)) for words in zip(*columns)]
-    assert len(numbers) <= 256, "the number of a triple of words is a byte"
-    tables.add_stages("Words", "unsigned char", "san1_Words", values)
+    tables.add_bytes("san1_Words", values)
     tables.add("CT_CharTables::st_Words", "saso_Words",
                ["{{" + ",".join(f"0x{word:X}" for word in words) + "}}" for words in numbers])
 
@@ -166,27 +178,26 @@ def add_numbers(rows):
     rows.add("st_CharNumber", "NUMERIC", [f"{{0x{c:04X},{top},{bottom}}}" for c, top, bottom in numbers], 350)
 
 
-def add_pairs(rows, tables):
+def add_mappings(rows, tables):
+    """The distances of the pairs, then where the decompositions stand."""
+    mappings = []
     for name, (file, count) in PAIRS.items():
         pairs = [(int(source, 16), int(target, 16)) for source, target in lines_of(file)]
         assert pairs == sorted(pairs), f"{file}: rows must ascend"
         assert all(target and source != target for source, target in pairs), f"{file}: a row that maps to nothing"
-        rows.add("st_CharMapping", name.upper(), [f"{{0x{s:04X},0x{t:04X}}}" for s, t in pairs], count)
-        tables.add_stages(name, "unsigned short", f"sau_{name}", distances(pairs))
-
-
-def add_decompositions(rows, tables):
+        rows.add("st_CharMapping", name, [f"{{0x{s:04X},0x{t:04X}}}" for s, t in pairs], count)
+        mappings.append(distances(pairs))
     sequences = {int(source, 16): sequence.split() for source, sequence in lines_of("decomposition")}
     assert list(sequences) == sorted(sequences), "decompositions must ascend"
     assert all(2 <= len(sequence) <= 3 for sequence in sequences.values())
     rows.add("st_CharDecomposition", "DECOMPOSITION",
              [f"{{0x{source:04X},{{{','.join('0x' + unit for unit in sequence)}}}}}"
               for source, sequence in sequences.items()], 601)
-    values, units = [0] * 65536, ["0"]
+    places, units = [0] * 65536, ["0"]
     for source, sequence in sequences.items():
-        values[source] = len(units)
+        places[source] = len(units)
         units += ["0x" + unit for unit in sequence] + ["0"]
-    tables.add_stages("Decomposition", "unsigned short", "sau_Decomposition", values)
+    tables.add_mappings(mappings + [places])
     tables.add("char16_t", "sac_Sequences", units)
 
 
@@ -205,8 +216,7 @@ def made():
     add_properties(rows, tables)
     add_words(rows, tables)
     add_numbers(rows)
-    add_pairs(rows, tables)
-    add_decompositions(rows, tables)
+    add_mappings(rows, tables)
     add_names(tables)
     head = ("// Made by tools/unicode/make_chartables.py from data/unicode-2.0. Not edited by hand.\n"
             "// clang-format off\n")

@@ -113,12 +113,12 @@ void CT_CharMappings::sv_MapString(CT_UString* pco_Text, unsigned short (*u_Map)
 
 void CT_CharMappings::sv_ToUpper(CT_UString* pco_Text)
 {
-    v_Map<Tables::su_Upper>(pco_Text);
+    v_Map<Tables::su_Map<Tables::e_Upper>>(pco_Text);
 }
 
 void CT_CharMappings::sv_ToLower(CT_UString* pco_Text)
 {
-    v_Map<Tables::su_Lower>(pco_Text);
+    v_Map<Tables::su_Map<Tables::e_Lower>>(pco_Text);
 }
 
 void CT_CharMappings::sv_ToBase(CT_UString* pco_Text)
@@ -128,34 +128,34 @@ void CT_CharMappings::sv_ToBase(CT_UString* pco_Text)
 
 void CT_CharMappings::sv_FoldDigit(CT_UString* pco_Text)
 {
-    v_Map<Tables::su_Digit>(pco_Text);
+    v_Map<Tables::su_Map<Tables::e_Digit>>(pco_Text);
 }
 
 void CT_CharMappings::sv_FoldCZone(CT_UString* pco_Text)
 {
-    v_Map<Tables::su_CZone>(pco_Text);
+    v_Map<Tables::su_Map<Tables::e_CZone>>(pco_Text);
 }
 
 void CT_CharMappings::sv_HiraganaToKatakana(CT_UString* pco_Text)
 {
-    v_Map<Tables::su_Katakana>(pco_Text);
+    v_Map<Tables::su_Map<Tables::e_Katakana>>(pco_Text);
 }
 
 void CT_CharMappings::sv_KatakanaToHiragana(CT_UString* pco_Text)
 {
-    v_Map<Tables::su_Hiragana>(pco_Text);
+    v_Map<Tables::su_Map<Tables::e_Hiragana>>(pco_Text);
 }
 
 // ---- Characters -------------------------------------------------------------------------------
 
 unsigned short CT_CharMappings::su_ToUpper(unsigned short u_Char)
 {
-    return Tables::su_Upper(u_Char);
+    return Tables::su_Map<Tables::e_Upper>(u_Char);
 }
 
 unsigned short CT_CharMappings::su_ToLower(unsigned short u_Char)
 {
-    return Tables::su_Lower(u_Char);
+    return Tables::su_Map<Tables::e_Lower>(u_Char);
 }
 
 unsigned short CT_CharMappings::su_ToBase(unsigned short u_Char)
@@ -165,22 +165,22 @@ unsigned short CT_CharMappings::su_ToBase(unsigned short u_Char)
 
 unsigned short CT_CharMappings::su_FoldDigit(unsigned short u_Char)
 {
-    return Tables::su_Digit(u_Char);
+    return Tables::su_Map<Tables::e_Digit>(u_Char);
 }
 
 unsigned short CT_CharMappings::su_FoldCZone(unsigned short u_Char)
 {
-    return Tables::su_CZone(u_Char);
+    return Tables::su_Map<Tables::e_CZone>(u_Char);
 }
 
 unsigned short CT_CharMappings::su_HiraganaToKatakana(unsigned short u_Char)
 {
-    return Tables::su_Katakana(u_Char);
+    return Tables::su_Map<Tables::e_Katakana>(u_Char);
 }
 
 unsigned short CT_CharMappings::su_KatakanaToHiragana(unsigned short u_Char)
 {
-    return Tables::su_Hiragana(u_Char);
+    return Tables::su_Map<Tables::e_Hiragana>(u_Char);
 }
 
 // ---- Decomposition ----------------------------------------------------------------------------
