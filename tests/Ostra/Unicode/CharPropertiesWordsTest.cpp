@@ -5,6 +5,8 @@
 
 #include <Ostra/Unicode/CharProperties.h>
 
+#include <fstream>
+
 using P = CT_CharProperties;
 
 OSTRA_PRIVATE(AnyWord, Unit (*)(P::et_PropertyClass, Unit), &P::sn2_GetCharacterInfo);
@@ -78,6 +80,48 @@ TEST(CharProperties, WordsAreNothingFromTheLastRowOn)
         EXPECT_EQ(CharacterWord(unit), 0u) << Name(unit);
         EXPECT_EQ(LayoutWord(unit), 0u) << Name(unit);
         EXPECT_EQ(TextWord(unit), 0u) << Name(unit);
+    }
+}
+
+// The rows of a word, read from its source: 256 single rows, then ranges in order, of which the last
+// has the value 0. A unit without a row has the value 0.
+static std::vector<unsigned> WordsOf(const std::string& source, unsigned ranges)
+{
+    std::vector<unsigned> words(UNITS);
+    std::ifstream file(OSTRA_UNICODE_DATA "/" + source);
+    std::string line, first, last, value;
+    std::getline(file, line); // the heading
+    unsigned rows = 0, next = 0, word = 1;
+    for (; file >> first >> last >> value; ++rows) {
+        const unsigned from = std::stoul(first, nullptr, 16), to = std::stoul(last, nullptr, 16);
+        EXPECT_TRUE(rows < 256 ? from == rows && to == rows : next <= from && from <= to) << first;
+        next = to + 1;
+        word = std::stoul(value, nullptr, 0);
+        for (unsigned unit = from; unit <= to; ++unit)
+            words[unit] = word;
+    }
+    EXPECT_EQ(rows, 256 + ranges);
+    EXPECT_EQ(first + ".." + last, "FFEF..FFFF");
+    EXPECT_EQ(word, 0u);
+    return words;
+}
+
+TEST(CharProperties, WordsAreThoseOfTheirRows)
+{
+    static const struct
+    {
+        const char* source;
+        unsigned ranges;
+        unsigned (*word)(unsigned);
+    } WORDS[] = {
+        {"ctype1.tsv", 1311, CharacterWord},
+        {"ctype2.tsv", 630, LayoutWord},
+        {"ctype3.tsv", 877, TextWord},
+    };
+    for (const auto& row : WORDS) {
+        SCOPED_TRACE(row.source);
+        const std::vector<unsigned> words = WordsOf(row.source, row.ranges);
+        EXPECT_EQ(Differences(row.word, [&](Unit u) { return words[u]; }), "");
     }
 }
 
