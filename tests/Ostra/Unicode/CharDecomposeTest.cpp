@@ -203,6 +203,30 @@ TEST(CharMappings, DecomposeRepeatsTheLastSequenceForPlainCharacters)
     }
 }
 
+// A string that tells which of its units are read.
+class ReadString : public CT_UString
+{
+public:
+    using CT_UString::CT_UString;
+    unsigned short vu_GetAt(unsigned n_Offset) const override
+    {
+        read.push_back(n_Offset);
+        return CT_UString::vu_GetAt(n_Offset);
+    }
+
+    mutable std::vector<unsigned> read;
+};
+
+// Behind a high surrogate at the end that is the terminator.
+TEST(CharMappings, DecomposeReadsEachUnitOnce)
+{
+    const ReadString source(U(u"\u00C9\xD800zb\xDBFF"));
+    CT_UString result;
+    M::sv_Decompose(&source, &result);
+    EXPECT_EQ(Text(result), E_ u"\xD800z" E_ u"\xDBFF");
+    EXPECT_EQ(source.read, (std::vector<unsigned>{0, 1, 2, 3, 4, 5}));
+}
+
 // Each call starts anew: the last sequence of one is nothing to the next.
 TEST(CharMappings, DecomposeRemembersNothingBetweenCalls)
 {
