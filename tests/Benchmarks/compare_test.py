@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""What benchmarks/compare makes of reports, with invented figures."""
+import importlib.machinery
+import importlib.util
+import pathlib
+import subprocess
+import sys
+import unittest
+
+TOP = pathlib.Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+
+
+def load(name, path):
+    loader = importlib.machinery.SourceFileLoader(name, str(path))
+    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
+    loader.exec_module(module)
+    return module
+
+
+compare = load("compare", TOP / "benchmarks/compare")
+
+
+def items(name, *nanoseconds, label=""):
+    """Runs of a benchmark at that time an item, and an aggregate, which isn't a run."""
+    runs = [{"run_name": name, "run_type": "iteration", "items_per_second": 1e9 / time, "cpu_time": 1e6,
+             "real_time": 2e6, "time_unit": "ns", "label": label} for time in nanoseconds]
+    return runs + [{"run_name": name, "run_type": "aggregate", "items_per_second": 1, "cpu_time": 1}]
+
+
+def judged(runs, gates, absent=()):
+    return compare.judge("characters", compare.read_sides({"benchmarks": sum(runs, [])}),
+                         compare.read_gates(gates), absent)
+
+
+class Compare(unittest.TestCase):
+    def test_ratio_is_the_medians_quotient(self):
+        lines, failed, skipped = judged([items("upper/ostra/a", 2, 2.1, 1.99), items("upper/icu/a", 6, 6.1, 5.9)], "")
+        self.assertEqual(lines[0].split(), ["upper", "a", "ostra", "2", "ns", "icu", "3.00x"])
+        self.assertEqual((failed, skipped), ([], []))
+
+    def test_gate_holds_when_just_reached_and_aim_is_told_apart(self):
+        lines, failed, _ = judged([items("upper/ostra/a", 2), items("upper/icu/a", 6)],
+                                  "Characters upper a icu 3 5")
+        self.assertIn("gate icu 3 ok aim 5 -", lines[0])
+        self.assertEqual(failed, [])
+        lines, _, _ = judged([items("upper/ostra/a", 2), items("upper/icu/a", 10)], "Characters upper a icu 3 5")
+        self.assertIn("gate icu 3 ok aim 5 ok", lines[0])
+
+    def test_gate_below_fails_by_name(self):
+        lines, failed, _ = judged([items("upper/ostra/a", 2), items("upper/icu/a", 5.8)],
+                                  "# comment\n\nCharacters upper a icu 3 5 # why")
+        self.assertIn("gate icu 3 FAILS", lines[0])
+        self.assertEqual(failed, ["upper a icu: 2.900 instead of 3"])
+
+    def test_star_is_every_input_but_the_one_for_growth(self):
+        runs = [items("upper/ostra/a", 2), items("upper/icu/a", 1), items("upper/ostra/b", 2), items("upper/icu/b", 1),
+                items("upper/ostra/b.tenth", 2), items("upper/icu/b.tenth", 1)]
+        _, failed, _ = judged(runs, "Characters upper * icu 1 2")
+        self.assertEqual([text.split(":")[0] for text in failed], ["upper a icu", "upper b icu"])
+
+    def test_growth_compares_the_library_with_itself(self):
+        lines, _, _ = judged([items("upper/ostra/b", 3), items("upper/icu/b", 6), items("upper/ostra/b.tenth", 1.5),
+                              items("upper/icu/b.tenth", 6)], "")
+        self.assertIn("icu 2.00x  tenth 0.50x", lines[0])
+        self.assertNotIn("tenth 0", lines[1])
+
+    def test_spread_of_either_side_is_marked(self):
+        lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.3), items("upper/icu/a", 6)], "")
+        self.assertIn("icu ~3.00x", lines[0])
+        lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.1), items("upper/icu/a", 6, 6, 6.7)], "")
+        self.assertIn("icu ~3.00x", lines[0])
+        lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.1), items("upper/icu/a", 6, 6, 6.5)], "")
+        self.assertIn("icu 3.00x", lines[0])
+
+    def test_gate_of_an_absent_peer_is_skipped(self):
+        _, failed, skipped = judged([items("upper/ostra/a", 2)], "Characters upper a icu 3 5", {"icu": "libicu-dev"})
+        self.assertEqual((failed, skipped), ([], ["upper a icu"]))
+
+    def test_gate_of_what_is_not_measured_fails(self):
+        _, failed, _ = judged([items("upper/ostra/a", 2), items("upper/icu/a", 9)],
+                              "Characters uper a icu 3 5\nStrings upper b qt 1 1")
+        self.assertEqual(failed, ["uper a icu: not measured"])
+
+    def test_bytes_show_the_time_of_a_pass(self):
+        def runs(name, rate):
+            return [{"run_name": name, "run_type": "iteration", "bytes_per_second": rate, "cpu_time": 210,
+                     "real_time": 420, "time_unit": "us"}]
+        lines, _, _ = judged([runs("decode/ostra/a", 2e9), runs("decode/icu/a", 1e9)], "")
+        self.assertEqual(lines[0].split(), ["decode", "a", "ostra", "210", "us", "icu", "2.00x"])
+        lines, _, _ = judged([runs("decode/ostra/a/real_time", 2e9)], "")
+        self.assertIn("ostra 420 us", lines[0])
+
+    def test_generated_inputs_are_labelled(self):
+        lines, _, _ = judged([items("upper/ostra/a", 2, label="generated")], "")
+        self.assertIn("a (generated)", lines[0])
+
+    def test_a_failed_benchmark_stops(self):
+        run = {"run_name": "a/b/c", "run_type": "iteration", "error_occurred": True, "error_message": "no memory"}
+        with self.assertRaisesRegex(ValueError, "no memory"):
+            compare.read_sides({"benchmarks": [run]})
+
+    def test_instructions_are_counted_an_item(self):
+        text = ("desc: Trigger: Client Request: upper/ostra/a 100\n\nfn=x\n1 2\n\ntotals: 1200\n"
+                "desc: Trigger: Client Request: upper/icu/a 100\nsummary: 3000\n")
+        self.assertEqual(list(compare.read_counts(text)), [("upper/ostra/a", 12), ("upper/icu/a", 30)])
+
+    def test_the_gates_of_the_tree_can_be_read(self):
+        for gate in compare.read_gates((TOP / "benchmarks/gates.txt").read_text()):
+            self.assertTrue(0 < gate.gate <= gate.aim, gate)
+            self.assertTrue((TOP / f"benchmarks/{gate.job}.cpp").exists(), gate)
+
+    def test_without_programs_it_says_how_to_build(self):
+        done = subprocess.run([sys.executable, TOP / "benchmarks/compare", "--build", "/nowhere"],
+                              capture_output=True, text=True)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("cmake --preset linux-benchmarks", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
