@@ -30,6 +30,7 @@ CATEGORIES = {"Mn": "MarkNonSpacing", "Mc": "MarkSpacingCombining", "Me": "MarkE
               "Pd": "PunctuationDash", "Ps": "PunctuationOpen", "Pe": "PunctuationClose", "Po": "PunctuationOther",
               "Sm": "SymbolMath", "Sc": "SymbolCurrency", "Sk": "SymbolModifier", "So": "SymbolOther"}
 UNKNOWN_PROPERTY = len(CATEGORIES)
+LETTER = 0x80  # beside the number of a category that begins with L
 
 
 def lines_of(name):
@@ -151,7 +152,8 @@ def add_properties(rows, tables):
     properties, blocks = ranges_of("property"), ranges_of("block")
     rows.add("st_CharRange", "PROPERTY", range_rows(properties), 1169)
     rows.add("st_CharRange", "BLOCK", range_rows(blocks), 80)
-    tables.add_bytes("san1_Property", searched(properties, UNKNOWN_PROPERTY))
+    marked = [number | LETTER * name.startswith("L") for number, name in enumerate(CATEGORIES)] + [UNKNOWN_PROPERTY]
+    tables.add_bytes("san1_Property", [marked[number] for number in searched(properties, UNKNOWN_PROPERTY)])
     tables.add_bytes("san1_Block", searched(blocks, 0))
 
 

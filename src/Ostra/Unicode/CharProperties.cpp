@@ -192,7 +192,7 @@ int CT_CharProperties::sb_IsCntrl(unsigned short u_Char)
 
 int CT_CharProperties::sb_IsAlpha(unsigned short u_Char)
 {
-    return b_In(u_Char, LETTERS);
+    return Tables::sb_IsLetter(u_Char);
 }
 
 int CT_CharProperties::sb_IsPrint(unsigned short u_Char)

@@ -63,7 +63,12 @@ public:
         unsigned short au_Word[3];
     };
 
-    static unsigned sn_Property(unsigned short u) { return sn_Find(san1_Property, u); }
+    static unsigned sn_Property(unsigned short u)
+    {
+        return sn_Find(san1_Property, u) & (LETTER - 1);
+    }
+    // Whether the property is that of a letter: the question that is asked most.
+    static int sb_IsLetter(unsigned short u) { return sn_Find(san1_Property, u) / LETTER; }
     static unsigned sn_Block(unsigned short u) { return sn_Find(san1_Block, u); }
     static const st_Words& sso_Words(unsigned short u)
     {
@@ -96,6 +101,9 @@ public:
     static constexpr std::size_t sn_Size();
 
 private:
+    // A mark beside the number of a letter's property.
+    static constexpr unsigned LETTER = 0x80;
+
     // The number of each run of 32 characters' block of 32 values, then the blocks.
     static unsigned sn_Find(const unsigned char* pcn1_Table, std::size_t n)
     {
