@@ -141,6 +141,7 @@ const LocaleFacts& FindLocale(const char* name)
 {
     NameParts parts;
     const LocaleFacts* const found = Split(name, parts) ? FindParts(parts) : nullptr;
+    // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.UndefReturn): English is in the table
     return found ? *found : *FindLcid(ENGLISH);
 }
 

