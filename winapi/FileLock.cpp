@@ -58,35 +58,34 @@ DWORD Unlock(OpenFile& file, const OpenFile::Range& range)
         UnlockRange(file.Fd(), range.offset, range.length);
     return 0;
 }
+
+// Does one of the two to a range of a file; a range that no file has is an error of the call's own.
+BOOL ChangeLock(HANDLE handle, off_t offset, off_t length, DWORD no_range,
+                DWORD (*change)(OpenFile&, const OpenFile::Range&))
+{
+    return Guarded(FALSE, [&]() -> BOOL {
+        const Reference<OpenFile> file(handle);
+        if (!file)
+            return FALSE;
+        OpenFile::Range range;
+        return Finish(ToRange(offset, length, range) ? change(*file, range) : no_range);
+    });
+}
 } // namespace
 
 BOOL LockFile(HANDLE hFile, DWORD dwFileOffsetLow, DWORD dwFileOffsetHigh,
               DWORD nNumberOfBytesToLockLow, DWORD nNumberOfBytesToLockHigh)
 {
-    return Guarded(FALSE, [&]() -> BOOL {
-        const Reference<OpenFile> file(hFile);
-        if (!file)
-            return FALSE;
-        OpenFile::Range range;
-        if (!ToRange(Join(dwFileOffsetHigh, dwFileOffsetLow),
-                     Join(nNumberOfBytesToLockHigh, nNumberOfBytesToLockLow), range))
-            return Finish(ERROR_INVALID_PARAMETER);
-        return Finish(Lock(*file, range));
-    });
+    return ChangeLock(hFile, Join(dwFileOffsetHigh, dwFileOffsetLow),
+                      Join(nNumberOfBytesToLockHigh, nNumberOfBytesToLockLow),
+                      ERROR_INVALID_PARAMETER, Lock);
 }
 
 BOOL UnlockFile(HANDLE hFile, DWORD dwFileOffsetLow, DWORD dwFileOffsetHigh,
                 DWORD nNumberOfBytesToUnlockLow, DWORD nNumberOfBytesToUnlockHigh)
 {
-    return Guarded(FALSE, [&]() -> BOOL {
-        const Reference<OpenFile> file(hFile);
-        if (!file)
-            return FALSE;
-        OpenFile::Range range;
-        if (!ToRange(Join(dwFileOffsetHigh, dwFileOffsetLow),
-                     Join(nNumberOfBytesToUnlockHigh, nNumberOfBytesToUnlockLow), range))
-            return Finish(ERROR_NOT_LOCKED);
-        return Finish(Unlock(*file, range));
-    });
+    return ChangeLock(hFile, Join(dwFileOffsetHigh, dwFileOffsetLow),
+                      Join(nNumberOfBytesToUnlockHigh, nNumberOfBytesToUnlockLow), ERROR_NOT_LOCKED,
+                      Unlock);
 }
 } // namespace winapi

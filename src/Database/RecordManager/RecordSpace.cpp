@@ -6,12 +6,8 @@
 // meaning there alone.
 #include <Database/RecordManager/RecordManager.h>
 
-#include <Ostra/Frame/Report.h>
-
 namespace
 {
-constexpr char qccz_Source[] = "Database/RecordManager/RecordSpace";
-
 constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned LINK = 4;
 } // namespace
