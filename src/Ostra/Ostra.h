@@ -21,6 +21,8 @@
 #include <Ostra/Frame/Type.h>
 #include <Ostra/SortedArray/VoidSortedArray.h>
 #include <Ostra/String/CString.h>
+#include <Ostra/String/Compare.h>
+#include <Ostra/String/HashFunction.h>
 #include <Ostra/String/String.h>
 #include <Ostra/String/UString.h>
 #include <Ostra/Unicode/CharMappings.h>

@@ -71,11 +71,20 @@ public:
                 return int(Value(*qc_Left)) - int(Value(*qc_Right));
         return 0;
     }
+    // The same up to a terminator, with A to Z folded down.
+    static int si_CompareNoCase(const Unit* qc_Left, const Unit* qc_Right)
+    {
+        while (*qc_Left && su_Lower(*qc_Left) == su_Lower(*qc_Right))
+            ++qc_Left, ++qc_Right;
+        return int(su_Lower(*qc_Left)) - int(su_Lower(*qc_Right));
+    }
 
     static bool sb_Match(const Unit* qc_Text, const Unit* qc_Pattern);
 
     // ---- The C locale ---------------------------------------------------------------------
 
+    static Value su_Lower(Unit c) { return Value(c - 'A') < 26 ? Value(c | 0x20) : Value(c); }
+    static Value su_Upper(Unit c) { return Value(c - 'a') < 26 ? Value(c ^ 0x20) : Value(c); }
     static bool sb_IsSpace(Unit c) { return c == ' ' || (c >= 9 && c <= 13); }
     static void sv_ToLower(Unit* qc_Text) { sv_ChangeCase(qc_Text, 'A'); }
     static void sv_ToUpper(Unit* qc_Text) { sv_ChangeCase(qc_Text, 'a'); }
