@@ -23,7 +23,10 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/Compare.h>
 #include <Ostra/String/HashFunction.h>
+#include <Ostra/String/LoadString.h>
 #include <Ostra/String/String.h>
+#include <Ostra/String/StringScanner.h>
+#include <Ostra/String/StringTools.h>
 #include <Ostra/String/UString.h>
 #include <Ostra/Unicode/CharMappings.h>
 #include <Ostra/Unicode/CharProperties.h>
