@@ -30,6 +30,8 @@
 #include <Ostra/String/UString.h>
 #include <Ostra/Unicode/CharMappings.h>
 #include <Ostra/Unicode/CharProperties.h>
+#include <System/Forum/Forum.h>
 #include <System/OS/OS.h>
 #include <System/String/StringConvert.h>
 #include <System/String/UTF.h>
+#include <System/Timer/Timer.h>

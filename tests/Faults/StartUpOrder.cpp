@@ -66,6 +66,8 @@ struct Before
                 "types after the end");
         Require(!can_ask_the_unborn || CT_CString::spcco_GetType()->n_GetTypes() == 0,
                 "types after the end");
+        Require(!can_ask_the_unborn || CT_Forum::spcco_GetType()->n_GetTypes() == 0,
+                "types after the end");
     }
 };
 __attribute__((init_priority(900))) Before before;
@@ -78,6 +80,7 @@ struct Between
         Require(CT_ErrorManager::spco_Get() != nullptr, "no manager behind the statics");
         Require(CT_OS::seo_GetVersion() != 0, "no family behind the statics");
         Require(CT_UString::spcco_GetType()->n_GetTypes() == 2, "no types behind the statics");
+        Require(CT_Forum::spcco_GetType()->n_GetTypes() == 1, "no types behind the statics");
         Require(CT_Buffer::sn_GetAllocCount() == 0, "the statics make blocks");
         Require(!HasModule(), "a module before its entry has run");
         Require(!*CT_OstraDLLMain::spcco_GetModuleName()->qccz_Get(), "a name before the entry");
@@ -90,6 +93,7 @@ struct Between
     {
         Require(CT_ErrorManager::spco_Get() != nullptr, "no manager before the end");
         Require(CT_UString::spcco_GetType()->n_GetTypes() == 2, "no types before the end");
+        Require(CT_Forum::spcco_GetType()->n_GetTypes() == 1, "no types before the end");
     }
 
     std::string text_before_entry;
@@ -110,6 +114,8 @@ TEST(StartUpOrder, TypeRecordsComeUpInTheirOrder)
     ASSERT_EQ(type, CT_UString::spcco_GetType());
     type = type->*Private(NextType());
     ASSERT_EQ(type, CT_String::spcco_GetType());
+    type = type->*Private(NextType());
+    ASSERT_EQ(type, CT_Forum::spcco_GetType());
     type = type->*Private(NextType());
     ASSERT_EQ(type, CT_CString::spcco_GetType());
     EXPECT_EQ(type->*Private(NextType()), nullptr);

@@ -9,6 +9,7 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <System/Forum/Forum.h>
 #include <System/OS/OS.h>
 
 #define OSTRA_STARTUP __attribute__((init_priority(1000)))
@@ -31,6 +32,10 @@ CT_Init CT_ErrorManager::sco_Init OSTRA_STARTUP("CT_ErrorManager", "sv_Init",
                                                 CT_ErrorManager::sv_Init);
 CT_Exit CT_ErrorManager::sco_Exit OSTRA_STARTUP("CT_ErrorManager", "sv_Exit",
                                                 CT_ErrorManager::sv_Exit);
+
+CT_Type CT_Forum::sco_Type OSTRA_STARTUP(qcz_Name("CT_Forum"), &CT_Forum::sco_Object,
+                                         sizeof(CT_Forum));
+CT_Forum CT_Forum::sco_Object OSTRA_STARTUP(&CT_Forum::sco_Type);
 
 CT_Init CT_OS::sco_Init OSTRA_STARTUP("CT_OS", "sv_Init", CT_OS::sv_Init);
 

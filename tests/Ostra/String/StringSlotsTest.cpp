@@ -1,24 +1,10 @@
 // tests/Ostra/String/StringSlotsTest.cpp: the order of the virtual table, the members, the type
 // records.
 #include "Ostra/String/StringSupport.h"
-
-#include <cstdint>
-#include <cstring>
+#include "Support/Slots.h"
 
 namespace
 {
-// The table's entry of a virtual member; the destructor takes two entries behind slot 2.
-template <class Member>
-unsigned SlotOf(Member member)
-{
-    std::uintptr_t raw[2];
-    static_assert(sizeof(raw) == sizeof(member));
-    std::memcpy(raw, &member, sizeof(raw));
-    EXPECT_EQ(raw[0] % 2, 1u) << "not virtual";
-    const auto entry = static_cast<unsigned>((raw[0] - 1) / sizeof(void*));
-    return entry < 3 ? entry : entry - 1;
-}
-
 // Makes the protected members of a class nameable.
 template <class String>
 struct Open : String
