@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -85,6 +86,16 @@ inline std::unique_ptr<CT_String> Share(const CT_String& s)
 {
     return std::unique_ptr<CT_String>(s.vpco_Create());
 }
+
+// An element at an address that suits no type.
+template <class T>
+struct Misplaced
+{
+    explicit Misplaced(T value) { std::memcpy(bytes + 1, &value, sizeof(value)); }
+    const T* At() const { return reinterpret_cast<const T*>(bytes + 1); }
+
+    alignas(16) unsigned char bytes[sizeof(T) + 1] = {};
+};
 
 // Runs a check on both classes.
 inline void OnBoth(const std::function<void(bool wide)>& check)
