@@ -1,0 +1,139 @@
+// tests/Faults/ContainersSweep.cpp: bit sets with an exhausted heap.
+#include <Ostra/Containers/BitSet.h>
+
+#include "Faults/Sweep.h"
+
+#include <memory>
+
+namespace
+{
+constexpr unsigned NONE = 0xFFFFFFFF;
+const SweepReport report("Ostra/Buffer/Buffer");
+
+// Two sets of 70 bits on one block, with bits 3 and 69.
+struct Sets
+{
+    Sets()
+    {
+        source.v_SetBit(3, 1);
+        source.v_SetBit(69, 1);
+        set.v_Set(&source);
+    }
+    CT_BitSet source{70};
+    CT_BitSet set{70};
+};
+
+void ExpectSourceAsItWas(const Sets& sets)
+{
+    EXPECT_EQ(sets.source.n_NrSetBits(), 2U);
+    EXPECT_TRUE(sets.source.b_GetBit(3));
+    EXPECT_TRUE(sets.source.b_GetBit(69));
+}
+
+void ExpectUsable(CT_BitSet& set)
+{
+    set.v_Set(100, 0);
+    EXPECT_TRUE(set.b_IsEmpty());
+    set.v_SetBits(1);
+    EXPECT_EQ(set.n_NrSetBits(), 100U);
+}
+
+// A write that can't have a block of its own changes neither set.
+template <typename T_Write>
+void SweepWrite(T_Write write, unsigned after)
+{
+    Sweep(
+        report, [] { return std::make_unique<Sets>(); },
+        [write](Sets& sets) { write(sets.set, sets.source); },
+        [after](Sets& sets, bool failed) {
+            EXPECT_EQ(sets.set.n_NrSetBits(), failed ? 2U : after);
+            ExpectSourceAsItWas(sets);
+            ExpectUsable(sets.set);
+        });
+}
+} // namespace
+
+TEST(BitSetSweep, AWriteWithoutABlockOfItsOwnIsNotDone)
+{
+    SweepWrite([](CT_BitSet& set, const CT_BitSet&) { set.v_SetBit(4, 1); }, 3);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet&) { set.v_And(3, 0); }, 1);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet&) { set.v_Toggle(3); }, 1);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet&) { set.v_SetBits(1); }, 70);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet&) { set.v_SetBits(0); }, 0);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet&) { set.v_Complement(); }, 68);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet& other) { set.v_NAssign(&other); }, 68);
+    SweepWrite([](CT_BitSet& set, const CT_BitSet& other) { set.v_Xor(&other); }, 0);
+}
+
+TEST(BitSetSweep, ANewSetWithoutABlockHasZeros)
+{
+    struct Place
+    {
+        ~Place() { reinterpret_cast<CT_BitSet*>(room)->~CT_BitSet(); }
+        alignas(CT_BitSet) char room[sizeof(CT_BitSet)];
+    };
+    Sweep(
+        report, [] { return std::make_unique<Place>(); },
+        [](Place& place) { ::new (place.room) CT_BitSet(5000); },
+        [](Place& place, bool failed) {
+            CT_BitSet& set = *reinterpret_cast<CT_BitSet*>(place.room);
+            EXPECT_EQ(set.n_GetSize(), 5000U);
+            EXPECT_TRUE(set.b_IsEmpty());
+            set.v_SetBits(1);
+            EXPECT_EQ(set.n_NrSetBits(), failed ? 0U : 5000U);
+            set.v_SetBit(4999, 1);
+            EXPECT_EQ(set.b_GetBit(4999), !failed);
+            set.v_Complement();
+            EXPECT_EQ(set.n_FirstSetBit(), NONE);
+            ExpectUsable(set);
+        });
+}
+
+TEST(BitSetSweep, ALargerSizeKeepsTheBitsThatThereIsRoomFor)
+{
+    Sweep(
+        report, [] { return std::make_unique<Sets>(); },
+        [](Sets& sets) { sets.set.v_Set(9000, 1); },
+        [](Sets& sets, bool failed) {
+            EXPECT_EQ(sets.set.n_GetSize(), 9000U);
+            EXPECT_TRUE(sets.set.b_GetBit(3));
+            EXPECT_TRUE(sets.set.b_GetBit(69));
+            if (failed) {
+                EXPECT_EQ(sets.set.n_NrSetBits(), 2U);
+            }
+            ExpectSourceAsItWas(sets);
+            ExpectUsable(sets.set);
+        });
+}
+
+TEST(BitSetSweep, ALargerSizeOfASetAloneKeepsTheBitsThatThereIsRoomFor)
+{
+    Sweep(
+        report,
+        [] {
+            auto set = std::make_unique<CT_BitSet>(70);
+            set->v_SetBit(69, 1);
+            return set;
+        },
+        [](CT_BitSet& set) { set.v_Set(9000, 1); },
+        [](CT_BitSet& set, bool failed) {
+            EXPECT_EQ(set.n_GetSize(), 9000U);
+            EXPECT_EQ(set.n_FirstSetBit(), 69U);
+            set.v_SetBit(8999, 1);
+            EXPECT_EQ(set.b_GetBit(8999), !failed);
+            ExpectUsable(set);
+        });
+}
+
+TEST(BitSetSweep, ANewSizeWithoutABlockHasZeros)
+{
+    Sweep(
+        report, [] { return std::make_unique<Sets>(); },
+        [](Sets& sets) { sets.set.v_Set(9000, 0); },
+        [](Sets& sets, bool) {
+            EXPECT_EQ(sets.set.n_GetSize(), 9000U);
+            EXPECT_TRUE(sets.set.b_IsEmpty());
+            ExpectSourceAsItWas(sets);
+            ExpectUsable(sets.set);
+        });
+}
