@@ -6,6 +6,7 @@
 #include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/CompList/CompList.h>
+#include <Ostra/Containers/AlphaTree.h>
 #include <Ostra/Containers/BitSet.h>
 #include <Ostra/File/File.h>
 #include <Ostra/File/FileSystem.h>

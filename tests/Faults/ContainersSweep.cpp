@@ -1,4 +1,5 @@
-// tests/Faults/ContainersSweep.cpp: bit sets with an exhausted heap.
+// tests/Faults/ContainersSweep.cpp: bit sets and alphabet trees with an exhausted heap.
+#include <Ostra/Containers/AlphaTree.h>
 #include <Ostra/Containers/BitSet.h>
 
 #include "Faults/Sweep.h"
@@ -135,5 +136,48 @@ TEST(BitSetSweep, ANewSizeWithoutABlockHasZeros)
             EXPECT_TRUE(sets.set.b_IsEmpty());
             ExpectSourceAsItWas(sets);
             ExpectUsable(sets.set);
+        });
+}
+
+// ---- Alphabet tree ------------------------------------------------------------------------
+
+namespace
+{
+std::unique_ptr<CT_AlphaTree> Tree()
+{
+    auto tree = std::make_unique<CT_AlphaTree>();
+    tree->v_Add("abc", 1);
+    tree->v_Add("abd", 2);
+    return tree;
+}
+} // namespace
+
+// Nothing is reported. What was there stays.
+TEST(AlphaTreeSweep, AKeyThatFindsNoMemoryIsNotEntered)
+{
+    Sweep(
+        report, Tree, [](CT_AlphaTree& tree) { tree.v_Add("abxyz", 3); },
+        [](CT_AlphaTree& tree, bool failed) {
+            EXPECT_FALSE(failed);
+            EXPECT_EQ(tree.n_Search("abc"), 1U);
+            EXPECT_EQ(tree.n_Search("abd"), 2U);
+            const bool added = tree.n_Search("abxyz") == 3;
+            EXPECT_EQ(tree.n_GetNrOfEntries(), added ? 3U : 2U);
+            EXPECT_EQ(tree.b_Remove("abxyz"), added);
+            tree.v_Add("abxyz", 4);
+            EXPECT_EQ(tree.n_Search("abxyz"), 4U);
+        });
+}
+
+TEST(AlphaTreeSweep, ARemovalNeedsNoMemory)
+{
+    Sweep(
+        report, Tree, [](CT_AlphaTree& tree) { EXPECT_EQ(tree.b_Remove("abc"), 1); },
+        [](CT_AlphaTree& tree, bool failed) {
+            EXPECT_FALSE(failed);
+            EXPECT_EQ(tree.n_Search("abc"), NONE);
+            EXPECT_EQ(tree.n_Search("abd"), 2U);
+            EXPECT_EQ(tree.b_Remove("abd"), 1);
+            EXPECT_EQ(tree.n_GetNrOfEntries(), 0U);
         });
 }

@@ -1,0 +1,324 @@
+// Ostra/Containers/AlphaTree.cpp
+#include <Ostra/Containers/AlphaTree.h>
+
+#include <Ostra/Frame/Print.h>
+#include <Ostra/String/CString.h>
+#include <Ostra/String/UString.h>
+
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <type_traits>
+
+static_assert(offsetof(CT_AlphaTree::_st_node, u_Character) == 0);
+static_assert(offsetof(CT_AlphaTree::_st_node, n2_NrOfBranches) == 2);
+static_assert(offsetof(CT_AlphaTree::_st_node, n_Value) == 4);
+static_assert(sizeof(CT_AlphaTree::_st_node) == 8 + sizeof(void*));
+
+namespace
+{
+constexpr unsigned NONE = 0xFFFFFFFF;
+
+// An 8-bit character without its sign.
+template <class T>
+inline unsigned short u_Widen(T c)
+{
+    return static_cast<std::make_unsigned_t<T>>(c);
+}
+} // namespace
+
+// ---- Life ---------------------------------------------------------------------------------
+
+CT_AlphaTree::CT_AlphaTree()
+{
+    v_Null();
+    v_Init();
+}
+
+CT_AlphaTree::~CT_AlphaTree()
+{
+    v_Delete(&so_Root);
+}
+
+void CT_AlphaTree::v_Null()
+{
+    so_Root = {0, 0, 0, nullptr};
+}
+
+void CT_AlphaTree::v_Init()
+{
+    so_Root = {0xFFFF, 0, NONE, nullptr};
+}
+
+// Frees what is below the node. The last branch is gone into by the loop, here and in the other
+// walks, so that the stack is needed where keys part and not for their lengths.
+void CT_AlphaTree::v_Delete(_st_node* pso_Node)
+{
+    _st_node* pso_Branches = pso_Node->pso_Branches;
+    unsigned n_Number = pso_Node->n2_NrOfBranches;
+    while (pso_Branches) {
+        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++)
+            v_Delete(&pso_Branches[n_Branch]);
+        const _st_node so_Last = pso_Branches[n_Number - 1];
+        std::free(pso_Branches);
+        pso_Branches = so_Last.pso_Branches;
+        n_Number = so_Last.n2_NrOfBranches;
+    }
+}
+
+// ---- Branches -----------------------------------------------------------------------------
+
+inline CT_AlphaTree::_st_node*
+CT_AlphaTree::pso_FindBranch(_st_node* pso_Branches, unsigned n_Count, unsigned short u_Character)
+{
+    for (_st_node* pso_End = pso_Branches + n_Count; pso_Branches != pso_End; pso_Branches++)
+        if (pso_Branches->u_Character == u_Character)
+            return pso_Branches;
+    return nullptr;
+}
+
+// A new last branch; the caller raises the count. Null when the heap is exhausted, and the branches
+// are as they were.
+CT_AlphaTree::_st_node* CT_AlphaTree::pso_AugmentBranches(_st_node** ppso_Branches,
+                                                          unsigned n_Count,
+                                                          unsigned short u_Character)
+{
+    void* pv_Grown = std::realloc(*ppso_Branches, (n_Count + 1) * sizeof(_st_node));
+    if (!pv_Grown)
+        return nullptr;
+    *ppso_Branches = static_cast<_st_node*>(pv_Grown);
+    _st_node* pso_New = *ppso_Branches + n_Count;
+    *pso_New = {u_Character, 0, NONE, nullptr};
+    return pso_New;
+}
+
+// Takes out a branch from which no other branches go.
+void CT_AlphaTree::v_CutBranch(_st_node* pso_Node, _st_node* pso_Branch)
+{
+    const unsigned n_Left = --pso_Node->n2_NrOfBranches;
+    if (n_Left == 0) {
+        std::free(pso_Node->pso_Branches);
+        pso_Node->pso_Branches = nullptr;
+        return;
+    }
+    // Kept: the last branch takes the place, so the order of the branches changes.
+    *pso_Branch = pso_Node->pso_Branches[n_Left];
+    void* pv_Shrunk = std::realloc(pso_Node->pso_Branches, n_Left * sizeof(_st_node));
+    if (pv_Shrunk)
+        pso_Node->pso_Branches = static_cast<_st_node*>(pv_Shrunk);
+}
+
+// ---- Keys ---------------------------------------------------------------------------------
+
+// Branches that were added before the heap was exhausted stay.
+template <class T>
+void CT_AlphaTree::v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value)
+{
+    for (; *qcz_Key; qcz_Key++) {
+        const unsigned short u_Character = u_Widen(*qcz_Key);
+        const unsigned n_Number = pso_Node->n2_NrOfBranches;
+        _st_node* pso_Next = pso_FindBranch(pso_Node->pso_Branches, n_Number, u_Character);
+        if (!pso_Next) {
+            pso_Next = pso_AugmentBranches(&pso_Node->pso_Branches, n_Number, u_Character);
+            if (!pso_Next)
+                return;
+            pso_Node->n2_NrOfBranches++;
+        }
+        pso_Node = pso_Next;
+    }
+    pso_Node->n_Value = n4_Value;
+}
+
+template <class T>
+DWORD CT_AlphaTree::n4_Search(_st_node* pso_Node, const T* qcz_Key)
+{
+    for (; *qcz_Key; qcz_Key++) {
+        pso_Node =
+            pso_FindBranch(pso_Node->pso_Branches, pso_Node->n2_NrOfBranches, u_Widen(*qcz_Key));
+        if (!pso_Node)
+            return NONE;
+    }
+    return pso_Node->n_Value;
+}
+
+// One way down, which notes where the branches that go begin: below the last node that has a number
+// or other branches.
+template <class T>
+int CT_AlphaTree::b_Remove(_st_node* pso_Node, const T* qcz_Key)
+{
+    _st_node* pso_Parent = nullptr; // the last node that stays, and the branch of it that may go
+    _st_node* pso_First = nullptr;
+    for (; *qcz_Key; qcz_Key++) {
+        _st_node* pso_Next =
+            pso_FindBranch(pso_Node->pso_Branches, pso_Node->n2_NrOfBranches, u_Widen(*qcz_Key));
+        if (!pso_Next)
+            return 0;
+        if (pso_Node->n_Value != NONE) {
+            // Kept: the node's own number decides, not that of the branch: a branch below a number
+            // stays for good, without a key.
+            pso_First = nullptr;
+        } else if (!pso_First || pso_Node->n2_NrOfBranches != 1) {
+            pso_Parent = pso_Node;
+            pso_First = pso_Next;
+        }
+        pso_Node = pso_Next;
+    }
+    if (pso_Node->n_Value == NONE)
+        return 0;
+    pso_Node->n_Value = NONE;
+    if (pso_First && pso_Node->n2_NrOfBranches == 0) {
+        v_Delete(pso_First);
+        v_CutBranch(pso_Parent, pso_First);
+    }
+    return 1;
+}
+
+// ---- Walks --------------------------------------------------------------------------------
+
+unsigned CT_AlphaTree::n_Count(_st_node* pso_Node)
+{
+    unsigned n_Entries = pso_Node->n_Value != NONE;
+    while (const unsigned n_Number = pso_Node->n2_NrOfBranches) {
+        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++)
+            n_Entries += n_Count(&pso_Node->pso_Branches[n_Branch]);
+        pso_Node = &pso_Node->pso_Branches[n_Number - 1];
+        n_Entries += pso_Node->n_Value != NONE;
+    }
+    return n_Entries;
+}
+
+// The characters on the way to a node.
+template <class T>
+struct CT_AlphaTree::st_DumpText
+{
+    static constexpr unsigned ROOM = 256;
+
+    // A character of 0 appends nothing, nor does one that finds no room.
+    void v_Append(T c)
+    {
+        if (c == 0 || n_Length == ROOM - 1)
+            return;
+        ac_Text[n_Length++] = c;
+        ac_Text[n_Length] = 0;
+    }
+    void v_Cut(unsigned n_NewLength)
+    {
+        n_Length = n_NewLength;
+        ac_Text[n_Length] = 0;
+    }
+    // Characters of 16 bits print in the standard library's locale; a key that has no form there
+    // prints as nothing.
+    void v_Print(unsigned n_Value) const
+    {
+        const char* qccz_Format = sizeof(T) == 1 ? "%s : %d\n" : "%S : %d\n";
+        char ac_Line[ROOM * 6];
+        if (CT_Print::si_Format(ac_Line, sizeof ac_Line, qccz_Format, ac_Text, int(n_Value)) >= 0)
+            std::printf("%s", ac_Line);
+    }
+
+    T ac_Text[ROOM] = {};
+    unsigned n_Length = 0;
+};
+
+template <class T>
+void CT_AlphaTree::v_Dump(_st_node* pso_Node, st_DumpText<T>* pso_Text)
+{
+    pso_Text->v_Append(static_cast<T>(pso_Node->u_Character));
+    if (pso_Node->n_Value != NONE)
+        pso_Text->v_Print(pso_Node->n_Value);
+}
+
+template <class T>
+void CT_AlphaTree::v_DumpBranches(_st_node* pso_Node, st_DumpText<T>* pso_Text)
+{
+    const unsigned n_Length = pso_Text->n_Length;
+    while (const unsigned n_Number = pso_Node->n2_NrOfBranches) {
+        const unsigned n_NodeLength = pso_Text->n_Length;
+        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++) {
+            v_Dump(&pso_Node->pso_Branches[n_Branch], pso_Text);
+            v_DumpBranches(&pso_Node->pso_Branches[n_Branch], pso_Text);
+            pso_Text->v_Cut(n_NodeLength);
+        }
+        pso_Node = &pso_Node->pso_Branches[n_Number - 1];
+        v_Dump(pso_Node, pso_Text);
+    }
+    pso_Text->v_Cut(n_Length);
+}
+
+void CT_AlphaTree::v_Dump(et_ElementSize ec_ElementSize)
+{
+    if (ec_ElementSize == es_Byte) {
+        st_DumpText<char> so_Text;
+        v_DumpBranches(&so_Root, &so_Text);
+    } else {
+        st_DumpText<unsigned short> so_Text;
+        v_DumpBranches(&so_Root, &so_Text);
+    }
+}
+
+unsigned CT_AlphaTree::n_GetNrOfEntries()
+{
+    return n_Count(&so_Root);
+}
+
+// ---- The forms of a key -------------------------------------------------------------------
+
+unsigned CT_AlphaTree::n_Search(const char* qccz_Key)
+{
+    return n4_Search(&so_Root, qccz_Key);
+}
+
+unsigned CT_AlphaTree::n_Search(const unsigned short* qcuz_Key)
+{
+    return n4_Search(&so_Root, qcuz_Key);
+}
+
+unsigned CT_AlphaTree::n_Search(const CT_CString* pcco_Key)
+{
+    return n4_Search(&so_Root, pcco_Key->qccz_Get());
+}
+
+unsigned CT_AlphaTree::n_Search(const CT_UString* pcco_Key)
+{
+    return n4_Search(&so_Root, pcco_Key->qcuz_Get());
+}
+
+void CT_AlphaTree::v_Add(const char* qccz_Key, DWORD n4_Value)
+{
+    v_Insert(&so_Root, qccz_Key, n4_Value);
+}
+
+void CT_AlphaTree::v_Add(const unsigned short* qcuz_Key, DWORD n4_Value)
+{
+    v_Insert(&so_Root, qcuz_Key, n4_Value);
+}
+
+void CT_AlphaTree::v_Add(const CT_CString* pcco_Key, DWORD n4_Value)
+{
+    v_Insert(&so_Root, pcco_Key->qccz_Get(), n4_Value);
+}
+
+void CT_AlphaTree::v_Add(const CT_UString* pcco_Key, DWORD n4_Value)
+{
+    v_Insert(&so_Root, pcco_Key->qcuz_Get(), n4_Value);
+}
+
+int CT_AlphaTree::b_Remove(const char* qccz_Key)
+{
+    return b_Remove(&so_Root, qccz_Key);
+}
+
+int CT_AlphaTree::b_Remove(const unsigned short* qcuz_Key)
+{
+    return b_Remove(&so_Root, qcuz_Key);
+}
+
+int CT_AlphaTree::b_Remove(const CT_CString* pcco_Key)
+{
+    return b_Remove(&so_Root, pcco_Key->qccz_Get());
+}
+
+int CT_AlphaTree::b_Remove(const CT_UString* pcco_Key)
+{
+    return b_Remove(&so_Root, pcco_Key->qcuz_Get());
+}
