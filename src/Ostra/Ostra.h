@@ -21,6 +21,7 @@
 #include <Ostra/Frame/Shared.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>
+#include <Ostra/LIST/VoidList.h>
 #include <Ostra/SortedArray/VoidSortedArray.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/Compare.h>

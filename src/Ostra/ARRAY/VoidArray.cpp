@@ -1,6 +1,7 @@
 // Ostra/ARRAY/VoidArray.cpp: a growable sequence of raw items of one size.
 #include <Ostra/ARRAY/VoidArray.h>
 
+#include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Frame/Report.h>
 
 #include <cstdlib>
@@ -9,24 +10,6 @@
 static constexpr char qccz_Source[] = "Ostra/ARRAY/VoidArray";
 
 static constexpr unsigned ALL = 0xFFFFFFFF;
-
-// Most items are of 1, 2 or 4 bytes: a copy of a size known here is one load and one store.
-static inline void v_CopyItem(void* pv_To, const void* pcv_From, unsigned n_Size)
-{
-    switch (n_Size) {
-    case 1:
-        std::memcpy(pv_To, pcv_From, 1);
-        return;
-    case 2:
-        std::memcpy(pv_To, pcv_From, 2);
-        return;
-    case 4:
-        std::memcpy(pv_To, pcv_From, 4);
-        return;
-    default:
-        std::memcpy(pv_To, pcv_From, n_Size);
-    }
-}
 
 // ---- Construction -------------------------------------------------------------------------
 
