@@ -21,6 +21,8 @@
 #include <Ostra/Frame/Shared.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>
+#include <Ostra/HashTable/VoidHashIterator.h>
+#include <Ostra/HashTable/VoidHashTable.h>
 #include <Ostra/LIST/VoidList.h>
 #include <Ostra/SortedArray/VoidSortedArray.h>
 #include <Ostra/String/CString.h>
