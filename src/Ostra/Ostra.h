@@ -8,6 +8,7 @@
 #include <Ostra/CompList/CompList.h>
 #include <Ostra/Containers/AlphaTree.h>
 #include <Ostra/Containers/BitSet.h>
+#include <Ostra/Containers/StringCache.h>
 #include <Ostra/File/File.h>
 #include <Ostra/File/FileSystem.h>
 #include <Ostra/File/FindFile.h>
