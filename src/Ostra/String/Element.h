@@ -1,4 +1,4 @@
-// Ostra/String/Element.h: elements of containers, as compare and hash functions read them. Internal.
+// Ostra/String/Element.h: elements of containers, as compare and hash functions see them. Internal.
 #pragma once
 
 #include <Ostra/String/CString.h>
