@@ -25,6 +25,9 @@
 #include <Ostra/HashTable/VoidHashIterator.h>
 #include <Ostra/HashTable/VoidHashTable.h>
 #include <Ostra/LIST/VoidList.h>
+#include <Ostra/Maps/StringNumberMap.h>
+#include <Ostra/Maps/StringOrdinalMap.h>
+#include <Ostra/Maps/StringStringMap.h>
 #include <Ostra/SortedArray/VoidSortedArray.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/Compare.h>
