@@ -136,19 +136,6 @@ inline char* CT_BitSet::pc_PrepareWord(unsigned n_Bit)
     return n_At < co_Buffer.n_GetUsedSize() ? pc_GetWords() + n_At : nullptr;
 }
 
-inline void CT_BitSet::v_SetBit(unsigned n_Bit, int b_Value)
-{
-    if (b_Value)
-        v_Or(n_Bit, 1);
-    else
-        v_And(n_Bit, 0);
-}
-
-inline void CT_BitSet::v_Toggle(unsigned n_Bit)
-{
-    v_Xor(n_Bit, 1);
-}
-
 inline void CT_BitSet::v_Or(unsigned n_Bit, int b_Value)
 {
     if (!b_Value)
@@ -183,4 +170,17 @@ inline void CT_BitSet::v_Xor(unsigned n_Bit, int b_Value)
         n_Word ^= n_GetMask(n_Bit);
         std::memcpy(pc_Word, &n_Word, sizeof n_Word);
     }
+}
+
+inline void CT_BitSet::v_SetBit(unsigned n_Bit, int b_Value)
+{
+    if (b_Value)
+        v_Or(n_Bit, 1);
+    else
+        v_And(n_Bit, 0);
+}
+
+inline void CT_BitSet::v_Toggle(unsigned n_Bit)
+{
+    v_Xor(n_Bit, 1);
 }

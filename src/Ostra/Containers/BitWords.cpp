@@ -11,12 +11,11 @@ typedef std::uint64_t Run __attribute__((vector_size(16)));
 constexpr unsigned RUN = sizeof(Run) / 4; // words of a run
 constexpr unsigned BLOCK = 8 * RUN;       // words that are counted together
 
+// Runs are handed over by reference: as values they have no place everywhere.
 template <class T>
-inline T Load(const char* pcc_Words, unsigned n_Word)
+inline void v_Load(T& Value, const char* pcc_Words, unsigned n_Word)
 {
-    T Value;
     std::memcpy(&Value, pcc_Words + std::size_t(n_Word) * 4, sizeof Value);
-    return Value;
 }
 
 // ---- Counting -----------------------------------------------------------------------------
@@ -33,21 +32,30 @@ inline void v_Add(Run& n_High, Run& n_Low, const Run& n_First, const Run& n_Seco
     n_Low = n_Odd ^ n_Second;
 }
 
-// The bits of each half: in pairs, in fours, in eights and so on.
+inline void v_AddRuns(Run& n_High, Run& n_Low, const char* pcc_Runs)
+{
+    Run n_First, n_Second;
+    v_Load(n_First, pcc_Runs, 0);
+    v_Load(n_Second, pcc_Runs, RUN);
+    v_Add(n_High, n_Low, n_First, n_Second);
+}
+
+// Each half becomes the count of its bits: in pairs, in fours, in eights and so on.
 template <class T>
-inline T BitsOf(T Value)
+inline void v_CountBits(T& Value)
 {
     Value -= Value >> 1 & 0x5555555555555555;
     Value = (Value & 0x3333333333333333) + (Value >> 2 & 0x3333333333333333);
     Value = (Value + (Value >> 4)) & 0x0F0F0F0F0F0F0F0F;
     Value = (Value + (Value >> 8)) & 0x00FF00FF00FF00FF;
     Value = (Value + (Value >> 16)) & 0x0000FFFF0000FFFF;
-    return (Value + (Value >> 32)) & 0x00000000FFFFFFFF;
+    Value = (Value + (Value >> 32)) & 0x00000000FFFFFFFF;
 }
 
-inline unsigned n_Sum(const Run& n_Counts)
+inline unsigned n_CountRun(Run& n_Run)
 {
-    return static_cast<unsigned>(n_Counts[0] + n_Counts[1]);
+    v_CountBits(n_Run);
+    return static_cast<unsigned>(n_Run[0] + n_Run[1]);
 }
 
 unsigned n_CountBlocks(const char* pcc_Words, unsigned n_Words)
@@ -55,36 +63,40 @@ unsigned n_CountBlocks(const char* pcc_Words, unsigned n_Words)
     Run n_Ones{}, n_Twos{}, n_Fours{}, n_Eights{}, n_Total{};
     for (; n_Words >= BLOCK; n_Words -= BLOCK, pcc_Words += BLOCK * 4) {
         Run n_FirstTwos, n_SecondTwos, n_FirstFours, n_SecondFours;
-        const auto Word = [=](unsigned n_Run) {
-            return Load<Run>(pcc_Words, n_Run * RUN);
-        };
-        v_Add(n_FirstTwos, n_Ones, Word(0), Word(1));
-        v_Add(n_SecondTwos, n_Ones, Word(2), Word(3));
+        v_AddRuns(n_FirstTwos, n_Ones, pcc_Words);
+        v_AddRuns(n_SecondTwos, n_Ones, pcc_Words + 2 * sizeof(Run));
         v_Add(n_FirstFours, n_Twos, n_FirstTwos, n_SecondTwos);
-        v_Add(n_FirstTwos, n_Ones, Word(4), Word(5));
-        v_Add(n_SecondTwos, n_Ones, Word(6), Word(7));
+        v_AddRuns(n_FirstTwos, n_Ones, pcc_Words + 4 * sizeof(Run));
+        v_AddRuns(n_SecondTwos, n_Ones, pcc_Words + 6 * sizeof(Run));
         v_Add(n_SecondFours, n_Twos, n_FirstTwos, n_SecondTwos);
         v_Add(n_Eights, n_Fours, n_FirstFours, n_SecondFours);
-        n_Total += BitsOf(n_Eights);
+        v_CountBits(n_Eights);
+        n_Total += n_Eights;
     }
-    return 8 * n_Sum(n_Total) + 4 * n_Sum(BitsOf(n_Fours)) + 2 * n_Sum(BitsOf(n_Twos)) +
-           n_Sum(BitsOf(n_Ones));
+    const unsigned n_Blocks = static_cast<unsigned>(n_Total[0] + n_Total[1]);
+    return 8 * n_Blocks + 4 * n_CountRun(n_Fours) + 2 * n_CountRun(n_Twos) + n_CountRun(n_Ones);
 }
 
 // ---- Searching ----------------------------------------------------------------------------
 
-// The first word for which Expression(word's type, number) isn't 0.
+// The first word for which Expression(result, number), asked for a run or a word, isn't 0.
 template <class T>
 inline unsigned n_FindWord(unsigned n_Words, T Expression)
 {
     unsigned n_Word = 0;
     for (; n_Words - n_Word >= 2 * RUN; n_Word += 2 * RUN) {
-        const Run n_Any = Expression(Run(), n_Word) | Expression(Run(), n_Word + RUN);
-        if (n_Any[0] | n_Any[1])
+        Run n_First, n_Second;
+        Expression(n_First, n_Word);
+        Expression(n_Second, n_Word + RUN);
+        n_First |= n_Second;
+        if (n_First[0] | n_First[1])
             break;
     }
-    while (n_Word < n_Words && !Expression(0U, n_Word))
-        n_Word++;
+    for (unsigned n_Found; n_Word < n_Words; n_Word++) {
+        Expression(n_Found, n_Word);
+        if (n_Found)
+            break;
+    }
     return n_Word;
 }
 } // namespace
@@ -93,23 +105,27 @@ unsigned CT_BitWords::sn_Count(const char* pcc_Words, unsigned n_Words)
 {
     unsigned n_Count = n_CountBlocks(pcc_Words, n_Words);
     for (unsigned n_Word = n_Words / BLOCK * BLOCK; n_Word < n_Words; n_Word++) {
-        const std::uint64_t n8_Word = Load<unsigned>(pcc_Words, n_Word);
-        n_Count += static_cast<unsigned>(BitsOf(n8_Word));
+        unsigned n_Found;
+        v_Load(n_Found, pcc_Words, n_Word);
+        std::uint64_t n8_Bits = n_Found;
+        v_CountBits(n8_Bits);
+        n_Count += static_cast<unsigned>(n8_Bits);
     }
     return n_Count;
 }
 
 unsigned CT_BitWords::sn_Find(const char* pcc_Words, unsigned n_Words)
 {
-    return n_FindWord(n_Words, [=](auto Kind, unsigned n_Word) {
-        return Load<decltype(Kind)>(pcc_Words, n_Word);
-    });
+    return n_FindWord(n_Words,
+                      [=](auto& Found, unsigned n_Word) { v_Load(Found, pcc_Words, n_Word); });
 }
 
 unsigned CT_BitWords::sn_FindBeyond(const char* pcc_Words, const char* pcc_Other, unsigned n_Words)
 {
-    return n_FindWord(n_Words, [=](auto Kind, unsigned n_Word) {
-        typedef decltype(Kind) T;
-        return static_cast<T>(Load<T>(pcc_Words, n_Word) & ~Load<T>(pcc_Other, n_Word));
+    return n_FindWord(n_Words, [=](auto& Found, unsigned n_Word) {
+        v_Load(Found, pcc_Words, n_Word);
+        auto Other = Found;
+        v_Load(Other, pcc_Other, n_Word);
+        Found &= ~Other;
     });
 }

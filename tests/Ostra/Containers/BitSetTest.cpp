@@ -483,11 +483,11 @@ TEST(BitSet, ASetOfNoBitsHasNoWords)
 
 TEST(BitSet, TheFirstSetBitIsFoundInEachPlace)
 {
-    constexpr unsigned SIZE = 700;
-    CT_BitSet set(SIZE);
+    constexpr unsigned TOTAL = 700;
+    CT_BitSet set(TOTAL);
     EXPECT_EQ(set.n_FirstSetBit(), NONE);
-    for (unsigned bit = SIZE; bit-- > 0;) {
-        CT_BitSet alone(SIZE);
+    for (unsigned bit = TOTAL; bit-- > 0;) {
+        CT_BitSet alone(TOTAL);
         alone.v_SetBit(bit, 1);
         EXPECT_EQ(alone.n_FirstSetBit(), bit);
         EXPECT_FALSE(alone.b_IsEmpty());
@@ -515,13 +515,13 @@ TEST(BitSet, CountsAreThoseOfTheBits)
 
 TEST(BitSet, ManyBitsAreCounted)
 {
-    constexpr unsigned SIZE = 5000001;
-    CT_BitSet set(SIZE);
+    constexpr unsigned TOTAL = 5000001;
+    CT_BitSet set(TOTAL);
     set.v_SetBits(1);
-    EXPECT_EQ(set.n_NrSetBits(), SIZE);
-    set.v_SetBit(SIZE - 1, 0);
+    EXPECT_EQ(set.n_NrSetBits(), TOTAL);
+    set.v_SetBit(TOTAL - 1, 0);
     set.v_SetBit(0, 0);
-    EXPECT_EQ(set.n_NrSetBits(), SIZE - 2);
+    EXPECT_EQ(set.n_NrSetBits(), TOTAL - 2);
     EXPECT_EQ(set.n_NrUnsetBits(), 2U);
 }
 
