@@ -4,6 +4,7 @@
 #include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Containers/Prime.h>
 #include <Ostra/Frame/Report.h>
+#include <Ostra/String/Compare.h>
 
 #include <cstdlib>
 
@@ -25,6 +26,27 @@ static st_HashItem* pso_Load(const char* pcc_Buckets, unsigned n_Bucket)
 static void v_Store(char* pc_Buckets, unsigned n_Bucket, st_HashItem* pso_Head)
 {
     std::memcpy(pc_Buckets + std::size_t{n_Bucket - 1} * POINTER, &pso_Head, POINTER);
+}
+
+static unsigned n_ReadNumber(const void* pcv_Key)
+{
+    unsigned n_Number;
+    std::memcpy(&n_Number, pcv_Key, sizeof(n_Number));
+    return n_Number;
+}
+
+static unsigned n_HashNumber(const void* pcv_Key, unsigned n_TableSize)
+{
+    // Without buckets the answer is none of the table's either.
+    return n_TableSize ? n_ReadNumber(pcv_Key) % n_TableSize + 1 : 1;
+}
+
+// While one bucket is worked on, the items of a later one are fetched.
+static void v_Prefetch(const char* pcc_Buckets, unsigned n_Bucket, unsigned n_Buckets)
+{
+    constexpr unsigned AHEAD = 8;
+    if (n_Bucket + AHEAD <= n_Buckets)
+        __builtin_prefetch(pso_Load(pcc_Buckets, n_Bucket + AHEAD));
 }
 
 // Where a key is, or would be.
@@ -122,6 +144,7 @@ void CT_VoidHashTable::v_Exit()
 {
     const unsigned n_Buckets = n_GetTableSize();
     for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; n_Bucket++) {
+        v_Prefetch(pc_GetBuckets(), n_Bucket, n_Buckets);
         st_HashItem* pso_Item = pso_Load(pc_GetBuckets(), n_Bucket);
         while (pso_Item) {
             st_HashItem* pso_Following = pso_Item->pso_Following;
@@ -156,16 +179,23 @@ void CT_VoidHashTable::operator delete(void* pv_Object)
 // ---- Access -------------------------------------------------------------------------------
 
 // No other holds the block of the buckets: it is written where it stands.
-char* CT_VoidHashTable::pc_GetBuckets() const
+inline char* CT_VoidHashTable::pc_GetBuckets() const
 {
     return static_cast<char*>(const_cast<void*>(co_Buckets.pcco_GetBuffer()->qcv_Get()));
+}
+
+// The hash of a key. The library's own function needs no call.
+inline unsigned CT_VoidHashTable::n_GetBucket(const void* pcv_Key, unsigned n_TableSize) const
+{
+    return pf_Hash == &sn_HashInteger ? n_HashNumber(pcv_Key, n_TableSize)
+                                      : pf_Hash(pcv_Key, n_TableSize);
 }
 
 // Whether the key is there. A hash that is no bucket of the table leaves no place for it.
 inline int CT_VoidHashTable::b_Find(const void* pcv_Key, st_Place* pso_Place) const
 {
     const unsigned n_Buckets = n_GetTableSize();
-    const unsigned n_Bucket = pf_Hash(pcv_Key, n_Buckets);
+    const unsigned n_Bucket = n_GetBucket(pcv_Key, n_Buckets);
     pso_Place->n_Bucket = 0;
     if (n_Bucket - 1 >= n_Buckets)
         return 0;
@@ -180,7 +210,7 @@ inline int CT_VoidHashTable::b_Find(const void* pcv_Key, st_Place* pso_Place) co
 }
 
 // Copies the data of the item out, or zeros for none; whether there is one.
-inline int CT_VoidHashTable::b_Answer(const st_HashItem* pcso_Item, void* pv_Data) const
+int CT_VoidHashTable::b_Answer(const st_HashItem* pcso_Item, void* pv_Data) const
 {
     if (pv_Data && pcso_Item)
         v_CopyItem(pv_Data, pcso_Item->pcv_GetData(), n_DataSize);
@@ -189,12 +219,29 @@ inline int CT_VoidHashTable::b_Answer(const st_HashItem* pcso_Item, void* pv_Dat
     return pcso_Item != nullptr;
 }
 
+// A search for a number in few instructions: how many searches wait for memory at the same time
+// depends on their length. Both functions are the library's own and need no calls.
 int CT_VoidHashTable::b_Get(const void* pcv_Key, void* pv_Data) const
 {
+    const unsigned n_Buckets = n_GetTableSize();
+    if (!n_Buckets || pf_Hash != &sn_HashInteger ||
+        pf_Compare != reinterpret_cast<int (*)(const void*, const void*)>(CT_Compare::si_ComparePN))
+        return b_GetByCalls(pcv_Key, pv_Data);
+    const unsigned n_Number = n_ReadNumber(pcv_Key);
+    const st_HashItem* pcso_Item = pso_Load(pc_GetBuckets(), n_Number % n_Buckets + 1);
+    while (pcso_Item && n_ReadNumber(pcso_Item->pcv_GetKey()) != n_Number)
+        pcso_Item = pcso_Item->pso_Following;
+    if (!pcso_Item || !pv_Data || n_DataSize != sizeof(n_Number))
+        return b_Answer(pcso_Item, pv_Data);
+    std::memcpy(pv_Data, pcso_Item->pcv_GetData(), sizeof(n_Number));
+    return 1;
+}
+
+int CT_VoidHashTable::b_GetByCalls(const void* pcv_Key, void* pv_Data) const
+{
     st_Place so_Place;
-    if (n_GetTableSize() && b_Find(pcv_Key, &so_Place))
-        return b_Answer(so_Place.pso_Item, pv_Data);
-    return b_Answer(nullptr, pv_Data);
+    const int b_There = n_GetTableSize() && b_Find(pcv_Key, &so_Place);
+    return b_Answer(b_There ? so_Place.pso_Item : nullptr, pv_Data);
 }
 
 CT_VoidHashTable::st_HashItem* CT_VoidHashTable::pso_GetAt(unsigned n_Bucket) const
@@ -293,10 +340,11 @@ void CT_VoidHashTable::v_Move(char* pc_To, unsigned n_TableSize)
 {
     const unsigned n_Buckets = n_GetTableSize();
     for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; n_Bucket++) {
+        v_Prefetch(pc_GetBuckets(), n_Bucket, n_Buckets);
         st_HashItem* pso_Item = pso_Load(pc_GetBuckets(), n_Bucket);
         while (pso_Item) {
             st_HashItem* pso_Next = pso_Item->pso_Following;
-            const unsigned n_To = pf_Hash(pso_Item->pcv_GetKey(), n_TableSize);
+            const unsigned n_To = n_GetBucket(pso_Item->pcv_GetKey(), n_TableSize);
             if (n_To - 1 < n_TableSize) {
                 pso_Item->pso_Following = pso_Load(pc_To, n_To);
                 n_Collisions += pso_Item->pso_Following != nullptr;
@@ -319,18 +367,12 @@ unsigned CT_VoidHashTable::n_GetNextPrim(unsigned n_From)
 
 unsigned CT_VoidHashTable::sn_HashInteger(const void* pcv_Key, unsigned n_TableSize)
 {
-    unsigned n_Number;
-    std::memcpy(&n_Number, pcv_Key, sizeof(n_Number));
-    // Without buckets the answer is none of the table's either.
-    return n_TableSize ? n_Number % n_TableSize + 1 : 1;
+    return n_HashNumber(pcv_Key, n_TableSize);
 }
 
 int CT_VoidHashTable::si_CompareInteger(const void* pcv_First, const void* pcv_Second)
 {
-    unsigned n_First, n_Second;
-    std::memcpy(&n_First, pcv_First, sizeof(n_First));
-    std::memcpy(&n_Second, pcv_Second, sizeof(n_Second));
     // Kept: 0 for a greater number, too. A search with this function ends at the first item of the
     // bucket that isn't below the number, and tables made with it rely on what they find there.
-    return n_First < n_Second;
+    return n_ReadNumber(pcv_First) < n_ReadNumber(pcv_Second);
 }

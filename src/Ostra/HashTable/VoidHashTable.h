@@ -114,7 +114,9 @@ private:
     // ---- Work -----------------------------------------------------------------------------
 
     struct st_Place;
+    unsigned n_GetBucket(const void* pcv_Key, unsigned n_TableSize) const;
     int b_Find(const void* pcv_Key, st_Place* pso_Place) const;
+    int b_GetByCalls(const void* pcv_Key, void* pv_Data) const;
     int b_Answer(const st_HashItem* pcso_Item, void* pv_Data) const;
     st_HashItem* pso_New(const void* pcv_Key, const void* pcv_Data) const;
     void v_Move(char* pc_To, unsigned n_TableSize);

@@ -1,6 +1,7 @@
 // tests/Ostra/HashTable/VoidHashModelTest.cpp: random operations on a hash table and on its model.
 #include <Ostra/HashTable/VoidHashIterator.h>
 #include <Ostra/HashTable/VoidHashTable.h>
+#include <Ostra/String/Compare.h>
 
 #include "Support/Directory.h"
 
@@ -394,5 +395,58 @@ TEST(VoidHashTableModel, GrowingTablesHaveTheBucketsOfTheModel)
             ASSERT_EQ(table.n_GetCollisions(), model.collisions);
         }
         calls.clear();
+    }
+}
+
+namespace
+{
+unsigned CalledHash(const void* key, unsigned size)
+{
+    return CT_VoidHashTable::sn_HashInteger(key, size);
+}
+
+int CalledCompare(const void* stored, const void* given)
+{
+    return std::memcmp(stored, given, sizeof(unsigned));
+}
+} // namespace
+
+// A table of numbers with the library's functions, which it needs not call, and one that calls.
+TEST(VoidHashTableModel, TablesOfNumbersGoAsTablesThatCallTheirFunctions)
+{
+    std::mt19937 random(Seed(19970421));
+    for (unsigned data_size : {0u, 1u, 4u, 6u}) {
+        SCOPED_TRACE("data of " + std::to_string(data_size));
+        CT_VoidHashTable fast(
+            data_size, 4, CT_VoidHashTable::sn_HashInteger,
+            reinterpret_cast<int (*)(const void*, const void*)>(CT_Compare::si_ComparePN), 0);
+        CT_VoidHashTable called(data_size, 4, CalledHash, CalledCompare, 0);
+        for (unsigned n = 0; n < 6000; n++) {
+            if (n == 5)
+                fast.v_Set(7), called.v_Set(7);
+            const unsigned key = random() % 2000 * 0x01234567;
+            std::string first(6, static_cast<char>('a' + n % 26)), second = first;
+            char* const out = random() % 4 ? first.data() : nullptr;
+            char* const other = out ? second.data() : nullptr;
+            const unsigned play = random() % 4;
+            if (play < 2)
+                ASSERT_EQ(fast.b_Insert(&key, first.data()), called.b_Insert(&key, second.data()));
+            else if (play == 2)
+                ASSERT_EQ(fast.b_Get(&key, out), called.b_Get(&key, other));
+            else
+                ASSERT_EQ(fast.b_Remove(&key, out), called.b_Remove(&key, other));
+            ASSERT_EQ(first, second);
+            ASSERT_EQ(fast.n_GetTableSize(), called.n_GetTableSize());
+            ASSERT_EQ(fast.n_GetCollisions(), called.n_GetCollisions());
+        }
+        CT_VoidHashIterator walk(&fast), other(&called);
+        while (walk.b_Next()) {
+            unsigned key = 0, expected = 1;
+            ASSERT_EQ(other.b_Next(), 1);
+            walk.v_GetKey(&key);
+            other.v_GetKey(&expected);
+            ASSERT_EQ(key, expected);
+        }
+        ASSERT_EQ(other.b_Next(), 0);
     }
 }
