@@ -35,9 +35,10 @@ def source(recipe):
 
 
 def output(command):
-    program = str(pathlib.Path(command[-1]).resolve())
+    command = [str(pathlib.Path(word).resolve()) if pathlib.Path(word).exists() else word for word in command]
+    program = command[-1]
     with tempfile.TemporaryDirectory() as folder:
-        run = subprocess.run([*command[:-1], program], cwd=folder, capture_output=True, timeout=300)
+        run = subprocess.run(command, cwd=folder, capture_output=True, timeout=300)
     if run.returncode:
         sys.exit(f"{program} ended with {run.returncode}:\n{run.stdout!r}\n{run.stderr!r}")
     text = run.stdout.replace(b"\r\n", b"\n").decode("ascii")

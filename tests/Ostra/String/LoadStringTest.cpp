@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#undef LoadString // the suite's name, which Windows gives to a service
+
 namespace
 {
 constexpr HINSTANCE PROGRAM = nullptr;
