@@ -13,10 +13,12 @@ import gettext
 import gzip
 import pathlib
 import random
+import shutil
 import subprocess
 import sys
 
 TOP = pathlib.Path(__file__).resolve().parents[1]
+sys.dont_write_bytecode = True
 sys.path.insert(0, str(TOP / "tools"))
 import freedict_to_tsv  # noqa: E402
 
@@ -33,7 +35,9 @@ def fetch(package, cache):
     if unpacked.is_dir():
         return unpacked
     if not list(cache.glob(f"{package}_*.deb")):
-        if subprocess.run(["apt-get", "download", "-qq", package], cwd=cache, stderr=subprocess.DEVNULL).returncode:
+        apt_get = shutil.which("apt-get")
+        if not apt_get or subprocess.run([apt_get, "download", "-qq", package], cwd=cache,
+                                         stderr=subprocess.DEVNULL).returncode:
             return None
     archive = sorted(cache.glob(f"{package}_*.deb"))[-1]
     partial = cache / (package + ".part")

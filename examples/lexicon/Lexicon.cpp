@@ -99,11 +99,26 @@ bool Lexicon::Find(Side side, std::string_view word, Entry* entry, unsigned* mat
     CT_UString key;
     common::ToWide(word, &key);
     unsigned position = lists[side].n_Search(&key, matched);
-    if (position == NONE || Failed(SOURCE))
+    if (position == NONE || Failed(SOURCE)) {
+        *matched = Matched(side, &key);
         return false;
+    }
     if (!Next(side, &position, entry) || entry->word != word)
         Refuse(Outcome::DAMAGED, u"the texts of a list");
     return !Failing();
+}
+
+// The list's own count is 0 where units differ and no other way is left, but a beginning that it
+// holds matches as a whole.
+unsigned Lexicon::Matched(Side side, CT_UString* key) const
+{
+    for (unsigned length = key->vn_GetLength();; --length) {
+        unsigned matched;
+        key->vv_SetLength(length);
+        lists[side].n_Search(key, &matched);
+        if (matched == length)
+            return length; // at the latest the empty beginning
+    }
 }
 
 bool Lexicon::Next(Side side, unsigned* position, Entry* entry)

@@ -37,8 +37,8 @@ public:
     // error set.
     bool Load(Side side);
 
-    // Looks a word up on a loaded side. False for a miss, with the count of units matched as the
-    // list tells it, and with an error set when the lexicon is damaged.
+    // Looks a word up on a loaded side. False for a miss, with the count of the first units that
+    // begin some word of the list, and with an error set when the lexicon is damaged.
     bool Find(Side side, std::string_view word, Entry* entry, unsigned* matched);
 
     // The entries of a loaded side from position 0 on, in the order in which their words first
@@ -54,6 +54,7 @@ private:
     bool OpenFile();
     bool ReadContents();
     bool IsListGood(Side side) const;
+    unsigned Matched(Side side, CT_UString* key) const;
     bool ReadText(Side side, unsigned* position, std::string_view* text) const;
     void Refuse(Outcome outcome, const char16_t* what);
     const unsigned short* Name() const

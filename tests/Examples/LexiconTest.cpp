@@ -60,8 +60,11 @@ TEST(Lexicon, AMissTellsHowMuchTheListMatched)
     } cases[] = {
         {"card", "card: not found, 3 of 4 characters matched\n"},
         {"ca", "ca: not found, 2 of 2 characters matched\n"},
-        // The list gives 0 where characters differ and no other way is left.
-        {"cab", "cab: not found, 0 of 3 characters matched\n"},
+        // Where characters differ and no other way is left, the list by itself gives 0.
+        {"cab", "cab: not found, 2 of 3 characters matched\n"},
+        {"caxyz", "caxyz: not found, 2 of 5 characters matched\n"},
+        {"dot", "dot: not found, 2 of 3 characters matched\n"},
+        {"c", "c: not found, 1 of 1 characters matched\n"},
         {"zoo", "zoo: not found, 0 of 3 characters matched\n"},
         {"Car", "Car: not found, 0 of 3 characters matched\n"},
     };
