@@ -3,6 +3,7 @@
 
 #include <System/Forum/Forum.h>
 
+#include <cstdarg>
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,6 +11,15 @@
 // What listeners heard, in order: "a7" when the listener a heard message 7 without, "a7?" with
 // answer.
 typedef std::vector<std::string> Heard;
+
+// Arguments of one digit each, up to 0, as one number.
+inline int Digits(va_list arguments)
+{
+    int digits = 0;
+    while (const int next = va_arg(arguments, int))
+        digits = digits * 10 + next;
+    return digits;
+}
 
 struct Listener : CT_Forum
 {
@@ -33,17 +43,18 @@ struct Listener : CT_Forum
     std::string name;
     unsigned answer;
     CT_Forum* speaker = nullptr;
-    // What else the listener does with a message.
+    // Where the listener puts the arguments of a message, if they are digits.
+    std::vector<int>* digits = nullptr;
+    // What else it does.
     std::function<void(CT_Forum*)> act;
-    std::function<void(va_list)> read;
 
 private:
     void Hear(CT_Forum* from, unsigned message, va_list arguments, const char* mark)
     {
         speaker = from;
         heard->push_back(name + std::to_string(message) + mark);
-        if (read)
-            read(arguments);
+        if (digits)
+            digits->push_back(Digits(arguments));
         if (act)
             act(from);
     }
