@@ -215,6 +215,8 @@ TEST(VoidHashTable, TheStoredKeyIsComparedFirst)
 
 TEST(VoidHashTable, ATableWithoutBucketsHasNothing)
 {
+    hash_calls.clear();
+    compare_calls.clear();
     CT_VoidHashTable table(4, 4, RecordedHash, RecordedCompare, 0);
     const unsigned key = 3;
     unsigned data = 0xEEEEEEEE;
