@@ -5,7 +5,10 @@
 #include <Ostra/ARRAY/Array.h>
 #include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Buffer/Buffer.h>
+#include <Ostra/CompList/CCompListIterator.h>
 #include <Ostra/CompList/CompList.h>
+#include <Ostra/CompList/CompListIterator.h>
+#include <Ostra/CompList/UCompListIterator.h>
 #include <Ostra/Containers/AlphaTree.h>
 #include <Ostra/Containers/BitSet.h>
 #include <Ostra/Containers/StringCache.h>

@@ -130,6 +130,7 @@ public:
     int b_Add(const CT_UString* pcco_Key, unsigned n_Handle);
 
 private:
+    friend class CT_CompListIterator;
     friend struct CompListPeer; // tests of the walk
 
     enum et_WalkMode
