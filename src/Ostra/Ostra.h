@@ -42,6 +42,12 @@
 #include <Ostra/String/UString.h>
 #include <Ostra/Unicode/CharMappings.h>
 #include <Ostra/Unicode/CharProperties.h>
+#include <Ostra/WordList/BiCWordListIterator.h>
+#include <Ostra/WordList/BiLingualCWordList.h>
+#include <Ostra/WordList/BiLingualUWordList.h>
+#include <Ostra/WordList/BiLingualWordListOstra.h>
+#include <Ostra/WordList/BiUWordListIterator.h>
+#include <Ostra/WordList/BiWordListIteratorOstra.h>
 #include <System/Forum/Forum.h>
 #include <System/OS/OS.h>
 #include <System/String/StringConvert.h>
