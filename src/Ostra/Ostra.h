@@ -31,6 +31,7 @@
 #include <Ostra/Maps/StringNumberMap.h>
 #include <Ostra/Maps/StringOrdinalMap.h>
 #include <Ostra/Maps/StringStringMap.h>
+#include <Ostra/Pattern/Pattern.h>
 #include <Ostra/SortedArray/VoidSortedArray.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/Compare.h>
