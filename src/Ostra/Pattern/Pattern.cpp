@@ -222,6 +222,8 @@ void CT_Pattern::v_DoMatchFar()
 {
     if (!pso_Blocks)
         v_MakeTables();
+    if (!pso_Blocks)
+        return;
     for (unsigned n = 0; n < n_Blocks; ++n)
         pso_Blocks[n].n8_Active = n == 0;
 }
