@@ -7,6 +7,7 @@
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/CompList/CCompListIterator.h>
 #include <Ostra/CompList/CompList.h>
+#include <Ostra/CompList/CompListBuilder.h>
 #include <Ostra/CompList/CompListIterator.h>
 #include <Ostra/CompList/UCompListIterator.h>
 #include <Ostra/Containers/AlphaTree.h>

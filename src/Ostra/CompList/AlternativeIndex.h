@@ -18,6 +18,10 @@ public:
     static void sv_Delete(CT_AlternativeIndex* pco_Index);
 
     unsigned n_GetCount() const { return n_Count; }
+    unsigned n_GetPosition(unsigned n_Alternative) const
+    {
+        return pso_Alternatives[n_Alternative].n_Position;
+    }
     unsigned n_GetTarget(unsigned n_Alternative) const
     {
         return pso_Alternatives[n_Alternative].n_Target;

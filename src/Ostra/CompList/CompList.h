@@ -9,6 +9,8 @@
 class CT_AlternativeIndex;
 class CT_CString;
 class CT_UString;
+template <class T>
+class CT_TypedTrie;
 
 // The head of a list's block; the stream of elements follows it at byte 132.
 // docs/formats/compressed-list.md tells both.
@@ -44,7 +46,8 @@ struct st_CompListHeader
 
 // A map from zero-terminated keys to small numbers, the handles: a trie of characters in one block
 // without pointers, which is its stored form as it stands. A list is built once by adding keys,
-// then searched; nothing is removed.
+// then searched; nothing is removed. Adding takes a time on the order of the list's size;
+// CT_CompListBuilder makes large lists.
 //
 // Units:   a key is read in elements of the list's element size, whatever the type of the pointer.
 // Owns:    its hold on the block; a list made from a list or a buffer shares the block.
@@ -132,6 +135,9 @@ public:
 private:
     friend class CT_CompListIterator;
     friend struct CompListPeer; // tests of the walk
+    friend class CT_CompListBuilder;
+    template <class T>
+    friend class CT_TypedTrie;
 
     enum et_WalkMode
     {
@@ -181,6 +187,11 @@ private:
 
     // ---- Numbers --------------------------------------------------------------------------
 
+    static int sb_IsReserved(unsigned n_Element)
+    {
+        return n_Element == ec_InnerEnd || n_Element == ec_Alternative || n_Element == ec_ListEnd ||
+               n_Element == ec_LeafEnd;
+    }
     unsigned n_GetNumber(const char* pcc_From, unsigned n_Size) const;
     void v_SetNumber(char* pc_To, unsigned n_Size, unsigned n_Value);
     unsigned n_GetCharacter(const char* pcc_From) const;

@@ -4,9 +4,6 @@
 #include <Ostra/CompList/AlternativeIndex.h>
 #include <Ostra/CompList/CompListStream.h>
 
-// Kept: whatever growth a list was made with, its block grows in steps of 32 bytes once it grows.
-static constexpr unsigned COPY_GROWTH = 32;
-
 // A list of that many bytes has an index while keys are added; a smaller one is scanned as fast.
 static constexpr unsigned INDEXED_SIZE = 1024;
 
@@ -119,8 +116,7 @@ int CT_CompList::b_IsPlainKey(const char* pcc_Key) const
 {
     unsigned n_Size = 0;
     while (const unsigned n_Element = n_GetCharacter(pcc_Key + n_Size)) {
-        if (n_Element == ec_InnerEnd || n_Element == ec_Alternative || n_Element == ec_ListEnd ||
-            n_Element == ec_LeafEnd)
+        if (sb_IsReserved(n_Element))
             return 0;
         n_Size += n_GetElementSize();
     }

@@ -5,6 +5,9 @@
 
 #include <cstring>
 
+// Kept: whatever growth a list was made with, its block grows in steps of 32 bytes once it grows.
+static constexpr unsigned COPY_GROWTH = 32;
+
 template <class T>
 static inline unsigned n_Load(const char* pcc_From)
 {

@@ -2,15 +2,11 @@
 #include <Ostra/CompList/CompList.h>
 
 #include <Ostra/CompList/CompListStream.h>
-#include <Ostra/String/CString.h>
-#include <Ostra/String/UString.h>
+#include <Ostra/CompList/CompListText.h>
 
 #include <cstring>
 
 static constexpr unsigned NO_HANDLE = 0xFFFFFFFF;
-
-// An empty key in any element size.
-static constexpr unsigned n4_NoKey = 0;
 
 // A key on its way through the stream.
 struct CT_CompList::st_Walk
@@ -21,28 +17,6 @@ struct CT_CompList::st_Walk
     unsigned n_Offset;   // in the key, of the element looked at
     unsigned n_Stored;   // the element at n_Position
 };
-
-static const char* pcc_Text(const char* qccz_Key)
-{
-    return qccz_Key;
-}
-
-static const char* pcc_Text(const unsigned short* qcuz_Key)
-{
-    return reinterpret_cast<const char*>(qcuz_Key);
-}
-
-static const char* pcc_Text(const CT_CString* pcco_Key)
-{
-    return pcco_Key && pcco_Key->vn_GetLength() ? pcco_Key->qccz_Get()
-                                                : reinterpret_cast<const char*>(&n4_NoKey);
-}
-
-static const char* pcc_Text(const CT_UString* pcco_Key)
-{
-    return pcco_Key && pcco_Key->vn_GetLength() ? pcc_Text(pcco_Key->qcuz_Get())
-                                                : reinterpret_cast<const char*>(&n4_NoKey);
-}
 
 // ---- Search -------------------------------------------------------------------------------
 

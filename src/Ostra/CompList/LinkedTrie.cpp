@@ -1,0 +1,170 @@
+// Ostra/CompList/LinkedTrie.cpp: nodes and chains.
+#include <Ostra/CompList/LinkedTrie.h>
+
+#include <Ostra/CompList/CompList.h>
+#include <Ostra/CompList/TypedTrie.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+// So many nodes of a chain are walked, the others looked up.
+static constexpr unsigned WALKED = 8;
+
+static constexpr unsigned FIRST_ROOM = 64;
+
+// Leaves a buffer room for its own head and for rounding.
+static constexpr unsigned LAST_END = 0xFFFFFF00;
+
+// ---- Life ---------------------------------------------------------------------------------
+
+template <class T>
+static CT_LinkedTrie* pco_Make(const CT_CompList* pcco_List, CT_LinkedTrie::et_Result* pec_Result)
+{
+    CT_TypedTrie<T>* pco_Trie = new CT_TypedTrie<T>(pcco_List);
+    *pec_Result = pco_Trie ? pco_Trie->ec_Read(pcco_List) : CT_LinkedTrie::lr_Memory;
+    if (*pec_Result != CT_LinkedTrie::lr_Done) {
+        delete pco_Trie;
+        pco_Trie = 0;
+    }
+    return pco_Trie;
+}
+
+CT_LinkedTrie* CT_LinkedTrie::spco_New(const CT_CompList* pcco_List, et_Result* pec_Result)
+{
+    switch (pcco_List->n_GetElementSize()) {
+    case 1:
+        return pco_Make<unsigned char>(pcco_List, pec_Result);
+    case 2:
+        return pco_Make<unsigned short>(pcco_List, pec_Result);
+    case 4:
+        return pco_Make<unsigned>(pcco_List, pec_Result);
+    }
+    *pec_Result = lr_Foreign;
+    return 0;
+}
+
+CT_LinkedTrie::CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset)
+    : pso_Nodes(0),
+      n_Nodes(0),
+      n_NodeRoom(0),
+      an_Jump(),
+      n_HandleBytes(n_HandleSize),
+      n_OffsetBytes(n_Offset),
+      n_End(0)
+{}
+
+CT_LinkedTrie::~CT_LinkedTrie()
+{
+    std::free(pso_Nodes);
+}
+
+void* CT_LinkedTrie::operator new(std::size_t n_Size) noexcept
+{
+    return std::malloc(n_Size);
+}
+
+void CT_LinkedTrie::operator delete(void* pv_Object)
+{
+    std::free(pv_Object);
+}
+
+// ---- Nodes --------------------------------------------------------------------------------
+
+// Makes room for so many nodes more; 0 when the heap is exhausted.
+int CT_LinkedTrie::b_MakeNodes(unsigned n_More)
+{
+    if (n_Nodes + n_More <= n_NodeRoom)
+        return 1;
+    const std::size_t n_Room = n_NodeRoom ? std::size_t{n_NodeRoom} + n_NodeRoom / 2 : FIRST_ROOM;
+    if (n_Room > SIZE_MAX / sizeof(st_Node) || n_Room > UINT32_MAX)
+        return 0;
+    void* pv_New = std::realloc(pso_Nodes, n_Room * sizeof(st_Node));
+    if (!pv_New)
+        return 0;
+    pso_Nodes = static_cast<st_Node*>(pv_New);
+    n_NodeRoom = static_cast<unsigned>(n_Room);
+    return 1;
+}
+
+// A node without elements yet; there is room for it.
+unsigned CT_LinkedTrie::n_NewNode(unsigned n_Start, unsigned n_First)
+{
+    pso_Nodes[n_Nodes] = {n_Start, 0, 0, 0, n_First, 0, 0, 0};
+    return n_Nodes++;
+}
+
+int CT_LinkedTrie::b_Fits(unsigned long long n_More) const
+{
+    return n_End + n_More <= LAST_END;
+}
+
+// ---- Chains -------------------------------------------------------------------------------
+
+// Looks for the node of a chain that begins with an element. On 0 the place tells the last one.
+int CT_LinkedTrie::b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Place) const
+{
+    unsigned n_Node = n_Head;
+    unsigned n_Walked = 1;
+    while (pso_Nodes[n_Node].n_First != n_Element && pso_Nodes[n_Node].n_Next &&
+           n_Walked < WALKED) {
+        n_Node = pso_Nodes[n_Node].n_Next;
+        n_Walked++;
+    }
+    int b_Found = pso_Nodes[n_Node].n_First == n_Element;
+    if (!b_Found && pso_Nodes[n_Node].n_Next) {
+        const unsigned n_Found = co_Chains.n_Find(n_Head, n_Element);
+        b_Found = n_Found != 0;
+        n_Node = b_Found ? n_Found : co_Chains.n_FindLast(n_Head);
+    }
+    pso_Place->n_Head = n_Head;
+    pso_Place->n_Node = n_Node;
+    pso_Place->b_Long = n_Walked == WALKED;
+    return b_Found;
+}
+
+// Appends a node to the chain that the place tells; there is room in the index.
+void CT_LinkedTrie::v_Append(const st_Place* pcso_Place, unsigned n_Node)
+{
+    pso_Nodes[pcso_Place->n_Node].n_Next = n_Node;
+    if (pcso_Place->b_Long)
+        co_Chains.v_Enter(pcso_Place->n_Head, pso_Nodes[n_Node].n_First, n_Node);
+}
+
+// Enters the long chains of a trie that was read.
+CT_LinkedTrie::et_Result CT_LinkedTrie::ec_IndexChains()
+{
+    et_Result ec_Result = lr_Done;
+    for (unsigned n_Node = 0; n_Node < n_Nodes && ec_Result == lr_Done; n_Node++) {
+        if (!n_Node || !pso_Nodes[n_Node].b_Branch)
+            ec_Result = ec_IndexChain(n_Node);
+    }
+    return ec_Result;
+}
+
+CT_LinkedTrie::et_Result CT_LinkedTrie::ec_IndexChain(unsigned n_Head)
+{
+    unsigned n_Walked = 1;
+    for (unsigned n_Node = pso_Nodes[n_Head].n_Next; n_Node; n_Node = pso_Nodes[n_Node].n_Next) {
+        if (++n_Walked <= WALKED)
+            continue;
+        if (!co_Chains.b_MakeRoom(2))
+            return lr_Memory;
+        co_Chains.v_Enter(n_Head, pso_Nodes[n_Node].n_First, n_Node);
+    }
+    return lr_Done;
+}
+
+// ---- Jumps --------------------------------------------------------------------------------
+
+unsigned CT_LinkedTrie::n_GetJump(unsigned n_Element) const
+{
+    const unsigned n_Letter = n_Element - 'a';
+    return n_Letter < 26 ? an_Jump[n_Letter] : 0;
+}
+
+void CT_LinkedTrie::v_SetJump(unsigned n_Element, unsigned n_Node)
+{
+    const unsigned n_Letter = n_Element - 'a';
+    if (n_Letter < 26)
+        an_Jump[n_Letter] = n_Node + 1;
+}

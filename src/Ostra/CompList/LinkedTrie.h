@@ -1,0 +1,88 @@
+// Ostra/CompList/LinkedTrie.h: the trie of a list with its parts linked, for adding. Internal.
+#pragma once
+
+#include <Ostra/CompList/ChainIndex.h>
+
+#include <cstddef>
+
+class CT_CompList;
+struct st_CompListHeader;
+
+// What the stream of a list says, as nodes: a run of elements, of which only the first has an
+// alternative and only the last an end behind it. A key that parts from a run splits it. Branches
+// are the nodes marked as such, in the order of their numbers, each with what hangs below it as
+// child; a node gets its number when it is made, so they come in the order in which keys brought
+// them.
+//
+// A trie is of one element size, CT_TypedTrie, and lives on the heap. It says nothing when that is
+// exhausted but the result, and is then what it was before.
+class CT_LinkedTrie
+{
+public:
+    enum et_Result
+    {
+        lr_Done,
+        lr_Known,  // the key is there
+        lr_Memory, // the heap is exhausted
+        lr_Limit,  // an offset or the block outgrows its field
+        lr_Foreign // the block isn't a sound list
+    };
+
+    // The trie of a list. Null when the result isn't lr_Done.
+    static CT_LinkedTrie* spco_New(const CT_CompList* pcco_List, et_Result* pec_Result);
+    virtual ~CT_LinkedTrie();
+    static void* operator new(std::size_t n_Size) noexcept;
+    static void operator delete(void* pv_Object);
+
+    // Adds a key, which isn't empty and holds no reserved element.
+    virtual et_Result vec_Add(const char* pcc_Key, unsigned n_Handle) = 0;
+    // Writes the stream and the jump offsets to a block of n_GetEnd() bytes.
+    virtual et_Result vec_Write(st_CompListHeader* pso_Header) const = 0;
+
+    unsigned n_GetEnd() const { return n_End; }
+
+protected:
+    struct st_Node
+    {
+        unsigned n_Text;        // where its elements are in the text
+        unsigned n_Length : 30; // of its elements
+        unsigned b_End : 1;     // a key ends behind the last of them
+        unsigned b_Branch : 1;  // a branch of the stream begins with it
+        unsigned n_First;       // the first of its elements
+        unsigned n_Next;        // the alternative to that; 0 for none
+        unsigned n_Child;       // what goes on behind it in the same branch; 0 for nothing
+        unsigned n_Handle;
+    };
+
+    // Where following a key came to a stop.
+    struct st_Place
+    {
+        unsigned n_Node;    // the last node
+        unsigned n_Within;  // its elements that were followed
+        unsigned n_Matched; // the key's elements that were followed
+        unsigned n_Head;    // of the chain with no way on; n_Within is 0 then
+        int b_Long;         // that chain's next node belongs into the index
+        int b_KeyEnds;
+    };
+
+    CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset);
+
+    int b_MakeNodes(unsigned n_More);
+    unsigned n_NewNode(unsigned n_Start, unsigned n_First);
+    int b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Place) const;
+    void v_Append(const st_Place* pcso_Place, unsigned n_Node);
+    et_Result ec_IndexChains();
+    et_Result ec_IndexChain(unsigned n_Head);
+    int b_Fits(unsigned long long n_More) const;
+    unsigned n_GetJump(unsigned n_Element) const;
+    void v_SetJump(unsigned n_Element, unsigned n_Node);
+
+    st_Node* pso_Nodes; // the first begins the first branch
+    unsigned n_Nodes;
+    unsigned n_NodeRoom;
+    CT_ChainIndex co_Chains;
+    unsigned an_Jump[26]; // a node's number + 1; 0 for none
+    const unsigned n_HandleBytes;
+    const unsigned n_OffsetBytes;
+    unsigned n_End; // of the block
+};

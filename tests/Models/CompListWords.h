@@ -1,0 +1,86 @@
+// tests/Models/CompListWords.h: random words and forms of lists.
+#pragma once
+
+#include <Ostra/CompList/CompList.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+typedef CT_CompList::et_ElementSize ElementSize;
+typedef std::vector<unsigned> Word; // elements without the zero
+typedef std::mt19937 Random;
+
+inline std::string Bytes(const Word& word, unsigned element)
+{
+    std::string key;
+    for (unsigned index = 0; index <= word.size(); index++)
+        for (unsigned byte = 0; byte < element; byte++)
+            key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * byte);
+    return key;
+}
+
+inline bool IsReserved(unsigned element)
+{
+    return element == 0 || element == 10 || element == 13 || element == 25 || element == 26;
+}
+
+// An element of the size that keys may hold: any of a small alphabet, sometimes any at all.
+inline unsigned Element(Random& random, unsigned size, unsigned alphabet)
+{
+    for (;;) {
+        unsigned element = random() % 40 ? 'a' + random() % alphabet : random();
+        if (size == 1)
+            element &= 0xFF;
+        else if (size == 2)
+            element &= 0xFFFF;
+        else if (element < 0x10000) // four-byte keys hold no unit of 0
+            element |= element << 16;
+        if (!IsReserved(element) && (size < 4 || (element & 0xFFFF && element >> 16)))
+            return element;
+    }
+}
+
+inline std::vector<Word> Words(Random& random, unsigned size, unsigned count, unsigned alphabet,
+                               unsigned length)
+{
+    std::vector<Word> words;
+    for (unsigned index = 0; index < count; index++) {
+        Word word;
+        // Half of the words begin like an earlier one.
+        if (!words.empty() && random() % 2) {
+            word = words[random() % words.size()];
+            word.resize(random() % (word.size() + 1));
+        }
+        const unsigned more = random() % (length + 1);
+        for (unsigned added = 0; added < more; added++)
+            word.push_back(Element(random, size, alphabet));
+        words.push_back(word);
+    }
+    return words;
+}
+
+struct Form
+{
+    unsigned element, handle;
+    bool empty, longOffsets;
+};
+
+inline std::vector<Form> Forms()
+{
+    std::vector<Form> forms;
+    for (unsigned element : {1u, 2u, 4u})
+        for (unsigned handle : {0u, 1u, 2u, 4u})
+            for (int flags = 0; flags < 4; flags++)
+                forms.push_back({element, handle, (flags & 1) != 0, (flags & 2) != 0});
+    return forms;
+}
+
+inline testing::Message Trace(const Form& form, unsigned seed)
+{
+    return testing::Message() << "element " << form.element << " handle " << form.handle
+                              << " empty " << form.empty << " long " << form.longOffsets
+                              << " OSTRA_SEED=" << seed;
+}
