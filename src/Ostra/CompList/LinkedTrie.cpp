@@ -75,10 +75,11 @@ int CT_LinkedTrie::b_MakeNodes(unsigned n_More)
 {
     if (n_Nodes + n_More <= n_NodeRoom)
         return 1;
-    const std::size_t n_Room = n_NodeRoom ? std::size_t{n_NodeRoom} + n_NodeRoom / 2 : FIRST_ROOM;
+    const std::uint64_t n_Room =
+        n_NodeRoom ? std::uint64_t{n_NodeRoom} + n_NodeRoom / 2 : FIRST_ROOM;
     if (n_Room > SIZE_MAX / sizeof(st_Node) || n_Room > UINT32_MAX)
         return 0;
-    void* pv_New = std::realloc(pso_Nodes, n_Room * sizeof(st_Node));
+    void* pv_New = std::realloc(pso_Nodes, static_cast<std::size_t>(n_Room) * sizeof(st_Node));
     if (!pv_New)
         return 0;
     pso_Nodes = static_cast<st_Node*>(pv_New);
