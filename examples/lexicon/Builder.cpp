@@ -6,6 +6,8 @@
 
 #include <Common/Utf8.h>
 
+#include <Ostra/CompList/CompListBuilder.h>
+
 #include <algorithm>
 
 namespace lexicon
@@ -16,6 +18,7 @@ constexpr char SOURCE[] = "lexicon/Builder";
 
 constexpr unsigned FILE_BUFFER = 4096;
 constexpr std::uint64_t LIMIT = 0x40000000;
+constexpr unsigned LIST_GROWTH = 128;
 
 Side Opposite(Side side)
 {
@@ -88,32 +91,33 @@ bool Builder::SaveContents(CT_RecordManager* manager, Progress* progress)
 bool Builder::SaveSide(Side side, CT_RecordManager* manager, Directory* directory,
                        Progress* progress)
 {
-    const std::uint64_t room = ListRoom(side);
-    if (room > LIMIT || TextRoom(side) > LIMIT) {
+    if (TextRoom(side) > LIMIT) {
         Fail(SOURCE, u"the input holds too much for one lexicon");
         return false;
     }
-    // The growth is the room for the whole list, so that it is filled in one block.
-    CT_CompList list(CT_CompList::et_ElementSize(ELEMENT_SIZE), HANDLE_SIZE, 0, 1,
-                     static_cast<unsigned>(room), CODE_PAGE_UTF16);
+    CT_Buffer list;
     CT_Buffer texts;
-    return !Failed(SOURCE) && Fill(side, &list, &texts, progress) &&
-           AddPart(manager, list.pcco_GetBuffer(), &directory->lists[side]) &&
+    return Fill(side, &list, &texts, progress) &&
+           AddPart(manager, &list, &directory->lists[side]) &&
            AddPart(manager, &texts, &directory->texts[side]);
 }
 
-bool Builder::Fill(Side side, CT_CompList* list, CT_Buffer* texts, Progress* progress)
+bool Builder::Fill(Side side, CT_Buffer* list, CT_Buffer* texts, Progress* progress)
 {
     texts->v_SetSize(static_cast<unsigned>(TextRoom(side)), 0);
+    CT_CompListBuilder builder(CT_CompList::et_ElementSize(ELEMENT_SIZE), HANDLE_SIZE, 0, 1,
+                               LIST_GROWTH, CODE_PAGE_UTF16);
     const WordTable& words = tables[side];
     CT_UString key;
     for (unsigned number = 0; number < words.Count() && !Failing(); ++number) {
         common::ToWide(words[number].text, &key);
         // The handle is the place of the word's texts.
-        list->b_Add(&key, texts->n_GetUsedSize());
+        builder.b_Add(&key, texts->n_GetUsedSize());
         AppendEntry(side, number, texts);
         progress->Show(++stored, Words(SOURCES) + Words(TARGETS));
     }
+    if (!Failing())
+        builder.v_Build(list);
     return !Failed(SOURCE);
 }
 
@@ -125,17 +129,6 @@ void Builder::AppendEntry(Side side, unsigned number, CT_Buffer* texts) const
     for (unsigned partner : word.partners)
         AppendText(tables[Opposite(side)][partner].text, texts);
     AppendText("", texts);
-}
-
-// A key brings a mark with an offset, its elements and a mark with a handle at most.
-std::uint64_t Builder::ListRoom(Side side) const
-{
-    constexpr std::uint64_t HEADERS = 256;
-    constexpr std::uint64_t MARKS = ELEMENT_SIZE + sizeof(unsigned) + ELEMENT_SIZE + HANDLE_SIZE;
-    std::uint64_t room = HEADERS;
-    for (unsigned number = 0; number < Words(side); ++number)
-        room += MARKS + ELEMENT_SIZE * tables[side][number].text.size();
-    return room;
 }
 
 std::uint64_t Builder::TextRoom(Side side) const

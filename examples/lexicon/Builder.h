@@ -5,7 +5,7 @@
 #include "Progress.h"
 #include "Storage.h"
 
-#include <Ostra/CompList/CompList.h>
+#include <Ostra/Buffer/Buffer.h>
 
 #include <cstdint>
 #include <string_view>
@@ -52,9 +52,8 @@ public:
 private:
     bool SaveContents(CT_RecordManager* manager, Progress* progress);
     bool SaveSide(Side side, CT_RecordManager* manager, Directory* directory, Progress* progress);
-    bool Fill(Side side, CT_CompList* list, CT_Buffer* texts, Progress* progress);
+    bool Fill(Side side, CT_Buffer* list, CT_Buffer* texts, Progress* progress);
     void AppendEntry(Side side, unsigned number, CT_Buffer* texts) const;
-    std::uint64_t ListRoom(Side side) const;
     std::uint64_t TextRoom(Side side) const;
 
     WordTable tables[SIDES];
