@@ -17,8 +17,8 @@ inline std::string Bytes(const Word& word, unsigned element)
 {
     std::string key;
     for (unsigned index = 0; index <= word.size(); index++)
-        for (unsigned byte = 0; byte < element; byte++)
-            key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * byte);
+        for (unsigned n = 0; n < element; n++)
+            key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * n);
     return key;
 }
 
