@@ -47,8 +47,8 @@ struct Pair
     {
         std::string key;
         for (unsigned index = 0; index <= word.size(); index++)
-            for (unsigned byte = 0; byte < element; byte++)
-                key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * (byte % 2));
+            for (unsigned n = 0; n < element; n++)
+                key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * (n % 2));
         list.b_Add(key.data(), handle);
         tree.Add(word, handle);
     }

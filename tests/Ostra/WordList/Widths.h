@@ -96,8 +96,8 @@ struct TextsOf : testing::Test
         std::string bytes;
         for (const char* text : texts)
             for (const Unit unit : Of(text) + Unit(0))
-                for (unsigned byte = 0; byte < SIZE; byte++)
-                    bytes += static_cast<char>(static_cast<unsigned>(unit) >> 8 * byte);
+                for (unsigned n = 0; n < SIZE; n++)
+                    bytes += static_cast<char>(static_cast<unsigned>(unit) >> 8 * n);
         return bytes;
     }
 };
