@@ -1,11 +1,16 @@
 // tests/Examples/LexiconPartsTest.cpp: the pieces that the commands are made of.
+#include "RunLexicon.h"
+
+#include <Lexicon.h>
 #include <Progress.h>
 #include <Storage.h>
 #include <Common/Utf8.h>
+#include <Ostra/CompList/CompListBuilder.h>
 #include <Ostra/Frame/Text.h>
 
-#include <gtest/gtest.h>
+#include "Support/Directory.h"
 
+#include <random>
 #include <sstream>
 
 namespace
@@ -30,6 +35,57 @@ std::u16string Wide(const std::string& text)
 std::string Narrow(const std::u16string& text)
 {
     return common::ToUtf8(qcuz_Text(text.c_str()), static_cast<unsigned>(text.size()));
+}
+
+// The map of a file that is written begins with this, and doubles whenever it is full.
+constexpr unsigned MAP = 0xFFFFF;
+
+bool IsSame(const CT_Buffer& one, const CT_Buffer& other)
+{
+    return one.n_GetUsedSize() == other.n_GetUsedSize() &&
+           one.b_IsEqual(other.qcv_Get(), other.n_GetUsedSize());
+}
+
+// Stores bytes behind other bytes in a new record file, and fetches both.
+void CheckStored(const CT_Buffer& first, const CT_Buffer& second)
+{
+    const CT_UString name(qcuz_Text(u"parts.rec"));
+    const CT_WinFile file(&name, 1024);
+    CT_RecordManager manager(&file);
+    manager.v_Create(lexicon::RECORD_HEADER_SIZE, lexicon::BLOCK_SIZE, lexicon::RESOURCE_MAX_COUNT);
+    lexicon::Part parts[2];
+    EXPECT_TRUE(AddPart(&manager, &first, &parts[0]));
+    EXPECT_TRUE(AddPart(&manager, &second, &parts[1]));
+    manager.v_Close(1);
+    manager.v_Open(CT_RecordManager::e_OpenRead, 0);
+    CT_Buffer bytes;
+    EXPECT_TRUE(GetPart(&manager, parts[0], &bytes));
+    EXPECT_TRUE(IsSame(bytes, first));
+    EXPECT_TRUE(GetPart(&manager, parts[1], &bytes));
+    EXPECT_TRUE(IsSame(bytes, second));
+    manager.v_Close(1);
+}
+
+std::string RandomBytes(unsigned size, std::mt19937* random)
+{
+    std::string bytes(size, 0);
+    for (char& byte : bytes)
+        byte = static_cast<char>((*random)());
+    return bytes;
+}
+
+// Words that share little, so that a list of them is large.
+Pairs RandomPairs(unsigned count)
+{
+    std::mt19937 random(Seed(517534));
+    Pairs pairs;
+    for (unsigned n = 0; n < count; ++n) {
+        std::string word = std::to_string(n);
+        for (unsigned length = 20 + random() % 20; length; --length)
+            word += static_cast<char>('a' + random() % 26);
+        pairs.emplace_back(word, "t");
+    }
+    return pairs;
 }
 } // namespace
 
@@ -110,6 +166,43 @@ TEST(Storage, TheChecksumIsTheKnownOne)
     EXPECT_EQ(lexicon::Checksum(&digits), 0xCBF43926u);
     const CT_Buffer nothing;
     EXPECT_EQ(lexicon::Checksum(&nothing), 0u);
+}
+
+TEST(Storage, PartsThatEndAnywhereAroundTheStepsOfTheMapComeBackAsTheyWere)
+{
+    std::mt19937 random(Seed(1048575));
+    const std::string bytes = RandomBytes(4 * MAP, &random);
+    const CT_Buffer second(bytes.data() + 3 * MAP, 70000, 32);
+    for (unsigned size :
+         {MAP - 70000, MAP - 1400, MAP - 1, MAP, MAP + 1, 2 * MAP - 1400, 2 * MAP, 3 * MAP}) {
+        SCOPED_TRACE(size);
+        CheckStored(CT_Buffer(bytes.data(), size, 32), second);
+    }
+}
+
+TEST(Storage, AListLargerThanAStepOfTheMapIsTheOneThatWasBuilt)
+{
+    const Pairs pairs = RandomPairs(40000);
+    MakeLexicon(Lines(pairs));
+    CT_CompListBuilder builder(CT_CompList::et_ElementSize(lexicon::ELEMENT_SIZE),
+                               lexicon::HANDLE_SIZE, 0, 1, 128, lexicon::CODE_PAGE_UTF16);
+    unsigned handle = 0;
+    CT_UString key;
+    for (const auto& [source, target] : pairs) {
+        common::ToWide(source, &key);
+        EXPECT_EQ(builder.b_Add(&key, handle), 1);
+        handle += static_cast<unsigned>(source.size() + target.size() + 3);
+    }
+    CT_Buffer block;
+    builder.v_Build(&block);
+    EXPECT_GT(block.n_GetUsedSize(), 2 * MAP);
+
+    const CT_UString name(qcuz_Text(u"words.rec"));
+    lexicon::Lexicon words(&name);
+    EXPECT_TRUE(words.Open() && words.Load(lexicon::SOURCES));
+    EXPECT_TRUE(IsSame(*words.List(lexicon::SOURCES).pcco_GetBuffer(), block));
+    EXPECT_EQ(RunLexicon({"lookup", "words.rec", pairs.back().first}).output,
+              pairs.back().first + "\tt\n");
 }
 
 TEST(Progress, NothingIsWrittenOfShortWork)
