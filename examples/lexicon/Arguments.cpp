@@ -2,20 +2,28 @@
 #include "Arguments.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace lexicon
 {
 const char USAGE_TEXT[] =
     "usage: lexicon build INPUT.tsv OUTPUT.rec\n"
     "       lexicon lookup FILE.rec [--reverse] WORD...\n"
+    "       lexicon match FILE.rec [--reverse] PATTERN\n"
     "       lexicon list FILE.rec\n"
     "       lexicon info FILE.rec\n"
+    "       lexicon stats FILE.rec\n"
+    "       lexicon draw FILE.rec [--reverse] [--limit WORDS] PREFIX -o OUTPUT.svg\n"
     "\n"
     "  build   makes a lexicon from lines of UTF-8: source, tab, target\n"
     "  lookup  prints the targets of sources, or with --reverse the sources of targets;\n"
     "          exit status 1 if a word was not found\n"
+    "  match   prints the words that a pattern matches: * is any run of characters, ? any one,\n"
+    "          and \\ takes the character behind it as it is; exit status 1 if there is none\n"
     "  list    prints all pairs\n"
     "  info    prints what the file holds\n"
+    "  stats   prints what the lists of words are made of\n"
+    "  draw    draws the part of a list below a prefix, of up to 200 words or --limit\n"
     "\n"
     "  --trace shows behind an error where it arose; -- ends the options\n";
 
@@ -26,21 +34,31 @@ struct Command
     const char* name;
     size_t fewest;
     size_t most;
+    bool reverses;
 };
 
 constexpr Command COMMANDS[] = {
-    {"build", 2, 2}, {"lookup", 2, static_cast<size_t>(-1)}, {"list", 1, 1}, {"info", 1, 1}};
+    {"build", 2, 2, false}, {"lookup", 2, static_cast<size_t>(-1), true},
+    {"match", 2, 2, true},  {"list", 1, 1, false},
+    {"info", 1, 1, false},  {"stats", 1, 1, false},
+    {"draw", 2, 2, true}};
 } // namespace
 
 std::string Arguments::Parse(const std::vector<std::string>& words)
 {
     bool options = true;
-    for (const std::string& word : words) {
+    for (size_t n = 0; n < words.size(); ++n) {
+        const std::string& word = words[n];
         if (options && word == "--")
             options = false;
         else if (options && word.starts_with("-") && word != "-") {
-            if (!TakeOption(word))
-                return "unknown option " + word;
+            if (TakeSwitch(word))
+                continue;
+            const std::string wrong =
+                TakeOption(word, n + 1 < words.size() ? &words[n + 1] : nullptr);
+            if (!wrong.empty())
+                return wrong;
+            ++n;
         } else if (command.empty())
             command = word;
         else
@@ -49,7 +67,7 @@ std::string Arguments::Parse(const std::vector<std::string>& words)
     return help ? "" : Check();
 }
 
-bool Arguments::TakeOption(const std::string& word)
+bool Arguments::TakeSwitch(const std::string& word)
 {
     if (word == "--reverse")
         reverse = true;
@@ -60,6 +78,29 @@ bool Arguments::TakeOption(const std::string& word)
     else
         return false;
     return true;
+}
+
+// An option with a value; returns what is wrong.
+std::string Arguments::TakeOption(const std::string& word, const std::string* value)
+{
+    if (word != "-o" && word != "--limit")
+        return "unknown option " + word;
+    if (!value || value->empty())
+        return word + ": the value is missing";
+    if (word == "--limit")
+        return TakeLimit(*value);
+    output = *value;
+    return "";
+}
+
+std::string Arguments::TakeLimit(const std::string& value)
+{
+    const char* end = value.data() + value.size();
+    const auto [last, error] = std::from_chars(value.data(), end, limit);
+    if (error != std::errc() || last != end || !limit)
+        return "--limit: " + value + " is no number of words";
+    limited = true;
+    return "";
 }
 
 std::string Arguments::Check() const
@@ -74,8 +115,12 @@ std::string Arguments::Check() const
         return command + ": too few arguments";
     if (operands.size() > found->most)
         return command + ": too many arguments";
-    if (reverse && command != "lookup")
-        return command + ": --reverse belongs to lookup";
-    return "";
+    if (reverse && !found->reverses)
+        return command + ": --reverse belongs to lookup, match and draw";
+    if (command == "draw")
+        return output.empty() ? "draw: -o with the name of the picture is missing" : "";
+    if (!output.empty())
+        return command + ": -o belongs to draw";
+    return limited ? command + ": --limit belongs to draw" : "";
 }
 } // namespace lexicon

@@ -13,6 +13,9 @@ struct Arguments
     std::string command;
     // What follows the command, options left out.
     std::vector<std::string> operands;
+    // The file that draw writes, and the words that it draws at most.
+    std::string output;
+    unsigned limit = 200;
     bool reverse = false;
     bool trace = false;
     bool help = false;
@@ -22,7 +25,11 @@ struct Arguments
     std::string Parse(const std::vector<std::string>& words);
 
 private:
-    bool TakeOption(const std::string& word);
+    bool TakeSwitch(const std::string& word);
+    std::string TakeOption(const std::string& word, const std::string* value);
+    std::string TakeLimit(const std::string& value);
     std::string Check() const;
+
+    bool limited = false;
 };
 } // namespace lexicon

@@ -3,11 +3,16 @@
 
 #include "Arguments.h"
 #include "Builder.h"
+#include "Drawing.h"
 #include "Failure.h"
 #include "Lexicon.h"
+#include "Statistics.h"
+#include "Wildcard.h"
 
 #include <Common/Utf8.h>
+#include <Ostra/CompList/UCompListIterator.h>
 
+#include <algorithm>
 #include <new>
 
 namespace lexicon
@@ -17,6 +22,7 @@ namespace
 constexpr char SOURCE[] = "lexicon/Commands";
 
 constexpr unsigned FILE_BUFFER = 4096;
+constexpr unsigned ATTRIBUTE_NORMAL = 1;
 
 // One run of the program.
 class Job
@@ -29,17 +35,27 @@ public:
 private:
     Status Build();
     Status LookUp();
+    Status Match();
     Status List();
     Status Info();
+    Status Stats();
+    Status Draw();
 
+    bool TakePart(const Lexicon& lexicon, const CT_UString& prefix, Subtree* part) const;
+    bool WritePicture(const CT_UString& name, const std::string& picture) const;
     bool Save(Builder* builder, const CT_UString& fresh, const CT_UString& name);
-    bool TakeWords();
+    bool IsWord(size_t n, const std::string& what) const;
+    bool TakeWords() const;
+    Side WantedSide() const { return arguments.reverse ? TARGETS : SOURCES; }
+    bool Survey(const Lexicon& lexicon, Side side, Statistics* statistics) const;
+    std::vector<unsigned> FindMatches(const CT_CompList& list, Wildcard* wildcard) const;
     void PrintAnswer(Lexicon* lexicon, Side side, const std::string& word);
     void PrintInfo(const Lexicon& lexicon);
     void PrintSide(const Lexicon& lexicon, Side side);
 
     const std::string& Operand(size_t n) const { return arguments.operands[n]; }
     bool Name(size_t n, CT_UString* name) const;
+    bool PictureName(const CT_UString& input, CT_UString* name) const;
     Status Report(const std::string& context) const;
     Status ReportUnreadable() const { return Report("cannot read " + Operand(0)); }
 
@@ -99,9 +115,15 @@ Status Job::Run()
         return Build();
     if (arguments.command == "lookup")
         return LookUp();
+    if (arguments.command == "match")
+        return Match();
     if (arguments.command == "list")
         return List();
-    return Info();
+    if (arguments.command == "info")
+        return Info();
+    if (arguments.command == "stats")
+        return Stats();
+    return Draw();
 }
 
 // A file name of the command line.
@@ -176,17 +198,24 @@ bool Job::Save(Builder* builder, const CT_UString& fresh, const CT_UString& name
     return true;
 }
 
-bool Job::TakeWords()
+// Whether an operand can be a key, or a part of one.
+bool Job::IsWord(size_t n, const std::string& what) const
 {
-    for (size_t n = 1; n < arguments.operands.size(); ++n) {
-        const unsigned number = static_cast<unsigned>(n);
-        unsigned reserved = 0;
-        if (!common::IsUtf8(Operand(n)))
-            Fail(SOURCE, u"word %u is not well-formed UTF-8", number);
-        else if (Operand(n).empty())
-            Fail(SOURCE, u"word %u is empty", number);
-        else if (!IsKey(Operand(n), &reserved))
-            Fail(SOURCE, u"word %u holds U+%04X, which no key can hold", number, reserved);
+    CT_UString name;
+    common::ToWide(what, &name);
+    unsigned reserved = 0;
+    if (!common::IsUtf8(Operand(n)))
+        Fail(SOURCE, u"%s is not well-formed UTF-8", name.qcuz_Get());
+    else if (!IsKey(Operand(n), &reserved))
+        Fail(SOURCE, u"%s holds U+%04X, which no key can hold", name.qcuz_Get(), reserved);
+    return !Failing();
+}
+
+bool Job::TakeWords() const
+{
+    for (size_t n = 1; n < arguments.operands.size() && !Failing(); ++n) {
+        if (IsWord(n, "word " + std::to_string(n)) && Operand(n).empty())
+            Fail(SOURCE, u"word %u is empty", static_cast<unsigned>(n));
     }
     return !Failing();
 }
@@ -197,7 +226,7 @@ Status Job::LookUp()
     if (!Name(0, &name) || !TakeWords())
         return Report("");
     Lexicon lexicon(&name);
-    const Side side = arguments.reverse ? TARGETS : SOURCES;
+    const Side side = WantedSide();
     if (!lexicon.Open() || !lexicon.Load(side))
         return ReportUnreadable();
     for (size_t n = 1; n < arguments.operands.size() && !Failing(); ++n)
@@ -221,6 +250,53 @@ void Job::PrintAnswer(Lexicon* lexicon, Side side, const std::string& word)
                        << Characters(key, key.vn_GetLength()) << " characters matched\n";
         missed = true;
     }
+}
+
+// Reads the whole stream, so that walks over it may take it at its word.
+bool Job::Survey(const Lexicon& lexicon, Side side, Statistics* statistics) const
+{
+    if (!statistics->Take(lexicon.List(side)))
+        lexicon.RefuseList();
+    return !Failing();
+}
+
+Status Job::Match()
+{
+    CT_UString name;
+    CT_UString text;
+    Wildcard wildcard;
+    if (!Name(0, &name) || !IsWord(1, "the pattern"))
+        return Report("");
+    common::ToWide(Operand(1), &text);
+    if (!wildcard.Parse(text))
+        return Report("");
+    Lexicon lexicon(&name);
+    const Side side = WantedSide();
+    Statistics statistics;
+    if (!lexicon.Open() || !lexicon.Load(side) || !Survey(lexicon, side, &statistics))
+        return ReportUnreadable();
+    const std::vector<unsigned> matches = FindMatches(lexicon.List(side), &wildcard);
+    Entry entry;
+    for (size_t n = 0; n < matches.size() && lexicon.At(side, matches[n], &entry); ++n)
+        streams.output << entry.word << '\n';
+    if (Failed(SOURCE))
+        return ReportUnreadable();
+    return matches.empty() ? FAILED : DONE;
+}
+
+// Their handles, in the order in which the words came in; the list has an order of its own.
+std::vector<unsigned> Job::FindMatches(const CT_CompList& list, Wildcard* wildcard) const
+{
+    std::vector<unsigned> matches;
+    CT_UCompListIterator iterator(&list);
+    CT_UString key;
+    unsigned handle;
+    while (iterator.b_GetNext(&key, &handle)) {
+        if (wildcard->Matches(key))
+            matches.push_back(handle);
+    }
+    std::sort(matches.begin(), matches.end());
+    return matches;
 }
 
 Status Job::List()
@@ -276,6 +352,111 @@ void Job::PrintSide(const Lexicon& lexicon, Side side)
                    << list.n_GetElementSize() << " bytes, handles of " << list.n_GetHandleSize()
                    << ", " << (list.b_HasLongOffsetSupport() ? "long" : "short") << " offsets\n"
                    << "  texts:     " << Measure(lexicon.Contents().texts[side]) << "\n";
+}
+
+Status Job::Stats()
+{
+    CT_UString name;
+    if (!Name(0, &name))
+        return Report("");
+    Lexicon lexicon(&name);
+    Statistics statistics[SIDES];
+    if (!lexicon.Open())
+        return ReportUnreadable();
+    for (Side side : {SOURCES, TARGETS}) {
+        if (!lexicon.Load(side) || !Survey(lexicon, side, &statistics[side]))
+            return ReportUnreadable();
+    }
+    streams.output << "sources\n";
+    statistics[SOURCES].Print(streams.output);
+    streams.output << "\ntargets\n";
+    statistics[TARGETS].Print(streams.output);
+    return DONE;
+}
+
+Status Job::Draw()
+{
+    CT_UString name;
+    CT_UString pictureName;
+    CT_UString prefix;
+    if (!Name(0, &name) || !PictureName(name, &pictureName) || !IsWord(1, "the prefix"))
+        return Report("cannot write " + arguments.output);
+    common::ToWide(Operand(1), &prefix);
+    Lexicon lexicon(&name);
+    Subtree part;
+    if (!lexicon.Open() || !lexicon.Load(WantedSide()) || !TakePart(lexicon, prefix, &part))
+        return ReportUnreadable();
+    const auto note = [&](unsigned handle) {
+        Entry entry;
+        std::string text;
+        if (!Failing() && lexicon.At(WantedSide(), handle, &entry)) {
+            for (std::string_view other : entry.others)
+                text.append(text.empty() ? "" : ", ").append(other);
+        }
+        return text;
+    };
+    const std::string picture = lexicon::Draw(part, ELEMENT_SIZE, note);
+    if (Failed(SOURCE))
+        return ReportUnreadable();
+    if (!WritePicture(pictureName, picture))
+        return FAILED;
+    streams.output << arguments.output << ": " << part.Words()
+                   << (part.Words() == 1 ? " word" : " words") << "\n";
+    return DONE;
+}
+
+// The name of the picture, which must not be that of the lexicon.
+bool Job::PictureName(const CT_UString& input, CT_UString* name) const
+{
+    if (!common::IsUtf8(arguments.output)) {
+        Fail(SOURCE, u"the name of the picture is not well-formed UTF-8");
+        return false;
+    }
+    common::ToWide(arguments.output, name);
+    if (IsSame(input, *name) && !Failing())
+        Fail(SOURCE, u"%s: this is the input as well as the output", input.qcuz_Get());
+    return !Failed(SOURCE);
+}
+
+bool Job::TakePart(const Lexicon& lexicon, const CT_UString& prefix, Subtree* part) const
+{
+    Statistics statistics;
+    if (!Survey(lexicon, WantedSide(), &statistics))
+        return false;
+    const unsigned short* units = prefix.qcuz_Get();
+    const std::vector<unsigned> elements(units, units + prefix.vn_GetLength());
+    if (!part->Take(lexicon.List(WantedSide()), elements, arguments.limit))
+        Fail(SOURCE, u"no word begins with \"%s\"", units);
+    else if (part->Words() > arguments.limit)
+        Fail(SOURCE,
+             u"%u words begin with \"%s\", and a picture shows %u: give a longer prefix or --limit",
+             part->Words(), units, arguments.limit);
+    return !Failing();
+}
+
+bool Job::WritePicture(const CT_UString& name, const std::string& picture) const
+{
+    CT_WinFile file(&name, FILE_BUFFER);
+    file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone,
+                 ATTRIBUTE_NORMAL, 0);
+    const bool open = !Failing();
+    const unsigned size = static_cast<unsigned>(picture.size());
+    if (open && file.vn_Write(picture.data(), size) != size && !Failing())
+        Fail(SOURCE, u"%s: there is no room for the picture", name.qcuz_Get());
+    if (open && !Failing())
+        file.vv_Close();
+    if (!Failed(SOURCE))
+        return true;
+    const Failure failure = Failure::Take();
+    if (open) {
+        if (file.b_IsOpen())
+            file.vv_Close();
+        Remove(name);
+        if (Failing())
+            Failure::Take();
+    }
+    failure.Print(streams.errors, "cannot write " + arguments.output, arguments.trace);
+    return false;
 }
 
 Status RunJob(const Arguments& arguments, const Streams& streams)

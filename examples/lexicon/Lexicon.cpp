@@ -72,7 +72,7 @@ bool Lexicon::Load(Side side)
 {
     CT_Buffer bytes;
     if (!GetPart(&manager, directory.lists[side], &bytes))
-        Refuse(Outcome::DAMAGED, u"a list of words");
+        RefuseList();
     else if (!GetPart(&manager, directory.texts[side], &texts[side]))
         Refuse(Outcome::DAMAGED, u"the texts of a list");
     if (Failing())
@@ -81,7 +81,7 @@ bool Lexicon::Load(Side side)
     if (bytes.n_GetUsedSize() >= SMALLEST_LIST)
         lists[side].v_Set(&bytes);
     if (!IsListGood(side))
-        Refuse(Outcome::DAMAGED, u"a list of words");
+        RefuseList();
     return !Failing();
 }
 
@@ -98,12 +98,19 @@ bool Lexicon::Find(Side side, std::string_view word, Entry* entry, unsigned* mat
 {
     CT_UString key;
     common::ToWide(word, &key);
-    unsigned position = lists[side].n_Search(&key, matched);
-    if (position == NONE || Failed(SOURCE)) {
+    const unsigned handle = lists[side].n_Search(&key, matched);
+    if (handle == NONE || Failed(SOURCE)) {
         *matched = Matched(side, &key);
         return false;
     }
-    if (!Next(side, &position, entry) || entry->word != word)
+    if (At(side, handle, entry) && entry->word != word)
+        Refuse(Outcome::DAMAGED, u"the texts of a list");
+    return !Failing();
+}
+
+bool Lexicon::At(Side side, unsigned handle, Entry* entry)
+{
+    if (!Next(side, &handle, entry))
         Refuse(Outcome::DAMAGED, u"the texts of a list");
     return !Failing();
 }
@@ -148,7 +155,12 @@ bool Lexicon::ReadText(Side side, unsigned* position, std::string_view* text) co
     return true;
 }
 
-void Lexicon::Refuse(Outcome outcome, const char16_t* what)
+void Lexicon::RefuseList() const
+{
+    Refuse(Outcome::DAMAGED, u"a list of words");
+}
+
+void Lexicon::Refuse(Outcome outcome, const char16_t* what) const
 {
     if (Failing())
         Failed(SOURCE);

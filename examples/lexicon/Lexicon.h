@@ -41,9 +41,16 @@ public:
     // begin some word of the list, and with an error set when the lexicon is damaged.
     bool Find(Side side, std::string_view word, Entry* entry, unsigned* matched);
 
+    // The entry that a handle of a loaded side leads to; false with an error set when the lexicon
+    // is damaged.
+    bool At(Side side, unsigned handle, Entry* entry);
+
     // The entries of a loaded side from position 0 on, in the order in which their words first
     // appeared. False at the end, and with an error set when the lexicon is damaged.
     bool Next(Side side, unsigned* position, Entry* entry);
+
+    // Sets the error of a list that is damaged.
+    void RefuseList() const;
 
     const Directory& Contents() const { return directory; }
     unsigned DirectorySize() const { return directorySize; }
@@ -56,7 +63,7 @@ private:
     bool IsListGood(Side side) const;
     unsigned Matched(Side side, CT_UString* key) const;
     bool ReadText(Side side, unsigned* position, std::string_view* text) const;
-    void Refuse(Outcome outcome, const char16_t* what);
+    void Refuse(Outcome outcome, const char16_t* what) const;
     const unsigned short* Name() const
     {
         return manager.pcco_GetFile()->pcco_GetFullName()->qcuz_Get();

@@ -264,6 +264,25 @@ TEST(LexiconDamage, AForgedListIsRefused)
     EXPECT_EQ(Refusal("list"), error);
 }
 
+TEST(LexiconDamage, AForgedStreamIsRefusedBeforeAWalk)
+{
+    const std::string error = "lexicon: words.rec: the lexicon is damaged in a list of words\n";
+    CT_CompList list(CT_CompList::es_Short, 4, 0, 1, 128, 1200);
+    list.b_Add(qcuz_Text(u"ab"), 0);
+    // An alternative that leads to itself, for ever.
+    const std::string good(static_cast<const char*>(list.pcco_GetBuffer()->qcv_Get()),
+                           list.n_GetEnd());
+    std::string bytes = good.substr(0, 134) + std::string("\x0D\0\0\0\0\0", 6) + good.substr(134);
+    bytes = WithNumber(bytes, 4, static_cast<unsigned>(bytes.size()));
+    MakeForgedLexicon(CT_Buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32),
+                      std::string("ab\0c\0\0", 6));
+    EXPECT_EQ(RunLexicon({"info", "words.rec"}).status, 0);
+    EXPECT_EQ(Refusal("stats"), error);
+    EXPECT_EQ(Refusal({"match", "words.rec", "*"}), error);
+    EXPECT_EQ(Refusal({"draw", "words.rec", "a", "-o", "out.svg"}), error);
+    EXPECT_EQ(Names(), std::vector<std::string>{"words.rec"});
+}
+
 TEST(LexiconDamage, ForgedTextsAreRefused)
 {
     const std::string error = "lexicon: words.rec: the lexicon is damaged in the texts of a list\n";
@@ -273,6 +292,8 @@ TEST(LexiconDamage, ForgedTextsAreRefused)
     EXPECT_EQ(RunLexicon({"list", "words.rec"}).output, "a\tb\n");
     MakeForgedLexicon(2, 5, std::string("a\0b\0\0", 5));
     EXPECT_EQ(Refusal(lookUp), error);
+    EXPECT_EQ(Refusal({"match", "words.rec", "*"}), error);
+    EXPECT_EQ(Refusal({"draw", "words.rec", "", "-o", "out.svg"}), error);
     MakeForgedLexicon(2, 0x80000000, std::string("a\0b\0\0", 5));
     EXPECT_EQ(Refusal(lookUp), error);
     MakeForgedLexicon(2, 2, std::string("a\0b\0\0", 5));
