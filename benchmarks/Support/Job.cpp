@@ -49,6 +49,13 @@ void Job::SetRates(benchmark::State& state, Amount amount)
         state.SetLabel("generated");
 }
 
+void Job::SetCost(benchmark::State& state, double cost)
+{
+    state.counters["cost"] = cost;
+    if (Inputs::AreGenerated())
+        state.SetLabel("generated");
+}
+
 bool Job::IsCounting()
 {
     return RUNNING_ON_VALGRIND != 0;

@@ -29,12 +29,18 @@ public:
     template <class Work>
     static void Register(const std::string& name, Amount amount, Work work);
 
+    // A side of which nothing is timed: cost() gives its figure an item, in seconds or whatever else
+    // the measure is of.
+    template <class Cost>
+    static void RegisterCost(const std::string& name, Cost cost);
+
     // Ends the program: a side's results aren't those of the library.
     [[noreturn]] static void Disagree(const std::string& name, size_t differ, size_t of,
                                       size_t first);
 
 private:
     static void SetRates(benchmark::State& state, Amount amount);
+    static void SetCost(benchmark::State& state, double cost);
     // Under valgrind a work is counted instead of timed: each pass is a part of the tool's output
     // that bears its name and amount.
     static bool IsCounting();
@@ -84,6 +90,18 @@ void Job::Register(const std::string& name, Amount amount, Work work)
             benchmark::DoNotOptimize(work());
         SetRates(state, amount);
     });
+}
+
+template <class Cost>
+void Job::RegisterCost(const std::string& name, Cost cost)
+{
+    if (IsCounting())
+        return;
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+        for (auto _ : state) {
+        }
+        SetCost(state, cost());
+    })->Iterations(1);
 }
 
 template <class Answers>
