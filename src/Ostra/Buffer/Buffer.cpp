@@ -485,7 +485,10 @@ void CT_Buffer::v_IncUseCount()
 // the 0.
 void CT_Buffer::v_DecUseCount()
 {
-    if (pc_Data && InterlockedDecrement(&pso_GetData()->n_UseCount) == 0)
+    if (!pc_Data)
+        return;
+    // Nobody can join a sole holder meanwhile, which spares it the interlocked operation.
+    if (n_ReadUseCount() == 1 || InterlockedDecrement(&pso_GetData()->n_UseCount) == 0)
         v_DeleteData();
 }
 
