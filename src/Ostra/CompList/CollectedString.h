@@ -5,6 +5,8 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 
+#include <atomic>
+
 // The key of the way that an iterator has come. Each operation is false when the heap is exhausted,
 // with the string as it was.
 template <class Text, class Unit>
@@ -46,4 +48,50 @@ private:
     {
         return pcco_Text->vu_GetAt(n_Offset);
     }
+};
+
+// The characters of a collected string that is not empty, held by nobody else, for as long as that
+// is so: what is put on and taken off shows in the string when the view goes.
+template <class Unit>
+class CT_CollectedView
+{
+public:
+    explicit CT_CollectedView(const Unit* p_Characters)
+        : p_Text(const_cast<Unit*>(p_Characters)),
+          pso_Head(reinterpret_cast<CT_Buffer::st_BufferData*>(p_Text) - 1),
+          n_Length(pso_Head->n_UsedSize / sizeof(Unit) - 1),
+          n_Room(sb_IsOwn(pso_Head) ? pso_Head->n_MaximumSize / sizeof(Unit) - 1 : 0)
+    {}
+    CT_CollectedView(const CT_CollectedView&) = delete;
+    ~CT_CollectedView()
+    {
+        if (!n_Room)
+            return;
+        p_Text[n_Length] = 0;
+        pso_Head->n_UsedSize = (n_Length + 1) * sizeof(Unit);
+    }
+
+    unsigned n_GetLength() const { return n_Length; }
+    // 0 when it takes another block, or the string would end.
+    int b_Append(unsigned n_Character)
+    {
+        if (n_Length >= n_Room || !static_cast<Unit>(n_Character))
+            return 0;
+        p_Text[n_Length++] = static_cast<Unit>(n_Character);
+        return 1;
+    }
+    // One character stays: an empty string has another block.
+    int b_CanPop() const { return n_Length > 1 && n_Room; }
+    Unit c_Pop() { return p_Text[--n_Length]; }
+
+private:
+    static bool sb_IsOwn(CT_Buffer::st_BufferData* pso_Block)
+    {
+        return std::atomic_ref<LONG>(pso_Block->n_UseCount).load(std::memory_order_acquire) == 1;
+    }
+
+    Unit* p_Text;
+    CT_Buffer::st_BufferData* pso_Head;
+    unsigned n_Length;
+    unsigned n_Room; // 0: others hold the block
 };
