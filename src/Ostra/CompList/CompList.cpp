@@ -1,6 +1,7 @@
 // Ostra/CompList/CompList.cpp: the life of a list, its head, and the numbers of its stream.
 #include <Ostra/CompList/CompList.h>
 
+#include <Ostra/CompList/CompListStream.h>
 #include <Ostra/Frame/Report.h>
 
 #include <cstdlib>
@@ -168,25 +169,6 @@ void CT_CompList::v_SetOffsetSize()
 // ---- Numbers ------------------------------------------------------------------------------
 // Numbers of the stream lie at any address.
 
-unsigned CT_CompList::n_GetNumber(const char* pcc_From, unsigned n_Size) const
-{
-    unsigned char n1_Value;
-    unsigned short n2_Value;
-    unsigned n4_Value;
-    switch (n_Size) {
-    case 1:
-        std::memcpy(&n1_Value, pcc_From, 1);
-        return n1_Value;
-    case 2:
-        std::memcpy(&n2_Value, pcc_From, 2);
-        return n2_Value;
-    case 4:
-        std::memcpy(&n4_Value, pcc_From, 4);
-        return n4_Value;
-    }
-    return 0;
-}
-
 void CT_CompList::v_SetNumber(char* pc_To, unsigned n_Size, unsigned n_Value)
 {
     // Kept: a value wider than its field is cut without a check.
@@ -214,14 +196,6 @@ void CT_CompList::v_SetCharacter(char* pc_To, unsigned n_Character)
     v_SetNumber(pc_To, n_GetElementSize(), n_Character);
 }
 
-// The handle at a position; 0 where the block ends before.
-unsigned CT_CompList::n_GetHandle(unsigned n_Position) const
-{
-    if (n_Position + n_GetHandleSize() > co_Buffer.n_GetUsedSize())
-        return 0;
-    return n_GetNumber(reinterpret_cast<const char*>(pso_Header) + n_Position, n_GetHandleSize());
-}
-
 void CT_CompList::v_SetHandle(char* pc_To, unsigned n_Handle)
 {
     v_SetNumber(pc_To, n_GetHandleSize(), n_Handle);
@@ -241,14 +215,6 @@ void CT_CompList::v_SetEmptyStringHandle(unsigned n_Handle)
 {
     if (b_HasEmptyStringSupport())
         pso_Header->n_EmptyStringHandle = n_Handle;
-}
-
-// Where the keys with that first element begin; 0 for an element that isn't one of a to z, or has
-// no key yet.
-unsigned CT_CompList::n_GetJumpOffset(unsigned n_Character) const
-{
-    const unsigned n_Letter = n_Character - 'a';
-    return n_Letter < 26 ? pso_Header->an4_JumpOffset[n_Letter] : 0;
 }
 
 void CT_CompList::v_SetJumpOffset(unsigned n_Character, unsigned n_Position)

@@ -201,20 +201,24 @@ private:
     void v_SetOffset(char* pc_To, unsigned n_Offset);
     unsigned n_GetEmptyStringHandle() const;
     void v_SetEmptyStringHandle(unsigned n_Handle);
-    unsigned n_GetJumpOffset(unsigned n_Character) const;
+    // Where the keys with that first element begin; 0 for an element that isn't one of a to z, or
+    // has no key yet.
+    unsigned n_GetJumpOffset(unsigned n_Character) const
+    {
+        const unsigned n_Letter = n_Character - 'a';
+        return n_Letter < 26 ? pso_Header->an4_JumpOffset[n_Letter] : 0;
+    }
     void v_SetJumpOffset(unsigned n_Character, unsigned n_Position);
 
     // ---- Walk -----------------------------------------------------------------------------
 
     unsigned n_Walk(const char* pcc_Key, et_WalkMode ec_Mode, unsigned n_Handle,
                     unsigned* pn_Matched);
+    template <class T>
+    unsigned n_WalkElements(const char* pcc_Key, et_WalkMode ec_Mode, unsigned n_Handle,
+                            unsigned* pn_Matched);
     unsigned n_WalkEmptyKey(et_WalkMode ec_Mode, unsigned n_Handle, unsigned* pn_Matched);
-    et_Stop ec_Follow(st_Walk* pso_Walk) const;
     template <class T>
-    et_Stop ec_FollowElements(st_Walk* pso_Walk) const;
-    template <class T>
-    et_Stop ec_StopAt(st_Walk* pso_Walk, const char* pcc_Key, unsigned n_Position,
-                      et_Stop ec_Stop) const;
     unsigned n_Answer(const st_Walk* pcso_Walk, et_Stop ec_Stop, et_WalkMode ec_Mode,
                       unsigned* pn_Matched) const;
     unsigned n_Extend(const st_Walk* pcso_Walk, et_Stop ec_Stop, unsigned n_Handle);

@@ -7,13 +7,6 @@
 // A list of that many bytes has an index while keys are added; a smaller one is scanned as fast.
 static constexpr unsigned INDEXED_SIZE = 1024;
 
-// How far the stream can be read: no further than the block's bytes, whatever its head says.
-unsigned CT_CompList::n_GetLimit() const
-{
-    const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    return n_GetEnd() < n_Used ? n_GetEnd() : n_Used;
-}
-
 // ---- Gaps ---------------------------------------------------------------------------------
 
 // Opens a gap whose content is undefined, and repairs what points across it. Null when the heap is

@@ -16,6 +16,44 @@ static inline unsigned n_Load(const char* pcc_From)
     return Value;
 }
 
+inline unsigned CT_CompList::n_GetNumber(const char* pcc_From, unsigned n_Size) const
+{
+    switch (n_Size) {
+    case 1:
+        return n_Load<unsigned char>(pcc_From);
+    case 2:
+        return n_Load<unsigned short>(pcc_From);
+    case 4:
+        return n_Load<unsigned>(pcc_From);
+    }
+    return 0;
+}
+
+// The handle at a position; 0 where the block ends before.
+inline unsigned CT_CompList::n_GetHandle(unsigned n_Position) const
+{
+    if (n_Position + n_GetHandleSize() > co_Buffer.n_GetUsedSize())
+        return 0;
+    return n_GetNumber(reinterpret_cast<const char*>(pso_Header) + n_Position, n_GetHandleSize());
+}
+
+// How far the stream can be read: no further than the block's bytes, whatever its head says.
+inline unsigned CT_CompList::n_GetLimit() const
+{
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    return n_GetEnd() < n_Used ? n_GetEnd() : n_Used;
+}
+
+// A key on its way through the stream.
+struct CT_CompList::st_Walk
+{
+    const char* pcc_Key;
+    unsigned n_First;    // the key's first element
+    unsigned n_Position; // in the block, of the element looked at
+    unsigned n_Offset;   // in the key, of the element looked at
+    unsigned n_Stored;   // the element at n_Position
+};
+
 // The stream as elements of the type T. Behind its last element it reads as the list end.
 template <class T>
 struct CT_CompList::st_Stream
@@ -60,6 +98,49 @@ struct CT_CompList::st_Stream
         const int b_Long = n_MarkSize == ELEMENT + 4;
         return n_Mark +
                (b_Long ? n_Load<unsigned>(pcc_Offset) : n_Load<unsigned short>(pcc_Offset));
+    }
+
+    // Follows the key, or what is left of it, until it ends, the stored branch ends, or elements
+    // differ with no other way on.
+    et_Stop ec_Follow(const char* pcc_Rest, st_Walk* pso_Walk) const
+    {
+        unsigned n_Position = pso_Walk->n_Position;
+        while (const unsigned n_Wanted = n_Load<T>(pcc_Rest)) {
+            unsigned n_Stored = n_GetElement(n_Position);
+            // Most steps go from a character to its alternative.
+            while (n_Stored != n_Wanted && n_Stored > ec_LeafEnd) {
+                const unsigned n_Alternative = n_GetAlternative(n_Position);
+                if (!n_Alternative)
+                    return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_Differs);
+                n_Position = n_Alternative;
+                n_Stored = n_GetElement(n_Position);
+            }
+            if (n_Stored == n_Wanted && n_Stored != ec_ListEnd) {
+                n_Position += ELEMENT;
+                pcc_Rest += ELEMENT;
+            } else if (n_Stored == ec_InnerEnd)
+                n_Position += n_EndSize;
+            else if (n_Stored == ec_Alternative)
+                n_Position += n_MarkSize;
+            else if (n_Stored == ec_ListEnd || n_Stored == ec_LeafEnd)
+                return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_BranchEnds);
+            else if (const unsigned n_Alternative = n_GetAlternative(n_Position))
+                n_Position = n_Alternative;
+            else
+                return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_Differs);
+        }
+        if (n_GetElement(n_Position) == ec_Alternative)
+            n_Position += n_MarkSize;
+        return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_KeyEnds);
+    }
+
+    et_Stop ec_StopAt(st_Walk* pso_Walk, const char* pcc_Rest, unsigned n_Position,
+                      et_Stop ec_Stop) const
+    {
+        pso_Walk->n_Position = n_Position;
+        pso_Walk->n_Offset = static_cast<unsigned>(pcc_Rest - pso_Walk->pcc_Key);
+        pso_Walk->n_Stored = n_GetElement(n_Position);
+        return ec_Stop;
     }
 
     const char* pcc_Block;

@@ -8,16 +8,6 @@
 
 static constexpr unsigned NO_HANDLE = 0xFFFFFFFF;
 
-// A key on its way through the stream.
-struct CT_CompList::st_Walk
-{
-    const char* pcc_Key;
-    unsigned n_First;    // the key's first element
-    unsigned n_Position; // in the block, of the element looked at
-    unsigned n_Offset;   // in the key, of the element looked at
-    unsigned n_Stored;   // the element at n_Position
-};
-
 // ---- Search -------------------------------------------------------------------------------
 
 unsigned CT_CompList::n_Search(const char* qccz_Key, unsigned* pn_Matched) const
@@ -103,16 +93,32 @@ int CT_CompList::b_AddKey(const char* pcc_Key, unsigned n_Handle)
 unsigned CT_CompList::n_Walk(const char* pcc_Key, et_WalkMode ec_Mode, unsigned n_Handle,
                              unsigned* pn_Matched)
 {
-    const unsigned n_First = n_GetCharacter(pcc_Key);
+    switch (n_GetElementSize()) {
+    case 1:
+        return n_WalkElements<unsigned char>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
+    case 2:
+        return n_WalkElements<unsigned short>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
+    case 4:
+        return n_WalkElements<unsigned>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
+    }
+    // Elements of an unknown size read as 0.
+    return n_WalkEmptyKey(ec_Mode, n_Handle, pn_Matched);
+}
+
+template <class T>
+unsigned CT_CompList::n_WalkElements(const char* pcc_Key, et_WalkMode ec_Mode, unsigned n_Handle,
+                                     unsigned* pn_Matched)
+{
+    const unsigned n_First = n_Load<T>(pcc_Key);
     if (!n_First)
         return n_WalkEmptyKey(ec_Mode, n_Handle, pn_Matched);
 
     const unsigned n_Jump = n_GetJumpOffset(n_First);
     st_Walk so_Walk = {pcc_Key, n_First, n_Jump ? n_Jump : n_FirstPosition, 0, 0};
-    const et_Stop ec_Stop = ec_Follow(&so_Walk);
+    const et_Stop ec_Stop = st_Stream<T>(this).ec_Follow(pcc_Key, &so_Walk);
     if (ec_Mode == wm_Add)
         return n_Extend(&so_Walk, ec_Stop, n_Handle);
-    return n_Answer(&so_Walk, ec_Stop, ec_Mode, pn_Matched);
+    return n_Answer<T>(&so_Walk, ec_Stop, ec_Mode, pn_Matched);
 }
 
 unsigned CT_CompList::n_WalkEmptyKey(et_WalkMode ec_Mode, unsigned n_Handle, unsigned* pn_Matched)
@@ -131,64 +137,12 @@ unsigned CT_CompList::n_WalkEmptyKey(et_WalkMode ec_Mode, unsigned n_Handle, uns
     return 1;
 }
 
-CT_CompList::et_Stop CT_CompList::ec_Follow(st_Walk* pso_Walk) const
-{
-    switch (n_GetElementSize()) {
-    case 1:
-        return ec_FollowElements<unsigned char>(pso_Walk);
-    case 2:
-        return ec_FollowElements<unsigned short>(pso_Walk);
-    default:
-        return ec_FollowElements<unsigned>(pso_Walk);
-    }
-}
-
-// Follows the key until it ends, the stored branch ends, or elements differ with no other way on.
-template <class T>
-CT_CompList::et_Stop CT_CompList::ec_FollowElements(st_Walk* pso_Walk) const
-{
-    const st_Stream<T> so_Stream(this);
-    const char* pcc_Key = pso_Walk->pcc_Key;
-    unsigned n_Position = pso_Walk->n_Position;
-    for (;;) {
-        const unsigned n_Wanted = n_Load<T>(pcc_Key);
-        const unsigned n_Stored = so_Stream.n_GetElement(n_Position);
-        if (!n_Wanted) {
-            if (n_Stored == ec_Alternative)
-                n_Position += so_Stream.n_MarkSize;
-            return ec_StopAt<T>(pso_Walk, pcc_Key, n_Position, ws_KeyEnds);
-        }
-        if (n_Stored == n_Wanted && n_Stored != ec_ListEnd) {
-            n_Position += so_Stream.ELEMENT;
-            pcc_Key += so_Stream.ELEMENT;
-        } else if (n_Stored == ec_InnerEnd)
-            n_Position += so_Stream.n_EndSize;
-        else if (n_Stored == ec_Alternative)
-            n_Position += so_Stream.n_MarkSize;
-        else if (n_Stored == ec_ListEnd || n_Stored == ec_LeafEnd)
-            return ec_StopAt<T>(pso_Walk, pcc_Key, n_Position, ws_BranchEnds);
-        else if (const unsigned n_Alternative = so_Stream.n_GetAlternative(n_Position))
-            n_Position = n_Alternative;
-        else
-            return ec_StopAt<T>(pso_Walk, pcc_Key, n_Position, ws_Differs);
-    }
-}
-
-template <class T>
-CT_CompList::et_Stop CT_CompList::ec_StopAt(st_Walk* pso_Walk, const char* pcc_Key,
-                                            unsigned n_Position, et_Stop ec_Stop) const
-{
-    pso_Walk->n_Position = n_Position;
-    pso_Walk->n_Offset = static_cast<unsigned>(pcc_Key - pso_Walk->pcc_Key);
-    pso_Walk->n_Stored = st_Stream<T>(this).n_GetElement(n_Position);
-    return ec_Stop;
-}
-
 // The result of a search that came to its stop.
+template <class T>
 unsigned CT_CompList::n_Answer(const st_Walk* pcso_Walk, et_Stop ec_Stop, et_WalkMode ec_Mode,
                                unsigned* pn_Matched) const
 {
-    unsigned n_Matched = pcso_Walk->n_Offset / n_GetElementSize();
+    unsigned n_Matched = pcso_Walk->n_Offset / unsigned{sizeof(T)};
     // Kept: where elements differ, and in the searching mode at the list end, nothing counts as
     // matched, however far the key was followed.
     if (ec_Stop == ws_Differs)
@@ -198,7 +152,7 @@ unsigned CT_CompList::n_Answer(const st_Walk* pcso_Walk, et_Stop ec_Stop, et_Wal
     if (pn_Matched)
         *pn_Matched = n_Matched;
     const int b_End = pcso_Walk->n_Stored == ec_InnerEnd || pcso_Walk->n_Stored == ec_LeafEnd;
-    return ec_Stop == ws_KeyEnds && b_End ? n_GetHandle(pcso_Walk->n_Position + n_GetElementSize())
+    return ec_Stop == ws_KeyEnds && b_End ? n_GetHandle(pcso_Walk->n_Position + sizeof(T))
                                           : NO_HANDLE;
 }
 
