@@ -24,7 +24,7 @@ constexpr unsigned LABEL_FONT = 13;
 constexpr unsigned ARROW = 3;
 constexpr unsigned LEGEND_GAP = 26;
 constexpr unsigned LEGEND_ROW = 36;
-constexpr unsigned LEGEND_COLUMN = 280;
+constexpr unsigned LEGEND_COLUMN = 310;
 constexpr unsigned LEGEND_TEXT = 72;
 
 constexpr size_t LONGEST_NOTE = 48;

@@ -1,5 +1,5 @@
 # tests/Examples/Program.cmake: the lexicon program from outside. Needs LEXICON (the program, with its emulator in
-# front), SAMPLE and WORK (a directory of its own); LIMITS tells that the shell can bound the size of files.
+# front), SAMPLE, PICTURE (of what begins with Z) and WORK (a directory of its own); LIMITS tells that the shell can bound the size of files.
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 
@@ -19,6 +19,18 @@ check(0 "Straße\tstreet\nStraße\troad\n" "" lookup words.rec Straße)
 check(1 "Straßen: not found, 6 of 7 characters matched\n" "" lookup words.rec Straßen)
 check(0 "key\tSchlüssel\n" "" lookup words.rec --reverse key)
 check(0 "*" "" info words.rec)
+check(0 "Straße\n" "" match words.rec "Stra?e*")
+check(0 "key\n" "" match words.rec --reverse k?y)
+check(1 "" "" match words.rec "Stra\\?e")
+check(0 "*" "" stats words.rec)
+check(0 "Zürich.svg: 7 words\n" "" draw words.rec Z -o Zürich.svg)
+file(READ ${WORK}/Zürich.svg drawn)
+file(READ ${PICTURE} picture)
+if(NOT drawn STREQUAL picture)
+    message(SEND_ERROR "Zürich.svg differs from ${PICTURE}")
+endif()
+file(REMOVE ${WORK}/Zürich.svg)
+check(1 "" "lexicon: no word begins with \"Zü\"\n" draw words.rec Zü -o Zürich.svg)
 file(READ ${SAMPLE} sample)
 check(0 "${sample}" "" list words.rec)
 check(1 "" "*" list words.tsv)
@@ -43,6 +55,12 @@ if(LIMITS)
         check_files("words.rec;words.tsv")
         check(0 "müde\ttired\n" "" lookup words.rec müde)
     endforeach()
+    execute_process(COMMAND sh -c "trap '' XFSZ; ulimit -f 4; exec \"$@\"" sh ${LEXICON} draw words.rec S -o out.svg
+        WORKING_DIRECTORY ${WORK} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT result EQUAL 1 OR NOT out STREQUAL "" OR NOT err MATCHES "^lexicon: [^\n]*out.svg: [^\n]*\n$")
+        message(SEND_ERROR "no room for a picture: ${result}\n${out}${err}")
+    endif()
+    check_files("words.rec;words.tsv")
     # A full disk under the output.
     if(EXISTS /dev/full)
         execute_process(COMMAND sh -c "exec \"$@\" >/dev/full" sh ${LEXICON} list words.rec
