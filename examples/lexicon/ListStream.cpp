@@ -2,6 +2,7 @@
 #include "ListStream.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace lexicon
@@ -52,10 +53,22 @@ unsigned ListStream::JumpOffset(unsigned character) const
 
 unsigned ListStream::NumberAt(unsigned position, unsigned size) const
 {
+    // A copy of a fixed size is one instruction.
     const char* bytes = static_cast<const char*>(block.qcv_Get()) + position;
-    unsigned number = 0;
-    std::memcpy(&number, bytes, std::min(size, 4u));
-    return number;
+    std::uint32_t number = 0;
+    std::uint16_t half = 0;
+    switch (size) {
+    case 1:
+        return static_cast<unsigned char>(*bytes);
+    case 2:
+        std::memcpy(&half, bytes, sizeof half);
+        return half;
+    case 4:
+        std::memcpy(&number, bytes, sizeof number);
+        return number;
+    default:
+        return 0; // no handle
+    }
 }
 
 // A mark with the number behind it.

@@ -166,6 +166,15 @@ TEST(Storage, TheChecksumIsTheKnownOne)
     EXPECT_EQ(lexicon::Checksum(&digits), 0xCBF43926u);
     const CT_Buffer nothing;
     EXPECT_EQ(lexicon::Checksum(&nothing), 0u);
+    // Of every length to a whole number of four bytes.
+    const CT_Buffer letters("abc", 3, 32);
+    EXPECT_EQ(lexicon::Checksum(&letters), 0x352441C2u);
+    const CT_Buffer sentence("The quick brown fox jumps over the lazy dog", 43, 32);
+    EXPECT_EQ(lexicon::Checksum(&sentence), 0x414FA339u);
+    const CT_Buffer eight("abcdefgh", 8, 32);
+    EXPECT_EQ(lexicon::Checksum(&eight), 0xAEEF2A50u);
+    const CT_Buffer six("abcdef", 6, 32);
+    EXPECT_EQ(lexicon::Checksum(&six), 0x4B8E39EFu);
 }
 
 TEST(Storage, PartsThatEndAnywhereAroundTheStepsOfTheMapComeBackAsTheyWere)
