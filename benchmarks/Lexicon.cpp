@@ -477,6 +477,7 @@ int main(int argc, char** argv)
     RegisterBuild("words.en.shuf", shuffled);
     RegisterBuild("words.en.shuf.tenth", fewShuffled);
     RegisterIterate("words.en", words);
+    RegisterIterate("words.en.shuf", shuffled);
     RegisterIterate("words.en.tenth", few);
     RegisterSize(words);
 

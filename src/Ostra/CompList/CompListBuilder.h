@@ -15,9 +15,10 @@ class CT_LinkedTrie;
 //
 // Units:   those of CT_CompList: a key is read in elements of the list's element size.
 // Owns:    what it knows of the keys, 24 bytes for each place where keys part or end and the
-//          elements of each stored tail, with room for half as much again. For a dictionary in
-//          two-byte elements that is up to three times the block; for keys of a few bytes up to
-//          ten times. While the block is written it exists beside that.
+//          elements of each stored tail, with room for half as much again; while that grows, or
+//          the block is written, both exist. At its peak that is four times the block for a
+//          dictionary in two-byte elements, five to six times for a list of words in bytes, and
+//          ten times for keys of two bytes.
 // Reports: 60006 when the heap is exhausted; 60012 for a key that holds the element 10, 13, 25 or
 //          26, which the stream reserves; 60021 when an offset outgrows 16 bits without long offset
 //          support, or the block 32 bits. A key that was reported isn't added, and what was built
