@@ -5,8 +5,6 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 
-#include <atomic>
-
 // The key of the way that an iterator has come. Each operation is false when the heap is exhausted,
 // with the string as it was.
 template <class Text, class Unit>
@@ -50,29 +48,35 @@ private:
     }
 };
 
-// The characters of a collected string that is not empty, held by nobody else, for as long as that
-// is so: what is put on and taken off shows in the string when the view goes.
+// The characters of a collected string, held by nobody else, for as long as that is so: what is put
+// on and taken off shows in the string when the view goes. Of a string that is empty, or shared,
+// there is no view, and each operation gives 0.
 template <class Unit>
 class CT_CollectedView
 {
 public:
-    explicit CT_CollectedView(const Unit* p_Characters)
-        : p_Text(const_cast<Unit*>(p_Characters)),
-          pso_Head(reinterpret_cast<CT_Buffer::st_BufferData*>(p_Text) - 1),
-          n_Length(pso_Head->n_UsedSize / sizeof(Unit) - 1),
-          n_Room(sb_IsOwn(pso_Head) ? pso_Head->n_MaximumSize / sizeof(Unit) - 1 : 0)
-    {}
+    explicit CT_CollectedView(CT_Buffer* pco_Text)
+        : p_Text(static_cast<Unit*>(const_cast<void*>(pco_Text->qcv_Get()))),
+          n_Length(0),
+          n_Room(0)
+    {
+        if (pco_Text->n_GetUsedSize() < 2 * sizeof(Unit) || pco_Text->n_GetUseCount() != 1)
+            return;
+        n_Length = pco_Text->n_GetUsedSize() / sizeof(Unit) - 1;
+        n_Room = pco_Text->n_GetMaximumSize() / sizeof(Unit) - 1;
+    }
     CT_CollectedView(const CT_CollectedView&) = delete;
     ~CT_CollectedView()
     {
         if (!n_Room)
             return;
         p_Text[n_Length] = 0;
-        pso_Head->n_UsedSize = (n_Length + 1) * sizeof(Unit);
+        (reinterpret_cast<CT_Buffer::st_BufferData*>(p_Text) - 1)->n_UsedSize =
+            (n_Length + 1) * sizeof(Unit);
     }
 
     unsigned n_GetLength() const { return n_Length; }
-    // 0 when it takes another block, or the string would end.
+    // Not when it takes another block, or the string would end.
     int b_Append(unsigned n_Character)
     {
         if (n_Length >= n_Room || !static_cast<Unit>(n_Character))
@@ -81,17 +85,23 @@ public:
         return 1;
     }
     // One character stays: an empty string has another block.
-    int b_CanPop() const { return n_Length > 1 && n_Room; }
-    Unit c_Pop() { return p_Text[--n_Length]; }
-
-private:
-    static bool sb_IsOwn(CT_Buffer::st_BufferData* pso_Block)
+    int b_Pop(Unit* pt_Last)
     {
-        return std::atomic_ref<LONG>(pso_Block->n_UseCount).load(std::memory_order_acquire) == 1;
+        if (n_Length < 2)
+            return 0;
+        *pt_Last = p_Text[--n_Length];
+        return 1;
+    }
+    int b_Cut(unsigned n_NewLength)
+    {
+        if (!n_NewLength || n_NewLength > n_Length)
+            return 0;
+        n_Length = n_NewLength;
+        return 1;
     }
 
+private:
     Unit* p_Text;
-    CT_Buffer::st_BufferData* pso_Head;
     unsigned n_Length;
-    unsigned n_Room; // 0: others hold the block
+    unsigned n_Room; // 0: no view
 };

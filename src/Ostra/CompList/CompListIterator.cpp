@@ -7,37 +7,9 @@
 #include <Ostra/CompList/UCompListIterator.h>
 
 #include <cstring>
-#include <type_traits>
 #include <typeinfo>
 
 static constexpr unsigned BRANCH_GROWTH = 8;
-
-// The characters of a string of known type.
-static const char* p_Collected(const CT_CString* pcco_Collected)
-{
-    return pcco_Collected->qccz_Get();
-}
-
-static const unsigned short* p_Collected(const CT_UString* pcco_Collected)
-{
-    return pcco_Collected->qcuz_Get();
-}
-
-static const char* p_Collected(const CT_String*)
-{
-    return "";
-}
-
-// Appends to a text of that length, which isn't empty, if it takes no call.
-template <class Text>
-static int b_PutBack(const CT_String* pcco_Collected, unsigned n_Length, unsigned n_Character)
-{
-    const auto* p_Text = p_Collected(static_cast<const Text*>(pcco_Collected));
-    if (!*p_Text)
-        return 0;
-    CT_CollectedView co_View(p_Text);
-    return co_View.n_GetLength() == n_Length && co_View.b_Append(n_Character);
-}
 
 CT_CompListIterator::CT_CompListIterator(const CT_CompList* pcco_NewList)
     : pcco_List(pcco_NewList),
@@ -60,41 +32,43 @@ void CT_CompListIterator::v_Stop()
     n_Position = pcco_List->n_GetEnd();
 }
 
-// What collects the key, or CT_String for a class that was derived elsewhere, which sees each step.
+// The two classes of the library are known to collect in a string of their own, and are spared the
+// calls; a class that was derived elsewhere sees each step.
 int CT_CompListIterator::b_GetNext(CT_String* pco_Key, unsigned* pn_Handle)
 {
     if (n_Position >= pcco_List->n_GetEnd())
         return 0;
-    const std::type_info& co_Type = typeid(*this);
-    if (co_Type == typeid(CT_CCompListIterator))
-        return b_WalkElements<CT_CString>(pco_Key, pn_Handle);
-    if (co_Type == typeid(CT_UCompListIterator))
-        return b_WalkElements<CT_UString>(pco_Key, pn_Handle);
-    return b_WalkElements<CT_String>(pco_Key, pn_Handle);
+    const std::type_info* pco_Type = &typeid(*this);
+    const int b_Wide = pco_Type == &typeid(CT_UCompListIterator);
+    CT_Buffer* pco_Text = 0;
+    if (b_Wide || pco_Type == &typeid(CT_CCompListIterator))
+        pco_Text = const_cast<CT_Buffer*>(vpcco_GetCollectedString()->pcco_GetBuffer());
+    return b_Wide ? b_WalkElements<unsigned short>(pco_Text, pco_Key, pn_Handle)
+                  : b_WalkElements<char>(pco_Text, pco_Key, pn_Handle);
 }
 
-template <class Text>
-int CT_CompListIterator::b_WalkElements(CT_String* pco_Key, unsigned* pn_Handle)
+template <class Unit>
+int CT_CompListIterator::b_WalkElements(CT_Buffer* pco_Text, CT_String* pco_Key,
+                                        unsigned* pn_Handle)
 {
     switch (pcco_List->n_GetElementSize()) {
     case 1:
-        return b_WalkToEnd<unsigned char, Text>(pco_Key, pn_Handle);
+        return b_WalkToEnd<unsigned char, Unit>(pco_Text, pco_Key, pn_Handle);
     case 2:
-        return b_WalkToEnd<unsigned short, Text>(pco_Key, pn_Handle);
+        return b_WalkToEnd<unsigned short, Unit>(pco_Text, pco_Key, pn_Handle);
     default:
-        return b_WalkToEnd<unsigned, Text>(pco_Key, pn_Handle);
+        return b_WalkToEnd<unsigned, Unit>(pco_Text, pco_Key, pn_Handle);
     }
 }
 
 // Follows the stream to the end of a key. Behind its last element the stream reads as the list end.
-template <class T, class Text>
-int CT_CompListIterator::b_WalkToEnd(CT_String* pco_Key, unsigned* pn_Handle)
+template <class T, class Unit>
+int CT_CompListIterator::b_WalkToEnd(CT_Buffer* pco_Text, CT_String* pco_Key, unsigned* pn_Handle)
 {
     const CT_CompList::st_Stream<T> so_Stream(pcco_List);
     for (;;) {
-        if constexpr (!std::is_same_v<Text, CT_String>)
-            v_RunAhead(so_Stream,
-                       p_Collected(static_cast<const Text*>(vpcco_GetCollectedString())));
+        if (pco_Text)
+            v_RunAhead<T, Unit>(so_Stream, pco_Text);
         const unsigned n_Element = so_Stream.n_GetElement(n_Position);
         switch (n_Element) {
         case CT_CompList::ec_ListEnd:
@@ -111,7 +85,7 @@ int CT_CompListIterator::b_WalkToEnd(CT_String* pco_Key, unsigned* pn_Handle)
             return 1;
         case CT_CompList::ec_LeafEnd:
             v_HandOut(pco_Key, pn_Handle);
-            v_Restore<Text>(so_Stream.n_MarkSize);
+            v_Restore<Unit>(pco_Text, so_Stream.n_MarkSize);
             return 1;
         default:
             n_Position += so_Stream.ELEMENT;
@@ -121,24 +95,22 @@ int CT_CompListIterator::b_WalkToEnd(CT_String* pco_Key, unsigned* pn_Handle)
 }
 
 // Takes the characters and alternatives that lie ahead without a call for each.
-template <class Unit, class Stream>
-void CT_CompListIterator::v_RunAhead(const Stream& so_Stream, const Unit* p_Collected)
+template <class T, class Unit>
+void CT_CompListIterator::v_RunAhead(const CT_CompList::st_Stream<T>& so_Stream,
+                                     CT_Buffer* pco_Text)
 {
-    // An empty string may have no block.
-    if (!*p_Collected)
-        return;
-    CT_CollectedView<Unit> co_View(p_Collected);
+    CT_CollectedView<Unit> co_View(pco_Text);
     unsigned n_At = n_Position;
     for (;;) {
         const unsigned n_Element = so_Stream.n_GetElement(n_At);
+        Unit Last;
         if (!CT_CompList::sb_IsReserved(n_Element)) {
             if (!co_View.b_Append(n_Element))
                 break;
             n_At += so_Stream.ELEMENT;
         } else if (n_Element == CT_CompList::ec_Alternative && n_At < so_Stream.n_Marks &&
-                   co_View.b_CanPop()) {
-            const unsigned n_Character = static_cast<unsigned>(co_View.c_Pop());
-            const st_Branch so_Branch = {n_At, co_View.n_GetLength(), n_Character};
+                   co_View.b_Pop(&Last)) {
+            const st_Branch so_Branch = {n_At, co_View.n_GetLength(), static_cast<unsigned>(Last)};
             n_Position = n_At;
             v_Push(&so_Branch, so_Stream.n_GetTarget(n_At));
             n_At = n_Position;
@@ -205,19 +177,23 @@ void CT_CompListIterator::v_HandOut(CT_String* pco_Key, unsigned* pn_Handle)
 }
 
 // Goes back to the last character that an alternative was taken for, and on behind its mark.
-template <class Text>
-void CT_CompListIterator::v_Restore(unsigned n_MarkSize)
+template <class Unit>
+void CT_CompListIterator::v_Restore(CT_Buffer* pco_Text, unsigned n_MarkSize)
 {
     st_Branch so_Branch;
     if (!b_Pop(&so_Branch)) {
         v_Stop();
         return;
     }
+    n_Position = so_Branch.n_Position + n_MarkSize;
+    if (pco_Text && so_Branch.n_Length) {
+        pco_Text->v_CopyWeWrite();
+        CT_CollectedView<Unit> co_View(pco_Text);
+        if (co_View.b_Cut(so_Branch.n_Length) && co_View.b_Append(so_Branch.n_Character))
+            return;
+    }
     CT_String* pco_Collected = const_cast<CT_String*>(vpcco_GetCollectedString());
     pco_Collected->vv_SetLength(so_Branch.n_Length);
-    n_Position = so_Branch.n_Position + n_MarkSize;
-    if (b_PutBack<Text>(pco_Collected, so_Branch.n_Length, so_Branch.n_Character))
-        return;
     if (pco_Collected->vn_GetLength() != so_Branch.n_Length)
         v_Stop();
     else

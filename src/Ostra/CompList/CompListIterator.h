@@ -62,19 +62,19 @@ private:
         unsigned n_Character; // as popped
     };
 
-    template <class Text>
-    int b_WalkElements(CT_String* pco_Key, unsigned* pn_Handle);
-    template <class T, class Text>
-    int b_WalkToEnd(CT_String* pco_Key, unsigned* pn_Handle);
-    template <class Unit, class Stream>
-    void v_RunAhead(const Stream& so_Stream, const Unit* p_Collected);
+    template <class Unit>
+    int b_WalkElements(CT_Buffer* pco_Text, CT_String* pco_Key, unsigned* pn_Handle);
+    template <class T, class Unit>
+    int b_WalkToEnd(CT_Buffer* pco_Text, CT_String* pco_Key, unsigned* pn_Handle);
+    template <class T, class Unit>
+    void v_RunAhead(const CT_CompList::st_Stream<T>& so_Stream, CT_Buffer* pco_Text);
     void v_TakeAlternative(unsigned n_Target);
     void v_Push(const st_Branch* pcso_Branch, unsigned n_Target);
     int b_PushInPlace(const st_Branch* pcso_Branch);
     int b_Pop(st_Branch* pso_Branch);
     void v_HandOut(CT_String* pco_Key, unsigned* pn_Handle);
-    template <class Text>
-    void v_Restore(unsigned n_MarkSize);
+    template <class Unit>
+    void v_Restore(CT_Buffer* pco_Text, unsigned n_MarkSize);
 
     // The order of the members is part of the interface.
     const CT_CompList* pcco_List;
