@@ -7,7 +7,9 @@ using Collected = CT_CollectedString<CT_CString, char>;
 
 CT_CCompListIterator::CT_CCompListIterator(const CT_CompList* pcco_NewList)
     : CT_CompListIterator(pcco_NewList)
-{}
+{
+    v_KnowNarrow();
+}
 
 CT_CCompListIterator::~CT_CCompListIterator() {}
 

@@ -1,13 +1,11 @@
 // Ostra/CompList/CompListIterator.cpp: the walk over the entries of a list.
 #include <Ostra/CompList/CompListIterator.h>
 
-#include <Ostra/CompList/CCompListIterator.h>
 #include <Ostra/CompList/CollectedString.h>
 #include <Ostra/CompList/CompListStream.h>
-#include <Ostra/CompList/UCompListIterator.h>
 
+#include <atomic>
 #include <cstring>
-#include <typeinfo>
 
 static constexpr unsigned BRANCH_GROWTH = 8;
 
@@ -32,16 +30,38 @@ void CT_CompListIterator::v_Stop()
     n_Position = pcco_List->n_GetEnd();
 }
 
+// The tables of virtual operations of the two classes of the library, once one was constructed.
+static std::atomic<const void*> spcv_Narrow, spcv_Wide;
+
+// The object's table. In a constructor that of the constructor's class; later that of the class
+// that was derived from it, if one was.
+static const void* spcv_GetTable(const CT_CompListIterator* pcco_Object)
+{
+    const void* pcv_Table;
+    std::memcpy(&pcv_Table, static_cast<const void*>(pcco_Object), sizeof pcv_Table);
+    return pcv_Table;
+}
+
+void CT_CompListIterator::v_KnowNarrow()
+{
+    spcv_Narrow.store(spcv_GetTable(this), std::memory_order_relaxed);
+}
+
+void CT_CompListIterator::v_KnowWide()
+{
+    spcv_Wide.store(spcv_GetTable(this), std::memory_order_relaxed);
+}
+
 // The two classes of the library are known to collect in a string of their own, and are spared the
 // calls; a class that was derived elsewhere sees each step.
 int CT_CompListIterator::b_GetNext(CT_String* pco_Key, unsigned* pn_Handle)
 {
     if (n_Position >= pcco_List->n_GetEnd())
         return 0;
-    const std::type_info* pco_Type = &typeid(*this);
-    const int b_Wide = pco_Type == &typeid(CT_UCompListIterator);
+    const void* pcv_Table = spcv_GetTable(this);
+    const int b_Wide = pcv_Table == spcv_Wide.load(std::memory_order_relaxed);
     CT_Buffer* pco_Text = 0;
-    if (b_Wide || pco_Type == &typeid(CT_CCompListIterator))
+    if (b_Wide || pcv_Table == spcv_Narrow.load(std::memory_order_relaxed))
         pco_Text = const_cast<CT_Buffer*>(vpcco_GetCollectedString()->pcco_GetBuffer());
     return b_Wide ? b_WalkElements<unsigned short>(pco_Text, pco_Key, pn_Handle)
                   : b_WalkElements<char>(pco_Text, pco_Key, pn_Handle);

@@ -50,6 +50,10 @@ protected:
     // At the start of the list.
     explicit CT_CompListIterator(const CT_CompList* pcco_NewList);
 
+    // For the constructors of the two classes of the library.
+    void v_KnowNarrow();
+    void v_KnowWide();
+
     // For want of memory: the walk is at its end.
     void v_Stop();
 

@@ -7,7 +7,9 @@ using Collected = CT_CollectedString<CT_UString, unsigned short>;
 
 CT_UCompListIterator::CT_UCompListIterator(const CT_CompList* pcco_NewList)
     : CT_CompListIterator(pcco_NewList)
-{}
+{
+    v_KnowWide();
+}
 
 CT_UCompListIterator::~CT_UCompListIterator() {}
 
