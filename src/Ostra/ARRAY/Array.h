@@ -24,7 +24,11 @@ public:
     unsigned n_Find(const T* p_Item) const { return CT_VoidArray::n_Find(p_Item); }
     int b_IsEqual(const CT_Array* pcco_Array) const { return CT_VoidArray::b_IsEqual(pcco_Array); }
 
-    void v_Insert(const T* p_Item) { CT_VoidArray::v_Insert(p_Item); }
+    void v_Insert(const T* p_Item)
+    {
+        if (!CT_VoidArray::b_Put<sizeof(T)>(p_Item))
+            CT_VoidArray::v_Insert(p_Item);
+    }
     void v_Insert(const T* p_Item, unsigned n_Count) { CT_VoidArray::v_Insert(p_Item, n_Count); }
     void v_InsertAt(const T* p_Item, unsigned n_Index)
     {

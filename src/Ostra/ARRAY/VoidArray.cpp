@@ -129,15 +129,23 @@ int CT_VoidArray::b_IsEqual(const CT_VoidArray* pcco_Array) const
 // Room for one item more. A full array takes its growth; the buffer's rounding may give it more.
 void CT_VoidArray::v_Reserve()
 {
-    if (co_Buffer.n_GetUsedSize() + n_ItemSize <= co_Buffer.n_GetMaximumSize())
+    const unsigned n_Used = co_Buffer.n_GetUsedSize(), n_Room = co_Buffer.n_GetMaximumSize();
+    if (n_Used + n_ItemSize <= n_Room)
         return;
-    if (n_GetCount() == n_GetMaxItems())
-        v_SetSize(n_GetMaxItems() + n_GetGrowth());
+    // Full is an array of n_GetMaxItems items. It is divided as little as can be: that is what a
+    // step of the growth takes most of.
+    const unsigned n_Count = n_Used / n_ItemSize, n_Growth = n_GetGrowth();
+    if (n_Growth && n_Room - n_Count * n_ItemSize < n_ItemSize)
+        co_Buffer.v_SetSize((n_Count + n_Growth) * n_ItemSize, 1);
 }
 
 void CT_VoidArray::v_Insert(const void* pcv_Item)
 {
     v_Reserve();
+    if (char* pc_Item = co_Buffer.pc_Take(n_ItemSize)) {
+        v_CopyItem(pc_Item, pcv_Item, n_ItemSize);
+        return;
+    }
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
     co_Buffer.v_Append(pcv_Item, n_ItemSize);
     b_Settle(n_Used, n_ItemSize, n_Used);

@@ -5,6 +5,7 @@
 #include <Ostra/Frame/Export.h>
 
 #include <cstddef>
+#include <cstring>
 
 // A growable sequence of raw items of one size, kept in a CT_Buffer.
 //
@@ -92,6 +93,18 @@ public:
     // Sets the room; items that no longer fit are dropped.
     void v_SetSize(unsigned n_Items);
     void v_SetGrowth(unsigned n_Items);
+
+protected:
+    // Appends an item of a size that the compiler knows. False where that takes more than copying
+    // it: a larger block, or one of its own.
+    template <unsigned SIZE>
+    bool b_Put(const void* pcv_Item)
+    {
+        char* pc_Item = co_Buffer.pc_Take(SIZE);
+        if (pc_Item)
+            std::memcpy(pc_Item, pcv_Item, SIZE);
+        return pc_Item;
+    }
 
 private:
     void v_Reserve();

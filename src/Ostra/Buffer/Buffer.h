@@ -126,6 +126,8 @@ public:
     void v_AtInsertMove(CT_Buffer* pco_Buffer, unsigned n_From, unsigned n_Count, unsigned n_To);
 
 private:
+    friend class CT_VoidArray; // appends items without a call
+
     // ---- Life -------------------------------------------------------------------------------
 
     void v_Null();
@@ -152,6 +154,7 @@ private:
     void v_CopyBeforeWrite();
     void v_SetUsedBufferSize(unsigned n_Size);
 
+    char* pc_Take(unsigned n_Count);
     void v_Room(unsigned n_Size);
     char* pc_ReplaceAt(unsigned& n_Count, unsigned n_Offset);
     char* pc_InsertAt(unsigned& n_Count, unsigned n_Offset);
@@ -166,3 +169,17 @@ private:
 
     static CT_Counter sco_AllocCount;
 };
+
+// Raises the used size by that much, if the block is the buffer's own and has the room. The place
+// to write at; null if not.
+inline char* CT_Buffer::pc_Take(unsigned n_Count)
+{
+    if (!pc_Data || n_ReadUseCount() != 1)
+        return nullptr;
+    st_BufferData* pso_Data = pso_GetData();
+    const unsigned n_Used = pso_Data->n_UsedSize;
+    if (n_Used > pso_Data->n_MaximumSize || pso_Data->n_MaximumSize - n_Used < n_Count)
+        return nullptr;
+    pso_Data->n_UsedSize = n_Used + n_Count;
+    return pc_Data + n_Used;
+}

@@ -3,6 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <Support/Directory.h>
+
+#include <cstring>
+#include <memory>
+#include <random>
+#include <string>
 #include <vector>
 
 namespace
@@ -100,4 +106,69 @@ TEST(Array, RangesAndMovesWorkAsInTheUntypedArray)
     array.v_Remove(2, 9);
     EXPECT_EQ(Read(array), (std::vector<int>{7}));
     EXPECT_EQ(Read(other), (std::vector<int>{7, 8}));
+}
+
+// ---- Model --------------------------------------------------------------------------------
+
+namespace
+{
+// The room, the blocks tried and the holders of an array whose items come one by one.
+struct Rule
+{
+    unsigned item, growth;
+    unsigned room = 0, used = 0, blocks = 0;
+    bool shared = false;
+
+    void Insert()
+    {
+        if (used / item == room / item) {
+            const unsigned bytes = (room / item + growth / item) * item;
+            const unsigned wanted = (growth + bytes + 11) / growth * growth - 12;
+            blocks += shared || wanted != room;
+            room = wanted;
+        } else {
+            blocks += shared;
+        }
+        shared = false;
+        used += item;
+    }
+};
+
+template <class T>
+void CompareWithRule(unsigned growth, std::mt19937& random)
+{
+    SCOPED_TRACE(std::to_string(sizeof(T)) + " bytes, growth " + std::to_string(growth));
+    CT_Array<T> array(growth, 0);
+    std::unique_ptr<CT_Array<T>> holder;
+    Rule rule{sizeof(T), growth * unsigned{sizeof(T)}};
+    std::vector<T> model;
+    for (unsigned step = 0; step < 150; step++) {
+        if (random() % 8 == 0) {
+            holder.reset(new CT_Array<T>(&array));
+            rule.shared = rule.room > 0;
+        }
+        model.push_back(static_cast<T>(random()));
+        const unsigned before = CT_Buffer::sn_GetAllocCount() - rule.blocks;
+        array.v_Insert(&model.back());
+        rule.Insert();
+        ASSERT_EQ(CT_Buffer::sn_GetAllocCount() - before, rule.blocks);
+        ASSERT_EQ(array.pcco_GetBuffer()->n_GetMaximumSize(), rule.room);
+        ASSERT_EQ(array.pcco_GetBuffer()->n_GetUsedSize(), rule.used);
+        ASSERT_EQ(array.pcco_GetBuffer()->n_GetUseCount(), 1u);
+        ASSERT_EQ(std::memcmp(array.pcco_GetBuffer()->qcv_Get(), model.data(), rule.used), 0);
+        const unsigned held = holder ? holder->pcco_GetBuffer()->n_GetUsedSize() : 0;
+        ASSERT_LT(held, rule.used);
+    }
+}
+} // namespace
+
+TEST(Array, ItemsThatComeOneByOneTakeTheRoomAndTheBlocksOfTheRule)
+{
+    std::mt19937 random(Seed(19970502));
+    for (unsigned growth : {1u, 2u, 3u, 8u, 31u}) {
+        CompareWithRule<unsigned char>(growth, random);
+        CompareWithRule<unsigned short>(growth, random);
+        CompareWithRule<unsigned>(growth, random);
+        CompareWithRule<unsigned long long>(growth, random);
+    }
 }
