@@ -1,12 +1,45 @@
 // Ostra/SortedArray/VoidSortedArray.cpp: raw items in the order of a compare function.
 #include <Ostra/SortedArray/VoidSortedArray.h>
 
+#include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Frame/Report.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/SortedArray/VoidSortedArray";
+
+// The first number if all bits of the mask are set, the second if none is.
+template <class T>
+static inline T n_Choose(std::size_t n_Mask, T n_First, T n_Second)
+{
+    return n_Second ^ ((n_First ^ n_Second) & static_cast<T>(n_Mask));
+}
+
+// Moves the items below the first one to the front of those behind it; the last of them. The items
+// are as wide as a number. No processor foresees which of them move: two are written each time, as
+// they were or exchanged.
+template <class T>
+[[gnu::noinline]] static char* pc_Partition(char* pc_First, unsigned n_Behind,
+                                            int (*pf_Order)(const void*, const void*))
+{
+    char* pc_Next = pc_First + sizeof(T); // behind the last item below
+    char* pc_End = pc_Next + n_Behind * sizeof(T);
+    for (char* pc_Item = pc_Next; pc_Item != pc_End; pc_Item += sizeof(T)) {
+        const T n_Below = -T{pf_Order(pc_First, pc_Item) > 0};
+        T n_Next, n_Item;
+        std::memcpy(&n_Next, pc_Next, sizeof(T));
+        std::memcpy(&n_Item, pc_Item, sizeof(T));
+        const T n_Changes = (n_Next ^ n_Item) & n_Below;
+        n_Next ^= n_Changes;
+        n_Item ^= n_Changes;
+        std::memcpy(pc_Next, &n_Next, sizeof(T));
+        std::memcpy(pc_Item, &n_Item, sizeof(T));
+        pc_Next += n_Below & sizeof(T);
+    }
+    return pc_Next - sizeof(T);
+}
 
 // ---- Construction -------------------------------------------------------------------------
 
@@ -76,17 +109,41 @@ void CT_VoidSortedArray::v_SetAt(const void* pcv_Item, unsigned n_Index)
 
 unsigned CT_VoidSortedArray::n_Find(const void* pcv_Key) const
 {
-    unsigned n_Low = 1, n_High = n_GetCount();
-    while (n_Low <= n_High) {
-        const unsigned n_Middle = (n_Low + n_High) >> 1;
-        const int i_Order = i_Compare(n_Middle, pcv_Key);
-        if (!i_Order)
-            return n_Middle;
-        if (i_Order < 0)
-            n_Low = n_Middle + 1;
-        else
-            n_High = n_Middle - 1;
+    unsigned n_Low;
+    return n_Halve(pcv_Key, n_Low);
+}
+
+// The item that halving finds equal, or 0; and the lower bound that it reached.
+//
+// No processor foresees in which half the search goes on, so the middles of both are reckoned and
+// fetched beside the call, and one is taken without a branch. The middle of items n_Low to n_High
+// is (n_Low + n_High) >> 1: below it are (n_Count - 1) >> 1 of the n_Count items.
+inline unsigned CT_VoidSortedArray::n_Halve(const void* pcv_Key, unsigned& n_Low) const
+{
+    const auto pf_Order = pf_Compare;
+    const std::size_t n_Item = n_GetItemSize();
+    const std::size_t n_First = reinterpret_cast<std::size_t>(pc_GetItem(1));
+    const auto n_NumberOf = [=](std::size_t n_At) {
+        return static_cast<unsigned>(n_At - n_First) / static_cast<unsigned>(n_Item) + 1;
+    };
+    unsigned n_Count = n_GetCount();
+    std::size_t n_Middle = n_First + ((n_Count + 1) >> 1) * n_Item - n_Item;
+    while (n_Count) {
+        const unsigned n_Below = (n_Count - 1) >> 1, n_Above = n_Count - 1 - n_Below;
+        const std::size_t n_Down = n_Middle - ((n_Below >> 1) + std::size_t{1}) * n_Item;
+        const std::size_t n_Up = n_Middle + ((n_Above + 1) >> 1) * n_Item;
+        __builtin_prefetch(reinterpret_cast<const void*>(n_Down));
+        __builtin_prefetch(reinterpret_cast<const void*>(n_Up));
+        const int i_Order = pf_Order(reinterpret_cast<const void*>(n_Middle), pcv_Key);
+        if (!i_Order) {
+            n_Low = n_NumberOf(n_Middle) - n_Below;
+            return n_NumberOf(n_Middle);
+        }
+        const std::size_t n_IsAbove = -std::size_t{i_Order < 0}; // all bits, or none
+        n_Count = n_Choose(n_IsAbove, n_Above, n_Below);
+        n_Middle = n_Choose(n_IsAbove, n_Up, n_Down);
     }
+    n_Low = n_NumberOf(n_Middle + n_Item);
     return 0;
 }
 
@@ -115,20 +172,11 @@ int CT_VoidSortedArray::b_IsSorted() const
 
 void CT_VoidSortedArray::v_Insert(const void* pcv_Item)
 {
-    unsigned n_Low = 1, n_High = n_GetCount();
-    while (n_Low <= n_High) {
-        const unsigned n_Middle = (n_Low + n_High) >> 1;
-        const int i_Order = i_Compare(n_Middle, pcv_Item);
-        // Kept: an equal item ends the halving where it stands, and the new item goes before the
-        // lower bound reached, which may lie far in front of its equal. Keys are meant to differ;
-        // v_ReSort restores the order.
-        if (!i_Order)
-            break;
-        if (i_Order < 0)
-            n_Low = n_Middle + 1;
-        else
-            n_High = n_Middle - 1;
-    }
+    unsigned n_Low;
+    // Kept: an equal item ends the halving where it stands, and the new item goes before the lower
+    // bound reached, which may lie far in front of its equal. Keys are meant to differ; v_ReSort
+    // restores the order.
+    n_Halve(pcv_Item, n_Low);
     co_Array.v_InsertAt(pcv_Item, n_Low);
 }
 
@@ -177,11 +225,7 @@ void CT_VoidSortedArray::v_QuickSort(CT_Buffer* pco_Spare, unsigned n_Left, unsi
 {
     for (;;) {
         v_Swap(n_Left, n_Left + ((n_Right - n_Left) >> 1), pco_Spare);
-        unsigned n_Last = n_Left;
-        for (unsigned n_Index = n_Left + 1; n_Index <= n_Right; n_Index++) {
-            if (i_Compare(n_Left, n_Index) > 0)
-                v_Swap(++n_Last, n_Index, pco_Spare);
-        }
+        const unsigned n_Last = n_Partition(pco_Spare, n_Left, n_Right);
         v_Swap(n_Left, n_Last, pco_Spare);
 
         if (n_Left + 1 < n_Last)
@@ -192,18 +236,36 @@ void CT_VoidSortedArray::v_QuickSort(CT_Buffer* pco_Spare, unsigned n_Left, unsi
     }
 }
 
-void CT_VoidSortedArray::v_Swap(unsigned n_First, unsigned n_Second, CT_Buffer* pco_Spare)
+// Moves the items below the first to the front; the last of them.
+unsigned CT_VoidSortedArray::n_Partition(CT_Buffer* pco_Spare, unsigned n_Left,
+                                         unsigned n_Right) const
+{
+    const unsigned n_Item = n_GetItemSize();
+    if (n_Item == 4 || n_Item == 8) {
+        char* pc_First = pc_GetItem(n_Left);
+        const auto pf_Partition =
+            n_Item == 4 ? pc_Partition<unsigned> : pc_Partition<std::uint64_t>;
+        const char* pcc_Last = pf_Partition(pc_First, n_Right - n_Left, pf_Compare);
+        return n_Left + static_cast<unsigned>(pcc_Last - pc_First) / n_Item;
+    }
+    unsigned n_Last = n_Left;
+    for (unsigned n_Index = n_Left + 1; n_Index <= n_Right; n_Index++) {
+        if (i_Compare(n_Left, n_Index) > 0)
+            v_Swap(++n_Last, n_Index, pco_Spare);
+    }
+    return n_Last;
+}
+
+void CT_VoidSortedArray::v_Swap(unsigned n_First, unsigned n_Second, CT_Buffer* pco_Spare) const
 {
     if (n_First == n_Second)
         return;
     // Kept: items are exchanged within the block even while it is shared, so that every holder sees
     // the new order.
-    char* pc_First = pc_GetItem(n_First);
-    char* pc_Second = pc_GetItem(n_Second);
     void* pv_Spare = const_cast<void*>(pco_Spare->qcv_Get());
-    std::memcpy(pv_Spare, pc_First, n_GetItemSize());
-    std::memcpy(pc_First, pc_Second, n_GetItemSize());
-    std::memcpy(pc_Second, pv_Spare, n_GetItemSize());
+    v_CopyItem(pv_Spare, pc_GetItem(n_First), n_GetItemSize());
+    v_CopyItem(pc_GetItem(n_First), pc_GetItem(n_Second), n_GetItemSize());
+    v_CopyItem(pc_GetItem(n_Second), pv_Spare, n_GetItemSize());
 }
 
 int CT_VoidSortedArray::i_Compare(unsigned n_First, unsigned n_Second) const

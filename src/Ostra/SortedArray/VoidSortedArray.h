@@ -83,9 +83,11 @@ public:
     void v_SetGrowth(unsigned n_Items);
 
 private:
+    unsigned n_Halve(const void* pcv_Key, unsigned& n_Low) const;
     void v_QuickSort();
     void v_QuickSort(CT_Buffer* pco_Spare, unsigned n_Left, unsigned n_Right);
-    void v_Swap(unsigned n_First, unsigned n_Second, CT_Buffer* pco_Spare);
+    unsigned n_Partition(CT_Buffer* pco_Spare, unsigned n_Left, unsigned n_Right) const;
+    void v_Swap(unsigned n_First, unsigned n_Second, CT_Buffer* pco_Spare) const;
     int i_Compare(unsigned n_First, unsigned n_Second) const;
     int i_Compare(unsigned n_Index, const void* pcv_Key) const;
     char* pc_GetItem(unsigned n_Index) const;

@@ -365,38 +365,89 @@ TEST(VoidSortedArray, ItemsOfAnySizeAreSorted)
 
 // ---- Model --------------------------------------------------------------------------------
 
+namespace
+{
+// An item of any size: the number, and bytes that go with it.
+std::vector<char> Item(int number, unsigned size)
+{
+    std::vector<char> item(size, static_cast<char>(number * 7));
+    std::memcpy(item.data(), &number, sizeof number);
+    return item;
+}
+
+Items ReadItems(const CT_VoidSortedArray& array)
+{
+    Items items;
+    std::vector<char> item(array.n_GetItemSize());
+    for (unsigned index = 1; index <= array.n_GetCount(); index++) {
+        array.v_GetAt(item.data(), index);
+        items.push_back(Number(item.data()));
+        EXPECT_EQ(item, Item(items.back(), array.n_GetItemSize()));
+    }
+    return items;
+}
+
+void CompareWithModel(unsigned size, int values, std::mt19937& random)
+{
+    CT_VoidSortedArray array(size, Recorded, 1 + random() % 8, 0);
+    Items model;
+    const unsigned count = random() % 60;
+    for (unsigned step = 0; step < count; step++) {
+        const int item = static_cast<int>(random() % values);
+        Calls log;
+        calls.clear();
+        array.v_Insert(Item(item, size).data());
+        ModelInsert(model, item, log);
+        ASSERT_EQ(ReadItems(array), model);
+        ASSERT_EQ(calls, log);
+
+        const int key = static_cast<int>(random() % values);
+        log.clear();
+        calls.clear();
+        ASSERT_EQ(array.n_Find(&key), ModelFind(model, key, log));
+        ASSERT_EQ(calls, log);
+    }
+    Calls log;
+    calls.clear();
+    array.v_ReSort();
+    if (model.size() > 1)
+        ModelSort(model, 1, static_cast<unsigned>(model.size()), log);
+    ASSERT_EQ(ReadItems(array), model);
+    ASSERT_EQ(calls, log);
+    ASSERT_TRUE(array.b_IsSorted());
+}
+} // namespace
+
 TEST(VoidSortedArray, SearchInsertAndSortTakeTheStepsOfTheModel)
 {
     const unsigned seed = Seed(19970101);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     std::mt19937 random(seed);
-    for (int round = 0; round < 200; round++) {
-        const int values = round % 2 ? 50 : 1000;
-        CT_VoidSortedArray array(4, Recorded, 1 + random() % 8, 0);
-        Items model;
-        const unsigned count = random() % 60;
-        for (unsigned step = 0; step < count; step++) {
-            const int item = static_cast<int>(random() % values);
+    for (unsigned size : {4u, 8u, 13u}) {
+        SCOPED_TRACE(size);
+        for (int round = 0; round < 80; round++) {
+            CompareWithModel(size, round % 2 ? 50 : 1000, random);
+            if (testing::Test::HasFatalFailure())
+                return;
+        }
+    }
+}
+
+// Each key from below the first item to above the last, for each count.
+TEST(VoidSortedArray, SearchTakesTheStepsOfTheModelForEachCountAndKey)
+{
+    Items model;
+    CT_VoidSortedArray array(4, Recorded, 8, 0);
+    for (int count = 0; count <= 70; count++) {
+        for (int key = -5; key <= 10 * count + 5; key += 5) {
             Calls log;
             calls.clear();
-            array.v_Insert(&item);
-            ModelInsert(model, item, log);
-            ASSERT_EQ(Read(array), model);
-            ASSERT_EQ(calls, log);
-
-            const int key = static_cast<int>(random() % values);
-            log.clear();
-            calls.clear();
-            ASSERT_EQ(array.n_Find(&key), ModelFind(model, key, log));
-            ASSERT_EQ(calls, log);
+            ASSERT_EQ(array.n_Find(&key), ModelFind(model, key, log)) << count << " " << key;
+            ASSERT_EQ(calls, log) << count << " " << key;
         }
-        Calls log;
-        calls.clear();
-        array.v_ReSort();
-        if (model.size() > 1)
-            ModelSort(model, 1, static_cast<unsigned>(model.size()), log);
+        const int next = 10 * count;
+        array.v_Insert(&next);
+        model.push_back(next);
         ASSERT_EQ(Read(array), model);
-        ASSERT_EQ(calls, log);
-        ASSERT_TRUE(array.b_IsSorted());
     }
 }
