@@ -85,7 +85,10 @@ CT_VoidHashTable::CT_VoidHashTable(unsigned n_Data, unsigned n_Key,
       n_Count(0),
       n_Collisions(0),
       pf_Hash(pf_Bucket),
-      pf_Compare(pf_Equal)
+      pf_Compare(pf_Equal),
+      b_AreNumbers(
+          n_Data == sizeof(unsigned) && pf_Bucket == &sn_HashInteger &&
+          pf_Equal == reinterpret_cast<int (*)(const void*, const void*)>(CT_Compare::si_ComparePN))
 {
     v_Init(n_TableSize);
 }
@@ -217,24 +220,6 @@ int CT_VoidHashTable::b_Answer(const st_HashItem* pcso_Item, void* pv_Data) cons
     else if (pv_Data)
         std::memset(pv_Data, 0, n_DataSize);
     return pcso_Item != nullptr;
-}
-
-// A search for a number in few instructions: how many searches wait for memory at the same time
-// depends on their length. Both functions are the library's own and need no calls.
-int CT_VoidHashTable::b_Get(const void* pcv_Key, void* pv_Data) const
-{
-    const unsigned n_Buckets = n_GetTableSize();
-    if (!n_Buckets || pf_Hash != &sn_HashInteger ||
-        pf_Compare != reinterpret_cast<int (*)(const void*, const void*)>(CT_Compare::si_ComparePN))
-        return b_GetByCalls(pcv_Key, pv_Data);
-    const unsigned n_Number = n_ReadNumber(pcv_Key);
-    const st_HashItem* pcso_Item = pso_Load(pc_GetBuckets(), n_Number % n_Buckets + 1);
-    while (pcso_Item && n_ReadNumber(pcso_Item->pcv_GetKey()) != n_Number)
-        pcso_Item = pcso_Item->pso_Following;
-    if (!pcso_Item || !pv_Data || n_DataSize != sizeof(n_Number))
-        return b_Answer(pcso_Item, pv_Data);
-    std::memcpy(pv_Data, pcso_Item->pcv_GetData(), sizeof(n_Number));
-    return 1;
 }
 
 int CT_VoidHashTable::b_GetByCalls(const void* pcv_Key, void* pv_Data) const
