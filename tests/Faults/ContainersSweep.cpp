@@ -4,6 +4,7 @@
 
 #include "Faults/Sweep.h"
 
+#include <cstring>
 #include <memory>
 
 namespace
@@ -143,6 +144,8 @@ TEST(BitSetSweep, ANewSizeWithoutABlockHasZeros)
 
 namespace
 {
+constexpr unsigned TEXTS = 40; // of nodes that take more memory than the tree has
+
 std::unique_ptr<CT_AlphaTree> Tree()
 {
     auto tree = std::make_unique<CT_AlphaTree>();
@@ -150,34 +153,68 @@ std::unique_ptr<CT_AlphaTree> Tree()
     tree->v_Add("abd", 2);
     return tree;
 }
+
+const char* Text(unsigned n)
+{
+    static char text[TEXTS][12];
+    std::memcpy(text[n], "abxyzxyzxyz", 12);
+    text[n][2 + n / 10] = '0';
+    text[n][7] = static_cast<char>('0' + n % 10);
+    return text[n];
+}
 } // namespace
 
 // Nothing is reported. What was there stays.
 TEST(AlphaTreeSweep, AKeyThatFindsNoMemoryIsNotEntered)
 {
     Sweep(
-        report, Tree, [](CT_AlphaTree& tree) { tree.v_Add("abxyz", 3); },
+        report, Tree,
+        [](CT_AlphaTree& tree) {
+            for (unsigned n = 0; n < TEXTS; n++)
+                tree.v_Add(Text(n), 3 + n);
+        },
         [](CT_AlphaTree& tree, bool failed) {
             EXPECT_FALSE(failed);
             EXPECT_EQ(tree.n_Search("abc"), 1U);
             EXPECT_EQ(tree.n_Search("abd"), 2U);
-            const bool added = tree.n_Search("abxyz") == 3;
-            EXPECT_EQ(tree.n_GetNrOfEntries(), added ? 3U : 2U);
-            EXPECT_EQ(tree.b_Remove("abxyz"), added);
-            tree.v_Add("abxyz", 4);
-            EXPECT_EQ(tree.n_Search("abxyz"), 4U);
+            unsigned entries = 2;
+            for (unsigned n = 0; n < TEXTS; n++) {
+                const unsigned value = tree.n_Search(Text(n));
+                EXPECT_TRUE(value == 3 + n || value == NONE);
+                entries += value != NONE;
+            }
+            EXPECT_EQ(tree.n_GetNrOfEntries(), entries);
+            for (unsigned n = 0; n < TEXTS; n++) {
+                const bool added = tree.n_Search(Text(n)) != NONE;
+                EXPECT_EQ(tree.b_Remove(Text(n)), added);
+                tree.v_Add(Text(n), 4);
+                EXPECT_EQ(tree.n_Search(Text(n)), 4U);
+            }
+        });
+}
+
+TEST(AlphaTreeSweep, TheFirstKeyThatFindsNoMemoryIsNotEntered)
+{
+    Sweep(
+        report, [] { return std::make_unique<CT_AlphaTree>(); },
+        [](CT_AlphaTree& tree) { tree.v_Add("a", 1); },
+        [](CT_AlphaTree& tree, bool failed) {
+            EXPECT_FALSE(failed);
+            EXPECT_EQ(tree.n_GetNrOfEntries(), tree.n_Search("a") == 1 ? 1U : 0U);
+            tree.v_Add("a", 2);
+            EXPECT_EQ(tree.n_Search("a"), 2U);
         });
 }
 
 TEST(AlphaTreeSweep, ARemovalNeedsNoMemory)
 {
-    Sweep(
-        report, Tree, [](CT_AlphaTree& tree) { EXPECT_EQ(tree.b_Remove("abc"), 1); },
-        [](CT_AlphaTree& tree, bool failed) {
-            EXPECT_FALSE(failed);
-            EXPECT_EQ(tree.n_Search("abc"), NONE);
-            EXPECT_EQ(tree.n_Search("abd"), 2U);
-            EXPECT_EQ(tree.b_Remove("abd"), 1);
-            EXPECT_EQ(tree.n_GetNrOfEntries(), 0U);
-        });
+    const auto tree = Tree();
+    FailingHeap::Track();
+    FailingHeap::Arm(1, FailingHeap::FROM);
+    EXPECT_EQ(tree->b_Remove("abc"), 1);
+    EXPECT_EQ(FailingHeap::Disarm(), 0U);
+    EXPECT_EQ(tree->n_Search("abc"), NONE);
+    EXPECT_EQ(tree->n_Search("abd"), 2U);
+    EXPECT_EQ(tree->b_Remove("abd"), 1);
+    EXPECT_EQ(tree->n_GetNrOfEntries(), 0U);
 }

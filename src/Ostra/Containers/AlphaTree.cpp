@@ -1,13 +1,13 @@
 // Ostra/Containers/AlphaTree.cpp
 #include <Ostra/Containers/AlphaTree.h>
 
+#include <Ostra/Containers/BranchPool.h>
 #include <Ostra/Frame/Print.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <type_traits>
 
 static_assert(offsetof(CT_AlphaTree::_st_node, u_Character) == 0);
@@ -37,12 +37,13 @@ CT_AlphaTree::CT_AlphaTree()
 
 CT_AlphaTree::~CT_AlphaTree()
 {
-    v_Delete(&so_Root);
+    delete pco_Pool;
 }
 
 void CT_AlphaTree::v_Null()
 {
     so_Root = {0, 0, 0, nullptr};
+    pco_Pool = nullptr;
 }
 
 void CT_AlphaTree::v_Init()
@@ -60,7 +61,7 @@ void CT_AlphaTree::v_Delete(_st_node* pso_Node)
         for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++)
             v_Delete(&pso_Branches[n_Branch]);
         const _st_node so_Last = pso_Branches[n_Number - 1];
-        std::free(pso_Branches);
+        pco_Pool->v_Free(pso_Branches, n_Number);
         pso_Branches = so_Last.pso_Branches;
         n_Number = so_Last.n2_NrOfBranches;
     }
@@ -83,10 +84,12 @@ CT_AlphaTree::_st_node* CT_AlphaTree::pso_AugmentBranches(_st_node** ppso_Branch
                                                           unsigned n_Count,
                                                           unsigned short u_Character)
 {
-    void* pv_Grown = std::realloc(*ppso_Branches, (n_Count + 1) * sizeof(_st_node));
-    if (!pv_Grown)
+    if (!pco_Pool)
+        pco_Pool = new CT_BranchPool;
+    _st_node* pso_Grown = pco_Pool ? pco_Pool->pso_Grow(*ppso_Branches, n_Count) : nullptr;
+    if (!pso_Grown)
         return nullptr;
-    *ppso_Branches = static_cast<_st_node*>(pv_Grown);
+    *ppso_Branches = pso_Grown;
     _st_node* pso_New = *ppso_Branches + n_Count;
     *pso_New = {u_Character, 0, NONE, nullptr};
     return pso_New;
@@ -97,15 +100,13 @@ void CT_AlphaTree::v_CutBranch(_st_node* pso_Node, _st_node* pso_Branch)
 {
     const unsigned n_Left = --pso_Node->n2_NrOfBranches;
     if (n_Left == 0) {
-        std::free(pso_Node->pso_Branches);
+        pco_Pool->v_Free(pso_Node->pso_Branches, 1);
         pso_Node->pso_Branches = nullptr;
         return;
     }
     // Kept: the last branch takes the place, so the order of the branches changes.
     *pso_Branch = pso_Node->pso_Branches[n_Left];
-    void* pv_Shrunk = std::realloc(pso_Node->pso_Branches, n_Left * sizeof(_st_node));
-    if (pv_Shrunk)
-        pso_Node->pso_Branches = static_cast<_st_node*>(pv_Shrunk);
+    pco_Pool->v_Shrink(pso_Node->pso_Branches, n_Left + 1);
 }
 
 // ---- Keys ---------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+class CT_BranchPool;
 class CT_CString;
 class CT_UString;
 
@@ -15,7 +16,7 @@ class CT_UString;
 // The number 0xFFFFFFFF means that there is no entry: adding it enters nodes and no key.
 //
 // Units:   a CT_CString or CT_UString stands for its text.
-// Owns:    its nodes.
+// Owns:    its nodes; the room of removed ones stays until no key is left.
 // Reports: nothing. A key that finds no memory isn't entered; what it had keeps its number.
 // Caller:  prints keys of at most 255 characters.
 // Threads: one thread at a time.
@@ -33,7 +34,7 @@ public:
     //   u_Character      of the branch that leads here; 0xFFFF in the root
     //   n2_NrOfBranches
     //   n_Value          0xFFFFFFFF if no key ends here
-    //   pso_Branches     from the heap, in the order of their adding; null for none
+    //   pso_Branches     in the order of their adding; null for none
     struct _st_node
     {
         unsigned short u_Character;
@@ -99,11 +100,11 @@ private:
 
     static _st_node* pso_FindBranch(_st_node* pso_Branches, unsigned n_Count,
                                     unsigned short u_Character);
-    static _st_node* pso_AugmentBranches(_st_node** ppso_Branches, unsigned n_Count,
-                                         unsigned short u_Character);
-    static void v_CutBranch(_st_node* pso_Node, _st_node* pso_Branch);
+    _st_node* pso_AugmentBranches(_st_node** ppso_Branches, unsigned n_Count,
+                                  unsigned short u_Character);
+    void v_CutBranch(_st_node* pso_Node, _st_node* pso_Branch);
     template <class T>
-    static void v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value);
+    void v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value);
     template <class T>
     static DWORD n4_Search(_st_node* pso_Node, const T* qcz_Key);
     template <class T>
@@ -115,4 +116,5 @@ private:
     unsigned n_Count(_st_node* pso_Node);
 
     _st_node so_Root;
+    CT_BranchPool* pco_Pool; // has the branches of all nodes; null until there are some
 };

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <string>
@@ -152,4 +153,54 @@ TEST(AlphaTreeModel, RandomOperationsGiveTheModelsBranches)
             player.CompareTrees();
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << "step " << step;
     }
+}
+
+// Nodes with branches in every room, up and down again, and a tree that is emptied.
+TEST(AlphaTreeModel, NodesOfManyBranchesGrowAndShrinkLikeTheModel)
+{
+    const unsigned seed = Seed(46);
+    SCOPED_TRACE("OSTRA_SEED=" + std::to_string(seed));
+    std::mt19937 random(seed);
+    CT_AlphaTree tree;
+    Model model;
+    for (const unsigned most : {5U, 40U, 300U, 40U, 1200U}) {
+        SCOPED_TRACE(most);
+        std::vector<std::u16string> keys;
+        for (unsigned n = 0; n < most; n++)
+            for (const char16_t* rest : {u"", u"xy"})
+                keys.push_back(static_cast<char16_t>(1000 + n) + std::u16string(rest));
+        for (const bool adding : {true, false}) {
+            std::shuffle(keys.begin(), keys.end(), random);
+            unsigned step = 0;
+            for (const std::u16string& key : keys) {
+                const auto* text = reinterpret_cast<const unsigned short*>(key.c_str());
+                if (adding) {
+                    tree.v_Add(text, step);
+                    model.Add(key.c_str(), step);
+                } else {
+                    ASSERT_EQ(tree.b_Remove(text), model.Remove(key.c_str()));
+                }
+                if (step++ % 50 == 0 || most < 50)
+                    Compare(AlphaTreePeer::Root(tree), model);
+                ASSERT_FALSE(testing::Test::HasFatalFailure()) << "step " << step;
+            }
+            Compare(AlphaTreePeer::Root(tree), model);
+        }
+        for (const std::u16string& key : keys) {
+            const auto* text = reinterpret_cast<const unsigned short*>(key.c_str());
+            ASSERT_EQ(tree.n_Search(text), NONE);
+        }
+    }
+}
+
+TEST(AlphaTreeModel, ATreeCanBeDestroyedWithBranchesInEveryRoom)
+{
+    CT_AlphaTree tree;
+    for (unsigned short n = 1; n <= 3000; n++) {
+        const unsigned short key[] = {n, static_cast<unsigned short>(n % 7 + 1), 0};
+        tree.v_Add(key, n);
+    }
+    EXPECT_EQ(tree.n_GetNrOfEntries(), 3000U);
+    const unsigned short key[] = {2999, 4, 0};
+    EXPECT_EQ(tree.n_Search(key), 2999U);
 }
