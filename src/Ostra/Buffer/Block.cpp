@@ -54,6 +54,9 @@ unsigned CT_Block::sn_Maximum(unsigned n_Size, unsigned n_Growth)
     if (__builtin_add_overflow(n_Size, n_Growth, &n_Sum) ||
         __builtin_add_overflow(n_Sum, HEADER_SIZE - 1, &n_Sum))
         return TOO_LARGE;
+    // Most growths are a power of two, and a division takes longer than the rest of a step.
+    if (n_Growth && !(n_Growth & (n_Growth - 1)))
+        return (n_Sum & -n_Growth) - HEADER_SIZE;
     return n_Sum / n_Growth * n_Growth - HEADER_SIZE;
 }
 

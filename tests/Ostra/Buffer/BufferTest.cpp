@@ -107,6 +107,19 @@ TEST(Buffer, ObjectsAreMadeWithNewAndInPlace)
     placed->~CT_Buffer();
 }
 
+TEST(Buffer, TheBlockIsTheLeastMultipleOfTheGrowthForEachGrowth)
+{
+    for (unsigned growth : {1u, 2u, 3u, 7u, 8u, 12u, 31u, 32u, 33u, 48u, 64u, 1000u, 1024u}) {
+        for (unsigned size = 1; size < 130; size++) {
+            unsigned total = growth;
+            while (total < size + 12)
+                total += growth;
+            CT_Buffer buffer(size, growth);
+            ASSERT_EQ(buffer.n_GetMaximumSize(), total - 12) << size << " by " << growth;
+        }
+    }
+}
+
 // ---- Sharing --------------------------------------------------------------------------------
 
 TEST(Buffer, PointerFormsShareBlockAndGrowth)
