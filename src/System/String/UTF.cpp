@@ -2,10 +2,9 @@
 #include <System/String/UTF.h>
 
 #include <Ostra/String/TextOperations.h>
+#include <System/String/Runs.h>
 
 #include <array>
-#include <bit>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -42,7 +41,8 @@ struct CT_UTF::st_UTF7Encoder
 
     char* pc_Base64(char* pc_Out);
     char* pc_Close(char* pc_Out);
-    char* pc_Shift(char* pc_Out, unsigned n_Unit);
+    char* pc_Run(char* pc_Out, const unsigned short*& pcu_In, const unsigned short* pcu_End);
+    char* pc_Encode(char* pc_Out, const unsigned short* pcu_In, const unsigned short* pcu_End);
 };
 
 struct CT_UTF::st_UTF7Decoder
@@ -50,6 +50,9 @@ struct CT_UTF::st_UTF7Decoder
     st_Bits so_Bits;
     bool b_Shifted;
     bool b_First; // no Base64 character since the "+"
+
+    unsigned short* pu_Run(unsigned short* pu_Out, const char*& pcc_In, const char* pcc_End);
+    unsigned short* pu_Decode(unsigned short* pu_Out, const char* pcc_In, const char* pcc_End);
 };
 
 struct CT_UTF::st_UTF8Decoder
@@ -84,10 +87,11 @@ constexpr char BASE64[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0
 constexpr char DIRECT[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789'(),-./:?";
 constexpr char SPACE[] = " \t\r\n";
 
-// 1 for an ASCII character that doesn't stand for itself.
+// 1 for an ASCII character that doesn't stand for itself. The terminator ends a run.
 constexpr auto MUST_SHIFT = [] {
     std::array<unsigned char, 128> a;
     a.fill(1);
+    a[0] = 0;
     for (const char* qccz : {DIRECT, SPACE})
         for (; *qccz; ++qccz)
             a[static_cast<unsigned char>(*qccz)] = 0;
@@ -105,9 +109,9 @@ constexpr auto INVERSE = [] {
     return a;
 }();
 
-bool b_IsDirect(unsigned n_Unit)
+bool b_MustShift(unsigned n_Unit)
 {
-    return n_Unit <= 127 && !MUST_SHIFT[n_Unit];
+    return n_Unit > 127 || MUST_SHIFT[n_Unit];
 }
 } // namespace
 
@@ -137,45 +141,99 @@ inline char* CT_UTF::st_UTF7Encoder::pc_Close(char* pc_Out)
     return pc_Out;
 }
 
-// Writes a unit that can't stand for itself.
-inline char* CT_UTF::st_UTF7Encoder::pc_Shift(char* pc_Out, unsigned n_Unit)
+namespace
 {
-    if (!b_Shifted) {
-        *pc_Out++ = '+';
-        if (n_Unit == '+') {
-            *pc_Out++ = '-';
-            return pc_Out;
-        }
-        b_Shifted = true;
+// Whether each byte is an ASCII character that stands for itself.
+bool b_AreDirect(const LongByteRun& aBytes)
+{
+    const auto aLetters = (aBytes | 0x20) - 'a' < 26;
+    const auto aDigits = aBytes - ',' <= ':' - ','; // and , - . /
+    const auto aQuotes = aBytes - '\'' <= ')' - '\'';
+    const auto aTabs = aBytes - '\t' <= '\n' - '\t';
+    const auto aOthers = (aBytes == ' ') | (aBytes == '\r') | (aBytes == '?');
+    return b_IsZero(~(aLetters | aDigits | aQuotes | aTabs | aOthers));
+}
+
+// Copies units that stand for themselves.
+char* pc_CopyDirect(char* pc_Out, const unsigned short*& pcu_In, const unsigned short* pcu_End)
+{
+    LongByteRun aBytes;
+    while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(aBytes, pcu_In) && b_AreDirect(aBytes)) {
+        std::memcpy(pc_Out, &aBytes, sizeof(aBytes));
+        pc_Out += LONG_RUN;
+        pcu_In += LONG_RUN;
     }
-    so_Bits.v_Add(n_Unit, 16);
-    return pc_Base64(pc_Out);
+    for (; pcu_In < pcu_End && !b_MustShift(*pcu_In); ++pcu_In)
+        *pc_Out++ = static_cast<char>(*pcu_In);
+    return pc_Out;
+}
+
+// Three units are eight characters of Base64.
+char* pc_ThreeUnits(char* pc_Out, const unsigned short* pcu_In)
+{
+    const std::uint64_t n8_Bits =
+        std::uint64_t(pcu_In[0]) << 32 | std::uint64_t(pcu_In[1]) << 16 | pcu_In[2];
+    for (int i_Shift = 42; i_Shift >= 0; i_Shift -= 6)
+        *pc_Out++ = BASE64[n8_Bits >> i_Shift & 0x3F];
+    return pc_Out;
+}
+} // namespace
+
+// Writes units as Base64, up to the first that stands for itself.
+inline char* CT_UTF::st_UTF7Encoder::pc_Run(char* pc_Out, const unsigned short*& pcu_In,
+                                            const unsigned short* pcu_End)
+{
+    for (;;) {
+        if (!so_Bits.i_Bits)
+            for (; pcu_End - pcu_In >= 3 && b_MustShift(pcu_In[0]) && b_MustShift(pcu_In[1]) &&
+                   b_MustShift(pcu_In[2]);
+                 pcu_In += 3)
+                pc_Out = pc_ThreeUnits(pc_Out, pcu_In);
+        if (pcu_In == pcu_End || !b_MustShift(*pcu_In))
+            return pc_Out;
+        so_Bits.v_Add(*pcu_In++, 16);
+        pc_Out = pc_Base64(pc_Out);
+    }
+}
+
+// Writes a text without a terminator.
+inline char* CT_UTF::st_UTF7Encoder::pc_Encode(char* pc_Out, const unsigned short* pcu_In,
+                                               const unsigned short* pcu_End)
+{
+    while (pcu_In < pcu_End) {
+        if (b_Shifted) {
+            pc_Out = pc_Run(pc_Out, pcu_In, pcu_End);
+            if (pcu_In == pcu_End)
+                break;
+            pc_Out = pc_Close(pc_Out);
+        }
+        pc_Out = pc_CopyDirect(pc_Out, pcu_In, pcu_End);
+        if (pcu_In == pcu_End)
+            break;
+        *pc_Out++ = '+';
+        if (*pcu_In != '+')
+            b_Shifted = true;
+        else {
+            *pc_Out++ = '-';
+            ++pcu_In;
+        }
+    }
+    return pc_Out;
 }
 
 int CT_UTF::si_WideToUTF7(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
 {
     st_UTF7Encoder so = sso_Encoder;
-    char* pc = pc_Out;
-    unsigned n_Unit = 1;
-    for (; n_Count && n_Unit; --n_Count) {
-        while (n_Count && !so.b_Shifted && b_IsDirect(*pcu_In)) {
-            *pc++ = static_cast<char>(n_Unit = *pcu_In++);
-            --n_Count;
-        }
-        if (!n_Count)
-            break;
-        n_Unit = *pcu_In++;
-        if (n_Unit && !b_IsDirect(n_Unit))
-            pc = so.pc_Shift(pc, n_Unit);
-        else {
-            if (so.b_Shifted)
-                pc = so.pc_Close(pc);
-            *pc++ = static_cast<char>(n_Unit);
-        }
+    const unsigned n_Length = Units::sn_Length(pcu_In, n_Count);
+    char* pc = so.pc_Encode(pc_Out, pcu_In, pcu_In + n_Length);
+    if (n_Length < n_Count) {
+        if (so.b_Shifted)
+            pc = so.pc_Close(pc);
+        *pc = 0;
     }
     sv_Save(sso_Encoder.so_Bits, so.so_Bits);
     sso_Encoder.b_Shifted = so.b_Shifted;
-    return static_cast<int>(pc - pc_Out) - !n_Unit;
+    return static_cast<int>(pc - pc_Out);
 }
 
 int CT_UTF::si_WideToUTF7Exit(char* pc_Out)
@@ -191,43 +249,101 @@ void CT_UTF::sv_UTF7ToWideInit()
     sso_Decoder = {};
 }
 
+namespace
+{
+// Copies bytes up to a "+". Kept: one from 0x80 up gives a unit from 0xFF80 up.
+unsigned short* pu_CopyDirect(unsigned short* pu_Out, const char*& pcc_In, const char* pcc_End)
+{
+    SignedByteRun aBytes;
+    for (; pcc_End - pcc_In >= LONG_RUN; pcc_In += LONG_RUN) {
+        std::memcpy(&aBytes, pcc_In, sizeof(aBytes));
+        if (!b_IsZero(aBytes == '+'))
+            break;
+        const auto aUnits = __builtin_convertvector(aBytes, SignedUnitRun);
+        std::memcpy(pu_Out, &aUnits, sizeof(aUnits));
+        pu_Out += LONG_RUN;
+    }
+    for (; pcc_In < pcc_End && *pcc_In != '+'; ++pcc_In)
+        *pu_Out++ = static_cast<unsigned short>(static_cast<signed char>(*pcc_In));
+    return pu_Out;
+}
+
+// Eight characters of Base64 are three units; whether the next eight are such.
+bool b_ThreeUnits(unsigned short* pu_Out, const char* pcc_In)
+{
+    std::uint64_t n8_Bits = 0;
+    unsigned n_All = 0;
+    for (int i = 0; i < 8; ++i) {
+        const unsigned n_Sextet = INVERSE[static_cast<unsigned char>(pcc_In[i])];
+        n_All |= n_Sextet;
+        n8_Bits = n8_Bits << 6 | (n_Sextet & 0x3F);
+    }
+    if (n_All > 0x3F)
+        return false;
+    for (int i = 0; i < 3; ++i)
+        pu_Out[i] = static_cast<unsigned short>(n8_Bits >> (32 - 16 * i));
+    return true;
+}
+} // namespace
+
+// Reads Base64 up to the first character that isn't.
+inline unsigned short* CT_UTF::st_UTF7Decoder::pu_Run(unsigned short* pu_Out, const char*& pcc_In,
+                                                      const char* pcc_End)
+{
+    const char* pcc_Start = pcc_In;
+    for (;;) {
+        if (!so_Bits.i_Bits)
+            for (; pcc_End - pcc_In >= 8 && b_ThreeUnits(pu_Out, pcc_In); pcc_In += 8)
+                pu_Out += 3;
+        const unsigned n_Sextet =
+            pcc_In < pcc_End ? INVERSE[static_cast<unsigned char>(*pcc_In)] : NO_BASE64;
+        if (n_Sextet == NO_BASE64)
+            break;
+        ++pcc_In;
+        so_Bits.v_Add(n_Sextet, 6);
+        if (so_Bits.i_Bits >= 16)
+            *pu_Out++ = static_cast<unsigned short>(so_Bits.n_Take(16));
+    }
+    b_First = b_First && pcc_In == pcc_Start;
+    return pu_Out;
+}
+
+inline unsigned short* CT_UTF::st_UTF7Decoder::pu_Decode(unsigned short* pu_Out, const char* pcc_In,
+                                                         const char* pcc_End)
+{
+    for (;;) {
+        if (b_Shifted) {
+            pu_Out = pu_Run(pu_Out, pcc_In, pcc_End);
+            if (pcc_In == pcc_End)
+                break;
+            b_Shifted = false;
+            so_Bits.v_Clear();
+            // Kept: what ends a run is lost at the end of the input.
+            if (pcc_End - pcc_In == 1)
+                break;
+            const char c = *pcc_In;
+            if (b_First && c == '-')
+                *pu_Out++ = '+';
+            pcc_In += c == '+' || c == '-';
+        }
+        pu_Out = pu_CopyDirect(pu_Out, pcc_In, pcc_End);
+        if (pcc_In == pcc_End)
+            break;
+        ++pcc_In;
+        b_Shifted = b_First = true;
+    }
+    return pu_Out;
+}
+
 int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count)
 {
     st_UTF7Decoder so = sso_Decoder;
-    unsigned short* pu = pu_Out;
-    const char* pcc_End = pcc_In + Bytes::sn_Length(pcc_In, n_Count);
-    while (pcc_In < pcc_End) {
-        char c = *pcc_In++;
-        if (so.b_Shifted) {
-            const unsigned short n_Sextet = INVERSE[static_cast<unsigned char>(c)];
-            if (n_Sextet != NO_BASE64) {
-                so.b_First = false;
-                so.so_Bits.v_Add(n_Sextet, 6);
-                if (so.so_Bits.i_Bits >= 16)
-                    *pu++ = static_cast<unsigned short>(so.so_Bits.n_Take(16));
-                continue;
-            }
-            so.b_Shifted = false;
-            so.so_Bits.v_Clear();
-            // Kept: what ends a run is lost at the end of the input.
-            if (pcc_In == pcc_End)
-                break;
-            if (c == '+' || c == '-') {
-                if (so.b_First && c == '-')
-                    *pu++ = '+';
-                c = *pcc_In++;
-            }
-        }
-        if (c == '+')
-            so.b_Shifted = so.b_First = true;
-        else
-            // Kept: a byte from 0x80 up gives a unit from 0xFF80 up.
-            *pu++ = static_cast<unsigned short>(static_cast<signed char>(c));
-    }
+    const unsigned n_Length = Bytes::sn_Length(pcc_In, n_Count);
+    const unsigned short* pcu_End = so.pu_Decode(pu_Out, pcc_In, pcc_In + n_Length);
     sv_Save(sso_Decoder.so_Bits, so.so_Bits);
     sso_Decoder.b_Shifted = so.b_Shifted;
     sso_Decoder.b_First = so.b_First;
-    return static_cast<int>(pu - pu_Out);
+    return static_cast<int>(pcu_End - pu_Out);
 }
 
 // ---- UTF-8 encoder --------------------------------------------------------------------------
@@ -238,60 +354,37 @@ int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
 
 namespace
 {
-constexpr std::ptrdiff_t RUN = 8;
-
-typedef unsigned char ByteRun __attribute__((vector_size(RUN)));
-typedef unsigned short UnitRun __attribute__((vector_size(2 * RUN)));
-
-void v_CopyRun(char* pc_To, const unsigned short* pcu_From)
+// Bytes of a sequence, the first one lowest.
+void v_Put(char* pc_Out, unsigned n_Sequence, unsigned n_Count)
 {
-    UnitRun aUnits;
-    std::memcpy(&aUnits, pcu_From, sizeof(aUnits));
-    const auto aBytes = __builtin_convertvector(aUnits, ByteRun);
-    std::memcpy(pc_To, &aBytes, sizeof(aBytes));
+    for (unsigned n = 0; n < n_Count; ++n)
+        pc_Out[n] = static_cast<char>(n_Sequence >> 8 * n);
 }
 
-void v_CopyRun(unsigned short* pu_To, const char* pcc_From)
-{
-    ByteRun aBytes;
-    std::memcpy(&aBytes, pcc_From, sizeof(aBytes));
-    const auto aUnits = __builtin_convertvector(aBytes, UnitRun);
-    std::memcpy(pu_To, &aUnits, sizeof(aUnits));
-}
-
-// Characters before the first whose byte of the word has its top bit set; RUN for none.
-unsigned n_Leading(std::uint64_t n8_Marks)
-{
-    return static_cast<unsigned>(std::countr_zero(n8_Marks & 0x8080808080808080)) / 8;
-}
-
-// How many of the next RUN units are ASCII before the first that isn't.
-unsigned n_LeadingASCII(const unsigned short* pcu_In)
-{
-    UnitRun aUnits;
-    std::memcpy(&aUnits, pcu_In, sizeof(aUnits));
-    const auto aMarks = __builtin_convertvector(aUnits > 0x7F, ByteRun);
-    std::uint64_t n8_Marks;
-    std::memcpy(&n8_Marks, &aMarks, sizeof(n8_Marks));
-    return n_Leading(n8_Marks);
-}
-
+// Two bytes are written also for a character of one: the room goes on for a terminator.
 char* pc_Encode(char* pc_Out, unsigned n_Unit)
 {
-    if (n_Unit < 0x80)
-        *pc_Out++ = static_cast<char>(n_Unit);
-    else if (n_Unit < 0x800) {
-        *pc_Out++ = static_cast<char>(0xC0 | n_Unit >> 6);
-        *pc_Out++ = static_cast<char>(0x80 | (n_Unit & 0x3F));
-    } else {
+    if (n_Unit >= 0x800) {
         // A surrogate too.
-        *pc_Out++ = static_cast<char>(0xE0 | n_Unit >> 12);
-        *pc_Out++ = static_cast<char>(0x80 | (n_Unit >> 6 & 0x3F));
-        *pc_Out++ = static_cast<char>(0x80 | (n_Unit & 0x3F));
+        v_Put(pc_Out, 0x8080E0 | n_Unit >> 12 | (n_Unit << 2 & 0x3F00) | (n_Unit << 16 & 0x3F0000),
+              3);
+        return pc_Out + 3;
     }
-    return pc_Out;
+    // Without a branch: where letters and blanks take turns, none is foreseen.
+    const unsigned n_Two = 0x80C0 | n_Unit >> 6 | (n_Unit << 8 & 0x3F00);
+    const unsigned n_More = (0x7F - n_Unit) >> 31;
+    v_Put(pc_Out, n_Unit ^ ((n_Unit ^ n_Two) & -n_More), 2);
+    return pc_Out + 1 + n_More;
 }
 } // namespace
+
+// Whether the next four units are ASCII.
+static bool b_AreASCII(const unsigned short* pcu_In)
+{
+    std::uint64_t n8_Units;
+    std::memcpy(&n8_Units, pcu_In, sizeof(n8_Units));
+    return !(n8_Units & 0xFF80FF80FF80FF80);
+}
 
 int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
 {
@@ -299,15 +392,23 @@ int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n
     const unsigned short* pcu_End = pcu_In + Units::sn_Length(pcu_In, n_Count);
     // Eight units become eight bytes at least.
     while (pcu_End - pcu_In >= RUN) {
+        LongByteRun aBytes;
+        while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(aBytes, pcu_In)) {
+            std::memcpy(pc, &aBytes, sizeof(aBytes));
+            pc += LONG_RUN;
+            pcu_In += LONG_RUN;
+        }
+        if (pcu_End - pcu_In < RUN)
+            break;
         const unsigned n_ASCII = n_LeadingASCII(pcu_In);
         v_CopyRun(pc, pcu_In);
         pc += n_ASCII;
         pcu_In += n_ASCII;
         if (n_ASCII == RUN)
             continue;
-        // Up to two ASCII units in a row, with which a run may begin.
-        while (pcu_In + 1 < pcu_End && (pcu_In[0] >= 0x80 || pcu_In[1] >= 0x80))
-            pc = pc_Encode(pc, *pcu_In++);
+        while (pcu_End - pcu_In >= 4 && !b_AreASCII(pcu_In))
+            for (int i = 0; i < 4; ++i)
+                pc = pc_Encode(pc, *pcu_In++);
     }
     while (pcu_In < pcu_End)
         pc = pc_Encode(pc, *pcu_In++);
@@ -331,14 +432,6 @@ unsigned n_Byte(char c)
 unsigned n_TrailingOf(unsigned n_First)
 {
     return (n_First >= 0xC0) + (n_First >= 0xE0);
-}
-
-// How many of the next RUN bytes are ASCII before the first that isn't.
-unsigned n_LeadingASCII(const char* pcc_In)
-{
-    std::uint64_t n8_Word;
-    std::memcpy(&n8_Word, pcc_In, sizeof(n8_Word));
-    return n_Leading(n8_Word);
 }
 
 // Kept: a first byte of 0xF0 or above is never taken, and never passed.

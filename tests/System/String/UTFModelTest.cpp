@@ -394,3 +394,32 @@ TEST(UTFModel, AgreesWhereRunsOfAsciiEnd)
             }
     CT_UTF::sv_UTF8ToWideInit();
 }
+
+TEST(UTFModel, AgreesWhereRunsOfDirectCharactersEnd)
+{
+    for (unsigned length = 1; length < 40; length += 3)
+        for (unsigned u = 1; u < 0x102; ++u) {
+            std::u16string wide(length, u'x');
+            wide[u % length] = static_cast<char16_t>(u);
+            ExpectBothCoders(wide);
+            std::string seven(length, 'x');
+            seven[u % length] = static_cast<char>(u);
+            CT_UTF::sv_UTF7ToWideInit();
+            ASSERT_EQ(SevenDecode(seven), SevenDecoder().Piece(seven));
+        }
+}
+
+TEST(UTFModel, AgreesOnRunsOfAnyLength)
+{
+    for (unsigned length = 0; length < 30; ++length)
+        for (unsigned split = 0; split <= length; ++split) {
+            const std::u16string wide = u"ab" + std::u16string(length, u'\u0416') + u"cd";
+            CT_UTF::sv_WideToUTF7Init();
+            std::string seven = SevenEncode(wide.substr(0, split), false);
+            seven += SevenEncode(wide.substr(split), false);
+            CT_UTF::sv_UTF7ToWideInit();
+            std::u16string back = SevenDecode(seven.substr(0, split));
+            back += SevenDecode(seven.substr(split));
+            ASSERT_EQ(back, wide);
+        }
+}
