@@ -1,8 +1,8 @@
 // Ostra/Containers/BranchPool.h: room for the branches of alphabet trees. Internal.
 //
 // A heap block for each array would have more bytes for itself than for most arrays, which have one
-// branch. Here arrays lie side by side, those of a new key one behind the other: a search meets half
-// as many lines of the cache.
+// branch. Here arrays lie side by side, those of a new key one behind the other: a search meets
+// half as many lines of the cache.
 #pragma once
 
 #include <Ostra/Containers/AlphaTree.h>
