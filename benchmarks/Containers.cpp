@@ -160,6 +160,11 @@ void RegisterFind(const Input& input)
     };
     add("ostra", ostra);
     add("bsearch", standard);
+    // What a comparison compiled in would give.
+    add("std", [values = sorted.back()](const unsigned& number) {
+        const auto found = std::lower_bound(values->begin(), values->end(), number);
+        return unsigned(found - values->begin()) + 1;
+    });
 }
 
 // Each pass sorts a fresh copy.
@@ -180,6 +185,13 @@ void RegisterSort(const Input& input)
     };
     measure.Side("ostra", ostra, ostra);
     measure.Side("qsort", standard, standard);
+    // What a comparison compiled in would give.
+    const auto inlined = [&numbers] {
+        Numbers values = numbers;
+        std::sort(values.begin(), values.end());
+        return Numbers(values);
+    };
+    measure.Side("std", inlined, inlined);
 }
 
 // ---- Hash tables --------------------------------------------------------------------------
@@ -321,6 +333,29 @@ void RegisterHashText(const std::string& name, const std::vector<std::string>& w
 #endif
 }
 
+// The hash of a text alone. It differs from the standard library's, so that only the number of
+// results is compared.
+void RegisterHashValue(const std::string& name, const std::vector<std::string>& words)
+{
+    Measure<Numbers> measure("hash_value", name, {Amount::ITEMS, words.size()});
+    const auto add = [&](const char* side, auto hash) {
+        measure.Side(
+            side,
+            [&words, hash] {
+                std::uint64_t sum = 0;
+                for (const std::string& word : words)
+                    sum += hash(word);
+                return sum;
+            },
+            [&words] { return Numbers{static_cast<unsigned>(words.size())}; });
+    };
+    add("ostra", [size = static_cast<unsigned>(words.size())](const std::string& word) {
+        const char* text = word.c_str();
+        return CT_HashFunction::sn_HashCasePQCZ(&text, size);
+    });
+    add("std", std::hash<std::string_view>());
+}
+
 // ---- Bit sets -----------------------------------------------------------------------------
 
 struct Bits
@@ -407,6 +442,7 @@ int main(int argc, char** argv)
         RegisterHashFind(*input);
         RegisterHashInsert(*input);
     }
+    RegisterHashValue("words.en.shuf", words);
     RegisterHashText("words.en.shuf", words);
     RegisterHashText("words.en.shuf.tenth", few);
     RegisterBits("bits", 1 << 18);
