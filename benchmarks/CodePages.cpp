@@ -4,8 +4,8 @@
 // lacks: what one side would put in their place another wouldn't. Each side writes into memory
 // prepared before, by a converter that is kept; the library has none to keep. ICU's converters are
 // those that stand behind the library's tables, which differ from them in best fits and some rare
-// characters. "first" is the time in microseconds of the first conversion of a short text in a page,
-// with all that is made ready for it. Rates are those of the text in the code page.
+// characters. "first" is the time in microseconds of the first conversion of a short text in a
+// page, with all that is made ready for it. Rates are those of the text in the code page.
 #include <System/String/StringConvert.h>
 
 #include <iconv.h>

@@ -59,7 +59,7 @@ WCHAR ReadCharacter(const CodePage& page, const BYTE*& bytes, const BYTE* end, u
     if (bytes == end || !*bytes)
         return page.facts->undefinedUnit;
     code = code << 8 | *bytes++;
-    return page.fromPair[code];
+    return page.FromPair(code);
 }
 
 // Whether a character gives the undefined unit without being the code of that unit, or a byte one
@@ -70,11 +70,67 @@ bool HasUndefined(const CodePage& page, const BYTE* bytes, int count)
     for (const BYTE* const end = bytes + count; bytes != end;) {
         unsigned code;
         const WCHAR unit = ReadCharacter(page, bytes, end, code);
-        if ((unit == undefined && page.fromUnit[undefined] != code) ||
+        if ((unit == undefined && page.FromUnit(undefined) != code) ||
             (code < 0x100 && unit >= 0xE000 && unit <= 0xF8FF))
             return true;
     }
     return false;
+}
+
+// Characters that are looked at together; simple loops over so many the compiler makes a few
+// instructions of.
+constexpr int TOGETHER = 32;
+constexpr int SHORT = 8;
+
+// How many of the characters are ASCII in front of the first that isn't, in groups of SHORT.
+template <typename Unit>
+int CountAscii(const Unit* text, int count)
+{
+    int passed = 0;
+    for (; count - passed >= SHORT; passed += SHORT) {
+        unsigned all = 0;
+        for (int i = 0; i < SHORT; i++)
+            all |= text[passed + i];
+        if (all > 0x7F)
+            break;
+    }
+    return passed;
+}
+
+template <typename From, typename To>
+void Copy(const From* from, int count, To* to)
+{
+    for (int i = 0; i < count; i++)
+        to[i] = static_cast<To>(from[i]);
+}
+
+// The units of TOGETHER bytes that are ASCII or of the page's run; false if others are among them.
+bool RunToUnits(const ByteRun run, const BYTE* bytes, WCHAR* units)
+{
+    const WCHAR distance = static_cast<WCHAR>(run.unit - run.first);
+    BYTE others = 0;
+    for (int i = 0; i < TOGETHER; i++)
+        others |= (bytes[i] >= 0x80) & !run.HasByte(bytes[i]) ? 0xFF : 0;
+    if (others)
+        return false;
+    for (int i = 0; i < TOGETHER; i++)
+        units[i] =
+            static_cast<WCHAR>(bytes[i] + (bytes[i] >= 0x80 ? distance : static_cast<WCHAR>(0)));
+    return true;
+}
+
+bool RunToBytes(const ByteRun run, const WCHAR* units, BYTE* bytes)
+{
+    const WCHAR distance = static_cast<WCHAR>(run.unit - run.first);
+    WCHAR others = 0;
+    for (int i = 0; i < TOGETHER; i++)
+        others |= (units[i] >= 0x80) & !run.HasUnit(units[i]) ? 0xFF : 0;
+    if (others)
+        return false;
+    for (int i = 0; i < TOGETHER; i++)
+        bytes[i] =
+            static_cast<BYTE>(units[i] - (units[i] >= 0x80 ? distance : static_cast<WCHAR>(0)));
+    return true;
 }
 
 int BytesToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
@@ -82,13 +138,40 @@ int BytesToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* unit
     if (!room)
         return count;
     const int stored = std::min(count, room);
-    for (int i = 0; i < stored; i++)
-        units[i] = page.fromByte[bytes[i]];
+    for (int i = 0; i < stored;) {
+        const bool whole = page.hasAscii && stored - i >= TOGETHER;
+        const int end = std::min(stored, i + TOGETHER);
+        if (whole && RunToUnits(page.run, bytes + i, units + i))
+            i = end;
+        for (; i < end; i++)
+            units[i] = page.fromByte[bytes[i]];
+    }
     return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
+}
+
+// All of a text, for which there is room.
+int AllPairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units)
+{
+    WCHAR* next = units;
+    for (const BYTE* const end = bytes + count; bytes != end;) {
+        if (*bytes < 0x80 && page.hasAscii) {
+            const int ascii = CountAscii(bytes, static_cast<int>(end - bytes));
+            Copy(bytes, ascii, next);
+            bytes += ascii;
+            next += ascii;
+            if (bytes == end)
+                break;
+        }
+        unsigned code;
+        *next++ = ReadCharacter(page, bytes, end, code);
+    }
+    return static_cast<int>(next - units);
 }
 
 int PairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
 {
+    if (room >= count)
+        return AllPairsToUnits(page, bytes, count, units);
     int length = 0;
     for (const BYTE* const end = bytes + count; bytes != end; length++) {
         unsigned code;
@@ -123,14 +206,20 @@ int UnitsToBytes(const CodePage& page, const WCHAR* units, int count, char* byte
                  Default& other)
 {
     const int looked = room ? std::min(count, room) : count;
-    for (int i = 0; i < looked; i++) {
-        WCHAR code = page.fromUnit[units[i]];
-        if (code > 0xFF) {
-            code = other.code;
-            other.used = true;
+    for (int i = 0; i < looked;) {
+        const bool whole = page.hasAscii && room && looked - i >= TOGETHER;
+        const int end = std::min(looked, i + TOGETHER);
+        if (whole && RunToBytes(page.run, units + i, reinterpret_cast<BYTE*>(bytes) + i))
+            i = end;
+        for (; i < end; i++) {
+            WCHAR code = page.FromUnit(units[i]);
+            if (code > 0xFF) {
+                code = other.code;
+                other.used = true;
+            }
+            if (room)
+                bytes[i] = static_cast<char>(code);
         }
-        if (room)
-            bytes[i] = static_cast<char>(code);
     }
     return !room || count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
 }
@@ -138,7 +227,7 @@ int UnitsToBytes(const CodePage& page, const WCHAR* units, int count, char* byte
 // Whether a unit's code is that of the unit itself, not one that only looks like it.
 bool IsExact(const CodePage& page, WCHAR unit, WCHAR code)
 {
-    return (code < 0x100 ? page.fromByte[code] : page.fromPair[code]) == unit;
+    return (code < 0x100 ? page.fromByte[code] : page.FromPair(code)) == unit;
 }
 
 // Pages of two bytes, and any page without best fits.
@@ -146,7 +235,7 @@ int UnitsToPairs(const CodePage& page, bool exact, const WCHAR* units, int count
                  Default& other)
 {
     for (int i = 0; i < count; i++) {
-        WCHAR code = page.fromUnit[units[i]];
+        WCHAR code = page.FromUnit(units[i]);
         if (code == NO_VALUE || (exact && !IsExact(page, units[i], code))) {
             code = other.code;
             other.used = true;
@@ -156,6 +245,32 @@ int UnitsToPairs(const CodePage& page, bool exact, const WCHAR* units, int count
             return Fail(ERROR_INSUFFICIENT_BUFFER);
     }
     return out.Count();
+}
+
+// All of a text, for which there is room, best fits included.
+int AllUnitsToPairs(const CodePage& page, const WCHAR* units, int count, char* bytes,
+                    Default& other)
+{
+    char* next = bytes;
+    for (int i = 0; i < count;) {
+        if (units[i] < 0x80 && page.hasAscii) {
+            const int ascii = CountAscii(units + i, count - i);
+            Copy(units + i, ascii, next);
+            i += ascii;
+            next += ascii;
+            if (i == count)
+                break;
+        }
+        WCHAR code = page.FromUnit(units[i++]);
+        if (code == NO_VALUE) {
+            code = other.code;
+            other.used = true;
+        }
+        if (code > 0xFF)
+            *next++ = static_cast<char>(code >> 8);
+        *next++ = static_cast<char>(code);
+    }
+    return static_cast<int>(next - bytes);
 }
 
 int Utf8ToUnits(DWORD flags, const char* bytes, int count, WCHAR* units, int room)
@@ -248,7 +363,9 @@ int WideCharToMultiByte(UINT number, DWORD flags, LPCWSTR units, int count, LPST
     Default other(*page, defaultChar);
     const bool exact = flags & WC_NO_BEST_FIT_CHARS;
     int length;
-    if (page->HasPairs() || exact) {
+    if (page->HasPairs() && !exact && room / 2 >= count)
+        length = AllUnitsToPairs(*page, units, count, bytes, other);
+    else if (page->HasPairs() || exact) {
         Sink<char> out(bytes, room);
         length = UnitsToPairs(*page, exact, units, count, out, other);
     } else

@@ -22,8 +22,8 @@ constexpr signed char FINALS[32] = {NONE, FILL, 1,  2,  3,  4,  5,  6,    7,    
 // The unit of a pair, which may be the undefined unit's own code; NO_VALUE where the page has none.
 WCHAR Known(const CodePage& page, unsigned pair)
 {
-    const WCHAR unit = page.fromPair[pair];
-    return unit == page.facts->undefinedUnit && page.fromUnit[unit] != pair ? NO_VALUE : unit;
+    const WCHAR unit = page.FromPair(pair);
+    return unit == page.facts->undefinedUnit && page.FromUnit(unit) != pair ? NO_VALUE : unit;
 }
 
 // Three letters of five bits each: a syllable, or one letter alone.
@@ -53,7 +53,7 @@ unsigned KoreanRow(unsigned lead, bool second)
 }
 
 // 188 trail bytes in two stretches are two rows of 94.
-void FillJohabRow(CodePage& page, const CodePage& korean, unsigned lead)
+void FillJohabRow(CodePageDraft& page, const CodePage& korean, unsigned lead)
 {
     unsigned place = 0;
     for (unsigned trail = 0x31; trail <= 0xFE; trail++) {
@@ -77,7 +77,7 @@ unsigned ShiftedPair(unsigned lead, unsigned trail)
 }
 } // namespace
 
-void ApplyJohabRule(CodePage& page, const CodePage& korean)
+void ApplyJohabRule(CodePageDraft& page, const CodePage& korean)
 {
     for (unsigned pair = 0x8400; pair <= 0xD3FF; pair++)
         page.fromPair[pair] = Hangul(pair);
@@ -86,7 +86,7 @@ void ApplyJohabRule(CodePage& page, const CodePage& korean)
             FillJohabRow(page, korean, lead);
 }
 
-bool ApplyEucJpRule(CodePage& page, const CodePage& japanese)
+bool ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese)
 {
     Converter converter("euc-jp-2007");
     if (!converter.IsOpen())

@@ -53,7 +53,7 @@ private:
     const unsigned char* next;
 };
 
-void FillBytes(CodePage& page, Converter& converter)
+void FillBytes(CodePageDraft& page, Converter& converter)
 {
     for (unsigned byte = 0; byte < 256; byte++) {
         const char bytes[] = {static_cast<char>(byte)};
@@ -62,43 +62,34 @@ void FillBytes(CodePage& page, Converter& converter)
     }
 }
 
-void FillPairs(CodePage& page, Converter& converter)
+void FillPairs(CodePageDraft& page, Converter& converter)
 {
-    for (unsigned pair = 0; pair < 0x10000; pair++) {
-        const char bytes[] = {static_cast<char>(pair >> 8), static_cast<char>(pair)};
-        if (page.isLead[pair >> 8])
-            page.fromPair[pair] = converter.ToUnit(bytes, 2);
-    }
+    for (unsigned lead = 0; lead < 256; lead++)
+        if (page.isLead[lead])
+            converter.ToUnits(static_cast<BYTE>(lead), page.fromPair + (lead << 8));
 }
 
-void FillUnits(CodePage& page, Converter& converter)
+void FillUnit(void* place, WCHAR unit, const BYTE* bytes, int count)
 {
-    for (unsigned unit = 0; unit < 0x10000; unit++) {
-        char bytes[4];
-        const int count = converter.FromUnit(static_cast<WCHAR>(unit), bytes);
-        const unsigned first = static_cast<unsigned char>(bytes[0]);
-        if (count == 1 && !page.isLead[first])
-            page.fromUnit[unit] = static_cast<WCHAR>(first);
-        else if (count == 2 && page.isLead[first])
-            page.fromUnit[unit] =
-                static_cast<WCHAR>(first << 8 | static_cast<unsigned char>(bytes[1]));
-    }
+    CodePageDraft& page = *static_cast<CodePageDraft*>(place);
+    if (count == 1 && !page.isLead[bytes[0]])
+        page.fromUnit[unit] = bytes[0];
+    else if (count == 2 && page.isLead[bytes[0]])
+        page.fromUnit[unit] = static_cast<WCHAR>(bytes[0] << 8 | bytes[1]);
 }
 
-bool FillFromConverter(CodePage& page)
+bool FillFromConverter(CodePageDraft& page)
 {
     Converter converter(page.facts->converter);
     if (!converter.IsOpen())
         return false;
     FillBytes(page, converter);
-    if (page.HasPairs())
-        FillPairs(page, converter);
-    FillUnits(page, converter);
-    return true;
+    FillPairs(page, converter);
+    return converter.FromUnits(&page, FillUnit);
 }
 
 // The reverse of bytes and pairs; of several codes for a unit the lowest one.
-void FillReverse(CodePage& page)
+void FillReverse(CodePageDraft& page)
 {
     for (unsigned pair = 0x10000; pair-- > 0x100;)
         if (page.fromPair[pair] != NO_VALUE)
@@ -108,7 +99,7 @@ void FillReverse(CodePage& page)
             page.fromUnit[page.fromByte[byte]] = static_cast<WCHAR>(byte);
 }
 
-bool FillFromRule(CodePage& page)
+bool FillFromRule(CodePageDraft& page)
 {
     const bool johab = page.facts->rule == CodePageRule::johab;
     const CodePage* const base = FindCodePage(johab ? 949 : 932);
@@ -125,7 +116,7 @@ bool FillFromRule(CodePage& page)
     return true;
 }
 
-void ApplyPatches(CodePage& page)
+void ApplyPatches(CodePageDraft& page)
 {
     PatchReader reader(page.facts->patchStart);
     reader.Read(page.facts->patchRowsTo, [&page](unsigned code, WCHAR value) {
@@ -135,16 +126,7 @@ void ApplyPatches(CodePage& page)
                 [&page](unsigned code, WCHAR value) { page.fromUnit[code] = value; });
 }
 
-// From here on a byte or a pair without a unit gives the page's undefined unit.
-void Settle(CodePage& page)
-{
-    const WCHAR undefined = page.facts->undefinedUnit;
-    std::replace(std::begin(page.fromByte), std::end(page.fromByte), NO_VALUE, undefined);
-    if (page.HasPairs())
-        std::replace(page.fromPair, page.fromPair + 0x10000, NO_VALUE, undefined);
-}
-
-bool Fill(CodePage& page, const CodePageFacts& facts)
+bool Fill(CodePageDraft& page, const CodePageFacts& facts)
 {
     page.facts = &facts;
     for (const LeadRange& range : facts.leads)
@@ -152,8 +134,8 @@ bool Fill(CodePage& page, const CodePageFacts& facts)
             page.isLead[byte] = true;
     std::fill(std::begin(page.fromByte), std::end(page.fromByte), NO_VALUE);
     std::fill(std::begin(page.fromUnit), std::end(page.fromUnit), NO_VALUE);
-    if (page.HasPairs())
-        std::fill(page.fromPair, page.fromPair + 0x10000, NO_VALUE);
+    if (HasPairs(facts))
+        std::fill(std::begin(page.fromPair), std::end(page.fromPair), NO_VALUE);
 
     if (facts.rule == CodePageRule::icu && !FillFromConverter(page))
         return false;
@@ -161,20 +143,101 @@ bool Fill(CodePage& page, const CodePageFacts& facts)
         !FillFromRule(page))
         return false;
     ApplyPatches(page);
-    Settle(page);
+    // From here on a byte or a pair without a unit gives the page's undefined unit.
+    const WCHAR undefined = facts.undefinedUnit;
+    std::replace(std::begin(page.fromByte), std::end(page.fromByte), NO_VALUE, undefined);
+    if (HasPairs(facts))
+        std::replace(std::begin(page.fromPair), std::end(page.fromPair), NO_VALUE, undefined);
     return true;
+}
+
+constexpr unsigned ROW = 256;
+
+// Whether all values of a row are the same one.
+bool IsEmpty(const WCHAR* row, WCHAR value)
+{
+    return std::all_of(row, row + ROW, [value](WCHAR other) { return other == value; });
+}
+
+unsigned CountRows(const WCHAR* table, WCHAR none)
+{
+    unsigned count = 1;
+    for (unsigned row = 0; row < 256; row++)
+        count += !IsEmpty(table + row * ROW, none);
+    return count;
+}
+
+// Lays the rows of a table at next, first one for all that are empty; the place behind them.
+WCHAR* LayRows(const WCHAR* table, WCHAR none, WCHAR* next, const WCHAR* (&rows)[256])
+{
+    const WCHAR* const empty = next;
+    next = std::fill_n(next, ROW, none);
+    for (unsigned row = 0; row < 256; row++) {
+        const WCHAR* const from = table + row * ROW;
+        rows[row] = IsEmpty(from, none) ? empty : next;
+        if (rows[row] == next)
+            next = std::copy_n(from, ROW, next);
+    }
+    return next;
+}
+
+bool IsOwn(const CodePageDraft& draft, unsigned byte, unsigned unit)
+{
+    return !draft.isLead[byte] && draft.fromByte[byte] == unit && draft.fromUnit[unit] == byte;
+}
+
+bool HasAscii(const CodePageDraft& draft)
+{
+    unsigned byte = 0;
+    while (byte < 0x80 && IsOwn(draft, byte, byte))
+        byte++;
+    return byte == 0x80;
+}
+
+// The longest one.
+ByteRun FindRun(const CodePageDraft& draft)
+{
+    ByteRun best{};
+    for (unsigned first = 0x80; first < 0x100; first++) {
+        const unsigned unit = draft.fromByte[first];
+        unsigned length = 0;
+        while (first + length < 0x100 && unit + length < 0x10000 &&
+               IsOwn(draft, first + length, unit + length))
+            length++;
+        if (length > best.length)
+            best = {static_cast<BYTE>(first), static_cast<BYTE>(length), static_cast<WCHAR>(unit)};
+    }
+    return best;
+}
+
+// The tables as they are kept; null when the memory can't be had.
+const CodePage* Pack(const CodePageDraft& draft)
+{
+    const WCHAR undefined = draft.facts->undefinedUnit;
+    const bool pairs = HasPairs(*draft.facts);
+    const unsigned rows =
+        CountRows(draft.fromUnit, NO_VALUE) + (pairs ? CountRows(draft.fromPair, undefined) : 0);
+    CodePage* const page =
+        static_cast<CodePage*>(std::calloc(1, sizeof(CodePage) + rows * ROW * sizeof(WCHAR)));
+    if (!page)
+        return nullptr;
+    page->facts = draft.facts;
+    page->hasAscii = HasAscii(draft);
+    page->run = FindRun(draft);
+    std::copy(std::begin(draft.isLead), std::end(draft.isLead), page->isLead);
+    std::copy(std::begin(draft.fromByte), std::end(draft.fromByte), page->fromByte);
+    WCHAR* const next = LayRows(draft.fromUnit, NO_VALUE, page->rows, page->unitRows);
+    if (pairs)
+        LayRows(draft.fromPair, undefined, next, page->pairRows);
+    return page;
 }
 
 // Null when the memory can't be had.
 const CodePage* Build(const CodePageFacts& facts)
 {
-    const bool pairs = facts.leads[0].first <= facts.leads[0].last;
-    const std::size_t size = sizeof(CodePage) + (pairs ? 0x10000 * sizeof(WCHAR) : 0);
-    CodePage* const page = static_cast<CodePage*>(std::calloc(1, size));
-    if (page && !Fill(*page, facts)) {
-        std::free(page);
-        return nullptr;
-    }
+    CodePageDraft* const draft = static_cast<CodePageDraft*>(std::calloc(1, sizeof(CodePageDraft)));
+    const CodePage* const page = draft && Fill(*draft, facts) ? Pack(*draft) : nullptr;
+    std::free(draft);
     return page;
 }
 } // namespace

@@ -10,18 +10,50 @@ namespace winapi
 // A value of the tables that stands for no value.
 constexpr WCHAR NO_VALUE = 0xFFFF;
 
+inline bool HasPairs(const CodePageFacts& facts)
+{
+    return facts.leads[0].first <= facts.leads[0].last;
+}
+
+// Bytes of the upper half whose units follow one another too, in both directions.
+struct ByteRun
+{
+    BYTE first;
+    BYTE length; // 0 for none
+    WCHAR unit;  // that of the first
+
+    bool HasByte(BYTE byte) const { return static_cast<BYTE>(byte - first) < length; }
+    bool HasUnit(WCHAR wide) const { return static_cast<WCHAR>(wide - unit) < length; }
+};
+
 // The tables of one page. Pages of one byte a character have no pairs.
 struct CodePage
 {
     const CodePageFacts* facts;
+    bool hasAscii; // the bytes below 80 are the units of the same numbers, in both directions
+    ByteRun run;
     bool isLead[256];
     WCHAR fromByte
         [256]; // the unit of each byte; the page's undefined unit for lead bytes and where it has none
-    WCHAR fromUnit
-        [0x10000];    // the byte or, above 255, the pair of each unit; NO_VALUE where there is none
-    WCHAR fromPair[]; // pages of two bytes: the unit of each pair, 65536 of them; else none
+    const WCHAR* unitRows[256]; // of 256 units each
+    const WCHAR* pairRows[256]; // of 256 pairs each
+    WCHAR rows[];               // rows that are alike stand here once
 
-    bool HasPairs() const { return facts->leads[0].first <= facts->leads[0].last; }
+    bool HasPairs() const { return winapi::HasPairs(*facts); }
+    // The byte or, above 255, the pair; NO_VALUE where there is none.
+    WCHAR FromUnit(WCHAR unit) const { return unitRows[unit >> 8][unit & 0xFF]; }
+    // The page's undefined unit where there is none.
+    WCHAR FromPair(unsigned pair) const { return pairRows[pair >> 8][pair & 0xFF]; }
+};
+
+// The tables while they are made: in one piece, with NO_VALUE wherever there is none.
+struct CodePageDraft
+{
+    const CodePageFacts* facts;
+    bool isLead[256];
+    WCHAR fromByte[256];
+    WCHAR fromUnit[0x10000];
+    WCHAR fromPair[0x10000];
 };
 
 // The facts of a page; null for an unknown one.
@@ -33,10 +65,10 @@ const CodePage* FindCodePage(UINT page);
 
 // Fills in what a rule gives for pairs; the tables hold no value yet. The tables of the base page
 // stand ready.
-void ApplyJohabRule(CodePage& page, const CodePage& korean);
-bool ApplyEucJpRule(CodePage& page, const CodePage& japanese);
+void ApplyJohabRule(CodePageDraft& page, const CodePage& korean);
+bool ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese);
 
-// A converter of ICU that stops where it has no answer.
+// A converter of ICU.
 class Converter
 {
 public:
@@ -49,8 +81,12 @@ public:
 
     // The one unit that the bytes give, NO_VALUE where they give none or more.
     WCHAR ToUnit(const char* bytes, int count);
-    // The bytes of a unit; their number, 0 where it has none or more than fit.
-    int FromUnit(WCHAR unit, char (&bytes)[4]);
+    // The same for each of the 256 pairs behind a lead byte.
+    void ToUnits(BYTE lead, WCHAR* units);
+    // Calls apply(place, unit, bytes, count) for each unit that has bytes, in order; false when it
+    // can't be told which have.
+    using Apply = void (*)(void* place, WCHAR unit, const BYTE* bytes, int count);
+    bool FromUnits(void* place, Apply apply);
 
 private:
     UConverter* handle;
