@@ -22,6 +22,7 @@
 #include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/Frame/Exit.h>
 #include <Ostra/Frame/Init.h>
+#include <Ostra/Frame/Interlocked.h>
 #include <Ostra/Frame/OstraDLLMain.h>
 #include <Ostra/Frame/Shared.h>
 #include <Ostra/Frame/Text.h>

@@ -99,7 +99,7 @@ void CheckBytes(UINT page, const Characters& characters, const std::string& text
     EXPECT_TRUE(expected == exact);
 }
 
-// Runs of ASCII, of neighbours and single characters, in an order of chance that is always the same.
+// Runs of ASCII, of neighbours and single characters, always the same.
 template <class Text>
 Text MixedText(unsigned seed, unsigned size)
 {

@@ -7,6 +7,8 @@
 
 #include <Ostra/Buffer/Buffer.h>
 
+#include <cstdlib>
+
 class CT_Block
 {
 public:
@@ -16,7 +18,19 @@ public:
 
     // Maximum size of a block for n_Size bytes: the least multiple of the growth that holds them
     // and the header, less the header.
-    static unsigned sn_Maximum(unsigned n_Size, unsigned n_Growth);
+    static unsigned sn_Maximum(unsigned n_Size, unsigned n_Growth)
+    {
+        unsigned n_Sum;
+        if (__builtin_add_overflow(n_Size, n_Growth, &n_Sum) ||
+            __builtin_add_overflow(n_Sum, HEADER_SIZE - 1, &n_Sum))
+            return TOO_LARGE;
+        // Most growths are a power of two, and a division takes longer than the rest of a step.
+        if (n_Growth && !(n_Growth & (n_Growth - 1)))
+            return (n_Sum & -n_Growth) - HEADER_SIZE;
+        // A growth of 0 is the caller's fault, and stops the program here as it always did.
+        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero)
+        return n_Sum / n_Growth * n_Growth - HEADER_SIZE;
+    }
     // The sum, or TOO_LARGE.
     static unsigned sn_Sum(unsigned n_First, unsigned n_Second)
     {
@@ -30,5 +44,29 @@ public:
     // when the heap is exhausted, and the block is as it was. The caller is the only holder, and
     // sets the used size.
     static char* spc_Resize(char* pc_Data, unsigned n_Maximum);
-    static void sv_Delete(char* pc_Data);
+    static void sv_Delete(char* pc_Data) { std::free(pso_Of(pc_Data)); }
+
+private:
+    struct st_Block
+    {
+        unsigned n_Room; // bytes of data that the heap block really has room for
+        CT_Buffer::st_BufferData so_Data;
+    };
+
+    static st_Block* pso_Of(char* pc_Data) { return reinterpret_cast<st_Block*>(pc_Data) - 1; }
+    static char* pc_DataOf(st_Block* pso_Block) { return reinterpret_cast<char*>(pso_Block + 1); }
+    static st_Block* pso_Take(st_Block* pso_Old, unsigned n_Room);
+    static st_Block* pso_Grow(st_Block* pso_Old, unsigned n_Room);
 };
+
+inline char* CT_Block::spc_New(unsigned n_Maximum)
+{
+    std::size_t n_Bytes;
+    if (n_Maximum == TOO_LARGE || __builtin_add_overflow(n_Maximum, sizeof(st_Block), &n_Bytes))
+        return nullptr;
+    st_Block* pso_Block = static_cast<st_Block*>(std::malloc(n_Bytes));
+    if (!pso_Block)
+        return nullptr;
+    *pso_Block = {n_Maximum, {1, n_Maximum, 0}};
+    return pc_DataOf(pso_Block);
+}

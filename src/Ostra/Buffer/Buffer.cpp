@@ -18,7 +18,6 @@ static_assert(offsetof(CT_Buffer::st_BufferData, n_UsedSize) == 8);
 
 namespace
 {
-constexpr unsigned DEFAULT_GROWTH = 32;
 constexpr unsigned COPY_GROWTH = 32;
 constexpr unsigned SCRATCH_SIZE = 32;
 constexpr unsigned OUT_OF_MEMORY = 60006;
@@ -34,12 +33,6 @@ void v_Move(char* pc_To, const void* qcv_From, unsigned n_Count)
 
 // ---- Construction ---------------------------------------------------------------------------
 
-CT_Buffer::CT_Buffer()
-{
-    v_Null();
-    v_Init();
-}
-
 CT_Buffer::CT_Buffer(unsigned n_Size, unsigned n_NewGrowth)
 {
     v_Null();
@@ -50,17 +43,6 @@ CT_Buffer::CT_Buffer(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth
 {
     v_Null();
     v_Init(qcv_Data, n_Size, n_NewGrowth);
-}
-
-CT_Buffer::CT_Buffer(const CT_Buffer* pcco_Buffer)
-{
-    v_Null();
-    v_Init(pcco_Buffer);
-}
-
-CT_Buffer::~CT_Buffer()
-{
-    v_DecUseCount();
 }
 
 void* CT_Buffer::operator new(std::size_t n_Size) noexcept
@@ -77,11 +59,6 @@ void CT_Buffer::v_Null()
 {
     n_Growth = 0;
     pc_Data = nullptr;
-}
-
-void CT_Buffer::v_Init()
-{
-    v_Init(DEFAULT_GROWTH);
 }
 
 void CT_Buffer::v_Init(unsigned n_NewGrowth)
@@ -478,18 +455,7 @@ void CT_Buffer::v_AtInsertMove(CT_Buffer* pco_Buffer, unsigned n_From, unsigned 
 void CT_Buffer::v_IncUseCount()
 {
     if (pc_Data)
-        InterlockedIncrement(&pso_GetData()->n_UseCount);
-}
-
-// The value that the decrement returned decides: of two holders that let go together only one gets
-// the 0.
-void CT_Buffer::v_DecUseCount()
-{
-    if (!pc_Data)
-        return;
-    // Nobody can join a sole holder meanwhile, which spares it the interlocked operation.
-    if (n_ReadUseCount() == 1 || InterlockedDecrement(&pso_GetData()->n_UseCount) == 0)
-        v_DeleteData();
+        CT_Interlocked::si4_Inc(pso_GetData()->n_UseCount);
 }
 
 void CT_Buffer::v_DeleteData()

@@ -3,6 +3,7 @@
 
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/Interlocked.h>
 
 #include <windows.h>
 
@@ -35,15 +36,21 @@ public:
     // ---- Construction -----------------------------------------------------------------------
 
     // Growth 32, no block.
-    CT_Buffer();
+    CT_Buffer() : n_Growth(DEFAULT_GROWTH), pc_Data(nullptr) {}
     // Room for n_Size bytes, used size 0; no block for 0.
     CT_Buffer(unsigned n_Size, unsigned n_Growth);
     // The same, with the bytes copied in.
     CT_Buffer(const void* qcv_Data, unsigned n_Size, unsigned n_Growth);
     // Shares the block and takes the growth.
-    CT_Buffer(const CT_Buffer* pcco_Buffer);
+    CT_Buffer(const CT_Buffer* pcco_Buffer)
+        : n_Growth(pcco_Buffer->n_Growth),
+          pc_Data(pcco_Buffer->pc_Data)
+    {
+        if (pc_Data)
+            CT_Interlocked::si4_Inc(pso_GetData()->n_UseCount);
+    }
     CT_Buffer(const CT_Buffer&) = delete;
-    ~CT_Buffer();
+    ~CT_Buffer() { v_DecUseCount(); }
 
     // Kept: copies the two members without a use of the block; v_Set shares.
     CT_Buffer& operator=(const CT_Buffer& co_Other) = default;
@@ -127,11 +134,15 @@ public:
 
 private:
     friend class CT_VoidArray; // appends items without a call
+    template <class Unit>
+    friend class CT_TextBuffer; // makes blocks of a text and appends to them without a call
+
+    static constexpr unsigned DEFAULT_GROWTH = 32;
 
     // ---- Life -------------------------------------------------------------------------------
 
     void v_Null();
-    void v_Init();
+    void v_Init() { v_Init(DEFAULT_GROWTH); }
     void v_Init(unsigned n_NewGrowth);
     void v_Init(unsigned n_Size, unsigned n_NewGrowth);
     void v_Init(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth);
@@ -148,7 +159,15 @@ private:
     }
     int b_IsShared() const { return pc_Data && n_ReadUseCount() >= 2; }
     void v_IncUseCount();
-    void v_DecUseCount();
+    void v_DecUseCount()
+    {
+        // Nobody can join a sole holder meanwhile, which spares it the interlocked operation. For
+        // others the value that the decrement returned decides: of two that let go together only
+        // one gets the 0.
+        if (pc_Data &&
+            (n_ReadUseCount() == 1 || CT_Interlocked::si4_Dec(pso_GetData()->n_UseCount) == 0))
+            v_DeleteData();
+    }
     void v_LetGo();
     void v_DeleteData();
     void v_CopyBeforeWrite();

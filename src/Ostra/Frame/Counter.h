@@ -2,12 +2,14 @@
 #pragma once
 
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/Interlocked.h>
 
 #include <windows.h>
 
 #include <atomic>
 
-// A signed 32-bit number whose changes are the system's interlocked operations.
+// A signed 32-bit number whose changes are the interlocked operations of the system, as far as any
+// thread can tell.
 //
 // Reports: nothing.
 // Threads: any number; a reading is a plain one and orders nothing.
@@ -29,8 +31,8 @@ public:
     ~CT_Counter() {}
 
     // Change by one; the result is the system's, the new value.
-    LONG i4_Inc() { return InterlockedIncrement(&i4_Value); }
-    LONG i4_Dec() { return InterlockedDecrement(&i4_Value); }
+    LONG i4_Inc() { return CT_Interlocked::si4_Inc(i4_Value); }
+    LONG i4_Dec() { return CT_Interlocked::si4_Dec(i4_Value); }
     void v_Set(LONG i4_New) { InterlockedExchange(&i4_Value, i4_New); }
 
     LONG i4_Get() const

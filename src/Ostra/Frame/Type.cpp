@@ -100,11 +100,10 @@ int CT_Type::sb_InConstruct(const void* pcv_This)
     return spco_Construct && spco_Construct->b_InObject(pcv_This);
 }
 
-int CT_Type::sb_InDestruct(const void* pcv_This)
+// sb_InDestruct while a specimen is being destructed.
+int CT_Type::sb_InSpecimen(const void* pcv_This)
 {
     CT_Type* pco_Type = spco_Destruct;
-    if (!pco_Type)
-        return 0;
     // Kept: the count stays reduced, so a record whose specimen is gone has no types.
     if (--pco_Type->n_Types == 0)
         spco_Destruct = nullptr;

@@ -55,7 +55,10 @@ public:
     static int sb_InConstruct(const void* pcv_This);
     // True if the address lies in the specimen under destruction; asked once by each of its class
     // levels.
-    static int sb_InDestruct(const void* pcv_This);
+    static int sb_InDestruct(const void* pcv_This)
+    {
+        return spco_Destruct ? sb_InSpecimen(pcv_This) : 0;
+    }
     // Announces the destruction of the specimen of that record.
     static void sv_ToDestruct(void* pv_Type);
 
@@ -63,6 +66,7 @@ private:
     void v_Init(char* qcz_TypeName, void* pv_Specimen, unsigned n_SpecimenSize);
     void v_Exit();
     int b_InObject(const void* pcv_This) const;
+    static int sb_InSpecimen(const void* pcv_This);
 
     static constexpr unsigned MAX_TYPES = 32;
 

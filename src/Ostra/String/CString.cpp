@@ -17,8 +17,10 @@ static constexpr unsigned ALL = -1;
 // ---- Construction ---------------------------------------------------------------------------
 
 CT_CString::CT_CString(const char* qccz_Text, unsigned n_Count, unsigned n_NewCodePage)
+    : n_CodePage(n_NewCodePage)
 {
-    CT_CString::vv_Init(qccz_Text, n_Count, n_NewCodePage);
+    Bytes::sv_Make(co_Buffer, qccz_Text,
+                   n_Count == ALL ? Bytes::Text::sn_Length(qccz_Text) : n_Count);
 }
 
 CT_CString::CT_CString(const unsigned short* qcuz_Text, unsigned n_Count, unsigned n_NewCodePage)
@@ -44,11 +46,6 @@ CT_CString::CT_CString(const CT_UString* pcco_Text, unsigned n_NewCodePage)
     CT_CString::vv_Init(pcco_Text);
 }
 
-CT_CString::CT_CString(const CT_CString* pcco_Text)
-    : CT_String(&pcco_Text->co_Buffer),
-      n_CodePage(pcco_Text->n_CodePage)
-{}
-
 // The base enters no record here: a CT_CString is no kind of CT_String to the type records.
 CT_CString::CT_CString(CT_Type*) : n_CodePage(0)
 {
@@ -57,13 +54,6 @@ CT_CString::CT_CString(CT_Type*) : n_CodePage(0)
     CT_Type::sv_Enter(this, &sco_Type);
     if (this == &sco_Object)
         sco_Type.v_Enter();
-}
-
-CT_CString::~CT_CString()
-{
-    if (this == &sco_Object)
-        CT_Type::sv_ToDestruct(&sco_Type);
-    CT_Type::sb_InDestruct(this);
 }
 
 void* CT_CString::operator new(std::size_t n_Size) noexcept

@@ -29,7 +29,10 @@ public:
     CT_CString(const CT_String* pcco_Text, unsigned n_CodePage = 0);
     CT_CString(const CT_UString* pcco_Text, unsigned n_CodePage = 0);
     // Shares the data, copies the code page.
-    CT_CString(const CT_CString* pcco_Text);
+    CT_CString(const CT_CString* pcco_Text)
+        : CT_String(&pcco_Text->co_Buffer),
+          n_CodePage(pcco_Text->n_CodePage)
+    {}
     // The specimen.
     CT_CString(CT_Type* pco_Type);
     // Kept: copies the members without a hold on the block; the pointer form shares.
@@ -68,7 +71,12 @@ public:
     const CT_Type* vpcco_GetType() const override;
     void* vpv_IsA(const CT_Type* pcco_Type) const override;
     void* vpv_IsKindOf(const CT_Type* pcco_Type) const override;
-    ~CT_CString() override;
+    ~CT_CString() override
+    {
+        if (this == &sco_Object)
+            CT_Type::sv_ToDestruct(&sco_Type);
+        CT_Type::sb_InDestruct(this);
+    }
     CT_String* vpco_Create() const override;
     void vv_SetSize(unsigned n_Length, int b_Keep) override;
     void vv_SetMinSize(unsigned n_Length, int b_Keep) override;

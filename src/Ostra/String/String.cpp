@@ -32,13 +32,6 @@ CT_String::CT_String(CT_Type*)
         sco_Type.v_Enter();
 }
 
-CT_String::~CT_String()
-{
-    if (this == &sco_Object)
-        CT_Type::sv_ToDestruct(&sco_Type);
-    CT_Type::sb_InDestruct(this);
-}
-
 // ---- The interface, empty here ----------------------------------------------------------------
 
 const CT_Type* CT_String::spcco_GetType()

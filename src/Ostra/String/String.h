@@ -35,7 +35,12 @@ public:
     virtual void* vpv_IsA(const CT_Type* pcco_Type) const;
     // The sub-object of that class, or null.
     virtual void* vpv_IsKindOf(const CT_Type* pcco_Type) const;
-    virtual ~CT_String();
+    virtual ~CT_String()
+    {
+        if (this == &sco_Object)
+            CT_Type::sv_ToDestruct(&sco_Type);
+        CT_Type::sb_InDestruct(this);
+    }
     // A new string of the same class that shares this one's data; null when the heap is exhausted.
     virtual CT_String* vpco_Create() const;
 

@@ -5,11 +5,26 @@
 #include <Ostra/String/UString.h>
 
 #include <algorithm>
+#include <cstring>
+
+// Whether the object is exactly of the specimen's class, by their tables of virtual operations: so
+// the library's own strings are known without a call. A class derived from them is asked.
+inline bool b_IsLike(const CT_String* pcco_Text, const CT_String& co_Specimen)
+{
+    const void* pcv_Table;
+    const void* pcv_Specimen;
+    std::memcpy(&pcv_Table, static_cast<const void*>(pcco_Text), sizeof(pcv_Table));
+    std::memcpy(&pcv_Specimen, static_cast<const void*>(&co_Specimen), sizeof(pcv_Specimen));
+    return pcv_Table == pcv_Specimen;
+}
 
 // The string as one of bytes; null if it isn't one.
 inline const CT_CString* pcco_Bytes(const CT_String* pcco_Text)
 {
-    return pcco_Text->vpv_IsA(CT_CString::spcco_GetType())
+    if (b_IsLike(pcco_Text, CT_UString::sco_Object))
+        return 0;
+    return b_IsLike(pcco_Text, CT_CString::sco_Object) ||
+                   pcco_Text->vpv_IsA(CT_CString::spcco_GetType())
                ? static_cast<const CT_CString*>(pcco_Text)
                : 0;
 }
@@ -17,7 +32,10 @@ inline const CT_CString* pcco_Bytes(const CT_String* pcco_Text)
 // The string as one of units; null if it isn't one.
 inline const CT_UString* pcco_Units(const CT_String* pcco_Text)
 {
-    return pcco_Text->vpv_IsA(CT_UString::spcco_GetType())
+    if (b_IsLike(pcco_Text, CT_CString::sco_Object))
+        return 0;
+    return b_IsLike(pcco_Text, CT_UString::sco_Object) ||
+                   pcco_Text->vpv_IsA(CT_UString::spcco_GetType())
                ? static_cast<const CT_UString*>(pcco_Text)
                : 0;
 }

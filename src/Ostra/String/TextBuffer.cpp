@@ -2,6 +2,8 @@
 #include <Ostra/String/TextBuffer.h>
 
 #include <Ostra/Frame/Report.h>
+#include <Ostra/String/CharacterPlaces.h>
+#include <Ostra/String/TextSearch.h>
 
 #include <algorithm>
 
@@ -16,7 +18,7 @@ unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, Unit c_Find, unsi
     const unsigned n_Count = std::max(sn_Used(co), 1u);
     if (n_From >= n_Count)
         return Text::NONE;
-    const unsigned n = Text::sn_Find(spc_Get(co) + n_From, n_Count - n_From, c_Find);
+    const unsigned n = CT_TextSearch<Unit>::sn_Find(spc_Get(co) + n_From, n_Count - n_From, c_Find);
     return n == Text::NONE ? n : n + n_From;
 }
 
@@ -27,8 +29,8 @@ unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, const Unit* qc_Fi
         return n_From;
     if (n_From >= sn_Length(co))
         return Text::NONE;
-    const unsigned n = Text::sn_Find(spc_Get(co) + n_From, sn_Length(co) - n_From, qc_Find,
-                                     Text::sn_Length(qc_Find));
+    const unsigned n = CT_TextSearch<Unit>::sn_Find(spc_Get(co) + n_From, sn_Length(co) - n_From,
+                                                    qc_Find, Text::sn_Length(qc_Find));
     return n == Text::NONE ? n : n + n_From;
 }
 
@@ -210,6 +212,12 @@ Unit* CT_TextBuffer<Unit>::spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsig
 template <class Unit>
 void CT_TextBuffer<Unit>::sv_Append(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count)
 {
+    if (Unit* pc_To = spc_Spare(co, n_Count)) {
+        // The text may be the one that is appended to.
+        std::memmove(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
+        pc_To[n_Count] = 0;
+        return;
+    }
     sv_Hold(co, pcc_Text, [&] {
         if (Unit* pc_To = spc_AppendRoom(co, n_Count, 1))
             std::memcpy(pc_To, pcc_Text, std::size_t(n_Count) * SIZE);
@@ -237,10 +245,14 @@ void CT_TextBuffer<Unit>::sv_StripLeft(CT_Buffer& co)
 template <class Unit>
 void CT_TextBuffer<Unit>::sv_Strip(CT_Buffer& co, const Unit* qc_Set)
 {
-    sv_Remove(co, Text::sn_Span(spc_Get(co), qc_Set), 0);
+    CT_CharacterPlaces<Unit> co_Places(qc_Set);
+    const Unit* qc_Rest = spc_Get(co);
+    while (co_Places.b_Has(*qc_Rest))
+        ++qc_Rest;
+    sv_Remove(co, static_cast<unsigned>(qc_Rest - spc_Get(co)), 0);
     const unsigned n_Length = sn_Length(co);
     unsigned n_End = n_Length;
-    while (n_End > 1 && Text::sb_InSet(spc_Get(co)[n_End - 1], qc_Set))
+    while (n_End > 1 && co_Places.b_Has(spc_Get(co)[n_End - 1]))
         --n_End;
     sv_Remove(co, n_Length - n_End, n_End);
 }
@@ -257,9 +269,10 @@ template <class Unit>
 Unit* CT_TextBuffer<Unit>::spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* qc_From,
                                        const Unit* qc_To, unsigned n_To)
 {
+    CT_CharacterPlaces<Unit> co_Places(qc_From);
     Unit* pc_Write = pc_Rest;
     while (++pc_Rest < pc_End) {
-        const unsigned n = Text::sn_Index(*pc_Rest, qc_From);
+        const unsigned n = co_Places.n_Index(*pc_Rest);
         if (n == Text::NONE)
             *pc_Write++ = *pc_Rest;
         else if (n < n_To)
@@ -274,8 +287,10 @@ void CT_TextBuffer<Unit>::sv_Translate(CT_Buffer& co, const Unit* qc_From, const
 {
     const unsigned n_Length = sn_Length(co);
     Unit* pc_Text = spc_Data(co);
+    // A replacement may go into the set too, where both are one text.
+    CT_CharacterPlaces<Unit> co_Places(qc_From, !sb_Inside(co, qc_From));
     for (unsigned n = 0; n < n_Length; ++n) {
-        const unsigned n_Index = Text::sn_Index(pc_Text[n], qc_From);
+        const unsigned n_Index = co_Places.n_Index(pc_Text[n]);
         if (n_Index == Text::NONE)
             continue;
         if (n_Index < n_To) {

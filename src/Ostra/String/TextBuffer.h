@@ -5,6 +5,8 @@
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/String/TextOperations.h>
 
+#include <algorithm>
+
 // The work of the two string classes on their buffer. Lengths, counts and offsets are characters.
 //
 // An operation that finds no room after it asked for it stops, with the report of the buffer set
@@ -36,6 +38,16 @@ public:
     {
         return n_Offset <= sn_Length(co) ? spc_Get(co) + n_Offset : EMPTY;
     }
+    // Whether the offset lies in the text or at its end.
+    static bool sb_Has(const CT_Buffer& co, unsigned n_Offset) { return n_Offset < sn_Used(co); }
+    // -1, 0 or 1, of the texts from offsets on that they have.
+    static int si_Compare(const CT_Buffer& co_Left, unsigned n_Left, const CT_Buffer& co_Right,
+                          unsigned n_Right)
+    {
+        return Text::si_CompareKnown(
+            spc_Data(co_Left) + n_Left, spc_Data(co_Right) + n_Right,
+            std::min(sn_Used(co_Left) - n_Left, sn_Used(co_Right) - n_Right));
+    }
     static unsigned sn_FindFrom(const CT_Buffer& co, Unit c_Find, unsigned n_From);
     static unsigned sn_FindFrom(const CT_Buffer& co, const Unit* qc_Find, unsigned n_From);
 
@@ -63,6 +75,8 @@ public:
                         bool b_Cut);
     static void sv_StringReplace(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count,
                                  unsigned n_Offset);
+    // The text of a string that has no block yet.
+    static void sv_Make(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count);
     // Room behind n_Offset for a conversion into a block of the string's own; null when there is
     // none.
     static Unit* spc_Prepare(CT_Buffer& co, std::uint64_t n_Count, unsigned n_Offset);
@@ -78,11 +92,12 @@ public:
     // Asks for n_Factor times the room that it needs.
     static void sv_Append(CT_Buffer& co, Unit c_Append, unsigned n_Factor)
     {
-        Unit* pc_To = spc_Spare(co);
-        if (!pc_To)
-            pc_To = spc_AppendRoom(co, 1, n_Factor);
-        if (pc_To)
-            *pc_To = c_Append;
+        if (Unit* pc_To = spc_Spare(co, 1)) {
+            const Unit ac_End[2] = {c_Append, 0};
+            std::memcpy(pc_To, ac_End, sizeof(ac_End));
+        } else if (Unit* pc_Room = spc_AppendRoom(co, 1, n_Factor)) {
+            *pc_Room = c_Append;
+        }
     }
     static void sv_Remove(CT_Buffer& co, unsigned n_Count, unsigned n_Offset);
     static void sv_StripLeft(CT_Buffer& co);
@@ -121,19 +136,20 @@ private:
         return sn_Room(co) ? n_Length < sn_Room(co) : !n_Length;
     }
     static bool sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b_Keep);
-    // The place for one more character, with the terminator behind it, if it takes no change of the
-    // block.
-    static Unit* spc_Spare(CT_Buffer& co)
+    // The place for n_Count characters more, which count as used from now on, if it takes no change
+    // of the block; the caller writes the terminator behind them.
+    static Unit* spc_Spare(CT_Buffer& co, unsigned n_Count)
     {
-        const unsigned n_Used = co.n_GetUsedSize();
-        if (n_Used < SIZE || std::uint64_t(n_Used) + SIZE > co.n_GetMaximumSize() ||
-            co.n_GetUseCount() > 1)
+        char* const pc_Data = co.pc_Data;
+        if (!pc_Data)
             return 0;
-        Unit* pc_To = spc_Data(co) + n_Used / SIZE - 1;
-        pc_To[1] = 0;
-        // The buffer would look again whether it is shared.
-        (reinterpret_cast<CT_Buffer::st_BufferData*>(spc_Data(co)) - 1)->n_UsedSize = n_Used + SIZE;
-        return pc_To;
+        CT_Buffer::st_BufferData* const pso_Data = co.pso_GetData();
+        const unsigned n_Used = pso_Data->n_UsedSize;
+        const std::uint64_t n_Bytes = n_Used + std::uint64_t(n_Count) * SIZE;
+        if (n_Used < SIZE || n_Bytes > pso_Data->n_MaximumSize || co.n_ReadUseCount() > 1)
+            return 0;
+        pso_Data->n_UsedSize = static_cast<unsigned>(n_Bytes);
+        return reinterpret_cast<Unit*>(pc_Data + (n_Used & -SIZE)) - 1;
     }
     // Does the work on a text that may lie in the block itself, which then stays until the work is
     // done.
@@ -157,3 +173,20 @@ private:
         return n_Distance < co.n_GetMaximumSize();
     }
 };
+
+template <class Unit>
+inline void CT_TextBuffer<Unit>::sv_Make(CT_Buffer& co, const Unit* pcc_Text, unsigned n_Count)
+{
+    constexpr unsigned MOST = 0x40000000;
+    if (!n_Count || n_Count >= MOST) {
+        sv_StringReplace(co, pcc_Text, n_Count, 0);
+        return;
+    }
+    const unsigned n_Bytes = (n_Count + 1) * SIZE;
+    co.v_Init(n_Bytes, co.n_Growth);
+    if (!co.pc_Data)
+        return;
+    std::memcpy(co.pc_Data, pcc_Text, n_Bytes - SIZE);
+    spc_Data(co)[n_Count] = 0;
+    co.pso_GetData()->n_UsedSize = n_Bytes;
+}

@@ -1,6 +1,10 @@
 // Ostra/String/TextOperations.h: what is the same for texts of bytes and of 16-bit units. Internal.
 #pragma once
 
+#include <Ostra/String/TextSearch.h>
+
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
@@ -32,9 +36,6 @@ public:
     // The first c_Find among the n_Count characters and before the terminator, which can be looked
     // for too.
     static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, Unit c_Find);
-    // The same for a text of n_Find characters, at least one.
-    static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Find,
-                            unsigned n_Find);
 
     // Where the character first stands in the set; a terminator stands nowhere.
     static unsigned sn_Index(Unit c, const Unit* qc_Set)
@@ -61,8 +62,10 @@ public:
     {
         while (*qc_Left && *qc_Left == *qc_Right)
             ++qc_Left, ++qc_Right;
-        return (Value(*qc_Left) > Value(*qc_Right)) - (Value(*qc_Left) < Value(*qc_Right));
+        return si_Order(Value(*qc_Left), Value(*qc_Right));
     }
+    // The same of two texts that both have n_Known characters at least, terminators included.
+    static int si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known);
     // The difference of the first characters that differ among n_Count.
     static int si_Compare(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Count)
     {
@@ -80,6 +83,8 @@ public:
     }
 
     static bool sb_Match(const Unit* qc_Text, const Unit* qc_Pattern);
+    // Characters that a match compares for nothing before it takes another way.
+    static constexpr std::ptrdiff_t PATIENCE = 2048;
 
     // ---- The C locale ---------------------------------------------------------------------
 
@@ -101,9 +106,17 @@ private:
     typedef Value Block __attribute__((vector_size(16)));
     typedef std::uint64_t Halves __attribute__((vector_size(16)));
     static constexpr unsigned BLOCK = 16 / sizeof(Unit);
+    // Characters of a number of 64 bits, the first one in its lowest.
+    static constexpr unsigned WORD = 8 / sizeof(Unit);
+    static constexpr unsigned BITS = 8 * sizeof(Unit);
+    static_assert(std::endian::native == std::endian::little);
 
     static bool sb_Any(const Unit* qc_Text, Unit c_Find);
-    static bool sb_Any(const Unit* qc_First, const Unit* qc_Last, Unit c_First, Unit c_Last);
+    static std::uint64_t sn8_Differ(std::uint64_t n8_Left, std::uint64_t n8_Right);
+    static int si_Order(Value t_Left, Value t_Right)
+    {
+        return (t_Left > t_Right) - (t_Left < t_Right);
+    }
     static unsigned sn_PassBlocks(const Unit* qc_Text, unsigned n_Max);
 };
 
@@ -147,18 +160,36 @@ bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_Text, Unit c_Find)
     return (aHits[0] | aHits[1]) != 0;
 }
 
-// True if some place has the one character in the one block and the other in the other.
+// The bits of the first character of a word, from the low end, in which two words differ or the
+// left one ends; others above them may be set.
 template <class Unit>
-bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_First, const Unit* qc_Last, Unit c_First,
-                                     Unit c_Last)
+std::uint64_t CT_TextOperations<Unit>::sn8_Differ(std::uint64_t n8_Left, std::uint64_t n8_Right)
 {
-    Block aFirst;
-    Block aLast;
-    std::memcpy(&aFirst, qc_First, sizeof(aFirst));
-    std::memcpy(&aLast, qc_Last, sizeof(aLast));
-    const auto aHits =
-        reinterpret_cast<Halves>((aFirst == Value(c_First)) & (aLast == Value(c_Last)));
-    return (aHits[0] | aHits[1]) != 0;
+    constexpr std::uint64_t ONES = ~std::uint64_t(0) / Value(-1);
+    constexpr std::uint64_t TOPS = ONES << (BITS - 1);
+    return (n8_Left ^ n8_Right) | ((n8_Left - ONES) & ~n8_Left & TOPS);
+}
+
+template <class Unit>
+int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
+                                             unsigned n_Known)
+{
+    unsigned n = 0;
+    while (n_Known - n >= WORD) {
+        std::uint64_t n8_Left;
+        std::uint64_t n8_Right;
+        std::memcpy(&n8_Left, qc_Left + n, sizeof(n8_Left));
+        std::memcpy(&n8_Right, qc_Right + n, sizeof(n8_Right));
+        if (const std::uint64_t n8_Bits = sn8_Differ(n8_Left, n8_Right)) {
+            const int i_Shift = std::countr_zero(n8_Bits) & -int(BITS);
+            return si_Order(Value(n8_Left >> i_Shift), Value(n8_Right >> i_Shift));
+        }
+        n += WORD;
+        // The last characters are looked at together with some that are known.
+        if (n < n_Known && n_Known - n < WORD)
+            n = n_Known - WORD;
+    }
+    return si_Compare(qc_Left + n, qc_Right + n);
 }
 
 template <class Unit>
@@ -175,29 +206,6 @@ unsigned CT_TextOperations<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count,
     return NONE;
 }
 
-template <class Unit>
-unsigned CT_TextOperations<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count,
-                                          const Unit* qc_Find, unsigned n_Find)
-{
-    if (n_Count < n_Find)
-        return NONE;
-    const unsigned n_Places = n_Count - n_Find + 1;
-    const Unit* qc_Last = qc_Text + n_Find - 1;
-    for (unsigned n = 0; n < n_Places;) {
-        // Blocks without the first and the last character at their places are passed over.
-        const unsigned n_Stop = n_Places - n >= BLOCK ? n + BLOCK : n_Places;
-        if (n_Stop - n == BLOCK &&
-            !sb_Any(qc_Text + n, qc_Last + n, *qc_Find, qc_Find[n_Find - 1])) {
-            n = n_Stop;
-            continue;
-        }
-        for (; n < n_Stop; ++n)
-            if (qc_Text[n] == *qc_Find && !std::memcmp(qc_Text + n, qc_Find, n_Find * sizeof(Unit)))
-                return sn_Length(qc_Text, n) == n ? n : NONE;
-    }
-    return NONE;
-}
-
 // Only the last * seen can still take another character: if an earlier one could, so can this one.
 template <class Unit>
 bool CT_TextOperations<Unit>::sb_Match(const Unit* qc_Text, const Unit* qc_Pattern)
@@ -207,6 +215,7 @@ bool CT_TextOperations<Unit>::sb_Match(const Unit* qc_Text, const Unit* qc_Patte
         return true;
     const Unit* qc_Rest = 0; // the pattern behind the last *
     const Unit* qc_Retry = 0;
+    std::ptrdiff_t i_Lost = 0;
     for (;;) {
         if (*qc_Pattern == '*') {
             qc_Rest = ++qc_Pattern;
@@ -221,8 +230,12 @@ bool CT_TextOperations<Unit>::sb_Match(const Unit* qc_Text, const Unit* qc_Patte
         else if (!qc_Rest)
             return false;
         else {
+            // A text that misleads so often is searched for what stands behind the *.
+            i_Lost += qc_Pattern - qc_Rest;
             qc_Pattern = qc_Rest;
             qc_Text = ++qc_Retry;
+            if (i_Lost > PATIENCE)
+                return CT_TextSearch<Unit>::sb_MatchRest(qc_Text, qc_Pattern);
         }
     }
 }

@@ -29,7 +29,8 @@ CT_UString::CT_UString(const char* qccz_Text, unsigned n_Count, unsigned n_CodeP
 
 CT_UString::CT_UString(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    CT_UString::vv_Init(qcuz_Text, n_Count);
+    Units::sv_Make(co_Buffer, qcuz_Text,
+                   n_Count == ALL ? Units::Text::sn_Length(qcuz_Text) : n_Count);
 }
 
 CT_UString::CT_UString(const CT_Buffer* pcco_Buffer) : CT_String(pcco_Buffer) {}
@@ -44,8 +45,6 @@ CT_UString::CT_UString(const CT_CString* pcco_Text)
     CT_UString::vv_Init(pcco_Text);
 }
 
-CT_UString::CT_UString(const CT_UString* pcco_Text) : CT_String(&pcco_Text->co_Buffer) {}
-
 // The base enters its record first: a CT_UString is a kind of CT_String to the type records.
 CT_UString::CT_UString(CT_Type* pco_Type) : CT_String(pco_Type)
 {
@@ -54,13 +53,6 @@ CT_UString::CT_UString(CT_Type* pco_Type) : CT_String(pco_Type)
     CT_Type::sv_Enter(this, &sco_Type);
     if (this == &sco_Object)
         sco_Type.v_Enter();
-}
-
-CT_UString::~CT_UString()
-{
-    if (this == &sco_Object)
-        CT_Type::sv_ToDestruct(&sco_Type);
-    CT_Type::sb_InDestruct(this);
 }
 
 void* CT_UString::operator new(std::size_t n_Size) noexcept

@@ -29,7 +29,7 @@ public:
     // Shares a CT_UString; converts a CT_CString by its own code page.
     CT_UString(const CT_String* pcco_Text);
     CT_UString(const CT_CString* pcco_Text);
-    CT_UString(const CT_UString* pcco_Text);
+    CT_UString(const CT_UString* pcco_Text) : CT_String(&pcco_Text->co_Buffer) {}
     // The specimen.
     CT_UString(CT_Type* pco_Type);
     // Kept: copies the members without a hold on the block; the pointer form shares.
@@ -67,7 +67,12 @@ public:
     const CT_Type* vpcco_GetType() const override;
     void* vpv_IsA(const CT_Type* pcco_Type) const override;
     void* vpv_IsKindOf(const CT_Type* pcco_Type) const override;
-    ~CT_UString() override;
+    ~CT_UString() override
+    {
+        if (this == &sco_Object)
+            CT_Type::sv_ToDestruct(&sco_Type);
+        CT_Type::sb_InDestruct(this);
+    }
     CT_String* vpco_Create() const override;
     void vv_SetSize(unsigned n_Length, int b_Keep) override;
     void vv_SetMinSize(unsigned n_Length, int b_Keep) override;

@@ -194,13 +194,26 @@ int CT_UString::vi_Compare(const char* qccz_Other, unsigned n_Count, unsigned n_
     return CT_UString::vi_Compare(co_Other.qcuz_Get(), n_Count, n_Offset);
 }
 
+// A comparison with a string of whatever class; the common one isn't to pay for its frame.
+[[gnu::noinline]] static int i_CompareAny(const CT_UString* pcco_Own, const CT_String* pcco_Other,
+                                          unsigned n_From, unsigned n_Count, unsigned n_Offset)
+{
+    if (const CT_UString* pcco = pcco_Units(pcco_Other))
+        return pcco_Own->CT_UString::vi_Compare(Units::spc_From(*pcco->pcco_GetBuffer(), n_From),
+                                                n_Count, n_Offset);
+    const CT_UString co_Other(pcco_Other);
+    return pcco_Own->CT_UString::vi_Compare(Units::spc_From(*co_Other.pcco_GetBuffer(), n_From),
+                                            n_Count, n_Offset);
+}
+
 int CT_UString::vi_Compare(const CT_String* pcco_Other, unsigned n_From, unsigned n_Count,
                            unsigned n_Offset) const
 {
-    if (const CT_UString* pcco = pcco_Units(pcco_Other))
-        return CT_UString::vi_Compare(Units::spc_From(pcco->co_Buffer, n_From), n_Count, n_Offset);
-    const CT_UString co_Other(pcco_Other);
-    return CT_UString::vi_Compare(Units::spc_From(co_Other.co_Buffer, n_From), n_Count, n_Offset);
+    const CT_Buffer& co_Other = *pcco_Other->pcco_GetBuffer();
+    if (n_Count == ALL && b_IsLike(pcco_Other, sco_Object) && Units::sb_Has(co_Buffer, n_Offset) &&
+        Units::sb_Has(co_Other, n_From))
+        return Units::si_Compare(co_Buffer, n_Offset, co_Other, n_From);
+    return i_CompareAny(this, pcco_Other, n_From, n_Count, n_Offset);
 }
 
 // ---- Change -----------------------------------------------------------------------------------
