@@ -2,6 +2,7 @@
 // rest.
 #include <Database/RecordManager/RecordManager.h>
 
+#include <Database/RecordManager/RecordAccess.h>
 #include <Ostra/Frame/Report.h>
 
 #include <algorithm>
@@ -62,6 +63,8 @@ void CT_RecordManager::v_GetRecord(unsigned n_Reference, CT_Buffer* pco_Buffer) 
 {
     pco_Buffer->v_SetUsedSize(0);
     const unsigned n_Offset = st_Header.n_BlockSize * n_Reference;
+    if (b_GetMapped(n_Offset, pco_Buffer))
+        return;
     unsigned n_Body;
     unsigned n_Size;
     if (!b_FindRecord(n_Offset, &n_Body, &n_Size))
@@ -77,6 +80,32 @@ void CT_RecordManager::v_GetRecord(unsigned n_Reference, CT_Buffer* pco_Buffer) 
     v_ReadAppend(pco_Buffer, n_Body + SIZE_WORD, n_Size - SIZE_WORD);
     if (CT_Report::sb_Failed(qccz_Source))
         pco_Buffer->v_SetUsedSize(0);
+}
+
+// A sound record, all of it in the view, into a buffer with the room for it. False, with the buffer
+// untouched, for anything else.
+int CT_RecordManager::b_GetMapped(unsigned n_Offset, CT_Buffer* pco_Buffer) const
+{
+    const unsigned n_HeadSize = st_Header.n_RecordHeaderSize;
+    const char* pcc_Words = pcc_ReadAt(n_Offset, HEAD_DATA);
+    if (!pcc_Words || n_WordAt(pcc_Words) != RECORD_MARK || !n_HeadSize ||
+        !b_IsInside(n_Offset + HEAD_DATA, n_HeadSize))
+        return 0;
+    const unsigned n_Body = n_WordAt(pcc_Words + HEAD_BODY);
+    const unsigned n_Size = n_Body ? n_Read(n_Body) : SIZE_WORD;
+    if (n_Body && (n_Size <= SIZE_WORD || !b_IsInside(n_Body + SIZE_WORD, n_Size - SIZE_WORD)))
+        return 0;
+    const char* pcc_Head = pcc_ReadAt(n_Offset + HEAD_DATA, n_HeadSize);
+    const char* pcc_Body = n_Body ? pcc_ReadAt(n_Body + SIZE_WORD, n_Size - SIZE_WORD) : pcc_Head;
+    const unsigned n_Used = n_HeadSize + (n_Size - SIZE_WORD);
+    if (!pcc_Head || !pcc_Body || pco_Buffer->n_GetMaximumSize() < n_Used ||
+        pco_Buffer->n_GetUseCount() != 1)
+        return 0;
+    char* pc_Target = static_cast<char*>(const_cast<void*>(pco_Buffer->qcv_Get()));
+    std::memcpy(pc_Target, pcc_Head, n_HeadSize);
+    std::memcpy(pc_Target + n_HeadSize, pcc_Body, n_Size - SIZE_WORD);
+    pco_Buffer->v_SetUsedSize(n_Used);
+    return 1;
 }
 
 unsigned CT_RecordManager::n_GetNextRecord(unsigned n_Cursor, CT_Buffer* pco_Buffer) const
@@ -100,10 +129,10 @@ unsigned CT_RecordManager::n_GetNextRecord(unsigned n_Cursor, CT_Buffer* pco_Buf
         n_Offset += n_Step;
     }
     if (pco_Buffer)
-        v_GetRecord(n_Offset / st_Header.n_BlockSize, pco_Buffer);
+        v_GetRecord(n_GetReference(n_Offset), pco_Buffer);
     if (CT_Report::sb_Failed(qccz_Source))
         return 0;
-    return n_Offset / st_Header.n_BlockSize + 1;
+    return n_GetReference(n_Offset) + 1;
 }
 
 // ---- Adding and deleting ----------------------------------------------------------------------
@@ -119,12 +148,17 @@ unsigned CT_RecordManager::n_AddRecord(const CT_Buffer* pcco_Data)
         return 0;
     ++st_Header.n_RecordCount;
     ++st_Header.n_HeaderChange;
-    return n_Head / st_Header.n_BlockSize;
+    return n_GetReference(n_Head);
 }
 
 int CT_RecordManager::b_WriteHead(unsigned n_Head, unsigned n_Body, const CT_Buffer* pcco_Data)
 {
     const unsigned n_Size = std::min(pcco_Data->n_GetUsedSize(), st_Header.n_RecordHeaderSize);
+    const unsigned an_Words[] = {RECORD_MARK, n_Body};
+    if (b_WriteWords(n_Head, an_Words, sizeof an_Words, pcco_Data->qcv_Get(), n_Size)) {
+        v_Written(n_Head, sizeof an_Words + n_Size);
+        return 1;
+    }
     return b_Write(n_Head, &RECORD_MARK, sizeof RECORD_MARK) &&
            b_Write(n_Head + HEAD_BODY, &n_Body, sizeof n_Body) &&
            b_Write(n_Head + HEAD_DATA, pcco_Data->qcv_Get(), n_Size);

@@ -1,6 +1,8 @@
 // Database/RecordManager/RecordManager.cpp: opening, saving, and the way to the file's bytes.
 #include <Database/RecordManager/RecordManager.h>
 
+#include <Database/RecordManager/FreeChain.h>
+#include <Database/RecordManager/RecordAccess.h>
 #include <Ostra/Frame/DatabaseError.h>
 #include <Ostra/Frame/Report.h>
 
@@ -33,9 +35,17 @@ CT_RecordManager::CT_RecordManager(const CT_WinFile* pcco_File)
       st_Header(),
       ec_OpenMode(e_OpenRead),
       co_FreeBlocks(ENTRY_SIZE),
-      co_Resources(ENTRY_SIZE, si_Compare, ARRAY_GROWTH, 0)
+      co_Resources(ENTRY_SIZE, si_Compare, ARRAY_GROWTH, 0),
+      pco_Chain(nullptr),
+      n_ChainSteps(0),
+      n_ChainCost(0)
 {
     v_Init();
+}
+
+CT_RecordManager::~CT_RecordManager()
+{
+    delete pco_Chain;
 }
 
 void* CT_RecordManager::operator new(std::size_t n_Size) noexcept
@@ -70,6 +80,7 @@ void CT_RecordManager::v_Exit()
 void CT_RecordManager::v_Create(unsigned n_RecordHeaderSize, unsigned n_BlockSize,
                                 unsigned n_ResourceMaxCount)
 {
+    v_DropChain();
     if (co_FreeBlocks.n_GetCount() || co_Resources.n_GetCount())
         v_Exit();
     co_File.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone,
@@ -116,6 +127,7 @@ void CT_RecordManager::v_InitHeader(unsigned n_RecordHeaderSize, unsigned n_Bloc
 
 void CT_RecordManager::v_Open(et_OpenMode ec_Mode, int b_Map)
 {
+    v_DropChain();
     ec_OpenMode = ec_Mode;
     if (!b_OpenFile())
         return;
@@ -208,6 +220,7 @@ void CT_RecordManager::v_CloseBadFile()
 void CT_RecordManager::v_Close(int b_Exit)
 {
     v_WriteHeader();
+    v_DropChain();
     if (co_File.b_GetMapping())
         co_File.v_SetMapping(0, st_Header.n_Size);
     co_File.vv_Close();
@@ -256,8 +269,7 @@ void CT_RecordManager::v_WriteTable(unsigned n_Offset, unsigned n_Count,
 
 // ---- The way to the file's bytes --------------------------------------------------------------
 
-// One word; 0 where the file doesn't hold it whole.
-unsigned CT_RecordManager::n_Read(unsigned n_Offset) const
+unsigned CT_RecordManager::n_ReadSlowly(unsigned n_Offset) const
 {
     co_File.vv_SetOffset(CT_File::e_OriginBegin, n_Offset);
     if (CT_Report::sb_Failed(qccz_Source))
@@ -307,10 +319,15 @@ unsigned CT_RecordManager::n_ReadBytes(void* pv_Target, unsigned n_Offset, unsig
 }
 
 // The header itself, at offset 0, is read before the end is known.
-int CT_RecordManager::b_CheckRange(unsigned n_Offset, unsigned n_Size) const
+int CT_RecordManager::b_IsInside(unsigned n_Offset, unsigned n_Size) const
 {
     const unsigned n_End = st_Header.n_Size;
-    if (!n_Offset || (n_Size <= n_End && n_Offset <= n_End - n_Size))
+    return !n_Offset || (n_Size <= n_End && n_Offset <= n_End - n_Size);
+}
+
+int CT_RecordManager::b_CheckRange(unsigned n_Offset, unsigned n_Size) const
+{
+    if (b_IsInside(n_Offset, n_Size))
         return 1;
     v_SetError(CORRUPT_DATA);
     return 0;
@@ -334,8 +351,42 @@ int CT_RecordManager::b_MakeRoom(CT_Buffer* pco_Buffer, unsigned n_Keep, unsigne
 // nothing.
 void CT_RecordManager::v_Write(unsigned n_Offset, const void* pcv_Data, unsigned n_Size)
 {
-    co_File.vv_SetOffset(CT_File::e_OriginBegin, n_Offset);
-    co_File.vn_Write(pcv_Data, n_Size);
+    v_WriteOver(n_Offset, pcv_Data, n_Size);
+    v_Written(n_Offset, n_Size);
+}
+
+// The same without a look at the chain.
+void CT_RecordManager::v_WriteOver(unsigned n_Offset, const void* pcv_Data, unsigned n_Size)
+{
+    if (!b_WriteWords(n_Offset, nullptr, 0, pcv_Data, n_Size)) {
+        co_File.vv_SetOffset(CT_File::e_OriginBegin, n_Offset);
+        co_File.vn_Write(pcv_Data, n_Size);
+    }
+}
+
+// Some words and data behind them, all of it within the view; false, with nothing written, where it
+// isn't. The data is the last transfer.
+int CT_RecordManager::b_WriteWords(unsigned n_Offset, const void* pcv_Words, unsigned n_Words,
+                                   const void* pcv_Data, unsigned n_Size)
+{
+    char* pc_Words = n_Words ? pc_WriteAt(n_Offset, n_Words) : nullptr;
+    char* pc_Data = !n_Words || pc_Words ? pc_WriteAt(n_Offset + n_Words, n_Size) : nullptr;
+    if (!pc_Data)
+        return 0;
+    if (n_Words)
+        std::memcpy(pc_Words, pcv_Words, n_Words);
+    if (n_Size)
+        std::memmove(pc_Data, pcv_Data, n_Size);
+    return 1;
+}
+
+// What was written may belong to the chain, which was written by none of its own ways then.
+void CT_RecordManager::v_Written(unsigned n_Offset, unsigned n_Size)
+{
+    if (!pco_Chain)
+        return;
+    if (CT_Report::sb_IsSet() || !co_File.b_IsViewOwn() || pco_Chain->b_IsHit(n_Offset, n_Size))
+        v_DropChain();
 }
 
 int CT_RecordManager::b_Write(unsigned n_Offset, const void* pcv_Data, unsigned n_Size)
@@ -348,8 +399,13 @@ int CT_RecordManager::b_Write(unsigned n_Offset, const void* pcv_Data, unsigned 
 void CT_RecordManager::v_WriteSized(unsigned n_Offset, const CT_Buffer* pcco_Data, unsigned n_From,
                                     unsigned n_Size)
 {
+    const char* pcc_Data = static_cast<const char*>(pcco_Data->qcv_Get()) + n_From;
+    if (b_WriteWords(n_Offset, &n_Size, sizeof n_Size, pcc_Data, n_Size - 4)) {
+        v_Written(n_Offset, n_Size);
+        return;
+    }
     v_Write(n_Offset, &n_Size, sizeof n_Size);
-    v_Write(n_Offset + 4, static_cast<const char*>(pcco_Data->qcv_Get()) + n_From, n_Size - 4);
+    v_Write(n_Offset + 4, pcc_Data, n_Size - 4);
 }
 
 // The same, stopping at a failure.
@@ -357,6 +413,10 @@ int CT_RecordManager::b_WriteSized(unsigned n_Offset, const CT_Buffer* pcco_Data
                                    unsigned n_Size)
 {
     const char* pcc_Data = static_cast<const char*>(pcco_Data->qcv_Get()) + n_From;
+    if (b_WriteWords(n_Offset, &n_Size, sizeof n_Size, pcc_Data, n_Size - 4)) {
+        v_Written(n_Offset, n_Size);
+        return 1;
+    }
     return b_Write(n_Offset, &n_Size, sizeof n_Size) && b_Write(n_Offset + 4, pcc_Data, n_Size - 4);
 }
 

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 
+class CT_FreeChain;
 class CT_TestOut;
 
 // Records and resources of any length in one record file, with the file's free space.
@@ -44,7 +45,7 @@ public:
     CT_RecordManager& operator=(const CT_RecordManager&) = delete;
     // Closes the file without saving: header and tables stay as on the disk, a mapped file as long
     // as its map.
-    ~CT_RecordManager() = default;
+    ~CT_RecordManager();
 
     static void* operator new(std::size_t n_Size) noexcept;
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }
@@ -188,32 +189,50 @@ private:
 
     // ---- Access to the file -----------------------------------------------------------------
 
+    const char* pcc_ReadAt(unsigned n_Offset, unsigned n_Size) const;
+    char* pc_WriteAt(unsigned n_Offset, unsigned n_Size);
+    void v_Written(unsigned n_Offset, unsigned n_Size);
     unsigned n_Read(unsigned n_Offset) const;
+    unsigned n_ReadSlowly(unsigned n_Offset) const;
     void v_Read(void* pv_Target, unsigned n_Offset, unsigned n_Size) const;
     void v_Read(CT_Buffer* pco_Buffer, unsigned n_Offset, unsigned n_Size) const;
     void v_ReadAppend(CT_Buffer* pco_Buffer, unsigned n_Offset, unsigned n_Size) const;
     unsigned n_ReadBytes(void* pv_Target, unsigned n_Offset, unsigned n_Size) const;
+    int b_IsInside(unsigned n_Offset, unsigned n_Size) const;
     int b_CheckRange(unsigned n_Offset, unsigned n_Size) const;
     int b_MakeRoom(CT_Buffer* pco_Buffer, unsigned n_Keep, unsigned n_Size) const;
     void v_Write(unsigned n_Offset, const void* pcv_Data, unsigned n_Size);
+    void v_WriteOver(unsigned n_Offset, const void* pcv_Data, unsigned n_Size);
+    void v_WriteLink(unsigned n_Block, unsigned n_Next);
     int b_Write(unsigned n_Offset, const void* pcv_Data, unsigned n_Size);
     void v_WriteSized(unsigned n_Offset, const CT_Buffer* pcco_Data, unsigned n_From,
                       unsigned n_Size);
     int b_WriteSized(unsigned n_Offset, const CT_Buffer* pcco_Data, unsigned n_From,
                      unsigned n_Size);
+    int b_WriteWords(unsigned n_Offset, const void* pcv_Words, unsigned n_Words,
+                     const void* pcv_Data, unsigned n_Size);
     void v_SetError(unsigned n_Code) const;
 
     // ---- Space ------------------------------------------------------------------------------
 
     unsigned n_AlignBlockSize(unsigned n_Size) const;
+    unsigned n_AlignOddly(unsigned n_Size) const;
+    unsigned n_GetReference(unsigned n_Offset) const;
     unsigned n_GetFirstBlock() const;
     unsigned n_GetFreeBlock(unsigned n_Size);
     unsigned n_FindFreeBlock(unsigned n_Need) const;
     unsigned n_TakeFreeBlock(unsigned n_Slot, unsigned n_Need);
     void v_CloseFreeSlot(unsigned n_Slot);
     unsigned n_TakeChainBlock(unsigned n_Need);
+    unsigned n_WalkChain(unsigned n_Head, unsigned n_Need);
+    int b_TakeMirrored(unsigned n_Head, unsigned n_Need, unsigned* pn_Block);
     void v_Unchain(unsigned n_Previous, unsigned n_Block, unsigned n_Size, unsigned n_Need);
     int b_HasFreeChain() const;
+    int b_IsMirrored(unsigned n_Head) const;
+    void v_MirrorChain(unsigned n_Head);
+    void v_DropChain();
+    void v_PushChain(unsigned n_Head, unsigned n_Block);
+    void v_PopChain(unsigned n_Head, unsigned n_Next);
     void v_PutFreeBlock(int b_WriteSize, unsigned n_Offset, unsigned n_Size);
     void v_AddFreeBlock(unsigned n_Offset, unsigned n_Length);
 
@@ -221,6 +240,7 @@ private:
 
     void v_CheckReference(unsigned n_Offset) const;
     void v_GetBody(unsigned n_Offset, unsigned* pn_Body, unsigned* pn_Size) const;
+    int b_GetMapped(unsigned n_Offset, CT_Buffer* pco_Buffer) const;
     int b_FindRecord(unsigned n_Offset, unsigned* pn_Body, unsigned* pn_Size) const;
     unsigned n_GetBodySize(const CT_Buffer* pcco_Data) const;
     int b_NewBody(unsigned n_Offset, unsigned n_Size, const CT_Buffer* pcco_Data);
@@ -238,4 +258,9 @@ private:
     unsigned n_SavedFreeChange;
     unsigned n_SavedResourceChange;
     CT_Buffer co_Table; // scratch for loading the tables
+
+    // The free chain as memory has it; null where it is walked in the file.
+    CT_FreeChain* pco_Chain;
+    unsigned n_ChainSteps; // of such walks since it was made
+    unsigned n_ChainCost;  // the steps that its making is worth
 };

@@ -2,6 +2,7 @@
 // table.
 #include <Database/RecordManager/RecordManager.h>
 
+#include <Database/RecordManager/RecordAccess.h>
 #include <Ostra/Frame/Report.h>
 
 #include <cstring>

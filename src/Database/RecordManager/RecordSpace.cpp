@@ -6,15 +6,22 @@
 // meaning there alone.
 #include <Database/RecordManager/RecordManager.h>
 
+#include <Database/RecordManager/FreeChain.h>
+#include <Database/RecordManager/RecordAccess.h>
+#include <Database/RecordManager/SizeSearch.h>
+
+#include <algorithm>
+
 namespace
 {
 constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned LINK = 4;
+// A chain is put into memory when walking it has cost about as much.
+constexpr unsigned CHAIN_COST = 32;
 } // namespace
 
-// Up to the next multiple of the block size, in 32-bit arithmetic. Without a block size the file
-// has no blocks.
-unsigned CT_RecordManager::n_AlignBlockSize(unsigned n_Size) const
+// Without a block size the file has no blocks.
+unsigned CT_RecordManager::n_AlignOddly(unsigned n_Size) const
 {
     const unsigned n_BlockSize = st_Header.n_BlockSize;
     if (n_BlockSize)
@@ -49,13 +56,9 @@ unsigned CT_RecordManager::n_GetFreeBlock(unsigned n_Size)
 unsigned CT_RecordManager::n_FindFreeBlock(unsigned n_Need) const
 {
     const unsigned n_Count = co_FreeBlocks.n_GetCount();
-    for (unsigned n_Slot = 1; n_Slot <= n_Count; ++n_Slot) {
-        st_FreeBlock so_Block;
-        co_FreeBlocks.v_GetAt(&so_Block, static_cast<int>(n_Slot));
-        if (so_Block.n_Length >= n_Need)
-            return n_Slot;
-    }
-    return 0;
+    const void* pcv_Entries = co_FreeBlocks.pcco_GetBuffer()->qcv_Get();
+    const unsigned n_At = n_FirstFit(static_cast<const char*>(pcv_Entries), n_Count, n_Need);
+    return n_At < n_Count ? n_At + 1 : 0;
 }
 
 // The front of a larger block; the remainder keeps the slot.
@@ -83,10 +86,13 @@ void CT_RecordManager::v_CloseFreeSlot(unsigned n_Slot)
     co_FreeBlocks.v_GetAt(&so_Last, static_cast<int>(n_Last));
     co_FreeBlocks.v_RemoveAt(n_Last);
     unsigned n_Next = 0;
+    if (n_Slot == n_Last)
+        v_DropChain();
     if (n_Slot != n_Last) {
         if (b_Chain) {
             so_Last.n_Length = n_AlignBlockSize(n_Read(so_Last.n_Offset));
             n_Next = n_Read(so_Last.n_Offset + LINK);
+            v_PopChain(so_Last.n_Offset, n_Next);
         }
         co_FreeBlocks.v_SetAt(&so_Last, static_cast<int>(n_Slot));
     }
@@ -102,8 +108,20 @@ unsigned CT_RecordManager::n_TakeChainBlock(unsigned n_Need)
         return 0;
     st_FreeBlock so_Head;
     co_FreeBlocks.v_GetAt(&so_Head, static_cast<int>(co_FreeBlocks.n_GetCount()));
-    unsigned n_Previous = so_Head.n_Offset;
-    for (;;) {
+    unsigned n_Block;
+    if (b_TakeMirrored(so_Head.n_Offset, n_Need, &n_Block))
+        return n_Block;
+    v_DropChain();
+    n_Block = n_WalkChain(so_Head.n_Offset, n_Need);
+    if (n_ChainSteps >= std::max(n_ChainCost, CHAIN_COST))
+        v_MirrorChain(so_Head.n_Offset);
+    return n_Block;
+}
+
+unsigned CT_RecordManager::n_WalkChain(unsigned n_Head, unsigned n_Need)
+{
+    unsigned n_Previous = n_Head;
+    for (;; ++n_ChainSteps) {
         const unsigned n_Block = n_Read(n_Previous + LINK);
         if (!n_Block)
             return 0;
@@ -122,14 +140,22 @@ void CT_RecordManager::v_Unchain(unsigned n_Previous, unsigned n_Block, unsigned
 {
     const unsigned n_Next = n_Read(n_Block + LINK);
     if (n_Size == n_Need) {
-        v_Write(n_Previous + LINK, &n_Next, sizeof n_Next);
+        v_WriteLink(n_Previous, n_Next);
         return;
     }
     const unsigned n_Rest = n_Block + n_Need;
     const unsigned n_RestSize = n_Size - n_Need;
-    v_Write(n_Previous + LINK, &n_Rest, sizeof n_Rest);
+    v_WriteLink(n_Previous, n_Rest);
     v_Write(n_Rest, &n_RestSize, sizeof n_RestSize);
     v_Write(n_Rest + LINK, &n_Next, sizeof n_Next);
+}
+
+// The link of a block of the chain, which memory knows without being told.
+void CT_RecordManager::v_WriteLink(unsigned n_Block, unsigned n_Next)
+{
+    v_WriteOver(n_Block + LINK, &n_Next, sizeof n_Next);
+    if (CT_Report::sb_IsSet())
+        v_DropChain();
 }
 
 int CT_RecordManager::b_HasFreeChain() const
@@ -140,6 +166,90 @@ int CT_RecordManager::b_HasFreeChain() const
     st_FreeBlock so_Last;
     co_FreeBlocks.v_GetAt(&so_Last, static_cast<int>(n_Count));
     return so_Last.n_Length == 0;
+}
+
+// ---- The chain in memory ----------------------------------------------------------------------
+
+// Whether the chain stands in memory, with that head.
+int CT_RecordManager::b_IsMirrored(unsigned n_Head) const
+{
+    return pco_Chain && co_File.b_IsViewOwn() && !CT_Report::sb_IsSet() &&
+           pco_Chain->n_GetHead() == n_Head;
+}
+
+void CT_RecordManager::v_DropChain()
+{
+    delete pco_Chain;
+    pco_Chain = nullptr;
+    n_ChainSteps = 0;
+}
+
+// Walks the whole chain once. One that can't be told in memory, as it comes back to itself or leads
+// away from the blocks, goes on being walked.
+void CT_RecordManager::v_MirrorChain(unsigned n_Head)
+{
+    constexpr unsigned LEAST_BLOCK = 8; // room for the two words
+    v_DropChain();
+    if (!b_HasFreeChain() || !co_File.b_IsViewOwn() || st_Header.n_BlockSize < LEAST_BLOCK)
+        return;
+    CT_FreeChain* pco_New = new CT_FreeChain(st_Header.n_BlockSize);
+    unsigned n_Block = n_Head;
+    unsigned n_Steps = 0;
+    for (; pco_New && n_Block; ++n_Steps) {
+        const char* pcc_Words = pcc_ReadAt(n_Block, 8);
+        if (!pcc_Words || !pco_New->b_Push(n_Block, n_AlignBlockSize(n_WordAt(pcc_Words)))) {
+            delete pco_New;
+            pco_New = nullptr;
+            break;
+        }
+        n_Block = n_WordAt(pcc_Words + LINK);
+    }
+    n_ChainCost = n_Steps;
+    if (pco_New)
+        pco_New->v_Reverse();
+    pco_Chain = pco_New;
+}
+
+// Finds the block without a walk and takes it, or finds none. False if memory and file differ.
+int CT_RecordManager::b_TakeMirrored(unsigned n_Head, unsigned n_Need, unsigned* pn_Block)
+{
+    if (!b_IsMirrored(n_Head) || !n_Need || n_Need > 0x7FFFFFFF)
+        return 0;
+    CT_FreeChain::st_Found so_Found;
+    if (!pco_Chain->b_Find(n_Need, &so_Found)) {
+        *pn_Block = 0;
+        return n_Read(so_Found.n_Block + LINK) == 0;
+    }
+    if (n_Read(so_Found.n_Newer + LINK) != so_Found.n_Block ||
+        n_AlignBlockSize(n_Read(so_Found.n_Block)) != so_Found.n_Size ||
+        n_Read(so_Found.n_Block + LINK) != so_Found.n_Older)
+        return 0;
+    pco_Chain->v_Take(so_Found);
+    v_Unchain(so_Found.n_Newer, so_Found.n_Block, so_Found.n_Size, n_Need);
+    if (pco_Chain && so_Found.n_Size != n_Need && !pco_Chain->b_PutRest(so_Found, n_Need))
+        v_DropChain();
+    *pn_Block = so_Found.n_Block;
+    return 1;
+}
+
+// A block has become the head.
+void CT_RecordManager::v_PushChain(unsigned n_Head, unsigned n_Block)
+{
+    if (pco_Chain &&
+        !(b_IsMirrored(n_Head) && pco_Chain->b_Push(n_Block, n_AlignBlockSize(n_Read(n_Block)))))
+        v_DropChain();
+}
+
+// The head has gone, and the block behind it is the head.
+void CT_RecordManager::v_PopChain(unsigned n_Head, unsigned n_Next)
+{
+    if (!pco_Chain)
+        return;
+    const int b_Known = b_IsMirrored(n_Head);
+    if (b_Known)
+        pco_Chain->v_PopHead();
+    if (!b_Known || !n_Next || pco_Chain->n_GetHead() != n_Next)
+        v_DropChain();
 }
 
 // ---- Giving back ------------------------------------------------------------------------------
@@ -161,10 +271,12 @@ void CT_RecordManager::v_PutFreeBlock(int b_WriteSize, unsigned n_Offset, unsign
     st_FreeBlock so_Last;
     co_FreeBlocks.v_GetAt(&so_Last, static_cast<int>(n_Count));
     if (so_Last.n_Length) {
+        v_DropChain();
         const unsigned n_End = 0;
         v_Write(so_Last.n_Offset + LINK, &n_End, sizeof n_End);
     }
     v_Write(n_Offset + LINK, &so_Last.n_Offset, sizeof so_Last.n_Offset);
+    v_PushChain(so_Last.n_Offset, n_Offset);
     so_Last = {n_Offset, 0};
     co_FreeBlocks.v_SetAt(&so_Last, static_cast<int>(n_Count));
 }

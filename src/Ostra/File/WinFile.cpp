@@ -136,6 +136,18 @@ void CT_WinFile::v_Null()
     h_Map = nullptr;
     pv_Map = nullptr;
     n_MapSize = 0;
+    v_Forget();
+}
+
+// What is known of the handle and the view.
+void CT_WinFile::v_Forget()
+{
+    n_ReadEnd = 0;
+    n_WriteEnd = 0;
+    n_Pointer = 0;
+    b_PointerLate = 0;
+    b_HandleKnown = 0;
+    b_ViewKnown = 0;
 }
 
 void CT_WinFile::v_CloseOpen()
@@ -151,6 +163,8 @@ void CT_WinFile::v_CloseOpen()
 void CT_WinFile::vv_Open(et_Access ec_Access, et_Open ec_Open, et_Share ec_Share,
                          unsigned n_Attribut, unsigned n_Flag)
 {
+    // A handle that is open already is lost, with its pointer.
+    v_Forget();
     const unsigned n_Word = n_Merge(n_Attribut, aso_Attributes) | n_Merge(n_Flag, aso_Flags);
     h_File = h_Create(ec_Access, n_Disposition(ec_Open), ec_Share, n_Word);
     if (h_File == INVALID_HANDLE_VALUE && ec_Open == e_OpenAppend) {
@@ -327,6 +341,13 @@ void CT_WinFile::vv_SetOffset(et_Origin ec_Origin, int i_Offset)
 // ended.
 int CT_WinFile::b_Seek(et_Origin ec_Origin, int i_Offset)
 {
+    if (n_ReadEnd && ec_Origin == e_OriginBegin && i_Offset >= 0) {
+        n_Pointer = n_Offset = static_cast<unsigned>(i_Offset);
+        b_PointerLate = 1;
+        return 1;
+    }
+    if (!b_SettlePointer())
+        return 0;
     if (SetFilePointer(h_File, i_Offset, nullptr, ec_Origin) == INVALID_SET_FILE_POINTER) {
         CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
         return 0;
@@ -341,12 +362,33 @@ int CT_WinFile::b_Seek(et_Origin ec_Origin, int i_Offset)
     return 1;
 }
 
+// Moves the system's pointer to where the last seek went.
+int CT_WinFile::b_SettlePointer() const
+{
+    if (!b_PointerLate)
+        return 1;
+    b_PointerLate = 0;
+    if (SetFilePointer(h_File, static_cast<LONG>(n_Pointer), nullptr, FILE_BEGIN) !=
+        INVALID_SET_FILE_POINTER)
+        return 1;
+    CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+    return 0;
+}
+
 int CT_WinFile::vb_IsEof() const
 {
     return vn_GetOffset() >= vn_GetSize();
 }
 
 // ---- Services on the handle --------------------------------------------------------------------
+
+// Whoever has the handle can ask for the pointer at any time.
+HANDLE CT_WinFile::h_GetHandle() const
+{
+    v_CloseQuiet();
+    b_HandleKnown = 1;
+    return h_File;
+}
 
 void CT_WinFile::v_GetFileInfo(_BY_HANDLE_FILE_INFORMATION* pso_Info)
 {
@@ -368,7 +410,7 @@ void CT_WinFile::v_UnlockFile(unsigned n_From, unsigned n_Length)
 
 void CT_WinFile::v_SetEndOfFile()
 {
-    if (!SetEndOfFile(h_File))
+    if (b_SettlePointer() && !SetEndOfFile(h_File))
         CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
 }
 

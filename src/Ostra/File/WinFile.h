@@ -59,9 +59,10 @@ public:
 
     // ---- Mapped mode -----------------------------------------------------------------------
 
-    HANDLE h_GetHandle() const { return h_File; }
+    // The system's pointer stands where the offset was set last.
+    HANDLE h_GetHandle() const;
     int b_GetMapping() const { return pv_Map != 0; }
-    void* pv_GetMapping() const { return pv_Map; }
+    void* pv_GetMapping() const;
 
     // Enters mapped mode: a reader's map is the file, a writer's is n_Size doubled until it is
     // larger than the file (-1: as large as the file), and the file grows to it. Leaves it: a
@@ -86,7 +87,33 @@ public:
     static void sv_SetHandleCount(unsigned n_Count);
 
 private:
+    friend class CT_RecordManager; // transfers at a place
+
+    // ---- Transfers at a place ---------------------------------------------------------------
+    //
+    // A seek from the beginning and a transfer in one, where the view has all of the bytes: the
+    // place of them. Null where the two have to be called one after the other.
+
+    const char* pcc_ReadAt(unsigned n_From, unsigned n_Size)
+    {
+        return pc_At(n_From, n_Size, n_ReadEnd, e_FileAccessRead);
+    }
+    char* pc_WriteAt(unsigned n_From, unsigned n_Size)
+    {
+        return pc_At(n_From, n_Size, n_WriteEnd, e_FileAccessWrite);
+    }
+    char* pc_At(unsigned n_From, unsigned n_Size, unsigned n_End, et_FileAccess ec_Access);
+    // Nobody else can have changed the bytes of the view.
+    int b_IsViewOwn() const { return n_ReadEnd && !b_ViewKnown; }
+
+    // ---- The system's pointer ---------------------------------------------------------------
+
+    void v_OpenQuiet();
+    void v_CloseQuiet() const;
+    int b_SettlePointer() const;
+
     void v_Null();
+    void v_Forget();
     void v_CloseOpen();
     HANDLE h_Create(et_Access ec_Access, unsigned n_How, et_Share ec_Share, unsigned n_Word) const;
     unsigned n_MeasureClosed() const;
@@ -106,4 +133,25 @@ private:
     HANDLE h_Map;      // the mapping object, null for none
     void* pv_Map;      // the view from offset 0, null for none
     unsigned n_MapSize;
+
+    // In mapped mode transfers don't ask the system, and neither do seeks: its pointer is moved
+    // when it comes to count. That is so until the handle is handed out.
+    mutable unsigned n_ReadEnd;  // up to where the view is read without a look at anything else, 0
+    mutable unsigned n_WriteEnd; // for not at all; the same for writing
+    mutable unsigned n_Pointer;  // where the system's pointer belongs, if it is late
+    mutable int b_PointerLate;
+    mutable int b_HandleKnown; // handed out since the file was opened
+    mutable int b_ViewKnown;   // handed out since it was made
 };
+
+inline char* CT_WinFile::pc_At(unsigned n_From, unsigned n_Size, unsigned n_End,
+                               et_FileAccess ec_Access)
+{
+    if (n_From >= n_End || n_Size > n_End - n_From)
+        return nullptr;
+    n_Pointer = n_From;
+    b_PointerLate = 1;
+    n_Offset = n_From + n_Size;
+    ec_FileAccess = ec_Access;
+    return static_cast<char*>(pv_Map) + n_From;
+}

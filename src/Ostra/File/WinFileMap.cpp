@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/File/WinFileMap";
@@ -13,6 +14,7 @@ namespace
 {
 constexpr unsigned WHOLE_FILE = 0xFFFFFFFF;
 constexpr unsigned LARGEST_TO_DOUBLE = 0x7FFFFFFF;
+constexpr unsigned LARGEST_OFFSET = 0x7FFFFFFF; // of a seek from the beginning
 } // namespace
 
 void CT_WinFile::v_SetMapping(int b_Map, unsigned n_Size)
@@ -54,6 +56,32 @@ void CT_WinFile::v_CreateMap(unsigned n_Size)
     pv_Map = MapViewOfFile(h_Map, b_Reader ? FILE_MAP_READ : FILE_MAP_ALL_ACCESS, 0, 0, n_MapSize);
     if (!pv_Map)
         CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
+    else
+        v_OpenQuiet();
+}
+
+// From here on the view is all that transfers and seeks need, unless somebody has the handle.
+void CT_WinFile::v_OpenQuiet()
+{
+    b_ViewKnown = 0;
+    if (b_HandleKnown)
+        return;
+    n_ReadEnd = std::min(n_MapSize, LARGEST_OFFSET + 1);
+    n_WriteEnd = ec_OpenAccess == e_AccessRead ? 0 : n_ReadEnd;
+}
+
+void CT_WinFile::v_CloseQuiet() const
+{
+    n_ReadEnd = 0;
+    n_WriteEnd = 0;
+    b_SettlePointer();
+}
+
+// Whoever has the view can change its bytes at any time.
+void* CT_WinFile::pv_GetMapping() const
+{
+    b_ViewKnown = 1;
+    return pv_Map;
 }
 
 // Doubles the size of a writer's map until it is larger than the file. A size of 0 never becomes
@@ -80,6 +108,7 @@ unsigned CT_WinFile::n_RefuseMap(unsigned n_Error, unsigned n_Line) const
 
 void CT_WinFile::v_CloseMap(unsigned n_Size)
 {
+    v_CloseQuiet();
     if (!UnmapViewOfFile(pv_Map))
         CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
     pv_Map = nullptr;

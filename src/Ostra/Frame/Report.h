@@ -37,6 +37,9 @@ public:
     static void sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
                         const unsigned short* qcuz_Argument, unsigned n_Line = __builtin_LINE());
 
+    // True while the thread has an error set.
+    static int sb_IsSet() { return CT_ErrorManager::spco_ErrorManager->b_IsSetError(); }
+
     // True while the thread has an error set; has then added this place to its trail.
     static int sb_Failed(const char* qccz_Source, unsigned n_Line = __builtin_LINE())
     {
