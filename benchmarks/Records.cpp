@@ -5,10 +5,10 @@
 // waits for a disk: SQLite has synchronous=off and one transaction a pass, LMDB one transaction
 // with WRITEMAP and NOSYNC, the others are as opened, the hash databases with room for the records.
 //
-// A record's number is the key of the others, counting up, and LMDB is told that it does; of ours
-// the application keeps the reference. Fetched records are copied into memory of the caller's on
-// all sides. A record shorter than its head comes back with the head's size from ours, and what was
-// put in is compared.
+// A record's number is the key of the others, counting up; lmdb_append is LMDB told that it does,
+// as one would load a whole file. Of ours the application keeps the reference. Fetched records are
+// copied into memory of the caller's on all sides. A record shorter than its head comes back with
+// the head's size from ours, and what was put in is compared.
 //
 // Updates and the pairs of a deletion and an addition (churn) go through all records in an order
 // of chance, and give each the other one of two contents of different lengths. The contents of a
@@ -219,6 +219,15 @@ public:
         churn.Side(Side::NAME, work, [work, store] { return work(), ContentOf(*store); });
     }
 
+    // Into a new file, which is closed at the end.
+    template <class Side>
+    void RegisterAdd()
+    {
+        add.Side(
+            Side::NAME, [this] { return Store<Side>(input, true).contents; },
+            [this] { return ContentOf(*Full<Side>()); });
+    }
+
 private:
     Measure<Answers> Make(const char* name) const
     {
@@ -237,14 +246,6 @@ private:
         return *store.contents;
     }
 
-    // Into a new file, which is closed at the end.
-    template <class Side>
-    void RegisterAdd()
-    {
-        add.Side(
-            Side::NAME, [this] { return Store<Side>(input, true).contents; },
-            [this] { return ContentOf(*Full<Side>()); });
-    }
     template <class Side>
     void RegisterGet()
     {
@@ -333,6 +334,9 @@ int main(int argc, char** argv)
     const std::string memory = std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : ".";
     Measures& all = *new Measures(MakeInput("memory", memory, count));
     ForAllSides([&]<class Side>() { all.Register<Side>(); });
+#if HAVE_LMDB
+    all.RegisterAdd<LmdbAppend>();
+#endif
     Measures& tenth = *new Measures(MakeInput("memory.tenth", memory, count / 10));
     ForAllSides([&]<class Side>() { tenth.RegisterChurn<Side>(); });
     return Job::Run(argc, argv, OSTRA_ABSENT_PEERS);

@@ -72,11 +72,13 @@ Views& AllViews()
 // here and not by a fault at some later write to a view.
 DWORD Reserve(const OpenFile& file, const struct stat& facts, off_t size)
 {
-    if (size <= facts.st_size && facts.st_blocks * BLOCK >= facts.st_size)
+    const bool whole = facts.st_blocks * BLOCK >= facts.st_size;
+    if (size <= facts.st_size && whole)
         return 0;
+    const off_t from = whole ? facts.st_size : 0; // what has room isn't gone through again
     int error;
     do
-        error = posix.posix_fallocate(file.Fd(), 0, size);
+        error = posix.posix_fallocate(file.Fd(), from, size - from);
     while (error == EINTR);
     if (error != 0 && size > facts.st_size)
         posix.ftruncate(file.Fd(), facts.st_size);

@@ -28,7 +28,7 @@ public:
 
     void Begin() { Check(mdb_txn_begin(env, nullptr, 0, &transaction)); }
     void End() { Check(mdb_txn_commit(transaction)); }
-    void Add(unsigned key, const CT_Buffer& data) { Put(key, data, MDB_APPEND); }
+    void Add(unsigned key, const CT_Buffer& data) { Put(key, data, MDB_NOOVERWRITE); }
     void Update(unsigned key, const CT_Buffer& data) { Put(key, data, 0); }
     void Replace(unsigned key, const CT_Buffer& data)
     {
@@ -60,7 +60,7 @@ public:
         mdb_cursor_close(cursor);
     }
 
-private:
+protected:
     static void Check(int code) { Expect(code == 0, "lmdb"); }
     void Put(unsigned key, const CT_Buffer& data, unsigned flags)
     {
@@ -73,4 +73,14 @@ private:
     MDB_dbi table = 0;
     MDB_txn* transaction = nullptr;
     char room[ROOM];
+};
+
+// The same, told that the keys of new records go up.
+class LmdbAppend : public Lmdb
+{
+public:
+    static constexpr const char* NAME = "lmdb_append";
+
+    using Lmdb::Lmdb;
+    void Add(unsigned key, const CT_Buffer& data) { Put(key, data, MDB_APPEND); }
 };

@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -223,4 +224,33 @@ TEST(RecordManagerSweep, AdditionOfAResource)
         Check(*state);
     }
     EXPECT_GT(failing, 0u);
+}
+
+// The chain in memory is nobody's promise: without memory for it the chain is walked in the file.
+TEST(RecordManagerSweep, LongChainsAreSearchedWithoutMemoryToo)
+{
+    std::string files[2];
+    for (const bool fails : {false, true}) {
+        auto state = std::make_unique<State>();
+        CT_RecordManager& manager = state->manager;
+        manager.v_Create(8, 16, 0);
+        const CT_Buffer small("small", 5, 32);
+        std::vector<unsigned> references;
+        for (unsigned i = 0; i < 400; ++i)
+            references.push_back(manager.n_AddRecord(&small));
+        for (unsigned i = 0; i < 380; ++i)
+            manager.v_DeleteRecord(references[i]);
+        if (fails)
+            FailingHeap::Arm(1, FailingHeap::FROM);
+        for (unsigned i = 0; i < 100; ++i) {
+            const unsigned reference = manager.n_AddRecord(&state->data);
+            if (i % 3 == 0)
+                manager.v_DeleteRecord(reference);
+        }
+        EXPECT_EQ(FailingHeap::Disarm() != 0, fails);
+        EXPECT_FALSE(Errors().b_IsSetError());
+        manager.v_Close(1);
+        files[fails] = ReadBytes("test.rec");
+    }
+    EXPECT_TRUE(files[0] == files[1]);
 }

@@ -40,19 +40,31 @@ inline unsigned CT_RecordManager::n_Read(unsigned n_Offset) const
     return pcc_Word ? n_WordAt(pcc_Word) : n_ReadSlowly(n_Offset);
 }
 
+// Whether the chain stands in memory, and nothing but this class can have written to the file.
+inline int CT_RecordManager::b_IsChainSafe() const
+{
+    return pco_Chain && co_File.b_IsViewOwn() && !CT_Report::sb_IsSet();
+}
+
 // ---- Blocks -------------------------------------------------------------------------------------
+
+// Counting the bits would be a call where the processor may not have an instruction for it.
+inline bool b_IsPowerOf2(unsigned n_Number)
+{
+    return n_Number && !(n_Number & (n_Number - 1));
+}
 
 // Up to the next multiple of the block size, in 32-bit arithmetic.
 inline unsigned CT_RecordManager::n_AlignBlockSize(unsigned n_Size) const
 {
     const unsigned n_BlockSize = st_Header.n_BlockSize;
-    return std::has_single_bit(n_BlockSize) ? ((n_Size - 1) & -n_BlockSize) + n_BlockSize
-                                            : n_AlignOddly(n_Size);
+    return b_IsPowerOf2(n_BlockSize) ? ((n_Size - 1) & -n_BlockSize) + n_BlockSize
+                                     : n_AlignOddly(n_Size);
 }
 
 inline unsigned CT_RecordManager::n_GetReference(unsigned n_Offset) const
 {
     const unsigned n_BlockSize = st_Header.n_BlockSize;
-    return std::has_single_bit(n_BlockSize) ? n_Offset >> std::countr_zero(n_BlockSize)
-                                            : n_Offset / n_BlockSize;
+    return b_IsPowerOf2(n_BlockSize) ? n_Offset >> std::countr_zero(n_BlockSize)
+                                     : n_Offset / n_BlockSize;
 }

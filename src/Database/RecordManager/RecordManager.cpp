@@ -383,9 +383,7 @@ int CT_RecordManager::b_WriteWords(unsigned n_Offset, const void* pcv_Words, uns
 // What was written may belong to the chain, which was written by none of its own ways then.
 void CT_RecordManager::v_Written(unsigned n_Offset, unsigned n_Size)
 {
-    if (!pco_Chain)
-        return;
-    if (CT_Report::sb_IsSet() || !co_File.b_IsViewOwn() || pco_Chain->b_IsHit(n_Offset, n_Size))
+    if (pco_Chain && (!b_IsChainSafe() || pco_Chain->b_IsHit(n_Offset, n_Size)))
         v_DropChain();
 }
 

@@ -228,6 +228,7 @@ private:
     int b_TakeMirrored(unsigned n_Head, unsigned n_Need, unsigned* pn_Block);
     void v_Unchain(unsigned n_Previous, unsigned n_Block, unsigned n_Size, unsigned n_Need);
     int b_HasFreeChain() const;
+    int b_IsChainSafe() const;
     int b_IsMirrored(unsigned n_Head) const;
     void v_MirrorChain(unsigned n_Head);
     void v_DropChain();

@@ -154,7 +154,7 @@ void CT_RecordManager::v_Unchain(unsigned n_Previous, unsigned n_Block, unsigned
 void CT_RecordManager::v_WriteLink(unsigned n_Block, unsigned n_Next)
 {
     v_WriteOver(n_Block + LINK, &n_Next, sizeof n_Next);
-    if (CT_Report::sb_IsSet())
+    if (!b_IsChainSafe())
         v_DropChain();
 }
 
@@ -173,8 +173,7 @@ int CT_RecordManager::b_HasFreeChain() const
 // Whether the chain stands in memory, with that head.
 int CT_RecordManager::b_IsMirrored(unsigned n_Head) const
 {
-    return pco_Chain && co_File.b_IsViewOwn() && !CT_Report::sb_IsSet() &&
-           pco_Chain->n_GetHead() == n_Head;
+    return b_IsChainSafe() && pco_Chain->n_GetHead() == n_Head;
 }
 
 void CT_RecordManager::v_DropChain()
@@ -196,7 +195,7 @@ void CT_RecordManager::v_MirrorChain(unsigned n_Head)
     unsigned n_Block = n_Head;
     unsigned n_Steps = 0;
     for (; pco_New && n_Block; ++n_Steps) {
-        const char* pcc_Words = pcc_ReadAt(n_Block, 8);
+        const char* pcc_Words = co_File.pcc_PeekAt(n_Block, 2 * LINK);
         if (!pcc_Words || !pco_New->b_Push(n_Block, n_AlignBlockSize(n_WordAt(pcc_Words)))) {
             delete pco_New;
             pco_New = nullptr;
@@ -235,8 +234,10 @@ int CT_RecordManager::b_TakeMirrored(unsigned n_Head, unsigned n_Need, unsigned*
 // A block has become the head.
 void CT_RecordManager::v_PushChain(unsigned n_Head, unsigned n_Block)
 {
-    if (pco_Chain &&
-        !(b_IsMirrored(n_Head) && pco_Chain->b_Push(n_Block, n_AlignBlockSize(n_Read(n_Block)))))
+    if (!pco_Chain)
+        return;
+    const char* pcc_Size = b_IsMirrored(n_Head) ? co_File.pcc_PeekAt(n_Block, LINK) : nullptr;
+    if (!pcc_Size || !pco_Chain->b_Push(n_Block, n_AlignBlockSize(n_WordAt(pcc_Size))))
         v_DropChain();
 }
 

@@ -103,6 +103,12 @@ private:
         return pc_At(n_From, n_Size, n_WriteEnd, e_FileAccessWrite);
     }
     char* pc_At(unsigned n_From, unsigned n_Size, unsigned n_End, et_FileAccess ec_Access);
+    // A look that leaves no trace.
+    const char* pcc_PeekAt(unsigned n_From, unsigned n_Size) const
+    {
+        const bool b_Within = n_From < n_ReadEnd && n_Size <= n_ReadEnd - n_From;
+        return b_Within ? static_cast<const char*>(pv_Map) + n_From : nullptr;
+    }
     // Nobody else can have changed the bytes of the view.
     int b_IsViewOwn() const { return n_ReadEnd && !b_ViewKnown; }
 

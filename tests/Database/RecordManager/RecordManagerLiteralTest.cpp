@@ -1,0 +1,365 @@
+// tests/Database/RecordManager/RecordManagerLiteralTest.cpp: the short ways, beside the ways that
+// they stand for.
+//
+// Two managers do the same work. Of one the file's handle and view are handed out, so that every
+// transfer is a seek and a transfer, and the free chain is walked in the file. Results, errors with
+// their trails, counters, allocations, the file's offset and the system's pointer must be the same,
+// and all bytes of the files.
+#include "Database/RecordManager/RecordFile.h"
+
+#include <Database/RecordManager/FreeChain.h>
+
+#include <windows.h>
+
+#include <random>
+
+#include "Support/Private.h"
+
+OSTRA_PRIVATE(FreeTableMember, CT_VoidArray CT_RecordManager::*, &CT_RecordManager::co_FreeBlocks);
+OSTRA_PRIVATE(FreeChainMember, CT_FreeChain* CT_RecordManager::*, &CT_RecordManager::pco_Chain);
+
+namespace
+{
+struct Plan
+{
+    unsigned blockSize;
+    unsigned headSize;
+    unsigned operations;
+    unsigned records; // about as many live at a time
+    bool wild;        // stale bodies are touched, closed files damaged
+};
+
+// What an operation leaves to be compared.
+struct Outcome
+{
+    unsigned result;
+    Failure failure;
+    unsigned size, records, resources, offset, allocations;
+    std::string data;
+    unsigned room;
+
+    bool operator==(const Outcome&) const = default;
+};
+
+void PrintTo(const Outcome& outcome, std::ostream* out)
+{
+    *out << outcome.result << ' ' << testing::PrintToString(outcome.failure) << ' ' << outcome.size
+         << ' ' << outcome.records << ' ' << outcome.resources << " offset " << outcome.offset
+         << " allocations " << outcome.allocations << " room " << outcome.room << ' '
+         << testing::PrintToString(outcome.data);
+}
+
+class Pair
+{
+public:
+    Pair(const Plan& thePlan, unsigned seed) : plan(thePlan), random(seed) {}
+
+    void Play()
+    {
+        Both([&](CT_RecordManager& manager) {
+            manager.v_Create(plan.headSize, plan.blockSize, 30);
+            return 0;
+        });
+        for (unsigned i = 0; i < plan.operations && !testing::Test::HasFailure(); ++i) {
+            SCOPED_TRACE(testing::Message() << "operation " << i);
+            if (IsRing())
+                break; // the walk in the file has no end there
+            if (Below(500) == 0)
+                Reopen();
+            else
+                Change();
+            mirrored += (*fast).*Private(FreeChainMember()) != nullptr;
+            EXPECT_EQ((*literal).*Private(FreeChainMember()), nullptr);
+        }
+        Close(true);
+    }
+
+    unsigned mirrored = 0; // operations with the chain in memory
+
+private:
+    unsigned Below(unsigned n) { return std::uniform_int_distribution<unsigned>(0, n - 1)(random); }
+
+    std::string Data()
+    {
+        unsigned length = Below(plan.headSize + 3 * plan.blockSize + 1);
+        if (Below(6) == 0)
+            length = Below(plan.headSize + 1);
+        if (Below(10) == 0)
+            length += Below(12 * plan.blockSize);
+        std::string data(length, ' ');
+        const char first = static_cast<char>(random());
+        for (unsigned i = 0; i < length; ++i)
+            data[i] = static_cast<char>(Below(3) ? first + i : 0);
+        return data;
+    }
+
+    // The same for both, and what it leaves the same.
+    template <class Work>
+    unsigned Both(Work work)
+    {
+        const Outcome outcome = Run(fast, fastBuffer, work);
+        const CT_WinFile* file = literal->pcco_GetFile();
+        file->h_GetHandle();
+        file->pv_GetMapping();
+        const Outcome expected = Run(literal, literalBuffer, work);
+        EXPECT_EQ(outcome, expected);
+        return outcome.result;
+    }
+    template <class Work>
+    Outcome Run(RecordFile& records, CT_Buffer& theBuffer, Work work)
+    {
+        buffer = &theBuffer;
+        const unsigned before = CT_Buffer::sn_GetAllocCount();
+        Outcome outcome{};
+        outcome.result = work(*records);
+        outcome.allocations = CT_Buffer::sn_GetAllocCount() - before;
+        outcome.failure = Errors().b_IsSetError() ? TakeFailure() : Failure();
+        const size_t name = outcome.failure.text.find(".rec");
+        if (name != std::string::npos)
+            outcome.failure.text[name - 1] = '?';
+        outcome.size = records->n_GetSize();
+        outcome.records = records->n_GetRecordCount();
+        outcome.resources = records->n_GetResourceCount();
+        outcome.offset = records->pcco_GetFile()->vn_GetOffset();
+        outcome.data = Text(theBuffer);
+        outcome.room = theBuffer.n_GetMaximumSize();
+        return outcome;
+    }
+
+    unsigned Reference()
+    {
+        if (plan.wild && Below(100) == 0)
+            return Below(literal->n_GetSize() / plan.blockSize + 2);
+        return live.empty() ? 0 : live[Below(static_cast<unsigned>(live.size()))];
+    }
+
+    void Change()
+    {
+        if (live.size() > plan.records)
+            shrinking = true;
+        if (live.size() < plan.records / 6)
+            shrinking = false;
+        const unsigned kind = Below(100);
+        if (kind < 50)
+            (Below(6) == 0) == shrinking ? Add() : Delete();
+        else if (kind < 75)
+            Update();
+        else if (kind < 80)
+            UpdateHeader();
+        else if (kind < 90)
+            Get();
+        else
+            Resource();
+    }
+    void Add()
+    {
+        SCOPED_TRACE("add");
+        std::string text = Data();
+        if (plan.wild && text.size() > plan.headSize)
+            text.resize(plan.headSize); // one block an operation
+        const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
+        const unsigned reference =
+            Both([&](CT_RecordManager& manager) { return manager.n_AddRecord(&data); });
+        if (reference)
+            live.push_back(reference);
+    }
+    void Delete()
+    {
+        SCOPED_TRACE("delete");
+        const unsigned reference = Reference();
+        Both([&](CT_RecordManager& manager) { return manager.v_DeleteRecord(reference), 0; });
+        if (!plan.wild || Below(60))
+            std::erase(live, reference);
+    }
+    void Update()
+    {
+        SCOPED_TRACE("update");
+        std::string text = Data();
+        if (!plan.wild && text.size() <= plan.headSize)
+            text.resize(plan.headSize + 1);
+        const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
+        const unsigned reference = Reference();
+        Both(
+            [&](CT_RecordManager& manager) { return manager.v_UpdateRecord(reference, &data), 0; });
+    }
+    void UpdateHeader()
+    {
+        SCOPED_TRACE("update the header");
+        const std::string text = Data();
+        const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
+        const unsigned reference = Reference();
+        // Here a block is given back and one taken in the same operation.
+        const unsigned body = plan.wild ? BodyOf(reference) : 0;
+        if (body && IsRing(body))
+            return;
+        Both([&](CT_RecordManager& manager) {
+            return manager.v_UpdateRecordHeader(reference, &data), 0;
+        });
+    }
+    void Get()
+    {
+        SCOPED_TRACE("get");
+        const unsigned reference = Reference();
+        const unsigned kind = Below(8);
+        const CT_Buffer holder;
+        Both([&](CT_RecordManager& manager) {
+            if (kind == 0)
+                buffer->v_SetSize(0, 0);
+            CT_Buffer sharing;
+            if (kind == 1)
+                sharing.v_Set(buffer);
+            return manager.v_GetRecord(reference, buffer), 0;
+        });
+    }
+    void Resource()
+    {
+        SCOPED_TRACE("resource");
+        const unsigned id = Below(40);
+        const std::string text = Data();
+        const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
+        const unsigned kind = Below(4);
+        Both([&](CT_RecordManager& manager) {
+            if (kind == 0)
+                manager.v_AddResource(id, &data);
+            else if (kind == 1 && !plan.wild)
+                manager.v_UpdateResource(id, &data);
+            else if (kind == 2)
+                manager.v_DeleteResource(id);
+            else
+                manager.v_GetResource(id, buffer);
+            return 0;
+        });
+    }
+
+    // Whether the chain comes back to itself, so that a walk may have no end. With a block it is the
+    // chain as it would be with that block given back.
+    bool IsRing(unsigned given = 0)
+    {
+        const CT_VoidArray& table = (*literal).*Private(FreeTableMember());
+        const unsigned count = table.n_GetCount();
+        unsigned last[2] = {given, 0};
+        unsigned patches[2][2] = {}; // offset and word
+        if (count == 128) {
+            table.v_GetAt(last, 128);
+            if (last[1] && given)
+                patches[0][0] = last[0] + 4;
+            if (given) {
+                patches[1][0] = given + 4;
+                patches[1][1] = last[0];
+                last[0] = given;
+            }
+        }
+        // A block with a size word of 0 looks like the head of a chain in the last slot.
+        if (count + (given ? 1 : 0) < 128 || (last[1] && !given))
+            return false;
+        unsigned left = literal->n_GetSize() / plan.blockSize;
+        const unsigned end = literal->pcco_GetFile()->vn_GetSize() - 8;
+        unsigned at = last[0];
+        while (at && left--)
+            at = at <= end ? LinkOf(at, patches) : 0;
+        return at != 0;
+    }
+    unsigned LinkOf(unsigned block, const unsigned (&patches)[2][2])
+    {
+        const CT_WinFile* file = literal->pcco_GetFile();
+        unsigned char bytes[4] = {};
+        std::memcpy(bytes, static_cast<const char*>(file->pv_GetMapping()) + block + 4, 4);
+        for (const auto& [place, word] : patches) {
+            for (unsigned n = 0; place && n < 4; ++n) {
+                const unsigned at = place + n - (block + 4);
+                if (at < 4)
+                    bytes[at] = static_cast<unsigned char>(word >> 8 * n);
+            }
+        }
+        return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | unsigned{bytes[3]} << 24;
+    }
+    // The body of a record, 0 for none.
+    unsigned BodyOf(unsigned reference)
+    {
+        const CT_WinFile* file = literal->pcco_GetFile();
+        const unsigned at = reference * plan.blockSize;
+        unsigned body = 0;
+        if (at <= file->vn_GetSize() - 8)
+            std::memcpy(&body, static_cast<const char*>(file->pv_GetMapping()) + at + 4, 4);
+        return body;
+    }
+
+    void Reopen()
+    {
+        const bool flush = Below(4) == 0;
+        const bool exit = Below(2) != 0;
+        if (flush)
+            Both([](CT_RecordManager& manager) { return manager.v_Flush(), 0; });
+        Close(exit);
+        if (plan.wild)
+            Damage();
+        Both([](CT_RecordManager& manager) {
+            return manager.v_Open(CT_RecordManager::e_OpenReadWrite, 1), 0;
+        });
+    }
+    // The links of some free blocks become others.
+    void Damage()
+    {
+        Image image = Image::Load("a.rec");
+        for (unsigned count = Below(3); count && image.FreeCount(); --count) {
+            const unsigned offset = image.FreeOffset(1 + Below(image.FreeCount()));
+            const unsigned at = offset + 4 * Below(2);
+            if (at + 4 <= image.bytes.size())
+                image.SetWord(at, plan.blockSize * Below(image.Word(80) / plan.blockSize));
+        }
+        image.Save("a.rec");
+        image.Save("b.rec");
+    }
+    void Close(bool exit)
+    {
+        SCOPED_TRACE("close");
+        const auto pointer = [](const CT_WinFile* file) {
+            return SetFilePointer(file->h_GetHandle(), 0, nullptr, FILE_CURRENT);
+        };
+        EXPECT_EQ(pointer(fast->pcco_GetFile()), pointer(literal->pcco_GetFile()));
+        Both([=](CT_RecordManager& manager) { return manager.v_Close(exit), 0; });
+        EXPECT_TRUE(ReadBytes("a.rec") == ReadBytes("b.rec"));
+    }
+
+    Plan plan;
+    std::mt19937 random;
+    RecordFile fast{u"a.rec"};
+    RecordFile literal{u"b.rec"};
+    CT_Buffer fastBuffer, literalBuffer;
+    CT_Buffer* buffer = nullptr; // of the two the one whose turn it is
+    std::vector<unsigned> live;
+    bool shrinking = false;
+};
+
+void PlayAll(const std::vector<Plan>& plans, unsigned seeds, unsigned least)
+{
+    const unsigned first = Seed(20260101);
+    unsigned mirrored = 0;
+    for (const Plan& plan : plans) {
+        for (unsigned seed = first; seed < first + seeds; ++seed) {
+            SCOPED_TRACE(testing::Message() << "seed " << seed << " block size " << plan.blockSize
+                                            << " head size " << plan.headSize);
+            Pair pair(plan, seed);
+            pair.Play();
+            mirrored += pair.mirrored;
+            if (testing::Test::HasFailure())
+                return;
+        }
+    }
+    std::printf("literal record: %zu plans, %u seeds each, the chain in memory for %u operations\n",
+                plans.size(), seeds, mirrored);
+    EXPECT_GT(mirrored, least);
+}
+} // namespace
+
+TEST(RecordManagerLiteral, ShortWaysDoTheSameInSoundFiles)
+{
+    PlayAll({{64, 56, 3000, 500, false}, {24, 12, 2000, 400, false}, {16, 40, 2000, 400, false}}, 1,
+            1000);
+}
+
+TEST(RecordManagerLiteral, ShortWaysDoTheSameInDamagedFiles)
+{
+    PlayAll({{64, 56, 2000, 400, true}, {16, 8, 2000, 400, true}, {12, 4, 2000, 400, true}}, 6,
+            100);
+}
