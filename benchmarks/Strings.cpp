@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -162,7 +161,7 @@ void RegisterAppend8(const std::string& name, const std::string& text)
 struct Words
 {
     std::vector<std::u16string> words;
-    std::deque<CT_UString> ostra; // a copy by value would be no hold on the text
+    std::unique_ptr<CT_UString[]> ostra; // a vector would copy them by value, with no hold
 #if HAVE_QT
     std::vector<QString> qt;
 #endif
@@ -180,8 +179,10 @@ Words ReadWords()
     for (size_t at = 0; at < lines.size(); ++at)
         if (at / 100 % step == 0)
             all.words.push_back(lines[at]);
+    all.ostra = std::make_unique<CT_UString[]>(all.words.size());
+    CT_UString* next = all.ostra.get();
     for (const std::u16string& word : all.words) {
-        all.ostra.emplace_back(Wide(word), Size(word));
+        next++->v_Set(Wide(word), Size(word));
 #if HAVE_QT
         all.qt.push_back(QString::fromUtf16(word.data(), Size(word)));
 #endif

@@ -97,6 +97,13 @@ int CountAscii(const Unit* text, int count)
     return passed;
 }
 
+// Whether it is worth while to count: a group of SHORT that begins and ends with ASCII.
+template <typename Unit>
+bool BeginsAscii(const Unit* text, int count)
+{
+    return *text < 0x80 && count >= SHORT && text[SHORT - 1] < 0x80;
+}
+
 template <typename From, typename To>
 void Copy(const From* from, int count, To* to)
 {
@@ -154,7 +161,7 @@ int AllPairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* u
 {
     WCHAR* next = units;
     for (const BYTE* const end = bytes + count; bytes != end;) {
-        if (*bytes < 0x80 && page.hasAscii) {
+        if (page.hasAscii && BeginsAscii(bytes, static_cast<int>(end - bytes))) {
             const int ascii = CountAscii(bytes, static_cast<int>(end - bytes));
             Copy(bytes, ascii, next);
             bytes += ascii;
@@ -170,7 +177,7 @@ int AllPairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* u
 
 int PairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
 {
-    if (room >= count)
+    if (units && room >= count)
         return AllPairsToUnits(page, bytes, count, units);
     int length = 0;
     for (const BYTE* const end = bytes + count; bytes != end; length++) {
@@ -253,7 +260,7 @@ int AllUnitsToPairs(const CodePage& page, const WCHAR* units, int count, char* b
 {
     char* next = bytes;
     for (int i = 0; i < count;) {
-        if (units[i] < 0x80 && page.hasAscii) {
+        if (page.hasAscii && BeginsAscii(units + i, count - i)) {
             const int ascii = CountAscii(units + i, count - i);
             Copy(units + i, ascii, next);
             i += ascii;

@@ -3,6 +3,7 @@
 
 #include <Ostra/String/TextSearch.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -65,7 +66,8 @@ public:
         return si_Order(Value(*qc_Left), Value(*qc_Right));
     }
     // The same of two texts that both have n_Known characters at least, terminators included.
-    static int si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known);
+    [[gnu::always_inline]] static int si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
+                                                      unsigned n_Known);
     // The difference of the first characters that differ among n_Count.
     static int si_Compare(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Count)
     {
@@ -170,21 +172,29 @@ std::uint64_t CT_TextOperations<Unit>::sn8_Differ(std::uint64_t n8_Left, std::ui
     return (n8_Left ^ n8_Right) | ((n8_Left - ONES) & ~n8_Left & TOPS);
 }
 
+// Two words at a time, which may overlap: most texts end or differ in the first two.
 template <class Unit>
-int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
-                                             unsigned n_Known)
+inline int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
+                                                    unsigned n_Known)
 {
     unsigned n = 0;
     while (n_Known - n >= WORD) {
-        std::uint64_t n8_Left;
-        std::uint64_t n8_Right;
-        std::memcpy(&n8_Left, qc_Left + n, sizeof(n8_Left));
-        std::memcpy(&n8_Right, qc_Right + n, sizeof(n8_Right));
-        if (const std::uint64_t n8_Bits = sn8_Differ(n8_Left, n8_Right)) {
-            const int i_Shift = std::countr_zero(n8_Bits) & -int(BITS);
-            return si_Order(Value(n8_Left >> i_Shift), Value(n8_Right >> i_Shift));
+        const unsigned n_Next = n + std::min(WORD, n_Known - n - WORD);
+        std::uint64_t an8_Left[2];
+        std::uint64_t an8_Right[2];
+        std::memcpy(&an8_Left[0], qc_Left + n, sizeof(std::uint64_t));
+        std::memcpy(&an8_Left[1], qc_Left + n_Next, sizeof(std::uint64_t));
+        std::memcpy(&an8_Right[0], qc_Right + n, sizeof(std::uint64_t));
+        std::memcpy(&an8_Right[1], qc_Right + n_Next, sizeof(std::uint64_t));
+        const std::uint64_t n8_First = sn8_Differ(an8_Left[0], an8_Right[0]);
+        const std::uint64_t n8_Second = sn8_Differ(an8_Left[1], an8_Right[1]);
+        if (n8_First | n8_Second) {
+            const int i_Shift =
+                std::countr_zero(n8_First ? n8_First : n8_Second) & -static_cast<int>(BITS);
+            return si_Order(Value((n8_First ? an8_Left[0] : an8_Left[1]) >> i_Shift),
+                            Value((n8_First ? an8_Right[0] : an8_Right[1]) >> i_Shift));
         }
-        n += WORD;
+        n = n_Next + WORD;
         // The last characters are looked at together with some that are known.
         if (n < n_Known && n_Known - n < WORD)
             n = n_Known - WORD;
