@@ -52,11 +52,12 @@ struct st_Character
     {
         return (*qc_At == c_Find) | !*qc_At;
     }
-    [[gnu::always_inline]] Hits aGetHits(const Unit* qc_At) const
+    [[gnu::always_inline]] void v_GetHits(Hits& aHits, const Unit* qc_At) const
     {
         typename st_Block<Unit>::Block aBlock;
         v_Load(aBlock, qc_At);
-        return reinterpret_cast<Hits>((aBlock == Value<Unit>(c_Find)) | (aBlock == Value<Unit>(0)));
+        const auto aEqual = (aBlock == Value<Unit>(c_Find)) | (aBlock == Value<Unit>(0));
+        std::memcpy(&aHits, &aEqual, sizeof(aHits));
     }
 
     Unit c_Find;
@@ -70,15 +71,15 @@ struct st_Ends
     {
         return ((*qc_At == c_First) & (qc_At[n_Last] == c_Last)) | !*qc_At;
     }
-    [[gnu::always_inline]] Hits aGetHits(const Unit* qc_At) const
+    [[gnu::always_inline]] void v_GetHits(Hits& aHits, const Unit* qc_At) const
     {
         typename st_Block<Unit>::Block aFirst;
         typename st_Block<Unit>::Block aLast;
         v_Load(aFirst, qc_At);
         v_Load(aLast, qc_At + n_Last);
-        return reinterpret_cast<Hits>(
-            ((aFirst == Value<Unit>(c_First)) & (aLast == Value<Unit>(c_Last))) |
-            (aFirst == Value<Unit>(0)));
+        const auto aEqual = ((aFirst == Value<Unit>(c_First)) & (aLast == Value<Unit>(c_Last))) |
+                            (aFirst == Value<Unit>(0));
+        std::memcpy(&aHits, &aEqual, sizeof(aHits));
     }
 
     Unit c_First;
@@ -128,7 +129,8 @@ unsigned n_Search(const Unit* qc_Text, unsigned n_Count, Wanted so, Stop b_Stop)
             if (n_Count - n < BLOCK<Unit>)
                 break;
         }
-        const Hits aHits = so.aGetHits(qc_Text + n);
+        Hits aHits;
+        so.v_GetHits(aHits, qc_Text + n);
         for (unsigned n_Half = 0; n_Half < HALVES; ++n_Half)
             for (std::uint64_t n8_Left = aHits[n_Half]; n8_Left;) {
                 const auto n_Place = static_cast<unsigned>(std::countr_zero(n8_Left)) / BITS;
