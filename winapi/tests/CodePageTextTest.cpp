@@ -142,8 +142,8 @@ TEST(CodePageText, AllBytesAndPairsTogetherConvertLikeEachAlone)
         SCOPED_TRACE(page);
         const Characters characters(page);
         std::string text(19, 'a');
-        for (unsigned byte = 0; byte < 256; byte++)
-            text += static_cast<char>(byte);
+        for (unsigned code = 0; code < 256; code++)
+            text += static_cast<char>(code);
         for (unsigned pair = 0; pair < 0x10000; pair++)
             if (IsDBCSLeadByteEx(page, static_cast<BYTE>(pair >> 8)))
                 text += {static_cast<char>(pair >> 8), static_cast<char>(pair)};
