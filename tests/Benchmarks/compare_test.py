@@ -65,6 +65,25 @@ class Compare(unittest.TestCase):
         self.assertIn("icu 2.00x  tenth 0.50x", lines[0])
         self.assertNotIn("tenth 0", lines[1])
 
+    def test_growth_has_gates(self):
+        runs = [items("append/ostra/b", 3), items("append/ostra/b.tenth", 1.5)]
+        _, failed, _ = judged(runs, "Characters append b tenth 0.8 0.95")
+        self.assertEqual(failed, ["append b tenth: 0.500 instead of 0.8"])
+        _, failed, _ = judged(runs, "Characters append b tenth 0.5 0.95")
+        self.assertEqual(failed, [])
+        _, failed, _ = judged(runs[:1], "Characters append b tenth 0.5 0.95")
+        self.assertEqual(failed, ["append b tenth: not measured"])
+
+    def test_figures_are_what_the_lines_tell(self):
+        figures = []
+        compare.judge("characters", compare.read_sides({"benchmarks": sum(
+            [items("upper/ostra/a", 2, 2, 2.3, label="generated"), items("upper/icu/a", 5)], [])}),
+            compare.read_gates("Characters upper a icu 3 5"), (), figures)
+        self.assertEqual(figures, [{
+            "measure": "upper", "input": "a", "generated": True, "ostra": "2 ns",
+            "gates": [{"peer": "icu", "gate": 3, "aim": 5, "holds": False}],
+            "peers": {"icu": {"ratio": 2.5, "spreads": True}}}])
+
     def test_spread_of_either_side_is_marked(self):
         lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.3), items("upper/icu/a", 6)], "")
         self.assertIn("icu ~3.00x", lines[0])
