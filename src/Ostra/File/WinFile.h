@@ -102,7 +102,16 @@ private:
     {
         return pc_At(n_From, n_Size, n_WriteEnd, e_FileAccessWrite);
     }
-    char* pc_At(unsigned n_From, unsigned n_Size, unsigned n_End, et_FileAccess ec_Access);
+    char* pc_At(unsigned n_From, unsigned n_Size, unsigned n_End, et_FileAccess ec_Access)
+    {
+        if (n_From >= n_End || n_Size > n_End - n_From)
+            return nullptr;
+        n_Pointer = n_From;
+        b_PointerLate = 1;
+        n_Offset = n_From + n_Size;
+        ec_FileAccess = ec_Access;
+        return static_cast<char*>(pv_Map) + n_From;
+    }
     // A look that leaves no trace.
     const char* pcc_PeekAt(unsigned n_From, unsigned n_Size) const
     {
@@ -149,15 +158,3 @@ private:
     mutable int b_HandleKnown; // handed out since the file was opened
     mutable int b_ViewKnown;   // handed out since it was made
 };
-
-inline char* CT_WinFile::pc_At(unsigned n_From, unsigned n_Size, unsigned n_End,
-                               et_FileAccess ec_Access)
-{
-    if (n_From >= n_End || n_Size > n_End - n_From)
-        return nullptr;
-    n_Pointer = n_From;
-    b_PointerLate = 1;
-    n_Offset = n_From + n_Size;
-    ec_FileAccess = ec_Access;
-    return static_cast<char*>(pv_Map) + n_From;
-}
