@@ -26,6 +26,14 @@ CT_Block::st_Block* CT_Block::pso_Grow(st_Block* pso_Old, unsigned n_Room)
     return pso_Take(pso_Old, n_Room);
 }
 
+char* CT_Block::spc_Reserve(char* pc_Data, unsigned n_Room)
+{
+    st_Block* pso_Block = pso_Of(pc_Data);
+    if (pso_Block->n_Room < n_Room)
+        pso_Block = pso_Take(pso_Block, n_Room);
+    return pso_Block ? pc_DataOf(pso_Block) : pc_Data;
+}
+
 char* CT_Block::spc_Resize(char* pc_Data, unsigned n_Maximum)
 {
     if (n_Maximum == TOO_LARGE)

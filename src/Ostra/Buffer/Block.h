@@ -8,6 +8,7 @@
 #include <Ostra/Buffer/Buffer.h>
 
 #include <cstdlib>
+#include <cstring>
 
 class CT_Block
 {
@@ -15,6 +16,8 @@ public:
     static constexpr unsigned HEADER_SIZE = 12;
     // A maximum size that doesn't fit 32 bits; no block can be had for it.
     static constexpr unsigned TOO_LARGE = 0xFFFFFFFF;
+    // The most real room that a block keeps when its content becomes smaller.
+    static constexpr unsigned KEPT_ROOM = 4096;
 
     // Maximum size of a block for n_Size bytes: the least multiple of the growth that holds them
     // and the header, less the header.
@@ -38,12 +41,23 @@ public:
         return __builtin_add_overflow(n_First, n_Second, &n_Sum) ? TOO_LARGE : n_Sum;
     }
 
+    // Bytes of data that the heap block really has room for.
+    static unsigned sn_Room(const char* pcc_Data)
+    {
+        unsigned n_Room;
+        std::memcpy(&n_Room, pcc_Data - HEADER_SIZE - sizeof(n_Room), sizeof(n_Room));
+        return n_Room;
+    }
+
     // The data of a new block with use count 1, used size 0; null when the heap is exhausted.
     static char* spc_New(unsigned n_Maximum);
     // The block with that maximum size and the bytes that fit, at the same place or another; null
     // when the heap is exhausted, and the block is as it was. The caller is the only holder, and
     // sets the used size.
     static char* spc_Resize(char* pc_Data, unsigned n_Maximum);
+    // The block with that much real room at least, if the heap has it. The caller is the only
+    // holder.
+    static char* spc_Reserve(char* pc_Data, unsigned n_Room);
     static void sv_Delete(char* pc_Data) { std::free(pso_Of(pc_Data)); }
 
 private:

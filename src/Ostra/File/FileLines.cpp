@@ -3,9 +3,13 @@
 
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
+#include <Ostra/String/TextBuffer.h>
 
+#include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 static constexpr char qccz_Source[] = "Ostra/File/FileLines";
 
@@ -13,29 +17,81 @@ namespace
 {
 constexpr unsigned char MARK[] = {0xFF, 0xFE}; // at the start of UTF-16 text, low byte first
 
-// The first line feed from n_At on; n_End if there is none.
-unsigned n_FindFeed(const char* pc_Text, unsigned n_At, unsigned n_End)
+// Units are looked at 16 bytes at a time.
+template <class t_Unit>
+struct st_Run
 {
-    const void* pv_Found = std::memchr(pc_Text + n_At, '\n', n_End - n_At);
-    return pv_Found ? static_cast<unsigned>(static_cast<const char*>(pv_Found) - pc_Text) : n_End;
-}
+    typedef t_Unit Units __attribute__((vector_size(16)));
+    typedef unsigned short Pairs __attribute__((vector_size(16)));
+    typedef unsigned char Marks __attribute__((vector_size(8)));
 
-// Four units at a time: a unit that is a line feed becomes 0, and the lowest 0 is the first to
-// borrow.
-unsigned n_FindFeed(const unsigned short* pu_Text, unsigned n_At, unsigned n_End)
+    static constexpr unsigned COUNT = 16 / sizeof(t_Unit);
+    static constexpr unsigned MARK_BITS = 4 * sizeof(t_Unit);
+
+    // All bits set in the place of each line feed.
+    static void v_Compare(Pairs& aFound, const t_Unit* pu_Text)
+    {
+        Units aUnits;
+        std::memcpy(&aUnits, pu_Text, sizeof(aUnits));
+        aFound = reinterpret_cast<Pairs>(aUnits == t_Unit('\n'));
+    }
+    // The same in a number, which has MARK_BITS bits for a unit: the middle of a pair of bytes has
+    // bits of both.
+    static std::uint64_t n8_Marks(const Pairs& aFound)
+    {
+        const auto aMarks = __builtin_convertvector(aFound >> 4, Marks);
+        std::uint64_t n8_Marks;
+        std::memcpy(&n8_Marks, &aMarks, sizeof(n8_Marks));
+        return n8_Marks;
+    }
+};
+
+// The first line feed from n_At on; n_End if there is none.
+template <class t_Unit>
+unsigned n_FindFeed(const t_Unit* pu_Text, unsigned n_At, unsigned n_End)
 {
-    constexpr unsigned long long n_Ones = 0x0001000100010001;
-    for (; n_End - n_At >= 4; n_At += 4) {
-        unsigned long long n_Four;
-        std::memcpy(&n_Four, pu_Text + n_At, sizeof(n_Four));
-        n_Four ^= n_Ones * '\n';
-        const unsigned long long n_Found = (n_Four - n_Ones) & ~n_Four & n_Ones << 15;
-        if (n_Found)
-            return n_At + std::countr_zero(n_Found) / 16;
+    typedef st_Run<t_Unit> Run;
+    for (; n_End - n_At >= Run::COUNT; n_At += Run::COUNT) {
+        typename Run::Pairs aFound;
+        Run::v_Compare(aFound, pu_Text + n_At);
+        if (const std::uint64_t n8_Marks = Run::n8_Marks(aFound))
+            return n_At + std::countr_zero(n8_Marks) / Run::MARK_BITS;
     }
     while (n_At < n_End && pu_Text[n_At] != '\n')
         ++n_At;
     return n_At;
+}
+
+constexpr unsigned NONE = 0xFFFFFFFF;
+
+// Copies up to the first line feed, and units behind it, two runs at a time. Result: where it is;
+// NONE if it isn't where two runs fit.
+template <class t_Unit>
+inline unsigned n_CopyToFeed(t_Unit* pu_To, const t_Unit* pu_Text, unsigned n_End)
+{
+    typedef st_Run<t_Unit> Run;
+    for (unsigned n = 0; n_End - n >= 2 * Run::COUNT; n += 2 * Run::COUNT) {
+        typename Run::Pairs aFirst, aSecond;
+        Run::v_Compare(aFirst, pu_Text + n);
+        Run::v_Compare(aSecond, pu_Text + n + Run::COUNT);
+        std::memcpy(pu_To + n, pu_Text + n, 32);
+        if (const std::uint64_t n8_Any = Run::n8_Marks(aFirst | aSecond)) {
+            // In which run it is can't be foreseen: no branch.
+            const std::uint64_t n8_First = Run::n8_Marks(aFirst);
+            const std::uint64_t n8_IsSecond = -std::uint64_t(!n8_First);
+            const unsigned n_Bit = std::countr_zero(n8_First | (n8_Any & n8_IsSecond));
+            return n + (Run::COUNT & unsigned(n8_IsSecond)) + n_Bit / Run::MARK_BITS;
+        }
+    }
+    return NONE;
+}
+
+// The table of the object's virtual functions, which each class has its own of.
+const void* pv_Functions(const CT_String& co_Text)
+{
+    const void* pv_Table;
+    std::memcpy(&pv_Table, static_cast<const void*>(&co_Text), sizeof(pv_Table));
+    return pv_Table;
 }
 
 const char* q_Text(const CT_CString& co_Text)
@@ -72,7 +128,8 @@ class CT_LineReader
 public:
     CT_LineReader(CT_File* pco_Source, CT_String* pco_Target)
         : co_File(*pco_Source),
-          pco_Line(pco_Target)
+          pco_Line(pco_Target),
+          pco_Text(spco_TextOf(*pco_Target))
     {}
 
     unsigned n_Read(const CT_String* pco_Strip);
@@ -83,12 +140,40 @@ private:
     static constexpr unsigned PIECE = 256 * sizeof(t_Unit);
     static constexpr unsigned SEQUENTIAL_PIECE = 4096 * sizeof(t_Unit);
     static constexpr bool b_Wide = sizeof(t_Unit) == 2;
+    typedef std::conditional_t<b_Wide, CT_UString, CT_CString> t_String;
+    typedef CT_TextBuffer<t_Unit> t_Text;
+
+    // The buffer of a string that is of this width and of no class of the application, which would
+    // expect to be called: its functions are those of the specimen.
+    static CT_Buffer* spco_TextOf(CT_String& co_Target)
+    {
+        return pv_Functions(co_Target) == pv_Functions(t_String::sco_Object)
+                   ? const_cast<CT_Buffer*>(co_Target.pcco_GetBuffer())
+                   : nullptr;
+    }
 
     int b_Begin();
-    int b_SkipMark();
+    int b_SkipMark(unsigned n_Offset);
+    void v_Empty();
+    unsigned n_TakeWhole();
+    unsigned n_TakeLong();
+    unsigned n_Take(unsigned n_Length, unsigned n_Feed);
+    unsigned n_ReadFromStart(const CT_String* pco_Strip);
+    unsigned n_ReadFrom(unsigned n_Offset, const CT_String* pco_Strip);
+    unsigned n_ReadOn(const CT_String* pco_Strip);
+    unsigned n_ReadPieces();
     int b_Fill(unsigned n_Size);
+    unsigned n_EndOf(unsigned n_From, unsigned n_Feed) const;
     unsigned n_AppendFrom(unsigned n_From);
     int b_TakeBuffered();
+    void v_MoveBehind(unsigned n_Feed)
+    {
+        co_File.n_BufferOffset = n_Feed + 1 < n_Units() ? n_Feed + 1 : 0;
+    }
+    const t_Unit* pu_Buffered() const
+    {
+        return static_cast<const t_Unit*>(co_File.co_Buffer.qcv_Get());
+    }
     unsigned n_BytesOfLine() const { return pco_Line->vn_GetLength() * sizeof(t_Unit); }
     unsigned n_Bytes() const { return co_File.co_Buffer.n_GetUsedSize(); }
     // An odd byte at the end is no unit.
@@ -96,6 +181,7 @@ private:
 
     CT_File& co_File;
     CT_String* pco_Line;
+    CT_Buffer* pco_Text; // of the line, if it can be written directly; else null
 };
 
 template <class t_Unit>
@@ -103,6 +189,7 @@ unsigned CT_LineReader<t_Unit>::n_Read(const CT_String* pco_Strip)
 {
     if (!b_Begin())
         return 0;
+    v_Empty();
     unsigned n_Result = 0;
     while (!n_Result) {
         if (!b_Fill(PIECE))
@@ -125,48 +212,83 @@ unsigned CT_LineReader<t_Unit>::n_Read(const CT_String* pco_Strip)
     return n_Result;
 }
 
+// What nearly every line needs stands here; whatever else is the case is told apart behind a call.
 template <class t_Unit>
-unsigned CT_LineReader<t_Unit>::n_ReadSequential(const CT_String* pco_Strip)
+inline unsigned CT_LineReader<t_Unit>::n_ReadSequential(const CT_String* pco_Strip)
 {
-    if (!b_Begin())
-        return 0;
-    unsigned n_Result = 0;
-    while (!n_Result) {
-        // What the other readers have left behind may be less than the offset.
-        if (!co_File.n_BufferOffset || co_File.n_BufferOffset >= n_Units()) {
-            co_File.n_BufferOffset = 0;
-            if (!b_Fill(SEQUENTIAL_PIECE))
-                return 0;
-            // Kept: a last line without a line feed is left to the caller, the result is that of
-            // the end.
-            if (!n_Bytes())
-                break;
-        }
-        if (b_TakeBuffered())
-            n_Result = n_BytesOfLine() + sizeof(t_Unit);
+    if (co_File.ec_FileAccess != CT_File::e_FileAccessRead || !CT_Report::sb_NoneFailed())
+        return n_ReadFromStart(pco_Strip);
+    if constexpr (b_Wide) {
+        const unsigned n_Offset = co_File.vn_GetOffset();
+        if (!n_Offset || !CT_Report::sb_NoneFailed())
+            return n_ReadFrom(n_Offset, pco_Strip);
+    }
+    if (!pco_Strip)
+        if (const unsigned n_Whole = n_TakeWhole())
+            return n_Whole;
+    return n_ReadOn(pco_Strip);
+}
+
+template <class t_Unit>
+[[gnu::noinline]] unsigned CT_LineReader<t_Unit>::n_ReadFromStart(const CT_String* pco_Strip)
+{
+    return b_Begin() ? n_ReadOn(pco_Strip) : 0;
+}
+
+template <class t_Unit>
+[[gnu::noinline]] unsigned CT_LineReader<t_Unit>::n_ReadFrom(unsigned n_Offset,
+                                                             const CT_String* pco_Strip)
+{
+    return b_SkipMark(n_Offset) ? n_ReadOn(pco_Strip) : 0;
+}
+
+template <class t_Unit>
+[[gnu::noinline]] unsigned CT_LineReader<t_Unit>::n_ReadOn(const CT_String* pco_Strip)
+{
+    unsigned n_Result = n_TakeLong();
+    if (!n_Result) {
+        v_Empty();
+        n_Result = n_ReadPieces();
+        if (n_Result == NONE)
+            return 0;
     }
     if (pco_Strip)
         pco_Line->vv_Strip(pco_Strip);
     return CT_Report::sb_Failed(qccz_Source) ? 0 : n_Result;
 }
 
-// The direction, the mark at the start of the file, the empty line.
+// The result of the line; NONE when reading has failed.
+template <class t_Unit>
+unsigned CT_LineReader<t_Unit>::n_ReadPieces()
+{
+    do {
+        // What the other readers have left behind may be less than the offset.
+        if (!co_File.n_BufferOffset || co_File.n_BufferOffset >= n_Units()) {
+            co_File.n_BufferOffset = 0;
+            if (!b_Fill(SEQUENTIAL_PIECE))
+                return NONE;
+            // Kept: a last line without a line feed is left to the caller, the result is that of
+            // the end.
+            if (!n_Bytes())
+                return 0;
+        }
+    } while (!b_TakeBuffered());
+    return n_BytesOfLine() + sizeof(t_Unit);
+}
+
+// The direction, the mark at the start of the file.
 template <class t_Unit>
 int CT_LineReader<t_Unit>::b_Begin()
 {
     co_File.v_SetAccess(CT_File::e_FileAccessRead);
     if (CT_Report::sb_Failed(qccz_Source))
         return 0;
-    if (b_Wide && !b_SkipMark())
-        return 0;
-    pco_Line->vv_SetLength(0);
-    return 1;
+    return !b_Wide || b_SkipMark(co_File.vn_GetOffset());
 }
 
 template <class t_Unit>
-int CT_LineReader<t_Unit>::b_SkipMark()
+int CT_LineReader<t_Unit>::b_SkipMark(unsigned n_Offset)
 {
-    const unsigned n_Offset = co_File.vn_GetOffset();
     if (CT_Report::sb_Failed(qccz_Source))
         return 0;
     if (n_Offset)
@@ -179,6 +301,58 @@ int CT_LineReader<t_Unit>::b_SkipMark()
         return 1;
     co_File.vv_SetOffset(CT_File::e_OriginBegin, 0);
     return !CT_Report::sb_Failed(qccz_Source);
+}
+
+template <class t_Unit>
+void CT_LineReader<t_Unit>::v_Empty()
+{
+    if (!pco_Text || !t_Text::sn_Reusable(*pco_Text))
+        pco_Line->vv_SetLength(0);
+    else if (t_Text::sb_Reuse(*pco_Text, 0))
+        t_Text::sv_Reserve(*pco_Text);
+}
+
+// A line that lies in the work buffer as a whole, and fits the memory that the string has. 0 if
+// there is none: the string's text is spoilt then, and has to be emptied.
+template <class t_Unit>
+inline unsigned CT_LineReader<t_Unit>::n_TakeWhole()
+{
+    const unsigned n_From = co_File.n_BufferOffset;
+    const unsigned n_Room = pco_Text ? t_Text::sn_Reusable(*pco_Text) : 0;
+    if (!n_Room || !n_From || n_From >= n_Units())
+        return 0;
+    const t_Unit* pu_From = pu_Buffered() + n_From;
+    t_Unit* pu_To = static_cast<t_Unit*>(const_cast<void*>(pco_Text->qcv_Get()));
+    const unsigned n_Feed = n_CopyToFeed(pu_To, pu_From, std::min(n_Units() - n_From, n_Room));
+    if (n_Feed == NONE)
+        return 0;
+    return n_Take(n_EndOf(n_From, n_From + n_Feed) - n_From, n_From + n_Feed);
+}
+
+// The same for one that ends with the work buffer or the memory.
+template <class t_Unit>
+unsigned CT_LineReader<t_Unit>::n_TakeLong()
+{
+    const unsigned n_From = co_File.n_BufferOffset;
+    const unsigned n_Room = pco_Text ? t_Text::sn_Reusable(*pco_Text) : 0;
+    if (!n_Room || !n_From || n_From >= n_Units())
+        return 0;
+    const unsigned n_Feed = n_FindFeed(pu_Buffered(), n_From, n_Units());
+    const unsigned n_Length = n_EndOf(n_From, n_Feed) - n_From;
+    if (n_Feed == n_Units() || n_Length >= n_Room)
+        return 0;
+    std::memcpy(const_cast<void*>(pco_Text->qcv_Get()), pu_Buffered() + n_From,
+                n_Length * sizeof(t_Unit));
+    return n_Take(n_Length, n_Feed);
+}
+
+template <class t_Unit>
+inline unsigned CT_LineReader<t_Unit>::n_Take(unsigned n_Length, unsigned n_Feed)
+{
+    if (!t_Text::sb_Reuse(*pco_Text, n_Length))
+        return 0;
+    v_MoveBehind(n_Feed);
+    return (n_Length + 1) * sizeof(t_Unit);
 }
 
 // Reads the next piece in place of the work buffer's content, by n_Size whatever its room.
@@ -196,17 +370,23 @@ int CT_LineReader<t_Unit>::b_Fill(unsigned n_Size)
     return !CT_Report::sb_Failed(qccz_Source);
 }
 
+// Where the text ends that begins at n_From and has its line feed, or the end of the piece, there.
+template <class t_Unit>
+inline unsigned CT_LineReader<t_Unit>::n_EndOf(unsigned n_From, unsigned n_Feed) const
+{
+    // Kept: a carriage return goes at the end of a piece too, where its line feed may begin the
+    // next one. A lone one there is lost.
+    return n_Feed > n_From && pu_Buffered()[n_Feed - 1] == '\r' ? n_Feed - 1 : n_Feed;
+}
+
 // Appends what lies between n_From and the next line feed, or the end. Result: where that is.
 template <class t_Unit>
 unsigned CT_LineReader<t_Unit>::n_AppendFrom(unsigned n_From)
 {
-    const t_Unit* pu_Text = static_cast<const t_Unit*>(co_File.co_Buffer.qcv_Get());
-    const unsigned n_Feed = n_FindFeed(pu_Text, n_From, n_Units());
-    // Kept: a carriage return goes at the end of a piece too, where its line feed may begin the
-    // next one. A lone one there is lost.
-    const unsigned n_End = n_Feed > n_From && pu_Text[n_Feed - 1] == '\r' ? n_Feed - 1 : n_Feed;
+    const unsigned n_Feed = n_FindFeed(pu_Buffered(), n_From, n_Units());
+    const unsigned n_End = n_EndOf(n_From, n_Feed);
     if (n_End > n_From)
-        pco_Line->v_Append(pu_Text + n_From, n_End - n_From);
+        pco_Line->v_Append(pu_Buffered() + n_From, n_End - n_From);
     return n_Feed;
 }
 
@@ -215,7 +395,7 @@ template <class t_Unit>
 int CT_LineReader<t_Unit>::b_TakeBuffered()
 {
     const unsigned n_Feed = n_AppendFrom(co_File.n_BufferOffset);
-    co_File.n_BufferOffset = n_Feed + 1 < n_Units() ? n_Feed + 1 : 0;
+    v_MoveBehind(n_Feed);
     return n_Feed < n_Units();
 }
 

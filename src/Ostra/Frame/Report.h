@@ -39,6 +39,8 @@ public:
 
     // True while the thread has an error set.
     static int sb_IsSet() { return CT_ErrorManager::spco_ErrorManager->b_IsSetError(); }
+    // True if no thread at all has an error set.
+    static int sb_NoneFailed() { return !CT_ErrorManager::spco_ErrorManager->pso_SetErrors; }
 
     // True while the thread has an error set; has then added this place to its trail.
     static int sb_Failed(const char* qccz_Source, unsigned n_Line = __builtin_LINE())

@@ -2,7 +2,7 @@
 // units. Internal.
 #pragma once
 
-#include <Ostra/Buffer/Buffer.h>
+#include <Ostra/Buffer/Block.h>
 #include <Ostra/String/TextOperations.h>
 
 #include <algorithm>
@@ -64,6 +64,14 @@ public:
     static bool sb_SetEmpty(CT_Buffer& co, std::uint64_t n_Room);
     // An empty text in the block, or in a larger one where n_Length doesn't fit.
     static bool sb_MakeEmpty(CT_Buffer& co, unsigned n_Length);
+    // The room in memory of a block in which a text can be written anew, whatever the block's size;
+    // 0 if it's not the string's own, or so large that a smaller text would give some back.
+    static unsigned sn_Reusable(const CT_Buffer& co);
+    // Makes that text, written there, the string's. All is as if it had been set to a length of 0
+    // and the text appended. False if that takes memory, with nothing done.
+    static bool sb_Reuse(CT_Buffer& co, unsigned n_Count);
+    // More such room, if there is memory for it.
+    static void sv_Reserve(CT_Buffer& co);
     static void sv_Update(CT_Buffer& co);
 
     // ---- Change -----------------------------------------------------------------------------
@@ -163,6 +171,7 @@ private:
         const CT_Buffer co_Hold(&co);
         Do();
     }
+    static unsigned sn_SmallMaximum(const CT_Buffer& co, unsigned n_Bytes);
     static Unit* spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsigned n_Factor);
     static Unit* spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* qc_From, const Unit* qc_To,
                              unsigned n_To);
@@ -189,4 +198,50 @@ inline void CT_TextBuffer<Unit>::sv_Make(CT_Buffer& co, const Unit* pcc_Text, un
     std::memcpy(co.pc_Data, pcc_Text, n_Bytes - SIZE);
     spc_Data(co)[n_Count] = 0;
     co.pso_GetData()->n_UsedSize = n_Bytes;
+}
+
+// Rooms and growths are small, and growths powers of two, where blocks are used again: no sum
+// passes 32 bits.
+template <class Unit>
+inline unsigned CT_TextBuffer<Unit>::sn_SmallMaximum(const CT_Buffer& co, unsigned n_Bytes)
+{
+    return ((n_Bytes + co.n_Growth + CT_Block::HEADER_SIZE - 1) & -co.n_Growth) -
+           CT_Block::HEADER_SIZE;
+}
+
+template <class Unit>
+inline unsigned CT_TextBuffer<Unit>::sn_Reusable(const CT_Buffer& co)
+{
+    if (!co.pc_Data || co.n_ReadUseCount() != 1 || (co.n_Growth & (co.n_Growth - 1)))
+        return 0;
+    const unsigned n_Room = CT_Block::sn_Room(co.pc_Data);
+    return n_Room <= CT_Block::KEPT_ROOM && co.n_Growth - 1 < n_Room &&
+                   n_Room >= sn_SmallMaximum(co, SIZE)
+               ? n_Room / SIZE
+               : 0;
+}
+
+template <class Unit>
+inline bool CT_TextBuffer<Unit>::sb_Reuse(CT_Buffer& co, unsigned n_Count)
+{
+    const unsigned n_Bytes = (n_Count + 1) * SIZE;
+    // The length of 0 comes first, and is a step to a smaller block and back.
+    const unsigned n_Empty = sn_SmallMaximum(co, SIZE);
+    const unsigned n_Maximum = std::max(sn_SmallMaximum(co, n_Bytes), n_Empty);
+    if (n_Maximum > CT_Block::sn_Room(co.pc_Data))
+        return false;
+    CT_Buffer::st_BufferData* pso_Data = co.pso_GetData();
+    if (const int n_Steps = (pso_Data->n_MaximumSize != n_Empty) + (n_Empty != n_Maximum))
+        CT_Buffer::sco_AllocCount.v_Add(n_Steps);
+    pso_Data->n_MaximumSize = n_Maximum;
+    pso_Data->n_UsedSize = n_Bytes;
+    reinterpret_cast<Unit*>(pso_Data + 1)[n_Count] = 0;
+    return true;
+}
+
+template <class Unit>
+inline void CT_TextBuffer<Unit>::sv_Reserve(CT_Buffer& co)
+{
+    constexpr unsigned ROOM = 148; // that of a block of 160 bytes
+    co.pc_Data = CT_Block::spc_Reserve(co.pc_Data, ROOM);
 }
