@@ -337,6 +337,8 @@ int main(int argc, char** argv)
 #if HAVE_LMDB
     all.RegisterAdd<LmdbAppend>();
 #endif
+    Measures& disk = *new Measures(MakeInput("disk", ".", count));
+    ForAllSides([&]<class Side>() { disk.Register<Side>(); });
     Measures& tenth = *new Measures(MakeInput("memory.tenth", memory, count / 10));
     ForAllSides([&]<class Side>() { tenth.RegisterChurn<Side>(); });
     return Job::Run(argc, argv, OSTRA_ABSENT_PEERS);
