@@ -130,7 +130,7 @@ void Disturb(Side<String>& side, unsigned what)
         break;
     default:
         if (what < 12) {
-            const unsigned growths[] = {32, 1, 3, 64, 4096, 100000, 0x80000000};
+            const unsigned growths[] = {32, 1, 3, 64, 4096, 100000, 0x800000};
             side.line.vv_SetGrowth(growths[what - 5]);
         }
     }
