@@ -10,7 +10,7 @@ function(ostra_test_program NAME)
     add_executable(${NAME} ${ARG_SOURCES})
     target_link_libraries(${NAME} PRIVATE test_support ostra_options)
     target_compile_options(${NAME} PRIVATE -fno-strict-aliasing)
-    if(OSTRA_PRECOMPILE_TESTS)
+    if(OSTRA_PRECOMPILE)
         target_precompile_headers(${NAME} PRIVATE
             <gtest/gtest.h> <filesystem> <random> <string> <vector> <windows.h>)
     endif()
