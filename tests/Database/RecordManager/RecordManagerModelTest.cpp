@@ -338,7 +338,7 @@ TEST(RecordManagerModel, OverflowingFreeTablesAgreeWithTheModel)
     PlayAll({{16, 8, 20, 6000, 400, false},
              {64, 16, 200, 6000, 500, false},
              {24, 12, 50, 6000, 600, false}},
-            2);
+            1);
 }
 
 TEST(RecordManagerModel, StaleBodiesAgreeWithTheModel)
@@ -348,5 +348,5 @@ TEST(RecordManagerModel, StaleBodiesAgreeWithTheModel)
 
 TEST(RecordManagerModel, FilesLargerThanTheFirstMapAgreeWithTheModel)
 {
-    PlayAll({{4096, 500, 20, 800, 350, false}}, 1);
+    PlayAll({{4096, 500, 20, 500, 350, false}}, 1);
 }
