@@ -87,7 +87,8 @@ void CT_RecordManager::v_GetRecord(unsigned n_Reference, CT_Buffer* pco_Buffer) 
 int CT_RecordManager::b_GetMapped(unsigned n_Offset, CT_Buffer* pco_Buffer) const
 {
     const unsigned n_HeadSize = st_Header.n_RecordHeaderSize;
-    const char* pcc_Words = pcc_ReadAt(n_Offset, HEAD_DATA);
+    // Reading moves the file's offset: what is refused unread isn't to be looked at.
+    const char* pcc_Words = n_Offset > st_Header.n_Size ? nullptr : pcc_ReadAt(n_Offset, HEAD_DATA);
     if (!pcc_Words || n_WordAt(pcc_Words) != RECORD_MARK || !n_HeadSize ||
         !b_IsInside(n_Offset + HEAD_DATA, n_HeadSize))
         return 0;

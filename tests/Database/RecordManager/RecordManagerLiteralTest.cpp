@@ -11,9 +11,16 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <random>
 
 #include "Support/Private.h"
+
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
 
 OSTRA_PRIVATE(FreeTableMember, CT_VoidArray CT_RecordManager::*, &CT_RecordManager::co_FreeBlocks);
 OSTRA_PRIVATE(FreeChainMember, CT_FreeChain* CT_RecordManager::*, &CT_RecordManager::pco_Chain);
@@ -25,9 +32,41 @@ struct Plan
     unsigned blockSize;
     unsigned headSize;
     unsigned operations;
-    unsigned records; // about as many live at a time
-    bool wild;        // stale bodies are touched, closed files damaged
+    unsigned records;  // about as many live at a time
+    bool wild;         // stale bodies are touched, closed files damaged
+    bool full = false; // now and then the disk has no more room
 };
+
+#ifndef _WIN32
+// While it lives, no file of the process grows beyond that size.
+class FullDisk
+{
+public:
+    explicit FullDisk(unsigned size)
+    {
+        handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit = {size, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+
+private:
+    void (*handler)(int);
+    rlimit before;
+};
+#else
+struct FullDisk
+{
+    explicit FullDisk(unsigned) {}
+};
+#endif
 
 // What an operation leaves to be compared.
 struct Outcome
@@ -60,14 +99,18 @@ public:
             manager.v_Create(plan.headSize, plan.blockSize, 30);
             return 0;
         });
+        if (plan.full)
+            FillMap();
         for (unsigned i = 0; i < plan.operations && !testing::Test::HasFailure(); ++i) {
             SCOPED_TRACE(testing::Message() << "operation " << i);
-            if (IsRing())
+            if (literal->pcco_GetFile()->pv_GetMapping() && IsRing())
                 break; // the walk in the file has no end there
-            if (Below(500) == 0)
+            const bool lost = !literal->pcco_GetFile()->pv_GetMapping();
+            if (lost || Below(500) == 0)
                 Reopen();
             else
                 Change();
+            lostMaps += lost;
             mirrored += (*fast).*Private(FreeChainMember()) != nullptr;
             EXPECT_EQ((*literal).*Private(FreeChainMember()), nullptr);
         }
@@ -75,9 +118,18 @@ public:
     }
 
     unsigned mirrored = 0; // operations with the chain in memory
+    unsigned lostMaps = 0; // that could not grow
 
 private:
     unsigned Below(unsigned n) { return std::uniform_int_distribution<unsigned>(0, n - 1)(random); }
+
+    // A record that leaves little of the first map.
+    void FillMap()
+    {
+        const std::string text(0xFFFFF - 100 * plan.blockSize, 'f');
+        const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
+        EXPECT_NE(Both([&](CT_RecordManager& manager) { return manager.n_AddRecord(&data); }), 0u);
+    }
 
     std::string Data()
     {
@@ -97,8 +149,11 @@ private:
     template <class Work>
     unsigned Both(Work work)
     {
-        const Outcome outcome = Run(fast, fastBuffer, work);
         const CT_WinFile* file = literal->pcco_GetFile();
+        std::optional<FullDisk> disk;
+        if (plan.full && file->b_IsOpen() && Below(8))
+            disk.emplace(file->vn_GetSize());
+        const Outcome outcome = Run(fast, fastBuffer, work);
         file->h_GetHandle();
         file->pv_GetMapping();
         const Outcome expected = Run(literal, literalBuffer, work);
@@ -179,6 +234,8 @@ private:
             text.resize(plan.headSize + 1);
         const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
         const unsigned reference = Reference();
+        if (MakesRing(reference))
+            return;
         Both(
             [&](CT_RecordManager& manager) { return manager.v_UpdateRecord(reference, &data), 0; });
     }
@@ -188,9 +245,7 @@ private:
         const std::string text = Data();
         const CT_Buffer data(text.data(), static_cast<unsigned>(text.size()), 32);
         const unsigned reference = Reference();
-        // Here a block is given back and one taken in the same operation.
-        const unsigned body = plan.wild ? BodyOf(reference) : 0;
-        if (body && IsRing(body))
+        if (MakesRing(reference))
             return;
         Both([&](CT_RecordManager& manager) {
             return manager.v_UpdateRecordHeader(reference, &data), 0;
@@ -258,6 +313,12 @@ private:
         while (at && left--)
             at = at <= end ? LinkOf(at, patches) : 0;
         return at != 0;
+    }
+    // Whether an operation that gives the record's body back and takes a block walks in a ring.
+    bool MakesRing(unsigned reference)
+    {
+        const unsigned body = plan.wild ? BodyOf(reference) : 0;
+        return body && IsRing(body);
     }
     unsigned LinkOf(unsigned block, const unsigned (&patches)[2][2])
     {
@@ -331,10 +392,11 @@ private:
     bool shrinking = false;
 };
 
-void PlayAll(const std::vector<Plan>& plans, unsigned seeds, unsigned least)
+// Returns how many maps were lost.
+unsigned PlayAll(const std::vector<Plan>& plans, unsigned seeds, unsigned least)
 {
     const unsigned first = Seed(20260101);
-    unsigned mirrored = 0;
+    unsigned mirrored = 0, lostMaps = 0;
     for (const Plan& plan : plans) {
         for (unsigned seed = first; seed < first + seeds; ++seed) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << " block size " << plan.blockSize
@@ -342,13 +404,15 @@ void PlayAll(const std::vector<Plan>& plans, unsigned seeds, unsigned least)
             Pair pair(plan, seed);
             pair.Play();
             mirrored += pair.mirrored;
+            lostMaps += pair.lostMaps;
             if (testing::Test::HasFailure())
-                return;
+                return lostMaps;
         }
     }
     std::printf("literal record: %zu plans, %u seeds each, the chain in memory for %u operations\n",
                 plans.size(), seeds, mirrored);
     EXPECT_GT(mirrored, least);
+    return lostMaps;
 }
 } // namespace
 
@@ -363,3 +427,11 @@ TEST(RecordManagerLiteral, ShortWaysDoTheSameInDamagedFiles)
     PlayAll({{64, 56, 2000, 400, true}, {16, 8, 2000, 400, true}, {12, 4, 2000, 400, true}}, 6,
             100);
 }
+
+#ifndef _WIN32
+TEST(RecordManagerLiteral, ShortWaysDoTheSameWhereFilesCannotGrow)
+{
+    EXPECT_GT(PlayAll({{64, 56, 2000, 250, true, true}, {24, 12, 2000, 300, true, true}}, 4, 0),
+              3u);
+}
+#endif
