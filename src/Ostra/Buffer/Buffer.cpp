@@ -75,7 +75,12 @@ void CT_Buffer::v_Init(unsigned n_Size, unsigned n_NewGrowth)
     pc_Data = CT_Block::spc_New(CT_Block::sn_Maximum(n_Size, n_Growth));
     sco_AllocCount.i4_Inc();
     if (!pc_Data)
-        CT_Report::sv_Memory(qccz_Source);
+        sv_Exhausted();
+}
+
+void CT_Buffer::sv_Exhausted()
+{
+    CT_Report::sv_Memory(qccz_Source);
 }
 
 void CT_Buffer::v_Init(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth)
@@ -458,10 +463,12 @@ void CT_Buffer::v_IncUseCount()
         CT_Interlocked::si4_Inc(pso_GetData()->n_UseCount);
 }
 
+// The heap's own call comes last, so that it can be a jump.
 void CT_Buffer::v_DeleteData()
 {
-    CT_Block::sv_Delete(pc_Data);
+    char* const pc_Block = pc_Data;
     pc_Data = nullptr;
+    CT_Block::sv_Delete(pc_Block);
 }
 
 void CT_Buffer::v_LetGo()

@@ -170,6 +170,7 @@ private:
     }
     void v_LetGo();
     void v_DeleteData();
+    static void sv_Exhausted();
     void v_CopyBeforeWrite();
     void v_SetUsedBufferSize(unsigned n_Size);
 

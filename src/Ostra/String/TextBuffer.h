@@ -46,7 +46,8 @@ public:
     {
         return Text::si_CompareKnown(
             spc_Data(co_Left) + n_Left, spc_Data(co_Right) + n_Right,
-            std::min(sn_Used(co_Left) - n_Left, sn_Used(co_Right) - n_Right));
+            std::min(sn_Used(co_Left) - n_Left, sn_Used(co_Right) - n_Right),
+            std::min(sn_Room(co_Left) - n_Left, sn_Room(co_Right) - n_Right));
     }
     static unsigned sn_FindFrom(const CT_Buffer& co, Unit c_Find, unsigned n_From);
     static unsigned sn_FindFrom(const CT_Buffer& co, const Unit* qc_Find, unsigned n_From);
@@ -192,10 +193,14 @@ inline void CT_TextBuffer<Unit>::sv_Make(CT_Buffer& co, const Unit* pcc_Text, un
         return;
     }
     const unsigned n_Bytes = (n_Count + 1) * SIZE;
-    co.v_Init(n_Bytes, co.n_Growth);
-    if (!co.pc_Data)
+    char* const pc_Data = CT_Block::spc_New(CT_Block::sn_Maximum(n_Bytes, co.n_Growth));
+    co.pc_Data = pc_Data;
+    CT_Buffer::sco_AllocCount.i4_Inc();
+    if (!pc_Data) {
+        CT_Buffer::sv_Exhausted();
         return;
-    std::memcpy(co.pc_Data, pcc_Text, n_Bytes - SIZE);
+    }
+    std::memcpy(pc_Data, pcc_Text, n_Bytes - SIZE);
     spc_Data(co)[n_Count] = 0;
     co.pso_GetData()->n_UsedSize = n_Bytes;
 }

@@ -10,6 +10,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include <emmintrin.h>
+
 // Operations on zero-terminated or counted text, by the value of its characters. Nothing here
 // allocates or knows of a code page, a locale or a buffer.
 template <class Unit>
@@ -65,9 +67,10 @@ public:
             ++qc_Left, ++qc_Right;
         return si_Order(Value(*qc_Left), Value(*qc_Right));
     }
-    // The same of two texts that both have n_Known characters at least, terminators included.
+    // The same of two texts that both have n_Known characters at least, terminators included, and
+    // lie in memory for n_Readable of them.
     [[gnu::always_inline]] static int si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
-                                                      unsigned n_Known);
+                                                      unsigned n_Known, unsigned n_Readable);
     // The difference of the first characters that differ among n_Count.
     static int si_Compare(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Count)
     {
@@ -108,13 +111,10 @@ private:
     typedef Value Block __attribute__((vector_size(16)));
     typedef std::uint64_t Halves __attribute__((vector_size(16)));
     static constexpr unsigned BLOCK = 16 / sizeof(Unit);
-    // Characters of a number of 64 bits, the first one in its lowest.
-    static constexpr unsigned WORD = 8 / sizeof(Unit);
-    static constexpr unsigned BITS = 8 * sizeof(Unit);
-    static_assert(std::endian::native == std::endian::little);
 
     static bool sb_Any(const Unit* qc_Text, Unit c_Find);
-    static std::uint64_t sn8_Differ(std::uint64_t n8_Left, std::uint64_t n8_Right);
+    static unsigned sn_Differ(const Unit* qc_Left, const Unit* qc_Right);
+    static int si_CompareRest(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known);
     static int si_Order(Value t_Left, Value t_Right)
     {
         return (t_Left > t_Right) - (t_Left < t_Right);
@@ -162,43 +162,48 @@ bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_Text, Unit c_Find)
     return (aHits[0] | aHits[1]) != 0;
 }
 
-// The bits of the first character of a word, from the low end, in which two words differ or the
-// left one ends; others above them may be set.
+// A bit for each byte of the characters in which two blocks differ or the left one ends.
 template <class Unit>
-std::uint64_t CT_TextOperations<Unit>::sn8_Differ(std::uint64_t n8_Left, std::uint64_t n8_Right)
+inline unsigned CT_TextOperations<Unit>::sn_Differ(const Unit* qc_Left, const Unit* qc_Right)
 {
-    constexpr std::uint64_t ONES = ~std::uint64_t(0) / Value(-1);
-    constexpr std::uint64_t TOPS = ONES << (BITS - 1);
-    return (n8_Left ^ n8_Right) | ((n8_Left - ONES) & ~n8_Left & TOPS);
+    Block aLeft;
+    Block aRight;
+    std::memcpy(&aLeft, qc_Left, sizeof(aLeft));
+    std::memcpy(&aRight, qc_Right, sizeof(aRight));
+    const auto aDiffer = (aLeft != aRight) | (aLeft == Value(0));
+    return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(aDiffer)));
 }
 
-// Two words at a time, which may overlap: most texts end or differ in the first two.
+// The first two blocks at once, without a branch on how many characters there are: the second block
+// lies over the first where there are no more, and what lies behind them in memory isn't judged.
 template <class Unit>
 inline int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
-                                                    unsigned n_Known)
+                                                    unsigned n_Known, unsigned n_Readable)
 {
     unsigned n = 0;
-    while (n_Known - n >= WORD) {
-        const unsigned n_Next = n + std::min(WORD, n_Known - n - WORD);
-        std::uint64_t an8_Left[2];
-        std::uint64_t an8_Right[2];
-        std::memcpy(&an8_Left[0], qc_Left + n, sizeof(std::uint64_t));
-        std::memcpy(&an8_Left[1], qc_Left + n_Next, sizeof(std::uint64_t));
-        std::memcpy(&an8_Right[0], qc_Right + n, sizeof(std::uint64_t));
-        std::memcpy(&an8_Right[1], qc_Right + n_Next, sizeof(std::uint64_t));
-        const std::uint64_t n8_First = sn8_Differ(an8_Left[0], an8_Right[0]);
-        const std::uint64_t n8_Second = sn8_Differ(an8_Left[1], an8_Right[1]);
-        if (n8_First | n8_Second) {
-            const int i_Shift =
-                std::countr_zero(n8_First ? n8_First : n8_Second) & -static_cast<int>(BITS);
-            return si_Order(Value((n8_First ? an8_Left[0] : an8_Left[1]) >> i_Shift),
-                            Value((n8_First ? an8_Right[0] : an8_Right[1]) >> i_Shift));
+    if (n_Readable >= BLOCK) {
+        n = std::min(n_Known, 2 * BLOCK);
+        const unsigned n_Second = std::max(n, BLOCK) - BLOCK;
+        const std::uint64_t n8_Differ =
+            sn_Differ(qc_Left, qc_Right) |
+            std::uint64_t(sn_Differ(qc_Left + n_Second, qc_Right + n_Second))
+                << n_Second * sizeof(Unit);
+        const std::uint64_t n8_Judged = n8_Differ & ((std::uint64_t(1) << n * sizeof(Unit)) - 1);
+        if (n8_Judged) {
+            const unsigned n_At = static_cast<unsigned>(std::countr_zero(n8_Judged)) / sizeof(Unit);
+            return si_Order(Value(qc_Left[n_At]), Value(qc_Right[n_At]));
         }
-        n = n_Next + WORD;
-        // The last characters are looked at together with some that are known.
-        if (n < n_Known && n_Known - n < WORD)
-            n = n_Known - WORD;
     }
+    return si_CompareRest(qc_Left + n, qc_Right + n, n_Known - n);
+}
+
+template <class Unit>
+[[gnu::noinline]] int
+CT_TextOperations<Unit>::si_CompareRest(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known)
+{
+    unsigned n = 0;
+    while (n_Known - n >= BLOCK && !sn_Differ(qc_Left + n, qc_Right + n))
+        n += BLOCK;
     return si_Compare(qc_Left + n, qc_Right + n);
 }
 

@@ -283,6 +283,24 @@ TYPED_TEST(TextModel, ComparesUpToATerminatorInTheText)
     }
 }
 
+// Growth 1: nothing lies behind the texts that could be read.
+TYPED_TEST(TextModel, ComparesTextsWhoseBlocksEndWithThem)
+{
+    using Text = typename TypeParam::Text;
+    const auto block = [](const Text& text) {
+        return CT_Buffer(text.c_str(), (unsigned(text.size()) + 1) * sizeof(text[0]), 1);
+    };
+    for (unsigned left = 0; left < 36; ++left) {
+        for (unsigned right = 0; right < 36; ++right) {
+            const CT_Buffer leftBlock = block(Text(left, 'a'));
+            const CT_Buffer rightBlock = block(Text(right, 'a'));
+            const decltype(TypeParam::Of(Text())) own(&leftBlock);
+            const decltype(TypeParam::Of(Text())) other(&rightBlock);
+            EXPECT_EQ((left > right) - (left < right), own.vi_Compare(&other));
+        }
+    }
+}
+
 TYPED_TEST(TextModel, MatchesAsThePlainMatchDoes)
 {
     using Text = typename TypeParam::Text;
