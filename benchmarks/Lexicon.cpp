@@ -476,6 +476,7 @@ int main(int argc, char** argv)
     RegisterHit("words.en.shuf", Shuffled(shuffled), shuffled);
     RegisterHit("words.en.tenth", few, fewShuffled);
     RegisterBuild("words.en", words);
+    RegisterBuild("words.en.tenth", few);
     RegisterBuild("words.en.shuf", shuffled);
     RegisterBuild("words.en.shuf.tenth", fewShuffled);
     RegisterIterate("words.en", words);
