@@ -4,7 +4,7 @@
 // lacks: what one side would put in their place another wouldn't. Each side writes into memory
 // prepared before, by a converter that is kept; the library has none to keep. ICU's converters are
 // those that stand behind the library's tables, which differ from them in best fits and some rare
-// characters. "first" is the time in microseconds of the first conversion of a short text in a
+// characters. "first_us" is the time in microseconds of the first conversion of a short text in a
 // page, with all that is made ready for it. Rates are those of the text in the code page.
 #include <System/String/StringConvert.h>
 
@@ -185,7 +185,7 @@ void RegisterFirst(const char* input, unsigned number, const char* icu)
     unsigned short units[8];
     const double ours =
         Microseconds([&] { CT_StringConvert::si_MultiToWide(units, "page", 4, number); });
-    Job::RegisterCost(std::string("first/ostra/") + input, [ours] { return ours; });
+    Job::RegisterCost(std::string("first_us/ostra/") + input, [ours] { return ours; });
 #if HAVE_ICU
     const double theirs = Microseconds([icu] {
         UChar text[8];
@@ -193,7 +193,7 @@ void RegisterFirst(const char* input, unsigned number, const char* icu)
         const auto converter = OpenICU(icu);
         ucnv_toUChars(converter.get(), text, 8, "page", 4, &status);
     });
-    Job::RegisterCost(std::string("first/icu/") + input, [theirs] { return theirs; });
+    Job::RegisterCost(std::string("first_us/icu/") + input, [theirs] { return theirs; });
 #endif
 }
 } // namespace
