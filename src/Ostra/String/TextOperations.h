@@ -111,9 +111,17 @@ private:
     typedef Value Block __attribute__((vector_size(16)));
     typedef std::uint64_t Halves __attribute__((vector_size(16)));
     static constexpr unsigned BLOCK = 16 / sizeof(Unit);
+#ifdef __SSE2__
+    static constexpr bool b_JudgeBlocks = true;
+#else
+    // Not every processor has it. Comparing is too short for a choice at run time.
+    static constexpr bool b_JudgeBlocks = false;
+#endif
 
     static bool sb_Any(const Unit* qc_Text, Unit c_Find);
     static unsigned sn_Differ(const Unit* qc_Left, const Unit* qc_Right);
+    [[gnu::always_inline]] static int si_CompareBlocks(const Unit* qc_Left, const Unit* qc_Right,
+                                                       unsigned n_Known, unsigned n_Readable);
     static int si_CompareRest(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known);
     static int si_Order(Value t_Left, Value t_Right)
     {
@@ -174,11 +182,22 @@ inline unsigned CT_TextOperations<Unit>::sn_Differ(const Unit* qc_Left, const Un
     return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(aDiffer)));
 }
 
-// The first two blocks at once, without a branch on how many characters there are: the second block
-// lies over the first where there are no more, and what lies behind them in memory isn't judged.
 template <class Unit>
 inline int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
                                                     unsigned n_Known, unsigned n_Readable)
+{
+    if constexpr (b_JudgeBlocks)
+        return si_CompareBlocks(qc_Left, qc_Right, n_Known, n_Readable);
+    else
+        return si_Compare(qc_Left, qc_Right);
+}
+
+// Judges the first two blocks at once, without a branch on how many characters there are: the
+// second block lies over the first where there are no more, and what lies behind them in memory
+// isn't judged.
+template <class Unit>
+inline int CT_TextOperations<Unit>::si_CompareBlocks(const Unit* qc_Left, const Unit* qc_Right,
+                                                     unsigned n_Known, unsigned n_Readable)
 {
     unsigned n = 0;
     if (n_Readable >= BLOCK) {
