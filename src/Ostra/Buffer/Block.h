@@ -29,10 +29,15 @@ public:
             return TOO_LARGE;
         // Most growths are a power of two, and a division takes longer than the rest of a step.
         if (n_Growth && !(n_Growth & (n_Growth - 1)))
-            return (n_Sum & -n_Growth) - HEADER_SIZE;
+            return sn_RoundDown(n_Sum, n_Growth);
         // A growth of 0 is the caller's fault, and stops the program here as it always did.
         // NOLINTNEXTLINE(clang-analyzer-core.DivideZero)
         return n_Sum / n_Growth * n_Growth - HEADER_SIZE;
+    }
+    // The same where the growth is a power of two and no sum passes 32 bits.
+    static unsigned sn_SmallMaximum(unsigned n_Size, unsigned n_Growth)
+    {
+        return sn_RoundDown(n_Size + n_Growth + HEADER_SIZE - 1, n_Growth);
     }
     // The sum, or TOO_LARGE.
     static unsigned sn_Sum(unsigned n_First, unsigned n_Second)
@@ -67,6 +72,10 @@ private:
         CT_Buffer::st_BufferData so_Data;
     };
 
+    static unsigned sn_RoundDown(unsigned n_Total, unsigned n_Growth)
+    {
+        return (n_Total & -n_Growth) - HEADER_SIZE;
+    }
     static st_Block* pso_Of(char* pc_Data) { return reinterpret_cast<st_Block*>(pc_Data) - 1; }
     static char* pc_DataOf(st_Block* pso_Block) { return reinterpret_cast<char*>(pso_Block + 1); }
     static st_Block* pso_Take(st_Block* pso_Old, unsigned n_Room);

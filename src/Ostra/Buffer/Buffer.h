@@ -170,7 +170,7 @@ private:
     }
     void v_LetGo();
     void v_DeleteData();
-    static void sv_Exhausted();
+    static void sv_Exhausted(); // reports that no block could be had
     void v_CopyBeforeWrite();
     void v_SetUsedBufferSize(unsigned n_Size);
 

@@ -3,6 +3,7 @@
 
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
+#include <Ostra/String/StringKind.h>
 #include <Ostra/String/TextBuffer.h>
 
 #include <algorithm>
@@ -86,14 +87,6 @@ inline unsigned n_CopyToFeed(t_Unit* pu_To, const t_Unit* pu_Text, unsigned n_En
     return NONE;
 }
 
-// The table of the object's virtual functions, which each class has its own of.
-const void* pv_Functions(const CT_String& co_Text)
-{
-    const void* pv_Table;
-    std::memcpy(&pv_Table, static_cast<const void*>(&co_Text), sizeof(pv_Table));
-    return pv_Table;
-}
-
 const char* q_Text(const CT_CString& co_Text)
 {
     return co_Text.qccz_Get();
@@ -144,10 +137,10 @@ private:
     typedef CT_TextBuffer<t_Unit> t_Text;
 
     // The buffer of a string that is of this width and of no class of the application, which would
-    // expect to be called: its functions are those of the specimen.
+    // expect to be called.
     static CT_Buffer* spco_TextOf(CT_String& co_Target)
     {
-        return pv_Functions(co_Target) == pv_Functions(t_String::sco_Object)
+        return b_IsLike(&co_Target, t_String::sco_Object)
                    ? const_cast<CT_Buffer*>(co_Target.pcco_GetBuffer())
                    : nullptr;
     }
@@ -155,6 +148,7 @@ private:
     int b_Begin();
     int b_SkipMark(unsigned n_Offset);
     void v_Empty();
+    unsigned n_RoomForBuffered() const;
     unsigned n_TakeWhole();
     unsigned n_TakeLong();
     unsigned n_Take(unsigned n_Length, unsigned n_Feed);
@@ -312,15 +306,25 @@ void CT_LineReader<t_Unit>::v_Empty()
         t_Text::sv_Reserve(*pco_Text);
 }
 
+// The room, in units, of the memory in which what the work buffer still holds can be written; 0 if
+// there is none, or nothing to write.
+template <class t_Unit>
+inline unsigned CT_LineReader<t_Unit>::n_RoomForBuffered() const
+{
+    return pco_Text && co_File.n_BufferOffset && co_File.n_BufferOffset < n_Units()
+               ? t_Text::sn_Reusable(*pco_Text)
+               : 0;
+}
+
 // A line that lies in the work buffer as a whole, and fits the memory that the string has. 0 if
 // there is none: the string's text is spoilt then, and has to be emptied.
 template <class t_Unit>
 inline unsigned CT_LineReader<t_Unit>::n_TakeWhole()
 {
-    const unsigned n_From = co_File.n_BufferOffset;
-    const unsigned n_Room = pco_Text ? t_Text::sn_Reusable(*pco_Text) : 0;
-    if (!n_Room || !n_From || n_From >= n_Units())
+    const unsigned n_Room = n_RoomForBuffered();
+    if (!n_Room)
         return 0;
+    const unsigned n_From = co_File.n_BufferOffset;
     const t_Unit* pu_From = pu_Buffered() + n_From;
     t_Unit* pu_To = static_cast<t_Unit*>(const_cast<void*>(pco_Text->qcv_Get()));
     const unsigned n_Feed = n_CopyToFeed(pu_To, pu_From, std::min(n_Units() - n_From, n_Room));
@@ -333,10 +337,10 @@ inline unsigned CT_LineReader<t_Unit>::n_TakeWhole()
 template <class t_Unit>
 unsigned CT_LineReader<t_Unit>::n_TakeLong()
 {
-    const unsigned n_From = co_File.n_BufferOffset;
-    const unsigned n_Room = pco_Text ? t_Text::sn_Reusable(*pco_Text) : 0;
-    if (!n_Room || !n_From || n_From >= n_Units())
+    const unsigned n_Room = n_RoomForBuffered();
+    if (!n_Room)
         return 0;
+    const unsigned n_From = co_File.n_BufferOffset;
     const unsigned n_Feed = n_FindFeed(pu_Buffered(), n_From, n_Units());
     const unsigned n_Length = n_EndOf(n_From, n_Feed) - n_From;
     if (n_Feed == n_Units() || n_Length >= n_Room)

@@ -57,10 +57,5 @@ public:
     CT_Counter operator--(int) { return --*this; }
 
 private:
-    template <class Unit>
-    friend class CT_TextBuffer; // counts several blocks at once
-
-    void v_Add(LONG i4_Count) { std::atomic_ref<LONG>(i4_Value).fetch_add(i4_Count); }
-
     LONG i4_Value; // a plain number: every change of it is interlocked
 };

@@ -172,7 +172,6 @@ private:
         const CT_Buffer co_Hold(&co);
         Do();
     }
-    static unsigned sn_SmallMaximum(const CT_Buffer& co, unsigned n_Bytes);
     static Unit* spc_AppendRoom(CT_Buffer& co, unsigned n_Count, unsigned n_Factor);
     static Unit* spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* qc_From, const Unit* qc_To,
                              unsigned n_To);
@@ -205,15 +204,6 @@ inline void CT_TextBuffer<Unit>::sv_Make(CT_Buffer& co, const Unit* pcc_Text, un
     co.pso_GetData()->n_UsedSize = n_Bytes;
 }
 
-// Rooms and growths are small, and growths powers of two, where blocks are used again: no sum
-// passes 32 bits.
-template <class Unit>
-inline unsigned CT_TextBuffer<Unit>::sn_SmallMaximum(const CT_Buffer& co, unsigned n_Bytes)
-{
-    return ((n_Bytes + co.n_Growth + CT_Block::HEADER_SIZE - 1) & -co.n_Growth) -
-           CT_Block::HEADER_SIZE;
-}
-
 template <class Unit>
 inline unsigned CT_TextBuffer<Unit>::sn_Reusable(const CT_Buffer& co)
 {
@@ -221,7 +211,7 @@ inline unsigned CT_TextBuffer<Unit>::sn_Reusable(const CT_Buffer& co)
         return 0;
     const unsigned n_Room = CT_Block::sn_Room(co.pc_Data);
     return n_Room <= CT_Block::KEPT_ROOM && co.n_Growth - 1 < n_Room &&
-                   n_Room >= sn_SmallMaximum(co, SIZE)
+                   n_Room >= CT_Block::sn_SmallMaximum(SIZE, co.n_Growth)
                ? n_Room / SIZE
                : 0;
 }
@@ -231,13 +221,15 @@ inline bool CT_TextBuffer<Unit>::sb_Reuse(CT_Buffer& co, unsigned n_Count)
 {
     const unsigned n_Bytes = (n_Count + 1) * SIZE;
     // The length of 0 comes first, and is a step to a smaller block and back.
-    const unsigned n_Empty = sn_SmallMaximum(co, SIZE);
-    const unsigned n_Maximum = std::max(sn_SmallMaximum(co, n_Bytes), n_Empty);
+    const unsigned n_Empty = CT_Block::sn_SmallMaximum(SIZE, co.n_Growth);
+    const unsigned n_Maximum = std::max(CT_Block::sn_SmallMaximum(n_Bytes, co.n_Growth), n_Empty);
     if (n_Maximum > CT_Block::sn_Room(co.pc_Data))
         return false;
     CT_Buffer::st_BufferData* pso_Data = co.pso_GetData();
-    if (const int n_Steps = (pso_Data->n_MaximumSize != n_Empty) + (n_Empty != n_Maximum))
-        CT_Buffer::sco_AllocCount.v_Add(n_Steps);
+    if (pso_Data->n_MaximumSize != n_Empty)
+        CT_Buffer::sco_AllocCount.i4_Inc();
+    if (n_Empty != n_Maximum)
+        CT_Buffer::sco_AllocCount.i4_Inc();
     pso_Data->n_MaximumSize = n_Maximum;
     pso_Data->n_UsedSize = n_Bytes;
     reinterpret_cast<Unit*>(pso_Data + 1)[n_Count] = 0;
