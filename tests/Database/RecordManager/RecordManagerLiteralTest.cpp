@@ -103,9 +103,9 @@ public:
             FillMap();
         for (unsigned i = 0; i < plan.operations && !testing::Test::HasFailure(); ++i) {
             SCOPED_TRACE(testing::Message() << "operation " << i);
-            if (literal->pcco_GetFile()->pv_GetMapping() && IsRing())
-                break; // the walk in the file has no end there
             const bool lost = !literal->pcco_GetFile()->pv_GetMapping();
+            if (!lost && IsRing())
+                break; // the walk in the file has no end there
             if (lost || Below(500) == 0)
                 Reopen();
             else

@@ -544,6 +544,20 @@ TEST(RecordManager, DeletedRecordFailsAndItsReferenceMayComeAgain)
     records.Close();
 }
 
+TEST(RecordManager, ReferenceBehindTheLastBlockIsRefusedUnread)
+{
+    RecordFile records;
+    records.Create(16, 64);
+    const unsigned reference = records.Add(Counting(40));
+    EXPECT_EQ(records.Get(reference), Counting(40));
+    const unsigned offset = records->pcco_GetFile()->vn_GetOffset();
+    // The view goes on behind the last block.
+    EXPECT_EQ(records.Get(records->n_GetSize() / 64 + 1), "");
+    EXPECT_EQ(TakeCode(), 31051u);
+    EXPECT_EQ(records->pcco_GetFile()->vn_GetOffset(), offset);
+    records.Close();
+}
+
 // ---- Updates ----------------------------------------------------------------------------------
 
 TEST(RecordManager, UpdateKeepsTheReference)
