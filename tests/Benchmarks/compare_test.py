@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """What benchmarks/compare makes of reports, with invented figures."""
-import importlib.machinery
-import importlib.util
+import os
 import pathlib
 import subprocess
 import sys
@@ -9,14 +8,7 @@ import unittest
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
 sys.dont_write_bytecode = True
-
-
-def load(name, path):
-    loader = importlib.machinery.SourceFileLoader(name, str(path))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
-    loader.exec_module(module)
-    return module
-
+from load import load  # noqa: E402
 
 compare = load("compare", TOP / "benchmarks/compare")
 
@@ -134,6 +126,14 @@ class Compare(unittest.TestCase):
                               capture_output=True, text=True)
         self.assertEqual(done.returncode, 1)
         self.assertIn("cmake --preset linux-benchmarks", done.stderr)
+
+    def test_the_page_is_made_of_all_jobs_on_real_inputs(self):
+        made_up = {name: value for name, value in os.environ.items() if name != "OSTRA_BENCHMARK_INPUTS"}
+        for jobs, variables in (["Lines"], os.environ | {"OSTRA_BENCHMARK_INPUTS": "inputs"}), ([], made_up):
+            done = subprocess.run([sys.executable, TOP / "benchmarks/compare", "--page", "--build", "/nowhere", *jobs],
+                                  capture_output=True, text=True, env=variables)
+            self.assertEqual(done.returncode, 2)
+            self.assertIn("--page wants all jobs", done.stderr)
 
 
 if __name__ == "__main__":

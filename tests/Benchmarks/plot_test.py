@@ -1,7 +1,5 @@
 #!/usr/bin/env python3
 """What benchmarks/plot makes of figures, with invented ones."""
-import importlib.machinery
-import importlib.util
 import json
 import pathlib
 import subprocess
@@ -12,16 +10,9 @@ import xml.etree.ElementTree as xml
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
 sys.dont_write_bytecode = True
+from load import load  # noqa: E402
+
 SVG = "{http://www.w3.org/2000/svg}"
-
-
-def load(name, path):
-    loader = importlib.machinery.SourceFileLoader(name, str(path))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
-    loader.exec_module(module)
-    return module
-
-
 plot = load("plot", TOP / "benchmarks/plot")
 
 
