@@ -9,7 +9,7 @@
 
 namespace
 {
-const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/UStringText"});
+const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/UString"});
 
 // A text whose block another string holds, and a result that holds what a third one has.
 struct State

@@ -17,8 +17,7 @@ namespace
 {
 // Where a file's allocations fail: in its buffers, and in the scratch room of its strings.
 const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/CString", "Ostra/String/UString",
-                          "Ostra/String/CStringText", "Ostra/String/UStringText",
-                          "Ostra/String/TextBuffer", "Ostra/String/String"});
+                          "Ostra/String/String"});
 
 const char LINES[] = "first line\r\nsecond line";
 

@@ -11,8 +11,8 @@
 
 namespace
 {
-const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/CStringText",
-                          "Ostra/String/UStringText", "System/String/StringConvertString"});
+const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/CString", "Ostra/String/UString",
+                          "System/String/StringConvert"});
 
 const char* const TWENTY_LONG = "0123456789ABCDEFGHIJ";
 const char* const LONG_TEXT =

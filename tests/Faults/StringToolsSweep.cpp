@@ -15,8 +15,8 @@
 
 namespace
 {
-const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/CStringText",
-                          "Ostra/String/StringTools", "Ostra/String/UStringText"});
+const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/CString", "Ostra/String/StringTools",
+                          "Ostra/String/UString"});
 
 const char* const BEFORE = "before";
 const char* const LONG_TEXT =

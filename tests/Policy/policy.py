@@ -81,17 +81,11 @@ def check_lengths():
 def check_sources():
     for path in files("src", "*.cpp", "*.h"):
         text = path.read_text("utf-8")
-        literal = path.relative_to(TOP / "src").with_suffix("").as_posix()
         for number, line in enumerate(text.splitlines(), 1):
             if PLATFORM.match(line):
                 breach(path, number, "a platform conditional in the library")
             if re.search(r"\b(throw|dynamic_cast|typeid)\b", stripped(line)):
                 breach(path, number, "the library throws nothing and asks no language run-time types")
-            found = re.search(r'qccz_Source\[\]\s*=\s*"([^"]*)"', line)
-            if found and found.group(1) != literal:
-                breach(path, number, f'the source states "{found.group(1)}", its place is "{literal}"')
-        if "CT_Report::" in text and path.suffix == ".cpp" and "qccz_Source" not in text:
-            breach(path, 1, "reports without stating its own path")
         if path.suffix == ".h" and "#pragma once" not in text:
             breach(path, 1, "no #pragma once")
         first = text.split("\n", 1)[0]
@@ -101,6 +95,25 @@ def check_sources():
             breach(path, 1, "the first line tells path and purpose")
         if re.match(r"// ([\w/]+\.(h|cpp))", first) and not first.startswith(f"// {path.relative_to(TOP / 'src').as_posix()}"):
             breach(path, 1, "the first line tells another path")
+
+
+def check_places():
+    """What reports name as their place: the paths of public headers, each said once, in the folder of the class."""
+    public = set(re.findall(r"#include <(.*)\.h>", (TOP / "src/Ostra/Ostra.h").read_text("utf-8")))
+    said = {}
+    for path in files("src", "*.cpp", "*.h"):
+        folder = path.parent.relative_to(TOP / "src").as_posix()
+        for number, line in enumerate(path.read_text("utf-8").splitlines(), 1):
+            if re.match(r"\s*//", line):
+                continue
+            for place in re.findall(r'"((?:Ostra|System|Database)/[\w/]+)"', line):
+                if place not in public:
+                    breach(path, number, f'reports "{place}", which is no public header')
+                if place.rpartition("/")[0] != folder:
+                    breach(path, number, f'reports "{place}" from another folder')
+                if place in said:
+                    breach(path, number, f'says "{place}", as {said[place].relative_to(TOP)} does')
+                said[place] = path
 
 
 def check_names():
@@ -177,6 +190,7 @@ def main():
     arguments = parser.parse_args()
     check_lengths()
     check_sources()
+    check_places()
     check_names()
     check_no_workplace()
     if arguments.library:

@@ -9,6 +9,9 @@
 #include <bit>
 #include <cstring>
 
+// What all sources of the class report as their place.
+inline constexpr char qccz_Source[] = "Database/RecordManager/RecordManager";
+
 // ---- Bytes of the view --------------------------------------------------------------------------
 //
 // Where the view of the file has all of the bytes, nothing can fail and the system isn't asked: a

@@ -9,8 +9,6 @@
 
 namespace
 {
-constexpr char qccz_Source[] = "Database/RecordManager/RecordData";
-
 constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned INVALID_REFERENCE = 31051;
 constexpr unsigned RECORD_MARK = 0xFFFFFFFF;

@@ -13,8 +13,6 @@
 
 namespace
 {
-constexpr char qccz_Source[] = "Database/RecordManager/RecordManager";
-
 constexpr char ac_FileText[22] = "VARNOK RecordManager\x1A";
 constexpr unsigned SIGNATURE = 0xA1B2C3D4;
 constexpr unsigned FREE_SLOTS = 128;

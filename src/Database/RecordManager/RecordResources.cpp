@@ -9,8 +9,6 @@
 
 namespace
 {
-constexpr char qccz_Source[] = "Database/RecordManager/RecordResources";
-
 constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned TOO_MANY_RESOURCES = 31052;
 constexpr unsigned RESOURCE_NOT_FOUND = 31053;

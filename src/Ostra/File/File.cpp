@@ -2,9 +2,10 @@
 #include <Ostra/File/File.h>
 
 #include <Ostra/File/FileSystem.h>
+#include <Ostra/File/Sources.h>
 #include <Ostra/Frame/Report.h>
 
-static constexpr char qccz_Source[] = "Ostra/File/File";
+static constexpr auto& qccz_Source = qccz_FileSource;
 
 // ---- Construction ------------------------------------------------------------------------------
 

@@ -1,6 +1,7 @@
 // Ostra/File/FileLines.cpp: lines of text files.
 #include <Ostra/File/File.h>
 
+#include <Ostra/File/Sources.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/StringKind.h>
@@ -12,7 +13,7 @@
 #include <cstring>
 #include <type_traits>
 
-static constexpr char qccz_Source[] = "Ostra/File/FileLines";
+static constexpr auto& qccz_Source = qccz_FileSource;
 
 namespace
 {

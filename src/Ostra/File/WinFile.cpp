@@ -2,13 +2,14 @@
 #include <Ostra/File/WinFile.h>
 
 #include <Ostra/File/Road.h>
+#include <Ostra/File/Sources.h>
 #include <Ostra/Frame/Report.h>
 
 #include <windows.h>
 
 #include <cstdlib>
 
-static constexpr char qccz_Source[] = "Ostra/File/WinFile";
+static constexpr auto& qccz_Source = qccz_WinFileSource;
 
 namespace
 {

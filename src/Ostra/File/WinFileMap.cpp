@@ -1,6 +1,7 @@
 // Ostra/File/WinFileMap.cpp: the mapped mode.
 #include <Ostra/File/WinFile.h>
 
+#include <Ostra/File/Sources.h>
 #include <Ostra/Frame/Report.h>
 
 #include <windows.h>
@@ -8,7 +9,7 @@
 #include <algorithm>
 #include <cstring>
 
-static constexpr char qccz_Source[] = "Ostra/File/WinFileMap";
+static constexpr auto& qccz_Source = qccz_WinFileSource;
 
 namespace
 {

@@ -1,8 +1,8 @@
 // Ostra/Frame/Report.h: the one way in which the library's own code reports a failure. Internal.
 //
 // A report is one call. It sets the error unless the thread has one already, and adds the place of
-// the call to the trail: qccz_Source is the literal path that the source states at its head, the
-// line supplies itself.
+// the call to the trail: qccz_Source is the path of the class, which is said once a class, whatever
+// the number of its sources; the line supplies itself.
 #pragma once
 
 #include <Ostra/Frame/ErrorManager.h>

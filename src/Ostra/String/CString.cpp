@@ -8,10 +8,9 @@
 
 #include <cstdlib>
 
-static constexpr char qccz_Source[] = "Ostra/String/CString";
-
 using Bytes = CT_TextBuffer<char>;
 
+static constexpr auto qccz_Source = Bytes::SOURCE;
 static constexpr unsigned ALL = -1;
 
 // ---- Construction ---------------------------------------------------------------------------

@@ -10,11 +10,10 @@
 
 #include <algorithm>
 
-static constexpr char qccz_Source[] = "Ostra/String/CStringText";
-
 using Bytes = CT_TextBuffer<char>;
 using Units = CT_TextOperations<unsigned short>;
 
+static constexpr auto qccz_Source = Bytes::SOURCE;
 static constexpr unsigned ALL = -1;
 
 // ---- Replace ----------------------------------------------------------------------------------

@@ -7,8 +7,6 @@
 
 #include <algorithm>
 
-static constexpr char qccz_Source[] = "Ostra/String/TextBuffer";
-
 // ---- Access ---------------------------------------------------------------------------------
 
 template <class Unit>
@@ -43,7 +41,7 @@ bool CT_TextBuffer<Unit>::sb_SetSize(CT_Buffer& co, std::uint64_t n_Bytes, int b
 {
     // A size that the buffer's sums can't hold is more than any heap has.
     if (n_Bytes + co.n_GetGrowth() + 16 > 0xFFFFFFFF) {
-        CT_Report::sv_Memory(qccz_Source);
+        CT_Report::sv_Memory(SOURCE);
         return false;
     }
     co.v_SetSize(static_cast<unsigned>(n_Bytes), b_Keep);

@@ -17,6 +17,9 @@ class CT_TextBuffer
 public:
     using Text = CT_TextOperations<Unit>;
 
+    // The class whose text it is: what fails here is reported as its place.
+    static constexpr const char* SOURCE =
+        sizeof(Unit) == 1 ? "Ostra/String/CString" : "Ostra/String/UString";
     static constexpr unsigned SIZE = sizeof(Unit);
     // What an empty string reads as.
     static constexpr Unit EMPTY[4] = {};

@@ -9,10 +9,9 @@
 #include <algorithm>
 #include <cstdlib>
 
-static constexpr char qccz_Source[] = "Ostra/String/UString";
-
 using Units = CT_TextBuffer<unsigned short>;
 
+static constexpr auto qccz_Source = Units::SOURCE;
 static constexpr unsigned ALL = -1;
 
 // ---- Construction ---------------------------------------------------------------------------

@@ -9,11 +9,10 @@
 
 #include <algorithm>
 
-static constexpr char qccz_Source[] = "Ostra/String/UStringText";
-
 using Units = CT_TextBuffer<unsigned short>;
 using Bytes = CT_TextOperations<char>;
 
+static constexpr auto qccz_Source = Units::SOURCE;
 static constexpr unsigned ALL = -1;
 
 // ---- Replace ----------------------------------------------------------------------------------

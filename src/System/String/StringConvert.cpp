@@ -5,9 +5,10 @@
 #include <Ostra/Frame/SystemText.h>
 #include <Ostra/String/TextOperations.h>
 #include <System/String/CodePages.h>
+#include <System/String/Sources.h>
 #include <System/String/UTF.h>
 
-static constexpr char qccz_Source[] = "System/String/StringConvert";
+static constexpr auto& qccz_Source = qccz_StringConvertSource;
 
 using Bytes = CT_TextOperations<char>;
 using Units = CT_TextOperations<unsigned short>;

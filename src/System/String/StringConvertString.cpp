@@ -7,11 +7,12 @@
 #include <Ostra/String/TextBuffer.h>
 #include <Ostra/String/UString.h>
 #include <System/String/CodePages.h>
+#include <System/String/Sources.h>
 #include <System/String/UTF.h>
 
 #include <cstring>
 
-static constexpr char qccz_Source[] = "System/String/StringConvertString";
+static constexpr auto& qccz_Source = qccz_StringConvertSource;
 
 using Bytes = CT_TextBuffer<char>;
 using Units = CT_TextBuffer<unsigned short>;

@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr const char* PLACE = "Database/RecordManager/";
+constexpr const char* PLACE = "Database/RecordManager/RecordManager";
 constexpr unsigned NOT_THERE = 2;
 constexpr unsigned ACCESS_DENIED = 5;
 constexpr unsigned SHARING_VIOLATION = 32;
@@ -16,7 +16,7 @@ constexpr unsigned EMPTY_MAP = 1006;
 
 bool IsHere(const std::string& place)
 {
-    return place.starts_with(PLACE);
+    return place == PLACE;
 }
 
 // A failure of the manager's own: its trail begins there.

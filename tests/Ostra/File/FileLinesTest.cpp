@@ -432,9 +432,8 @@ TEST(FileLines, AFailureKeepsWhatWasRead)
         const Outcome outcome = Read(kind, file);
         EXPECT_EQ(outcome.result, 0u);
         EXPECT_EQ(outcome.line, Line(kind.piece / kind.width, 'x'));
-        EXPECT_EQ(
-            TakeFailure(),
-            (Failure{MemoryFile::CODE, "(4711): failed", {"MemoryFile", "Ostra/File/FileLines"}}));
+        EXPECT_EQ(TakeFailure(),
+                  (Failure{MemoryFile::CODE, "(4711): failed", {"MemoryFile", "Ostra/File/File"}}));
     }
 }
 
@@ -451,7 +450,7 @@ TEST(FileLines, EveryFailingCallEndsTheReading)
             EXPECT_EQ(file.TakeCalls().size(), good + 1);
             const Failure failure = TakeFailure();
             EXPECT_EQ(failure.code, MemoryFile::CODE);
-            EXPECT_EQ(failure.trail.back(), "Ostra/File/FileLines");
+            EXPECT_EQ(failure.trail.back(), "Ostra/File/File");
             EXPECT_EQ(failure.trail.size(), good < 2 ? 3u : 2u)
                 << "the change of direction adds its place";
         }

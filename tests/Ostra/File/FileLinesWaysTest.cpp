@@ -253,9 +253,8 @@ TEST(FileLinesWays, AnErrorOfTheThreadIsSeenBeforeALineIsTaken)
         file.good = 0;
         file.vv_Flush(); // fails
         EXPECT_EQ((file.*read)(line, nullptr), 0u);
-        EXPECT_EQ(
-            TakeFailure(),
-            (Failure{MemoryFile::CODE, "(4711): failed", {"MemoryFile", "Ostra/File/FileLines"}}));
+        EXPECT_EQ(TakeFailure(),
+                  (Failure{MemoryFile::CODE, "(4711): failed", {"MemoryFile", "Ostra/File/File"}}));
         EXPECT_GT((file.*read)(line, nullptr), 0u) << "the line is still there";
     }
 }

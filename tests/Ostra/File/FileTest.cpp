@@ -27,7 +27,7 @@ Failure Passed(std::vector<std::string> trail)
 }
 
 const std::string FILE_SOURCE = "Ostra/File/File";
-const std::string LINES_SOURCE = "Ostra/File/FileLines";
+const std::string LINES_SOURCE = "Ostra/File/File";
 
 std::vector<std::string> Parts(const CT_File& file)
 {

@@ -53,13 +53,13 @@ const std::vector<Operation>& Operations()
         {"end of file", [](auto& file) { file.v_SetEndOfFile(); }, {WINFILE_PLACE}},
         {"write a line",
          [](auto& file) { file.v_WriteLineC(&line, 1); },
-         {WINFILE_PLACE, FILE_PLACE, WINFILE_PLACE, "Ostra/File/FileLines"}},
+         {WINFILE_PLACE, FILE_PLACE, WINFILE_PLACE, "Ostra/File/File"}},
         {"read a line",
          [](auto& file) {
              CT_UString text;
              EXPECT_EQ(file.n_ReadLineU(&text, nullptr), 0u);
          },
-         {WINFILE_PLACE, FILE_PLACE, "Ostra/File/FileLines"}},
+         {WINFILE_PLACE, FILE_PLACE, "Ostra/File/File"}},
         {"read a buffer",
          [](auto& file) {
              CT_Buffer buffer;
@@ -130,7 +130,7 @@ TEST(WinFileFailures, AnErrorThatStandsStopsTransfersAndStays)
     EXPECT_EQ(TakeFailure(),
               (Failure{1234,
                        "(1234): first",
-                       {WINFILE_PLACE, FILE_PLACE, WINFILE_PLACE, "Ostra/File/FileLines"}}));
+                       {WINFILE_PLACE, FILE_PLACE, WINFILE_PLACE, "Ostra/File/File"}}));
     EXPECT_EQ(file.vn_GetOffset(), 1u);
     file.vv_Close();
     EXPECT_EQ(ReadBytes("file"), "abc");

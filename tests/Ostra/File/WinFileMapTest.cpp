@@ -150,7 +150,7 @@ TEST(WinFileMap, AWriteOfMoreThanTwiceTheMapIsRefused)
 {
     Mapped file(16);
     EXPECT_EQ(file.Write(std::string(33, 'a')), 0u);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{8, "file", {MAP_PLACE, WINFILE_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{8, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
     EXPECT_EQ(file.vn_GetOffset(), 0u);
     EXPECT_EQ(file.View(), std::string(32, '\0')) << "it has grown once";
     EXPECT_EQ(file.Write(std::string(32, 'a')), 32u);
@@ -162,7 +162,7 @@ TEST(WinFileMap, AWriteBeyondThirtyTwoBitsIsRefused)
     Mapped file(16);
     file.vv_SetOffset(CT_File::e_OriginBegin, 0x7FFFFFFF);
     EXPECT_EQ(file.vn_Write("never looked at", 0x80000010), 0u);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{8, "file", {MAP_PLACE, WINFILE_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{8, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
 }
 
 TEST(WinFileMap, AReaderDoesNotWriteToItsMap)
@@ -171,7 +171,7 @@ TEST(WinFileMap, AReaderDoesNotWriteToItsMap)
     WinFileProbe file("file", CT_File::e_OpenExisting, CT_File::e_AccessRead);
     file.v_SetMapping(1, 16);
     EXPECT_EQ(file.Write("x"), 0u);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{5, "file", {MAP_PLACE, WINFILE_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{5, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
     EXPECT_EQ(file.b_GetMapping(), 1);
     EXPECT_EQ(file.Read(3), "abc");
 }
@@ -224,21 +224,21 @@ TEST(WinFileMap, AnEmptyFileHasNoReadersMap)
     WriteBytes("file", "");
     WinFileProbe file("file", CT_File::e_OpenExisting, CT_File::e_AccessRead);
     file.v_SetMapping(1, 16);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{1006, "file", {MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{1006, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
     EXPECT_EQ(file.b_GetMapping(), 0);
     EXPECT_EQ(file.Read(1), "") << "transfers go on without a map";
     file.vv_Close();
     EXPECT_EQ(TakeSystem(), NONE);
     WinFileProbe writer("file", CT_File::e_OpenExisting);
     writer.v_SetMapping(1, 0xFFFFFFFF);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{1006, "file", {MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{1006, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
 }
 
 TEST(WinFileMap, AMapNeedsReadAccess)
 {
     WinFileProbe file("file", CT_File::e_OpenCreate, CT_File::e_AccessWrite);
     file.v_SetMapping(1, 16);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{5, "file", {MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{5, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
     EXPECT_EQ(file.b_GetMapping(), 0);
     EXPECT_EQ(file.Write("abc"), 3u);
     EXPECT_EQ(TakeSystem(), NONE);
@@ -247,7 +247,7 @@ TEST(WinFileMap, AMapNeedsReadAccess)
 TEST(WinFileMap, AMapOfNothingIsRefusedInsteadOfDoubledForEver)
 {
     Mapped file(0, "abc");
-    EXPECT_EQ(TakeSystem(), (SystemFailure{87, "file", {MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{87, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
     EXPECT_EQ(file.b_GetMapping(), 0);
     EXPECT_EQ(file.vn_GetSize(), 3u);
 }
@@ -260,7 +260,7 @@ TEST(WinFileMap, AMapOfMoreThanThirtyTwoBitsIsRefused)
     for (const unsigned size : {0x80000000u, 0x40000000u, 1u}) {
         SCOPED_TRACE(size);
         file.v_SetMapping(1, size);
-        EXPECT_EQ(TakeSystem(), (SystemFailure{8, "file", {MAP_PLACE, MAP_PLACE}}));
+        EXPECT_EQ(TakeSystem(), (SystemFailure{8, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
         EXPECT_EQ(file.vn_GetSize(), 0x80000000u);
     }
 }
@@ -269,11 +269,12 @@ TEST(WinFileMap, AClosedFileHasNoMap)
 {
     WinFileProbe file("file");
     file.v_SetMapping(1, 16);
-    EXPECT_EQ(TakeSystem(),
-              (SystemFailure{2, "file", {WINFILE_PLACE, WINFILE_PLACE, MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(
+        TakeSystem(),
+        (SystemFailure{2, "file", {WINFILE_PLACE, WINFILE_PLACE, WINFILE_PLACE, WINFILE_PLACE}}));
     WriteBytes("file", "abc");
     file.v_SetMapping(1, 16);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{6, "file", {MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{6, "file", {WINFILE_PLACE, WINFILE_PLACE}}));
     EXPECT_EQ(file.b_GetMapping(), 0);
     EXPECT_EQ(ReadBytes("file"), "abc");
 }
@@ -282,9 +283,10 @@ TEST(WinFileMap, LeavingAModeThatWasNotEnteredIsReported)
 {
     WinFileProbe file("file", CT_File::e_OpenCreate);
     file.v_SetMapping(0, 0);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{487, "file", {MAP_PLACE, MAP_PLACE, MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(),
+              (SystemFailure{487, "file", {WINFILE_PLACE, WINFILE_PLACE, WINFILE_PLACE}}));
     file.v_FlushMap();
-    EXPECT_EQ(TakeSystem(), (SystemFailure{87, "file", {MAP_PLACE}}));
+    EXPECT_EQ(TakeSystem(), (SystemFailure{87, "file", {WINFILE_PLACE}}));
 }
 
 TEST(WinFileMap, AReaderAndAnotherReaderSeeTheSameFile)

@@ -41,4 +41,3 @@ public:
 
 const std::string FILE_PLACE = "Ostra/File/File";
 const std::string WINFILE_PLACE = "Ostra/File/WinFile";
-const std::string MAP_PLACE = "Ostra/File/WinFileMap";

@@ -149,9 +149,9 @@ TEST(CString, LengthThatNoHeapHasIsReported)
 {
     CT_CString s("abc");
     s.vv_SetLength(0xFFFFFFFE);
-    ExpectError(60006, {"Ostra/String/TextBuffer"});
+    ExpectError(60006, {"Ostra/String/CString"});
     s.vv_SetSize(0xFFFFFFFF, 1);
-    ExpectError(60006, {"Ostra/String/TextBuffer"});
+    ExpectError(60006, {"Ostra/String/CString"});
     EXPECT_EQ(Text(s), "abc");
 }
 

@@ -138,9 +138,9 @@ TEST(UString, LengthThatNoHeapHasIsReported)
 {
     CT_UString s(U(u"abc"));
     s.vv_SetLength(0x7FFFFFFF);
-    ExpectError(60006, {"Ostra/String/TextBuffer"});
+    ExpectError(60006, {"Ostra/String/UString"});
     s.vv_SetSize(0x80000000, 1);
-    ExpectError(60006, {"Ostra/String/TextBuffer"});
+    ExpectError(60006, {"Ostra/String/UString"});
     EXPECT_EQ(Text(s), u"abc");
 }
 
