@@ -97,6 +97,43 @@ def check_sources():
             breach(path, 1, "the first line tells another path")
 
 
+# The floors of the library: a folder includes from its own floor and from those below.
+FLOORS = [["Ostra/Frame"], ["Ostra/Buffer"], ["System/OS"], ["System/String"], ["Ostra/String"],
+          ["Ostra/Unicode", "Ostra/ARRAY"], ["Ostra/SortedArray", "Ostra/LIST", "Ostra/HashTable"],
+          ["Ostra/Containers", "Ostra/Maps", "Ostra/CompList", "Ostra/Pattern"], ["Ostra/WordList"],
+          ["Ostra/File"], ["Database/RecordManager"], ["System/Forum", "System/Timer"], ["Ostra"]]
+# What includes from above, and why.
+UPWARD = {
+    # All static objects of the library stand in one source, in the order of their construction.
+    "Ostra/Frame/StartUp.cpp": ["Ostra/Buffer", "Ostra/String", "System/OS", "System/Forum"],
+    # The module's name is a text.
+    "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String"],
+    # The forms that take string objects; those of raw text stand below the strings.
+    "System/String/StringConvertString.cpp": ["Ostra/String"],
+    # What the coders share with the strings are operations on raw text.
+    "System/String/StringConvert.cpp": ["Ostra/String"],
+    "System/String/UTF.cpp": ["Ostra/String"],
+}
+
+
+def check_floors():
+    floor = {folder: number for number, folders in enumerate(FLOORS) for folder in folders}
+    for path in files("src", "*.cpp", "*.h"):
+        name = path.relative_to(TOP / "src")
+        folder = name.parent.as_posix()
+        if folder not in floor:
+            breach(path, 1, f"{folder} has no floor")
+            continue
+        for number, line in enumerate(path.read_text("utf-8").splitlines(), 1):
+            found = re.match(r"#include <((?:Ostra|System|Database)[\w/]*)/\w+\.h>", line)
+            if found and floor.get(found.group(1), 99) > floor[folder]:
+                if found.group(1) not in UPWARD.get(name.as_posix(), []):
+                    breach(path, number, f"{folder} includes from {found.group(1)}, which stands above it")
+    for name in UPWARD:
+        if not (TOP / "src" / name).is_file():
+            breaches.append(f"policy.py: {name} isn't there, yet may include upwards")
+
+
 def check_places():
     """What reports name as their place: the paths of public headers, each said once, in the folder of the class."""
     public = set(re.findall(r"#include <(.*)\.h>", (TOP / "src/Ostra/Ostra.h").read_text("utf-8")))
@@ -190,6 +227,7 @@ def main():
     arguments = parser.parse_args()
     check_lengths()
     check_sources()
+    check_floors()
     check_places()
     check_names()
     check_no_workplace()

@@ -3,7 +3,7 @@
 
 #include <Ostra/CompList/CompListStream.h>
 #include <Ostra/CompList/CompListText.h>
-#include <Ostra/CompList/LinkedTrie.h>
+#include <Ostra/CompList/TypedTrie.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Frame/Text.h>
 
@@ -95,10 +95,39 @@ void CT_CompListBuilder::v_Forget()
     v_Null();
 }
 
+template <class T>
+static CT_LinkedTrie* pco_ReadElements(const CT_CompList* pcco_List,
+                                       CT_LinkedTrie::et_Result* pec_Result)
+{
+    CT_TypedTrie<T>* pco_Trie = new CT_TypedTrie<T>(pcco_List);
+    *pec_Result = pco_Trie ? pco_Trie->ec_Read(pcco_List) : CT_LinkedTrie::lr_Memory;
+    if (*pec_Result != CT_LinkedTrie::lr_Done) {
+        delete pco_Trie;
+        pco_Trie = 0;
+    }
+    return pco_Trie;
+}
+
+// The trie of a list. Null when the result isn't lr_Done.
+static CT_LinkedTrie* pco_ReadTrie(const CT_CompList* pcco_List,
+                                   CT_LinkedTrie::et_Result* pec_Result)
+{
+    switch (pcco_List->n_GetElementSize()) {
+    case 1:
+        return pco_ReadElements<unsigned char>(pcco_List, pec_Result);
+    case 2:
+        return pco_ReadElements<unsigned short>(pcco_List, pec_Result);
+    case 4:
+        return pco_ReadElements<unsigned>(pcco_List, pec_Result);
+    }
+    *pec_Result = CT_LinkedTrie::lr_Foreign;
+    return 0;
+}
+
 void CT_CompListBuilder::v_Init(const CT_CompList* pcco_List)
 {
     CT_LinkedTrie::et_Result ec_Result;
-    CT_LinkedTrie* pco_NewTrie = CT_LinkedTrie::spco_New(pcco_List, &ec_Result);
+    CT_LinkedTrie* pco_NewTrie = pco_ReadTrie(pcco_List, &ec_Result);
     if (pco_NewTrie)
         v_InitLinked(pcco_List, pco_NewTrie);
     else if (ec_Result == CT_LinkedTrie::lr_Foreign)

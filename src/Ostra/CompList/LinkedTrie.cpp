@@ -1,9 +1,6 @@
 // Ostra/CompList/LinkedTrie.cpp: nodes and chains.
 #include <Ostra/CompList/LinkedTrie.h>
 
-#include <Ostra/CompList/CompList.h>
-#include <Ostra/CompList/TypedTrie.h>
-
 #include <cstdint>
 #include <cstdlib>
 
@@ -16,32 +13,6 @@ static constexpr unsigned FIRST_ROOM = 64;
 static constexpr unsigned LAST_END = 0xFFFFFF00;
 
 // ---- Life ---------------------------------------------------------------------------------
-
-template <class T>
-static CT_LinkedTrie* pco_Make(const CT_CompList* pcco_List, CT_LinkedTrie::et_Result* pec_Result)
-{
-    CT_TypedTrie<T>* pco_Trie = new CT_TypedTrie<T>(pcco_List);
-    *pec_Result = pco_Trie ? pco_Trie->ec_Read(pcco_List) : CT_LinkedTrie::lr_Memory;
-    if (*pec_Result != CT_LinkedTrie::lr_Done) {
-        delete pco_Trie;
-        pco_Trie = 0;
-    }
-    return pco_Trie;
-}
-
-CT_LinkedTrie* CT_LinkedTrie::spco_New(const CT_CompList* pcco_List, et_Result* pec_Result)
-{
-    switch (pcco_List->n_GetElementSize()) {
-    case 1:
-        return pco_Make<unsigned char>(pcco_List, pec_Result);
-    case 2:
-        return pco_Make<unsigned short>(pcco_List, pec_Result);
-    case 4:
-        return pco_Make<unsigned>(pcco_List, pec_Result);
-    }
-    *pec_Result = lr_Foreign;
-    return 0;
-}
 
 CT_LinkedTrie::CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset)
     : pso_Nodes(0),

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 
-class CT_CompList;
 struct st_CompListHeader;
 
 // What the stream of a list says, as nodes: a run of elements, of which only the first has an
@@ -28,8 +27,6 @@ public:
         lr_Foreign // the block isn't a sound list
     };
 
-    // The trie of a list. Null when the result isn't lr_Done.
-    static CT_LinkedTrie* spco_New(const CT_CompList* pcco_List, et_Result* pec_Result);
     virtual ~CT_LinkedTrie();
     static void* operator new(std::size_t n_Size) noexcept;
     static void operator delete(void* pv_Object);

@@ -4,6 +4,7 @@
 #include <Ostra/CompList/LinkedTrie.h>
 
 class CT_AlternativeIndex;
+class CT_CompList;
 
 template <class T>
 class CT_TypedTrie : public CT_LinkedTrie

@@ -1,7 +1,7 @@
 // Ostra/Containers/StringCache.cpp: recently used texts by texts, in a table of fixed size.
 #include <Ostra/Containers/StringCache.h>
 
-#include <Ostra/Containers/Prime.h>
+#include <Ostra/HashTable/Prime.h>
 #include <Ostra/String/HashFunction.h>
 
 #include <cstdlib>

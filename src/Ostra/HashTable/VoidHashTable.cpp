@@ -2,7 +2,7 @@
 #include <Ostra/HashTable/VoidHashTable.h>
 
 #include <Ostra/ARRAY/RawItem.h>
-#include <Ostra/Containers/Prime.h>
+#include <Ostra/HashTable/Prime.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/Compare.h>
 

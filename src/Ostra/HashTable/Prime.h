@@ -1,4 +1,4 @@
-// Ostra/Containers/Prime.h: numbers of buckets and rows. Internal.
+// Ostra/HashTable/Prime.h: numbers of buckets and rows. Internal.
 #pragma once
 
 // The first number at or above n_From that no number from 2 up to its square root divides: a prime,
