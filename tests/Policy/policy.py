@@ -14,6 +14,7 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 SOURCE_LINES, HEADER_LINES, TEST_LINES, FUNCTION_LINES = 600, 400, 800, 80
 PLATFORM = re.compile(r"^\s*#\s*(el)?if.*\b(_WIN\d+|WIN32|__linux__|__unix__|__MINGW\w*|__GNUC__|_MSC_VER)\b")
+PROCESSOR = re.compile(r"\w*mmintrin|arm_neon|__builtin_cpu_|vector_size|gnu::target|__(SSE|AVX|i386|x86_64|aarch64|ARM)")
 GENERATED = re.compile(r"// (Made|Generated) by ")
 breaches = []
 
@@ -84,6 +85,8 @@ def check_sources():
         for number, line in enumerate(text.splitlines(), 1):
             if PLATFORM.match(line):
                 breach(path, number, "a platform conditional in the library")
+            if PROCESSOR.search(line) and literal != "Ostra/Frame/Vector":
+                breach(path, number, "names a processor's means, which Ostra/Frame/Vector.h alone does")
             if re.search(r"\b(throw|dynamic_cast|typeid)\b", stripped(line)):
                 breach(path, number, "the library throws nothing and asks no language run-time types")
         if path.suffix == ".h" and "#pragma once" not in text:

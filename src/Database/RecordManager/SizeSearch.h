@@ -1,7 +1,7 @@
 // Database/RecordManager/SizeSearch.h: which of many sizes are large enough. Internal.
 #pragma once
 
-#include <emmintrin.h>
+#include <Ostra/Frame/Vector.h>
 
 #include <cstring>
 
@@ -14,32 +14,21 @@ inline unsigned n_FitsOneByOne(const unsigned* pcn_Sizes, unsigned n_Need)
     return n_Fits;
 }
 
-[[gnu::target("sse2")]] inline unsigned n_FitsBySSE2(const unsigned* pcn_Sizes, unsigned n_Need)
+OSTRA_FOR_MASKS inline unsigned n_FitsByMasks(const unsigned* pcn_Sizes, unsigned n_Need)
 {
-    const __m128i so_Below = _mm_set1_epi32(static_cast<int>(n_Need - 1));
-    const __m128i* pcso_Sizes = reinterpret_cast<const __m128i*>(pcn_Sizes);
-    __m128i aso_Fits[4];
-    for (unsigned n_At = 0; n_At < 4; ++n_At)
-        aso_Fits[n_At] = _mm_cmpgt_epi32(_mm_loadu_si128(pcso_Sizes + n_At), so_Below);
-    const __m128i so_Low = _mm_packs_epi32(aso_Fits[0], aso_Fits[1]);
-    const __m128i so_High = _mm_packs_epi32(aso_Fits[2], aso_Fits[3]);
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(so_Low, so_High)));
-}
-
-// Whether the processor has what the functions in SSE2 need; known to the compiler where every one
-// has it.
-inline bool b_HasSSE2()
-{
-#ifdef __SSE2__
-    return true;
-#else
-    return __builtin_cpu_supports("sse2");
-#endif
+    t_Block<int> aFits[4];
+    for (unsigned n_At = 0; n_At < 4; ++n_At) {
+        t_Block<int> aSizes;
+        CT_Vector::sv_Load(aSizes, pcn_Sizes + 4 * n_At);
+        aFits[n_At] = aSizes > static_cast<int>(n_Need - 1);
+    }
+    return CT_Vector::sn_Mask(aFits);
 }
 
 inline unsigned n_Fits(const unsigned* pcn_Sizes, unsigned n_Need)
 {
-    return b_HasSSE2() ? n_FitsBySSE2(pcn_Sizes, n_Need) : n_FitsOneByOne(pcn_Sizes, n_Need);
+    return CT_Vector::sb_HasMasks() ? n_FitsByMasks(pcn_Sizes, n_Need)
+                                    : n_FitsOneByOne(pcn_Sizes, n_Need);
 }
 
 // The free table: pairs of offset and length, at any address. The number of the first pair with
@@ -57,24 +46,23 @@ inline unsigned n_FirstFitOneByOne(const char* pcc_Pairs, unsigned n_Count, unsi
 }
 
 // Comparisons are of signed numbers: the highest bit is turned round.
-[[gnu::target("sse2")]] inline unsigned n_FirstFitBySSE2(const char* pcc_Pairs, unsigned n_Count,
-                                                         unsigned n_Need)
+OSTRA_FOR_MASKS inline unsigned n_FirstFitByMasks(const char* pcc_Pairs, unsigned n_Count,
+                                                  unsigned n_Need)
 {
-    const __m128i so_Turn = _mm_set1_epi32(static_cast<int>(0x80000000));
-    const __m128i so_Need = _mm_xor_si128(_mm_set1_epi32(static_cast<int>(n_Need)), so_Turn);
+    constexpr int TURN = static_cast<int>(0x80000000);
+    const int i_Need = static_cast<int>(n_Need) ^ TURN;
     unsigned n_At = 0;
     for (; n_At + 8 <= n_Count; n_At += 8) {
-        const __m128i* pcso_Pairs = reinterpret_cast<const __m128i*>(pcc_Pairs + n_At * 8);
-        __m128i aso_Small[2];
+        const char* pcc_At = pcc_Pairs + n_At * 8;
+        t_Block<int> aSmall[2];
         for (unsigned n_Half = 0; n_Half < 2; ++n_Half) {
-            const __m128 so_First = _mm_castsi128_ps(_mm_loadu_si128(pcso_Pairs + 2 * n_Half));
-            const __m128 so_Second = _mm_castsi128_ps(_mm_loadu_si128(pcso_Pairs + 2 * n_Half + 1));
-            const __m128i so_Lengths =
-                _mm_castps_si128(_mm_shuffle_ps(so_First, so_Second, _MM_SHUFFLE(3, 1, 3, 1)));
-            aso_Small[n_Half] = _mm_cmplt_epi32(_mm_xor_si128(so_Lengths, so_Turn), so_Need);
+            t_Block<int> aFirst, aSecond;
+            CT_Vector::sv_Load(aFirst, pcc_At + 32 * n_Half);
+            CT_Vector::sv_Load(aSecond, pcc_At + 32 * n_Half + 16);
+            const auto aLengths = __builtin_shufflevector(aFirst, aSecond, 1, 3, 5, 7);
+            aSmall[n_Half] = (aLengths ^ TURN) < i_Need;
         }
-        const __m128i so_Small = _mm_packs_epi32(aso_Small[0], aso_Small[1]);
-        const unsigned n_Small = static_cast<unsigned>(_mm_movemask_epi8(so_Small));
+        const unsigned n_Small = CT_Vector::sn_Mask(aSmall);
         if (n_Small != 0xFFFF)
             return n_At + static_cast<unsigned>(__builtin_ctz(~n_Small)) / 2;
     }
@@ -83,6 +71,6 @@ inline unsigned n_FirstFitOneByOne(const char* pcc_Pairs, unsigned n_Count, unsi
 
 inline unsigned n_FirstFit(const char* pcc_Pairs, unsigned n_Count, unsigned n_Need)
 {
-    return b_HasSSE2() ? n_FirstFitBySSE2(pcc_Pairs, n_Count, n_Need)
-                       : n_FirstFitOneByOne(pcc_Pairs, n_Count, 0, n_Need);
+    return CT_Vector::sb_HasMasks() ? n_FirstFitByMasks(pcc_Pairs, n_Count, n_Need)
+                                    : n_FirstFitOneByOne(pcc_Pairs, n_Count, 0, n_Need);
 }

@@ -10,31 +10,6 @@ namespace
 {
 constexpr unsigned NONE = 0xFFFFFFFF;
 constexpr unsigned ALL = 0xFFFFFFFF;
-
-// The compiler takes many words at a time, as many as the instructions of the caller allow.
-template <class T>
-[[gnu::always_inline]] inline void v_CombineWords(char* pc_Words, const char* pcc_Other,
-                                                  unsigned n_Words, T Operation)
-{
-    for (std::size_t n_At = 0; n_At < n_Words * std::size_t(4); n_At += 4) {
-        unsigned n_Word, n_Other;
-        std::memcpy(&n_Word, pc_Words + n_At, sizeof n_Word);
-        std::memcpy(&n_Other, pcc_Other + n_At, sizeof n_Other);
-        n_Word = Operation(n_Word, n_Other);
-        std::memcpy(pc_Words + n_At, &n_Word, sizeof n_Word);
-    }
-}
-
-// First the words in front of 32 bytes in one line of the cache: what crosses lines takes longer.
-template <class T>
-[[gnu::target("avx2")]] void v_CombineByAVX2(char* pc_Words, const char* pcc_Other,
-                                             unsigned n_Words, T Operation)
-{
-    const unsigned n_Apart = -static_cast<unsigned>(reinterpret_cast<std::size_t>(pc_Words)) % 32;
-    const unsigned n_First = std::min(n_Words, n_Apart / 4);
-    v_CombineWords(pc_Words, pcc_Other, n_First, Operation);
-    v_CombineWords(pc_Words + n_First * 4, pcc_Other + n_First * 4, n_Words - n_First, Operation);
-}
 } // namespace
 
 // ---- Construction -------------------------------------------------------------------------
@@ -137,13 +112,10 @@ void CT_BitSet::v_Combine(const CT_BitSet* pcco_Set, T Operation)
     const unsigned n_Held = n_GetHeldWords();
     const unsigned n_Common = n_GetCommonWords(pcco_Set);
     char* pc_Words = pc_GetWords();
-    if (__builtin_cpu_supports("avx2"))
-        v_CombineByAVX2(pc_Words, pcco_Set->pcc_GetWords(), n_Common, Operation);
-    else
-        v_CombineWords(pc_Words, pcco_Set->pcc_GetWords(), n_Common, Operation);
+    CT_BitWords::sv_Combine(pc_Words, pcco_Set->pcc_GetWords(), n_Common, Operation);
     constexpr char ac_None[4] = {};
     for (unsigned n_Index = n_Common; n_Index < n_Held; n_Index++)
-        v_CombineWords(pc_Words + n_Index * std::size_t(4), ac_None, 1, Operation);
+        CT_BitWords::sv_CombinePlain(pc_Words + n_Index * std::size_t(4), ac_None, 1, Operation);
 }
 
 // ---- Access and comparison ----------------------------------------------------------------

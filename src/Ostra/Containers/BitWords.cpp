@@ -1,21 +1,21 @@
 // Ostra/Containers/BitWords.cpp
 #include <Ostra/Containers/BitWords.h>
 
+#include <Ostra/Frame/Vector.h>
+
 #include <cstdint>
-#include <cstring>
 
 namespace
 {
-typedef std::uint64_t Run __attribute__((vector_size(16)));
+typedef t_Block<std::uint64_t> Run;
 
 constexpr unsigned RUN = sizeof(Run) / 4; // words of a run
 constexpr unsigned BLOCK = 8 * RUN;       // words that are counted together
 
-// Runs are handed over by reference: as values they have no place everywhere.
 template <class T>
 inline void v_Load(T& Value, const char* pcc_Words, unsigned n_Word)
 {
-    std::memcpy(&Value, pcc_Words + std::size_t(n_Word) * 4, sizeof Value);
+    CT_Vector::sv_Load(Value, pcc_Words + std::size_t(n_Word) * 4);
 }
 
 // ---- Counting -----------------------------------------------------------------------------
@@ -89,7 +89,7 @@ inline unsigned n_FindWord(unsigned n_Words, T Expression)
         Expression(n_First, n_Word);
         Expression(n_Second, n_Word + RUN);
         n_First |= n_Second;
-        if (n_First[0] | n_First[1])
+        if (!CT_Vector::sb_IsZero(n_First))
             break;
     }
     for (unsigned n_Found; n_Word < n_Words; n_Word++) {

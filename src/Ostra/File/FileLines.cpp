@@ -3,6 +3,7 @@
 
 #include <Ostra/File/Sources.h>
 #include <Ostra/Frame/Report.h>
+#include <Ostra/Frame/Vector.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/StringKind.h>
 #include <Ostra/String/TextBuffer.h>
@@ -19,32 +20,21 @@ namespace
 {
 constexpr unsigned char MARK[] = {0xFF, 0xFE}; // at the start of UTF-16 text, low byte first
 
-// Units are looked at 16 bytes at a time.
+// Units that are looked at together.
 template <class t_Unit>
 struct st_Run
 {
-    typedef t_Unit Units __attribute__((vector_size(16)));
-    typedef unsigned short Pairs __attribute__((vector_size(16)));
-    typedef unsigned char Marks __attribute__((vector_size(8)));
+    typedef t_Block<std::uint16_t> Pairs; // of bytes, or one unit each
 
-    static constexpr unsigned COUNT = 16 / sizeof(t_Unit);
-    static constexpr unsigned MARK_BITS = 4 * sizeof(t_Unit);
+    static constexpr unsigned COUNT = sizeof(Pairs) / sizeof(t_Unit);
+    static constexpr unsigned MARK_BITS = CT_Vector::sn_MarkBits(sizeof(t_Unit));
 
     // All bits set in the place of each line feed.
     static void v_Compare(Pairs& aFound, const t_Unit* pu_Text)
     {
-        Units aUnits;
-        std::memcpy(&aUnits, pu_Text, sizeof(aUnits));
+        t_Block<t_Unit> aUnits;
+        CT_Vector::sv_Load(aUnits, pu_Text);
         aFound = reinterpret_cast<Pairs>(aUnits == t_Unit('\n'));
-    }
-    // The same in a number, which has MARK_BITS bits for a unit: the middle of a pair of bytes has
-    // bits of both.
-    static std::uint64_t n8_Marks(const Pairs& aFound)
-    {
-        const auto aMarks = __builtin_convertvector(aFound >> 4, Marks);
-        std::uint64_t n8_Marks;
-        std::memcpy(&n8_Marks, &aMarks, sizeof(n8_Marks));
-        return n8_Marks;
     }
 };
 
@@ -56,7 +46,7 @@ unsigned n_FindFeed(const t_Unit* pu_Text, unsigned n_At, unsigned n_End)
     for (; n_End - n_At >= Run::COUNT; n_At += Run::COUNT) {
         typename Run::Pairs aFound;
         Run::v_Compare(aFound, pu_Text + n_At);
-        if (const std::uint64_t n8_Marks = Run::n8_Marks(aFound))
+        if (const std::uint64_t n8_Marks = CT_Vector::sn8_Marks(aFound))
             return n_At + std::countr_zero(n8_Marks) / Run::MARK_BITS;
     }
     while (n_At < n_End && pu_Text[n_At] != '\n')
@@ -77,9 +67,9 @@ inline unsigned n_CopyToFeed(t_Unit* pu_To, const t_Unit* pu_Text, unsigned n_En
         Run::v_Compare(aFirst, pu_Text + n);
         Run::v_Compare(aSecond, pu_Text + n + Run::COUNT);
         std::memcpy(pu_To + n, pu_Text + n, 32);
-        if (const std::uint64_t n8_Any = Run::n8_Marks(aFirst | aSecond)) {
+        if (const std::uint64_t n8_Any = CT_Vector::sn8_Marks(aFirst | aSecond)) {
             // In which run it is can't be foreseen: no branch.
-            const std::uint64_t n8_First = Run::n8_Marks(aFirst);
+            const std::uint64_t n8_First = CT_Vector::sn8_Marks(aFirst);
             const std::uint64_t n8_IsSecond = -std::uint64_t(!n8_First);
             const unsigned n_Bit = std::countr_zero(n8_First | (n8_Any & n8_IsSecond));
             return n + (Run::COUNT & unsigned(n8_IsSecond)) + n_Bit / Run::MARK_BITS;

@@ -1,6 +1,7 @@
 // Ostra/String/TextOperations.h: what is the same for texts of bytes and of 16-bit units. Internal.
 #pragma once
 
+#include <Ostra/Frame/Vector.h>
 #include <Ostra/String/TextSearch.h>
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
-
-#include <emmintrin.h>
 
 // Operations on zero-terminated or counted text, by the value of its characters. Nothing here
 // allocates or knows of a code page, a locale or a buffer.
@@ -108,15 +107,8 @@ private:
     }
 
     // Characters that are looked at together.
-    typedef Value Block __attribute__((vector_size(16)));
-    typedef std::uint64_t Halves __attribute__((vector_size(16)));
-    static constexpr unsigned BLOCK = 16 / sizeof(Unit);
-#ifdef __SSE2__
-    static constexpr bool b_JudgeBlocks = true;
-#else
-    // Not every processor has it. Comparing is too short for a choice at run time.
-    static constexpr bool b_JudgeBlocks = false;
-#endif
+    typedef t_Block<Value> Block;
+    static constexpr unsigned BLOCK = sizeof(Block) / sizeof(Unit);
 
     static bool sb_Any(const Unit* qc_Text, Unit c_Find);
     static unsigned sn_Differ(const Unit* qc_Left, const Unit* qc_Right);
@@ -153,8 +145,7 @@ CT_TextOperations<Unit>::sn_PassBlocks(const Unit* qc_Text, unsigned n_Max)
     unsigned n = 0;
     for (; n_Max - n >= BLOCK; n += BLOCK) {
         const Block aBlock = *reinterpret_cast<const Block*>(qc_Text + n);
-        const auto aHits = reinterpret_cast<Halves>(aBlock == Value(0));
-        if (aHits[0] | aHits[1])
+        if (!CT_Vector::sb_IsZero(aBlock == Value(0)))
             break;
     }
     return n;
@@ -165,9 +156,8 @@ template <class Unit>
 bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_Text, Unit c_Find)
 {
     Block aBlock;
-    std::memcpy(&aBlock, qc_Text, sizeof(aBlock));
-    const auto aHits = reinterpret_cast<Halves>((aBlock == Value(c_Find)) | (aBlock == Value(0)));
-    return (aHits[0] | aHits[1]) != 0;
+    CT_Vector::sv_Load(aBlock, qc_Text);
+    return !CT_Vector::sb_IsZero((aBlock == Value(c_Find)) | (aBlock == Value(0)));
 }
 
 // A bit for each byte of the characters in which two blocks differ or the left one ends.
@@ -176,17 +166,17 @@ inline unsigned CT_TextOperations<Unit>::sn_Differ(const Unit* qc_Left, const Un
 {
     Block aLeft;
     Block aRight;
-    std::memcpy(&aLeft, qc_Left, sizeof(aLeft));
-    std::memcpy(&aRight, qc_Right, sizeof(aRight));
-    const auto aDiffer = (aLeft != aRight) | (aLeft == Value(0));
-    return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(aDiffer)));
+    CT_Vector::sv_Load(aLeft, qc_Left);
+    CT_Vector::sv_Load(aRight, qc_Right);
+    return CT_Vector::sn_Mask((aLeft != aRight) | (aLeft == Value(0)));
 }
 
 template <class Unit>
 inline int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
                                                     unsigned n_Known, unsigned n_Readable)
 {
-    if constexpr (b_JudgeBlocks)
+    // Comparing is too short for a choice at run time.
+    if constexpr (CT_Vector::b_Masks)
         return si_CompareBlocks(qc_Left, qc_Right, n_Known, n_Readable);
     else
         return si_Compare(qc_Left, qc_Right);

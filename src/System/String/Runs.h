@@ -1,6 +1,8 @@
 // System/String/Runs.h: characters of a text that are looked at and copied together. Internal.
 #pragma once
 
+#include <Ostra/Frame/Vector.h>
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -9,13 +11,12 @@
 constexpr std::ptrdiff_t RUN = 8;
 constexpr std::ptrdiff_t LONG_RUN = 16;
 
-typedef unsigned char ByteRun __attribute__((vector_size(RUN)));
-typedef unsigned short UnitRun __attribute__((vector_size(2 * RUN)));
-typedef unsigned char LongByteRun __attribute__((vector_size(LONG_RUN)));
-typedef signed char SignedByteRun __attribute__((vector_size(LONG_RUN)));
-typedef short SignedUnitRun __attribute__((vector_size(2 * LONG_RUN)));
-typedef unsigned short LongUnitRun __attribute__((vector_size(2 * LONG_RUN)));
-typedef std::uint64_t Halves __attribute__((vector_size(LONG_RUN)));
+typedef t_Block<unsigned char, RUN> ByteRun;
+typedef t_Block<unsigned short, 2 * RUN> UnitRun;
+typedef t_Block<unsigned char, LONG_RUN> LongByteRun;
+typedef t_Block<signed char, LONG_RUN> SignedByteRun;
+typedef t_Block<short, 2 * LONG_RUN> SignedUnitRun;
+typedef t_Block<unsigned short, 2 * LONG_RUN> LongUnitRun;
 
 inline void v_CopyRun(char* pc_To, const unsigned short* pcu_From)
 {
@@ -61,10 +62,7 @@ inline unsigned n_LeadingASCII(const char* pcc_In)
 template <class Run>
 bool b_IsZero(const Run& aRun)
 {
-    Halves aHalves;
-    static_assert(sizeof(aHalves) == sizeof(aRun));
-    std::memcpy(&aHalves, &aRun, sizeof(aHalves));
-    return !(aHalves[0] | aHalves[1]);
+    return CT_Vector::sb_IsZero(aRun);
 }
 
 // The next LONG_RUN units as bytes; whether all are ASCII.

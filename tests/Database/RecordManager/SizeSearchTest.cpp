@@ -11,8 +11,8 @@
 
 TEST(SizeSearch, ManyAtATimeFindTheSame)
 {
-    if (!b_HasSSE2())
-        GTEST_SKIP() << "the processor has no SSE2";
+    if (!CT_Vector::sb_HasMasks())
+        GTEST_SKIP() << "the processor has no masks";
     std::mt19937 random(Seed(128));
     const unsigned bounds[] = {0, 1, 64, 65, 0x7FFFFFFE, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
     for (unsigned round = 0; round < 20000; ++round) {
@@ -29,12 +29,12 @@ TEST(SizeSearch, ManyAtATimeFindTheSame)
         std::vector<char> bytes(8 * count + 1);
         if (count)
             std::memcpy(bytes.data() + 1, pairs.data(), 8 * count);
-        ASSERT_EQ(n_FirstFitBySSE2(bytes.data() + 1, count, need),
+        ASSERT_EQ(n_FirstFitByMasks(bytes.data() + 1, count, need),
                   n_FirstFitOneByOne(bytes.data() + 1, count, 0, need));
         unsigned sizes[16];
         for (unsigned& size : sizes)
             size = value() & 0x7FFFFFFF;
         const unsigned least = std::max(need & 0x7FFFFFFF, 1u);
-        ASSERT_EQ(n_FitsBySSE2(sizes, least), n_FitsOneByOne(sizes, least));
+        ASSERT_EQ(n_FitsByMasks(sizes, least), n_FitsOneByOne(sizes, least));
     }
 }

@@ -1,0 +1,165 @@
+// Ostra/Frame/Vector.h: many characters or numbers at a time, by what the processor has. Internal.
+//
+// A block is a vector of the compiler's. It lies in a register of 16 bytes where there are such,
+// and is worked at in smaller pieces elsewhere: code with blocks is right on every processor. Only
+// this header names processors and their instructions.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <emmintrin.h>
+#define OSTRA_HAS_X86 1
+// In front of a function: it is compiled for these instructions, and may be called only where
+// CT_Vector says that the processor has them.
+#define OSTRA_FOR_MASKS [[gnu::target("sse2")]]
+#define OSTRA_FOR_WIDE [[gnu::target("avx2")]]
+#else
+#define OSTRA_HAS_X86 0
+#define OSTRA_FOR_MASKS
+#define OSTRA_FOR_WIDE
+#endif
+
+// n_Bytes of numbers of one type.
+template <class t_Number, unsigned n_Bytes>
+struct st_Block
+{
+    typedef t_Number Type __attribute__((vector_size(n_Bytes)));
+};
+template <class t_Number, unsigned n_Bytes = 16>
+using t_Block = typename st_Block<t_Number, n_Bytes>::Type;
+
+// Blocks are handed over by reference: as values they have no place everywhere. Comparing blocks
+// gives all bits of a number that passes, and none of one that doesn't.
+class CT_Vector
+{
+public:
+    // ---- What the processor has ---------------------------------------------------------------
+
+    // Whether masks are cheap: known to the compiler where every processor has them. What is too
+    // short for a choice at run time asks this.
+#if defined(__SSE2__) || defined(__aarch64__)
+    static constexpr bool b_Masks = true;
+#else
+    static constexpr bool b_Masks = false;
+#endif
+    static bool sb_HasMasks()
+    {
+#if OSTRA_HAS_X86
+        return b_Masks || __builtin_cpu_supports("sse2");
+#else
+        return b_Masks;
+#endif
+    }
+    // Whether a function for wide registers, of 32 bytes, may be called. It is one whose loops the
+    // compiler makes wide by itself.
+    static bool sb_HasWide()
+    {
+#if OSTRA_HAS_X86
+        return __builtin_cpu_supports("avx2");
+#else
+        return false;
+#endif
+    }
+
+    // ---- Memory, at any address ---------------------------------------------------------------
+
+    template <class t>
+    [[gnu::always_inline]] static void sv_Load(t& Block, const void* pcv_From)
+    {
+        std::memcpy(&Block, pcv_From, sizeof(Block));
+    }
+    template <class t>
+    [[gnu::always_inline]] static void sv_Store(void* pv_To, const t& Block)
+    {
+        std::memcpy(pv_To, &Block, sizeof(Block));
+    }
+
+    // ---- Of a block of 16 bytes ---------------------------------------------------------------
+
+    template <class t>
+    [[gnu::always_inline]] static bool sb_IsZero(const t& Block)
+    {
+        static_assert(sizeof(Block) == 16);
+        const auto aHalves = reinterpret_cast<t_Block<std::uint64_t>>(Block);
+        return !(aHalves[0] | aHalves[1]);
+    }
+
+    // What a comparison of bytes or of 16-bit units has given, in a number: four bits for a byte,
+    // eight for a unit, the first ones lowest. Not for larger numbers.
+    template <class t>
+    [[gnu::always_inline]] static std::uint64_t sn8_Marks(const t& Passed)
+    {
+        static_assert(sizeof(Passed) == 16 && sizeof(Passed[0]) <= 2);
+        // The middle of a pair of bytes has bits of both.
+        const auto aPairs = reinterpret_cast<t_Block<std::uint16_t>>(Passed) >> 4;
+        const auto aMarks = __builtin_convertvector(aPairs, t_Block<std::uint8_t, 8>);
+        std::uint64_t n8_Marks;
+        sv_Store(&n8_Marks, aMarks);
+        return n8_Marks;
+    }
+    // Bits of a number of n_Size bytes in it.
+    static constexpr unsigned sn_MarkBits(unsigned n_Size)
+    {
+        return 4 * n_Size;
+    }
+
+    // The highest bit of each byte, the first byte's lowest.
+    template <class t>
+    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t& Block)
+    {
+        static_assert(sizeof(Block) == 16);
+#if OSTRA_HAS_X86
+        return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(Block)));
+#else
+        return sn_PlainMask(Block);
+#endif
+    }
+    // The same of numbers of 32 bits that a comparison has given: 16 bits for two or four blocks.
+    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t_Block<int> (&aPassed)[2])
+    {
+#if OSTRA_HAS_X86
+        const auto pcaPassed = reinterpret_cast<const __m128i*>(aPassed);
+        return sn_Mask(_mm_packs_epi32(pcaPassed[0], pcaPassed[1]));
+#else
+        return sn_PlainMask(aPassed);
+#endif
+    }
+    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t_Block<int> (&aPassed)[4])
+    {
+#if OSTRA_HAS_X86
+        const auto pcaPassed = reinterpret_cast<const __m128i*>(aPassed);
+        return sn_Mask(_mm_packs_epi16(_mm_packs_epi32(pcaPassed[0], pcaPassed[1]),
+                                       _mm_packs_epi32(pcaPassed[2], pcaPassed[3])));
+#else
+        return sn_PlainMask(aPassed);
+#endif
+    }
+
+    // The plain ways to the same.
+    template <class t>
+    static unsigned sn_PlainMask(const t& Block)
+    {
+        const auto aHalves = reinterpret_cast<t_Block<std::uint64_t>>(Block);
+        return sn_TopBits(aHalves[0]) | sn_TopBits(aHalves[1]) << 8;
+    }
+    template <unsigned n_Blocks>
+    static unsigned sn_PlainMask(const t_Block<int> (&aPassed)[n_Blocks])
+    {
+        constexpr unsigned BITS = 4 / n_Blocks;
+        unsigned n_Mask = 0;
+        for (unsigned n = 0; n < 4 * n_Blocks; ++n)
+            n_Mask |= (aPassed[n / 4][n % 4] & ((1u << BITS) - 1)) << n * BITS;
+        return n_Mask;
+    }
+
+private:
+    // The highest bits of eight bytes, the lowest byte's first: each is moved to its place in the
+    // highest byte, and no two sums meet.
+    static unsigned sn_TopBits(std::uint64_t n8_Bytes)
+    {
+        const std::uint64_t n8_Tops = n8_Bytes >> 7 & 0x0101010101010101;
+        return static_cast<unsigned>(n8_Tops * 0x0102040810204080 >> 56);
+    }
+};
