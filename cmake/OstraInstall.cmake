@@ -13,10 +13,12 @@ endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/include/Ostra/Frame/Export.h
     DESTINATION ${OSTRA_HEADER_ROOT}/Ostra/Frame)
 if(NOT WIN32)
-    install(DIRECTORY ${PROJECT_SOURCE_DIR}/winapi/include/ DESTINATION ${OSTRA_HEADER_ROOT})
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/winapi/include/winapi DESTINATION ${OSTRA_HEADER_ROOT})
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/winapi/include/windows/
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ostra-winapi)
 endif()
 
-install(TARGETS ostra EXPORT OstraTargets
+install(TARGETS ostra winapi EXPORT OstraTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -30,4 +32,5 @@ install(FILES ${PROJECT_BINARY_DIR}/OstraConfig.cmake ${PROJECT_BINARY_DIR}/Ostr
     DESTINATION ${OSTRA_PACKAGE_DIR})
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra.pc.in ${PROJECT_BINARY_DIR}/ostra.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/ostra.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra-winapi.pc.in ${PROJECT_BINARY_DIR}/ostra-winapi.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ostra.pc ${PROJECT_BINARY_DIR}/ostra-winapi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,7 +1,7 @@
 // winapi/Attributes.h: the attribute word and the times of a file.
 #pragma once
 
-#include "winapi/File.h"
+#include "winapi/Files/File.h"
 
 #include <string>
 

@@ -1,5 +1,5 @@
 // winapi/CodePage.cpp: conversion between code pages and UTF-16.
-#include "winapi/CodePage.h"
+#include "winapi/Text/CodePage.h"
 
 #include <algorithm>
 #include <cstring>
@@ -7,7 +7,7 @@
 #include "CodePages.h"
 #include "Locale.h"
 #include "Utf.h"
-#include "winapi/Errors.h"
+#include "winapi/Errors/Errors.h"
 
 namespace winapi
 {

@@ -2,7 +2,7 @@
 // Internal.
 #pragma once
 
-#include "winapi/Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdlib>
 
-#include "winapi/Errors.h"
+#include "winapi/Errors/Errors.h"
 
 namespace winapi
 {

@@ -2,7 +2,7 @@
 //
 // Those whose names begin with "=", which the platform uses for the current directories of drives,
 // have no place in the host's environment: they lie in a table of the services.
-#include "winapi/Environment.h"
+#include "winapi/Process/Environment.h"
 
 #include "Failure.h"
 #include "Names.h"

@@ -1,7 +1,7 @@
 // winapi/ErrorTexts.h: the texts of the system errors. Internal.
 #pragma once
 
-#include "winapi/Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

@@ -1,5 +1,5 @@
 // winapi/Errors.cpp: the system's texts for its error codes.
-#include "winapi/Errors.h"
+#include "winapi/Errors/Errors.h"
 
 #include <algorithm>
 #include <cstdlib>

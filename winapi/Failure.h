@@ -1,7 +1,7 @@
 // winapi/Failure.h: how a service tells its failure.
 #pragma once
 
-#include "winapi/Errors.h"
+#include "winapi/Errors/Errors.h"
 
 #include <exception>
 #include <string>

@@ -1,5 +1,5 @@
 // winapi/File.cpp: handles of files, from CreateFile to CloseHandle.
-#include "winapi/File.h"
+#include "winapi/Files/File.h"
 
 #include "Attributes.h"
 #include "Failure.h"

@@ -1,7 +1,7 @@
 // winapi/FileLock.cpp: byte-range locks.
 #include "Failure.h"
 #include "OpenFile.h"
-#include "winapi/File.h"
+#include "winapi/Files/File.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 //
 // A mapping and each of its views hold the file's object, so that the file's handle may be closed
 // before them. While there are any, the file is announced as mapped.
-#include "winapi/FileMap.h"
+#include "winapi/Files/FileMap.h"
 
 #include "Failure.h"
 #include "OpenFile.h"

@@ -3,7 +3,7 @@
 #include "Failure.h"
 #include "Names.h"
 #include "OpenFile.h"
-#include "winapi/File.h"
+#include "winapi/Files/File.h"
 
 #include <cstdio>
 

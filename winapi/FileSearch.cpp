@@ -3,7 +3,7 @@
 // The directory is read when a search begins, and the search keeps a list of names alone: searches
 // are often left unclosed, and so cost some memory but no descriptor. What is told of an entry is
 // looked up when its turn comes; one that has gone by then is left out.
-#include "winapi/FileSearch.h"
+#include "winapi/Files/FileSearch.h"
 
 #include "Attributes.h"
 #include "Failure.h"

@@ -5,7 +5,7 @@
 // comes.
 #include "Failure.h"
 #include "OpenFile.h"
-#include "winapi/File.h"
+#include "winapi/Files/File.h"
 
 #include <climits>
 

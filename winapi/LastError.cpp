@@ -1,5 +1,5 @@
 // winapi/LastError.cpp: the last error of each thread.
-#include "winapi/Errors.h"
+#include "winapi/Errors/Errors.h"
 
 namespace winapi
 {

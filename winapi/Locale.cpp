@@ -6,7 +6,7 @@
 #include <cstring>
 #include <unicode/uloc.h>
 
-#include "winapi/CodePage.h"
+#include "winapi/Text/CodePage.h"
 
 namespace winapi
 {

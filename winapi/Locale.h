@@ -1,7 +1,7 @@
 // winapi/Locale.h: the locales that the layer knows, and the process's own. Internal.
 #pragma once
 
-#include "winapi/Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

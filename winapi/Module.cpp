@@ -1,5 +1,5 @@
 // winapi/Module.cpp
-#include "winapi/Module.h"
+#include "winapi/Process/Module.h"
 
 #include <climits>
 #include <cstdlib>
@@ -9,8 +9,8 @@
 #include <sys/auxv.h>
 #include <unistd.h>
 
-#include "winapi/CodePage.h"
-#include "winapi/Errors.h"
+#include "winapi/Text/CodePage.h"
+#include "winapi/Errors/Errors.h"
 
 namespace winapi
 {

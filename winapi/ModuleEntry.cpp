@@ -2,7 +2,7 @@
 //
 // A plain constructor runs behind all that have a priority, as the statics of the module's start-up
 // order do.
-#include "winapi/Module.h"
+#include "winapi/Process/Module.h"
 
 #include <dlfcn.h>
 

@@ -3,7 +3,7 @@
 
 #include "Failure.h"
 #include "Posix.h"
-#include "winapi/CodePage.h"
+#include "winapi/Text/CodePage.h"
 
 #include <climits>
 

@@ -4,7 +4,7 @@
 #include "Attributes.h"
 #include "Failure.h"
 #include "Names.h"
-#include "winapi/File.h"
+#include "winapi/Files/File.h"
 
 #include <cstdlib>
 

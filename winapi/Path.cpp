@@ -1,5 +1,5 @@
 // winapi/Path.cpp: full names, directories, drives.
-#include "winapi/Path.h"
+#include "winapi/Files/Path.h"
 
 #include "Failure.h"
 #include "Names.h"

@@ -1,7 +1,7 @@
 // winapi/Posix.h: the calls of the host that the services make, in one table.
 #pragma once
 
-#include "winapi/Types.h"
+#include "winapi/Base/Types.h"
 
 #include <cerrno>
 

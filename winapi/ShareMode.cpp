@@ -9,8 +9,8 @@
 #include "ShareMode.h"
 
 #include "Posix.h"
-#include "winapi/Errors.h"
-#include "winapi/Thread.h"
+#include "winapi/Errors/Errors.h"
+#include "winapi/Process/Thread.h"
 
 #include <ctime>
 

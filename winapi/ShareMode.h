@@ -7,7 +7,7 @@
 // shares everything.
 #pragma once
 
-#include "winapi/Types.h"
+#include "winapi/Base/Types.h"
 
 #include <sys/types.h>
 

@@ -1,11 +1,11 @@
 // winapi/System.cpp
-#include "winapi/System.h"
+#include "winapi/Process/System.h"
 
 #include <cstring>
 #include <sched.h>
 #include <unistd.h>
 
-#include "winapi/Errors.h"
+#include "winapi/Errors/Errors.h"
 
 namespace winapi
 {

@@ -1,5 +1,5 @@
 // winapi/Thread.cpp
-#include "winapi/Thread.h"
+#include "winapi/Process/Thread.h"
 
 #include <ctime>
 #include <unistd.h>

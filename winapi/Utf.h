@@ -1,7 +1,7 @@
 // winapi/Utf.h: UTF-7 and UTF-8 as the platform's conversions code them. Internal.
 #pragma once
 
-#include "winapi/Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

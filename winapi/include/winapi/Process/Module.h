@@ -1,7 +1,7 @@
-// winapi/Module.h: modules, their names and string tables, and the notification at load.
+// winapi/Process/Module.h: modules, their names and string tables, and the notification at load.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define DLL_PROCESS_DETACH 0
 #define DLL_PROCESS_ATTACH 1

@@ -1,7 +1,7 @@
-// winapi/CodePage.h: conversion between code pages and UTF-16.
+// winapi/Text/CodePage.h: conversion between code pages and UTF-16.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define CP_ACP 0
 #define CP_OEMCP 1

@@ -1,10 +1,10 @@
-// winapi/FileMap.h: mappings of files and their views.
+// winapi/Files/FileMap.h: mappings of files and their views.
 //
 // A mapping and its views keep the file open, though its handle be closed before them. As long as
 // there are any, in any process, the file isn't truncated (1224).
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define PAGE_READONLY 0x02
 #define PAGE_READWRITE 0x04

@@ -1,7 +1,7 @@
-// winapi/System.h: version of the system and facts about the machine.
+// winapi/Process/System.h: version of the system and facts about the machine.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define VER_PLATFORM_WIN32s 0
 #define VER_PLATFORM_WIN32_WINDOWS 1

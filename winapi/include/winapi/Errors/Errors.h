@@ -1,9 +1,9 @@
-// winapi/Errors.h: last error of the thread, numbers of the system errors, and their texts.
+// winapi/Errors/Errors.h: last error of the thread, numbers of the system errors, and their texts.
 #pragma once
 
 #include <cstdarg>
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define ERROR_SUCCESS 0
 #define NO_ERROR 0

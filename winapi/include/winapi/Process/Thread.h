@@ -1,7 +1,7 @@
-// winapi/Thread.h: thread identity, interlocked operations, the tick count.
+// winapi/Process/Thread.h: thread identity, interlocked operations, the tick count.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

@@ -1,11 +1,11 @@
-// winapi/Path.h: paths, directories, drives and the temporary directory.
+// winapi/Files/Path.h: paths, directories, drives and the temporary directory.
 //
 // Calls that fill a buffer return the length of the text; where the room is too small, the size
 // needed with the terminator, and nothing is stored; 0 on failure. Sizes count characters of the
 // call's width. Paths are told with `/`. What names have in common stands in File.h.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define DRIVE_UNKNOWN 0
 #define DRIVE_NO_ROOT_DIR 1

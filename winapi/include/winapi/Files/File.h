@@ -1,4 +1,4 @@
-// winapi/File.h: open files, their transfers, share modes, byte-range locks, and files by name.
+// winapi/Files/File.h: open files, their transfers, share modes, byte-range locks, and files by name.
 //
 // Names are the host's: `/` and `\` both separate, case counts, one root and no drive letters,
 // UTF-8 on disk. Narrow names are text of the ANSI code page. Every call that takes a name fails
@@ -11,7 +11,7 @@
 // as well.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 #define GENERIC_READ 0x80000000U
 #define GENERIC_WRITE 0x40000000U

@@ -1,4 +1,4 @@
-// winapi/Print.h: bounded formatted printing with the directives of the platform's C library.
+// winapi/CLibrary/Print.h: bounded formatted printing with the directives of the platform's C library.
 //
 // %s takes text of the format's own width and %S of the other one (%hs always 8-bit, %ls and %ws
 // always wide); likewise %c and %C; %ll, %I64, %I32, %I, %h, %j, %t, %z are size prefixes of
@@ -13,7 +13,7 @@
 #include <cstdarg>
 #include <cstddef>
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

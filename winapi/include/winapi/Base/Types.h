@@ -1,4 +1,4 @@
-// winapi/Types.h: types and numbers shared by all groups of services.
+// winapi/Base/Types.h: types and numbers shared by all groups of services.
 //
 // Names, widths and values are the published ones; `long` types are 32 bits, handles pointer-sized.
 #pragma once

@@ -1,4 +1,4 @@
-// winapi/FileSearch.h: directory search.
+// winapi/Files/FileSearch.h: directory search.
 //
 // The last component of a name may hold wildcards, the directory none. `*` stands for any text, `?`
 // for one character or, in front of a point and at the end, for none; a point in front of nothing
@@ -7,7 +7,7 @@
 // hold a `\` are left out.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 struct WIN32_FIND_DATAA
 {

@@ -1,11 +1,11 @@
-// winapi/Environment.h: environment variables, the hidden current-directory variables among them.
+// winapi/Process/Environment.h: environment variables, the hidden current-directory variables among them.
 //
 // Variables are those of the host, with values in UTF-8; case counts. Names that begin with "=" are
 // hidden: they are kept apart, seen by these calls only and not inherited, and the case of their
 // letters doesn't count.
 #pragma once
 
-#include "Types.h"
+#include "winapi/Base/Types.h"
 
 namespace winapi
 {

@@ -1,0 +1,19 @@
+// windows.h: the Windows services that the library calls, under their published names, types and
+// numbers, for systems that lack them. What a service does is told in the header of its group; what
+// is told nowhere is as the platform's published documentation says.
+#pragma once
+
+#include "winapi/Base/Types.h"
+#include "winapi/CLibrary/Print.h"
+#include "winapi/Errors/Errors.h"
+#include "winapi/Files/File.h"
+#include "winapi/Files/FileMap.h"
+#include "winapi/Files/FileSearch.h"
+#include "winapi/Files/Path.h"
+#include "winapi/Process/Environment.h"
+#include "winapi/Process/Module.h"
+#include "winapi/Process/System.h"
+#include "winapi/Process/Thread.h"
+#include "winapi/Text/CodePage.h"
+
+using namespace winapi;
