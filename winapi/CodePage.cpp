@@ -7,7 +7,7 @@
 #include "CodePages.h"
 #include "Locale.h"
 #include "Utf.h"
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 namespace winapi
 {

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdlib>
 
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 namespace winapi
 {

@@ -1,5 +1,6 @@
 // winapi/Errors.cpp: the system's texts for its error codes.
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/FormatMessage.h"
+#include "winapi/Errors/LastError.h"
 
 #include <algorithm>
 #include <cstdlib>

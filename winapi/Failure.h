@@ -1,7 +1,7 @@
 // winapi/Failure.h: how a service tells its failure.
 #pragma once
 
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 #include <exception>
 #include <string>

@@ -7,7 +7,7 @@
 // value comes round late.
 #include "Handles.h"
 
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 #include <atomic>
 #include <bit>

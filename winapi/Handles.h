@@ -6,7 +6,7 @@
 // multiples of 4, as on the platform: a handle kept in 32 bits comes back whole.
 #pragma once
 
-#include "winapi/Base/Types.h"
+#include "winapi/Base/Constants.h"
 
 #include <memory>
 #include <utility>

@@ -1,5 +1,5 @@
 // winapi/LastError.cpp: the last error of each thread.
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 namespace winapi
 {

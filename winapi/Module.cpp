@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "winapi/Text/CodePage.h"
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 namespace winapi
 {

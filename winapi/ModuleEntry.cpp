@@ -19,11 +19,11 @@ void Notify(DWORD reason)
 
 __attribute__((constructor)) void Attach()
 {
-    Notify(DLL_PROCESS_ATTACH);
+    Notify(winapi::DLL_PROCESS_ATTACH);
 }
 
 __attribute__((destructor)) void Detach()
 {
-    Notify(DLL_PROCESS_DETACH);
+    Notify(winapi::DLL_PROCESS_DETACH);
 }
 } // namespace

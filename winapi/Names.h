@@ -1,7 +1,7 @@
 // winapi/Names.h: names of files, between the callers' wide or narrow text and the host's UTF-8.
 #pragma once
 
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 #include <algorithm>
 #include <optional>

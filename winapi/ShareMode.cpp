@@ -9,7 +9,7 @@
 #include "ShareMode.h"
 
 #include "Posix.h"
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 #include "winapi/Process/Thread.h"
 
 #include <ctime>

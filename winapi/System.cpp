@@ -5,7 +5,7 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/LastError.h"
 
 namespace winapi
 {

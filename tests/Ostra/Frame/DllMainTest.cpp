@@ -21,6 +21,8 @@ std::string SystemsName()
 }
 } // namespace
 
+constexpr DWORD OTHER_REASONS[] = {DLL_PROCESS_DETACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH, 4, 77};
+
 TEST(DllMain, LoadStoresHandleAndFullPath)
 {
     EXPECT_NE(CT_OstraDLLMain::sh_GetInstance(), nullptr);
@@ -36,7 +38,7 @@ TEST(DllMain, OtherReasonsChangeNothing)
     const HINSTANCE instance = CT_OstraDLLMain::sh_GetInstance();
     const std::string name = ModuleName();
     const HINSTANCE other = GetModuleHandleA(nullptr);
-    for (const DWORD reason : {DLL_PROCESS_DETACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH, 4, 77}) {
+    for (const DWORD reason : OTHER_REASONS) {
         EXPECT_EQ(DllMain(other, reason, nullptr), 1);
         EXPECT_EQ(CT_OstraDLLMain::sh_GetInstance(), instance);
         EXPECT_EQ(ModuleName(), name);

@@ -3,9 +3,10 @@
 // is told nowhere is as the platform's published documentation says.
 #pragma once
 
-#include "winapi/Base/Types.h"
+#include "winapi/Base/Constants.h"
 #include "winapi/CLibrary/Print.h"
-#include "winapi/Errors/Errors.h"
+#include "winapi/Errors/FormatMessage.h"
+#include "winapi/Errors/LastError.h"
 #include "winapi/Files/File.h"
 #include "winapi/Files/FileMap.h"
 #include "winapi/Files/FileSearch.h"

@@ -1,14 +1,11 @@
-// winapi/Base/Types.h: types and numbers shared by all groups of services.
+// winapi/Base/Types.h: types shared by all groups of services, and nothing else: no macro, no
+// function, no number.
 //
-// Names, widths and values are the published ones; `long` types are 32 bits, handles pointer-sized.
+// Names and widths are the published ones; `long` types are 32 bits, handles pointer-sized.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-
-#define WINAPI_EXPORT __attribute__((visibility("default")))
-#define WINAPI
-#define APIENTRY
-#define CALLBACK
 
 using BOOL = int;
 using INT = int;
@@ -41,12 +38,6 @@ using HLOCAL = void*;
 struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
-
-#define TRUE 1
-#define FALSE 0
-#define MAX_PATH 260
-#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1)))
-#define MAKELANGID(primary, sub) ((static_cast<WORD>(sub) << 10) | static_cast<WORD>(primary))
 
 struct FILETIME
 {

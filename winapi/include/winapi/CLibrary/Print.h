@@ -13,7 +13,7 @@
 #include <cstdarg>
 #include <cstddef>
 
-#include "winapi/Base/Types.h"
+#include "winapi/Base/Constants.h"
 
 namespace winapi
 {

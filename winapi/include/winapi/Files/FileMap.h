@@ -4,16 +4,16 @@
 // there are any, in any process, the file isn't truncated (1224).
 #pragma once
 
-#include "winapi/Base/Types.h"
-
-#define PAGE_READONLY 0x02
-#define PAGE_READWRITE 0x04
-#define FILE_MAP_WRITE 0x0002
-#define FILE_MAP_READ 0x0004
-#define FILE_MAP_ALL_ACCESS 0x000F001F
+#include "winapi/Base/Constants.h"
 
 namespace winapi
 {
+constexpr DWORD PAGE_READONLY = 0x02;
+constexpr DWORD PAGE_READWRITE = 0x04;
+constexpr DWORD FILE_MAP_WRITE = 0x0002;
+constexpr DWORD FILE_MAP_READ = 0x0004;
+constexpr DWORD FILE_MAP_ALL_ACCESS = 0x000F001F;
+
 // A mapping of a file. Result: a handle for CloseHandle; null on failure. Size 0 is the file's. A
 // size beyond the file's extends it, for PAGE_READWRITE, and its room on the disk is reserved: 112
 // when there is too little, and the file stays as it was; for PAGE_READONLY 8. 1006 for an empty

@@ -7,7 +7,7 @@
 // hold a `\` are left out.
 #pragma once
 
-#include "winapi/Base/Types.h"
+#include "winapi/Base/Constants.h"
 
 struct WIN32_FIND_DATAA
 {
@@ -19,7 +19,7 @@ struct WIN32_FIND_DATAA
     DWORD nFileSizeLow;
     DWORD dwReserved0;
     DWORD dwReserved1;
-    CHAR cFileName[MAX_PATH];
+    CHAR cFileName[winapi::MAX_PATH];
     CHAR cAlternateFileName[14];
 };
 struct WIN32_FIND_DATAW
@@ -32,7 +32,7 @@ struct WIN32_FIND_DATAW
     DWORD nFileSizeLow;
     DWORD dwReserved0;
     DWORD dwReserved1;
-    WCHAR cFileName[MAX_PATH];
+    WCHAR cFileName[winapi::MAX_PATH];
     WCHAR cAlternateFileName[14];
 };
 using LPWIN32_FIND_DATAA = WIN32_FIND_DATAA*;

@@ -5,14 +5,14 @@
 // call's width. Paths are told with `/`. What names have in common stands in File.h.
 #pragma once
 
-#include "winapi/Base/Types.h"
-
-#define DRIVE_UNKNOWN 0
-#define DRIVE_NO_ROOT_DIR 1
-#define DRIVE_FIXED 3
+#include "winapi/Base/Constants.h"
 
 namespace winapi
 {
+constexpr UINT DRIVE_UNKNOWN = 0;
+constexpr UINT DRIVE_NO_ROOT_DIR = 1;
+constexpr UINT DRIVE_FIXED = 3;
+
 // The name seen from the root, as text only: it need not exist. "." and ".." are folded, the latter
 // not above the root, doubled separators too; one at the end stays, and so do points and blanks.
 // The pointer is set to the last component, null when there is none. 0 with 123 for a null or empty

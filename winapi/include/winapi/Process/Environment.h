@@ -5,7 +5,7 @@
 // letters doesn't count.
 #pragma once
 
-#include "winapi/Base/Types.h"
+#include "winapi/Base/Constants.h"
 
 namespace winapi
 {

@@ -1,12 +1,7 @@
 // winapi/Process/Module.h: modules, their names and string tables, and the notification at load.
 #pragma once
 
-#include "winapi/Base/Types.h"
-
-#define DLL_PROCESS_DETACH 0
-#define DLL_PROCESS_ATTACH 1
-#define DLL_THREAD_ATTACH 2
-#define DLL_THREAD_DETACH 3
+#include "winapi/Base/Constants.h"
 
 // Supplied by the module: called once with DLL_PROCESS_ATTACH behind its static constructions.
 extern "C" WINAPI_EXPORT BOOL WINAPI DllMain(HINSTANCE hinstDLL, DWORD fdwReason,
@@ -14,6 +9,11 @@ extern "C" WINAPI_EXPORT BOOL WINAPI DllMain(HINSTANCE hinstDLL, DWORD fdwReason
 
 namespace winapi
 {
+constexpr DWORD DLL_PROCESS_DETACH = 0;
+constexpr DWORD DLL_PROCESS_ATTACH = 1;
+constexpr DWORD DLL_THREAD_ATTACH = 2;
+constexpr DWORD DLL_THREAD_DETACH = 3;
+
 // One entry of a module's string table: the text is kept by pointer.
 struct StringEntry
 {

@@ -1,11 +1,7 @@
 // winapi/Process/System.h: version of the system and facts about the machine.
 #pragma once
 
-#include "winapi/Base/Types.h"
-
-#define VER_PLATFORM_WIN32s 0
-#define VER_PLATFORM_WIN32_WINDOWS 1
-#define VER_PLATFORM_WIN32_NT 2
+#include "winapi/Base/Constants.h"
 
 struct OSVERSIONINFOA
 {
@@ -40,6 +36,10 @@ extern "C" WINAPI_EXPORT DWORD winapi_TestPlatformId() __attribute__((weak));
 
 namespace winapi
 {
+constexpr DWORD VER_PLATFORM_WIN32s = 0;
+constexpr DWORD VER_PLATFORM_WIN32_WINDOWS = 1;
+constexpr DWORD VER_PLATFORM_WIN32_NT = 2;
+
 WINAPI_EXPORT BOOL GetVersionExA(LPOSVERSIONINFOA lpVersionInformation);
 WINAPI_EXPORT void GetSystemInfo(LPSYSTEM_INFO lpSystemInfo);
 } // namespace winapi

@@ -1,7 +1,7 @@
 // winapi/Process/Thread.h: thread identity, interlocked operations, the tick count.
 #pragma once
 
-#include "winapi/Base/Types.h"
+#include "winapi/Base/Constants.h"
 
 namespace winapi
 {

@@ -1,27 +1,27 @@
 // winapi/Text/CodePage.h: conversion between code pages and UTF-16.
 #pragma once
 
-#include "winapi/Base/Types.h"
-
-#define CP_ACP 0
-#define CP_OEMCP 1
-#define CP_MACCP 2
-#define CP_THREAD_ACP 3
-#define CP_UTF7 65000
-#define CP_UTF8 65001
-#define MB_PRECOMPOSED 0x00000001
-#define MB_COMPOSITE 0x00000002
-#define MB_USEGLYPHCHARS 0x00000004
-#define MB_ERR_INVALID_CHARS 0x00000008
-#define WC_DISCARDNS 0x00000010
-#define WC_SEPCHARS 0x00000020
-#define WC_DEFAULTCHAR 0x00000040
-#define WC_ERR_INVALID_CHARS 0x00000080
-#define WC_COMPOSITECHECK 0x00000200
-#define WC_NO_BEST_FIT_CHARS 0x00000400
+#include "winapi/Base/Constants.h"
 
 namespace winapi
 {
+constexpr UINT CP_ACP = 0;
+constexpr UINT CP_OEMCP = 1;
+constexpr UINT CP_MACCP = 2;
+constexpr UINT CP_THREAD_ACP = 3;
+constexpr UINT CP_UTF7 = 65000;
+constexpr UINT CP_UTF8 = 65001;
+constexpr DWORD MB_PRECOMPOSED = 0x00000001;
+constexpr DWORD MB_COMPOSITE = 0x00000002;
+constexpr DWORD MB_USEGLYPHCHARS = 0x00000004;
+constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
+constexpr DWORD WC_DISCARDNS = 0x00000010;
+constexpr DWORD WC_SEPCHARS = 0x00000020;
+constexpr DWORD WC_DEFAULTCHAR = 0x00000040;
+constexpr DWORD WC_ERR_INVALID_CHARS = 0x00000080;
+constexpr DWORD WC_COMPOSITECHECK = 0x00000200;
+constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
+
 // 68 code pages, UTF-7 and UTF-8; 0 to 3 stand for the ANSI, OEM and Mac page of the process's
 // locale and for the ANSI page again. A count of -1 takes the text up to and with its terminator.
 // Room 0 counts alone. Result: units or bytes; 0 with 87 for an unknown page, a count of 0, a null
