@@ -1,5 +1,5 @@
 // winapi/tests/EnvironmentTest.cpp: environment variables, the hidden ones among them.
-#include "Calls.h"
+#include "Support/Calls.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 // winapi/tests/FileSearchTest.cpp: directory search.
-#include "Calls.h"
+#include "Support/Calls.h"
 
 #include "Support/Directory.h"
 

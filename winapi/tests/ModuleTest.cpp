@@ -1,6 +1,6 @@
 // winapi/tests/ModuleTest.cpp
-#include "Calls.h"
-#include "Reference.h"
+#include "Support/Calls.h"
+#include "Support/Reference.h"
 
 #include "Support/TestStrings.h"
 

@@ -13,8 +13,8 @@
 #include <limits>
 #include <string>
 
-#include "Calls.h"
-#include "Reference.h"
+#include "Support/Calls.h"
+#include "Support/Reference.h"
 
 namespace
 {

@@ -1,5 +1,5 @@
 // winapi/tests/SystemTest.cpp
-#include "Calls.h"
+#include "Support/Calls.h"
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 // winapi/tests/ThreadTest.cpp
-#include "Calls.h"
+#include "Support/Calls.h"
 
 #include <cstdint>
 #include <thread>

@@ -1,6 +1,6 @@
 // winapi/tests/native/CodePagesTest.cpp: the tables of code pages when memory runs out, and between
 // threads.
-#include "../Calls.h"
+#include "../Support/Calls.h"
 
 #include "CodePages.h"
 

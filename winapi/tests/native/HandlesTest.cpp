@@ -1,5 +1,5 @@
 // winapi/tests/native/HandlesTest.cpp: the table of handles.
-#include "../Calls.h"
+#include "../Support/Calls.h"
 
 #include "Handles.h"
 #include "Support/Directory.h"

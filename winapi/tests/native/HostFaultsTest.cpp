@@ -1,5 +1,5 @@
 // winapi/tests/native/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
-#include "../Calls.h"
+#include "../Support/Calls.h"
 
 #include "Posix.h"
 #include "Support/Directory.h"

@@ -1,5 +1,5 @@
 // winapi/tests/native/LocaleTest.cpp: the process's locale and the code pages that it names.
-#include "../Calls.h"
+#include "../Support/Calls.h"
 
 #include "Locale.h"
 #include "Support/ChildProcess.h"

@@ -1,5 +1,5 @@
 // winapi/tests/native/NamesTest.cpp: names as wide text and as UTF-8, and patterns.
-#include "../Calls.h"
+#include "../Support/Calls.h"
 
 #include "Names.h"
 #include "Support/Directory.h"

@@ -1,4 +1,4 @@
-// winapi/tests/Calls.h: calls of services, with the results and last errors they are to have.
+// winapi/tests/Support/Calls.h: calls of services, with the results and last errors they are to have.
 //
 // The same tests run against the real services. Where the two sides differ on purpose, a test says
 // so by Side(host, platform): the host's paths, case that counts, names that the host allows,

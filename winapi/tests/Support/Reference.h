@@ -1,4 +1,4 @@
-// winapi/tests/Reference.h: answers of the published documentation that the reference run is known
+// winapi/tests/Support/Reference.h: answers of the published documentation that the reference run is known
 // not to give.
 #pragma once
 
