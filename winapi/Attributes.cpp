@@ -4,7 +4,7 @@
 // programs use for them, as a number in hex digits behind "0x".
 #include "Attributes.h"
 
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Names.h"
 #include "Posix.h"
 

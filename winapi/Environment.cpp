@@ -4,7 +4,7 @@
 // have no place in the host's environment: they lie in a table of the services.
 #include "winapi/Process/Environment.h"
 
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Names.h"
 #include "Variables.h"
 

@@ -1,5 +1,5 @@
 // winapi/FileLock.cpp: byte-range locks.
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "OpenFile.h"
 #include "winapi/Files/File.h"
 

@@ -4,7 +4,7 @@
 // before them. While there are any, the file is announced as mapped.
 #include "winapi/Files/FileMap.h"
 
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "OpenFile.h"
 
 #include <map>

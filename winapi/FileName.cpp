@@ -1,6 +1,6 @@
 // winapi/FileName.cpp: deleting, moving and copying files by name.
 #include "Attributes.h"
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Names.h"
 #include "OpenFile.h"
 #include "winapi/Files/File.h"

@@ -6,7 +6,7 @@
 #include "winapi/Files/FileSearch.h"
 
 #include "Attributes.h"
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Handles.h"
 #include "Names.h"
 #include "Posix.h"

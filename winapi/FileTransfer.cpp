@@ -3,7 +3,7 @@
 // The file pointer is the handle's own, and transfers name their position; so moving it is no call
 // of the host. Only what has no positions, such as a pipe or a terminal, is read and written as it
 // comes.
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "OpenFile.h"
 #include "winapi/Files/File.h"
 

@@ -1,7 +1,7 @@
 // winapi/Names.cpp
 #include "Names.h"
 
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Posix.h"
 #include "winapi/Text/CodePage.h"
 

@@ -2,7 +2,7 @@
 #include "OpenFile.h"
 
 #include "Attributes.h"
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Names.h"
 #include "winapi/Files/File.h"
 

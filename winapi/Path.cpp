@@ -1,7 +1,7 @@
 // winapi/Path.cpp: full names, directories, drives.
 #include "winapi/Files/Path.h"
 
-#include "Failure.h"
+#include "Errors/Failure.h"
 #include "Names.h"
 #include "Posix.h"
 #include "Variables.h"

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes winapi/ErrorTexts.cpp: the published texts of the system errors.
+"""Makes winapi/Errors/ErrorTexts.cpp: the published texts of the system errors.
 
 Reads data/winapi/error-texts.tsv (code, name, a substitute's text, published text), in ascending order of codes.
 """
@@ -15,11 +15,11 @@ assert rows == sorted(rows) and len({code for code, _, _ in rows}) == len(rows),
 assert all(text.isascii() and text for _, _, text in rows), "the narrow texts are the same bytes in every code page"
 assert all("%" not in text for _, _, text in rows), "no text has inserts"
 
-with open(top / "winapi/ErrorTexts.cpp", "w", encoding="utf-8", newline="\n") as out:
+with open(top / "winapi/Errors/ErrorTexts.cpp", "w", encoding="utf-8", newline="\n") as out:
     out.write("// Made by tools/tables/make_error_texts.py from data/winapi/error-texts.tsv: "
               f"{len(rows)} texts. Not edited by hand.\n"
               "// clang-format off\n"
-              '#include "ErrorTexts.h"\n\n'
+              '#include "Errors/ErrorTexts.h"\n\n'
               "namespace winapi\n{\nconst ErrorText error_texts[] = {\n")
     for code, name, text in rows:
         escaped = text.replace("\\", "\\\\").replace('"', '\\"')

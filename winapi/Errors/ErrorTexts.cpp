@@ -1,6 +1,6 @@
 // Made by tools/tables/make_error_texts.py from data/winapi/error-texts.tsv: 138 texts. Not edited by hand.
 // clang-format off
-#include "ErrorTexts.h"
+#include "Errors/ErrorTexts.h"
 
 namespace winapi
 {

@@ -1,5 +1,5 @@
-// winapi/Failure.cpp
-#include "Failure.h"
+// winapi/Errors/Failure.cpp
+#include "Errors/Failure.h"
 
 #include "Names.h"
 #include "Posix.h"

@@ -1,4 +1,4 @@
-// winapi/ErrorTexts.h: the texts of the system errors. Internal.
+// winapi/Errors/ErrorTexts.h: the texts of the system errors. Internal.
 #pragma once
 
 #include "winapi/Base/Types.h"

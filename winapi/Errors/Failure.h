@@ -1,4 +1,4 @@
-// winapi/Failure.h: how a service tells its failure.
+// winapi/Errors/Failure.h: how a service tells its failure.
 #pragma once
 
 #include "winapi/Errors/LastError.h"

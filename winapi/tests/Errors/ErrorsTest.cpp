@@ -1,6 +1,6 @@
-// winapi/tests/ErrorsTest.cpp: the texts of the system errors.
-#include "Support/Calls.h"
-#include "Support/Reference.h"
+// winapi/tests/Errors/ErrorsTest.cpp: the texts of the system errors.
+#include "../Support/Calls.h"
+#include "../Support/Reference.h"
 
 #include <algorithm>
 #include <atomic>

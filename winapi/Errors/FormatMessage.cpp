@@ -1,4 +1,4 @@
-// winapi/Errors.cpp: the system's texts for its error codes.
+// winapi/Errors/FormatMessage.cpp: the system's texts for its error codes.
 #include "winapi/Errors/FormatMessage.h"
 #include "winapi/Errors/LastError.h"
 
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "ErrorTexts.h"
+#include "Errors/ErrorTexts.h"
 
 namespace winapi
 {

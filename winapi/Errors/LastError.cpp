@@ -1,4 +1,4 @@
-// winapi/LastError.cpp: the last error of each thread.
+// winapi/Errors/LastError.cpp: the last error of each thread.
 #include "winapi/Errors/LastError.h"
 
 namespace winapi
