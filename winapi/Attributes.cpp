@@ -6,7 +6,7 @@
 
 #include "Errors/Failure.h"
 #include "Names.h"
-#include "Posix.h"
+#include "Base/Posix.h"
 
 #include <charconv>
 #include <string_view>

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "CodePages.h"
-#include "Locale.h"
+#include "Base/ProcessLocale.h"
 #include "Utf.h"
 #include "winapi/Errors/LastError.h"
 

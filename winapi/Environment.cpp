@@ -6,7 +6,7 @@
 
 #include "Errors/Failure.h"
 #include "Names.h"
-#include "Variables.h"
+#include "Base/HostVariables.h"
 
 #include <cstdlib>
 #include <map>

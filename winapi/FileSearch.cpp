@@ -7,9 +7,9 @@
 
 #include "Attributes.h"
 #include "Errors/Failure.h"
-#include "Handles.h"
+#include "Base/Handles.h"
 #include "Names.h"
-#include "Posix.h"
+#include "Base/Posix.h"
 #include "Wildcard.h"
 
 #include <algorithm>

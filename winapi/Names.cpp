@@ -2,7 +2,7 @@
 #include "Names.h"
 
 #include "Errors/Failure.h"
-#include "Posix.h"
+#include "Base/Posix.h"
 #include "winapi/Text/CodePage.h"
 
 #include <climits>

@@ -1,8 +1,8 @@
 // winapi/OpenFile.h: opening files under a share mode, and the object behind a file's handle.
 #pragma once
 
-#include "Handles.h"
-#include "Posix.h"
+#include "Base/Handles.h"
+#include "Base/Posix.h"
 #include "ShareMode.h"
 
 #include <mutex>

@@ -3,8 +3,8 @@
 
 #include "Errors/Failure.h"
 #include "Names.h"
-#include "Posix.h"
-#include "Variables.h"
+#include "Base/Posix.h"
+#include "Base/HostVariables.h"
 
 namespace winapi
 {

@@ -8,7 +8,7 @@
 // at least one sees the other.
 #include "ShareMode.h"
 
-#include "Posix.h"
+#include "Base/Posix.h"
 #include "winapi/Errors/LastError.h"
 #include "winapi/Process/Thread.h"
 

@@ -16,7 +16,7 @@
 #include <string>
 #include <type_traits>
 
-#include "../../winapi/Posix.h"
+#include "../../winapi/Base/Posix.h"
 #include "Support/Directory.h"
 #include "Support/Files.h"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes winapi/LocaleTable.cpp: the locales and their code pages.
+"""Makes winapi/Base/LocaleTable.cpp: the locales and their code pages.
 
 Reads data/winapi/locale-facts.tsv (columns headed by the numbers of the facts) and locale-aliases.tsv, whose ids
 below 1000 (hexadecimal) of one language each tell where a language without a region lives.
@@ -26,11 +26,11 @@ for line in (data / "locale-aliases.tsv").read_text("utf-8").splitlines():
 aliases = sorted(aliases)
 assert len({language for language, _ in aliases}) == len(aliases), "one home a language"
 
-with open(top / "winapi/LocaleTable.cpp", "w", encoding="utf-8", newline="\n") as out:
+with open(top / "winapi/Base/LocaleTable.cpp", "w", encoding="utf-8", newline="\n") as out:
     out.write("// Made by tools/tables/make_locales.py from data/winapi/locale-facts.tsv and locale-aliases.tsv: "
               f"{len(rows)} locales,\n// {len(aliases)} languages. Not edited by hand.\n"
               "// clang-format off\n"
-              '#include "Locale.h"\n\n'
+              '#include "Base/ProcessLocale.h"\n\n'
               "namespace winapi\n{\n"
               "// In the order of enumeration, the invariant one last: id, tag, ANSI, OEM and Mac code page\n"
               "const LocaleFacts locales[] = {\n")

@@ -2,7 +2,7 @@
 #include "Errors/Failure.h"
 
 #include "Names.h"
-#include "Posix.h"
+#include "Base/Posix.h"
 
 namespace winapi
 {

@@ -1,7 +1,7 @@
 // winapi/tests/native/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
 #include "../Support/Calls.h"
 
-#include "Posix.h"
+#include "Base/Posix.h"
 #include "Support/Directory.h"
 
 #include <algorithm>

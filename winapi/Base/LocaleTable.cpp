@@ -1,7 +1,7 @@
 // Made by tools/tables/make_locales.py from data/winapi/locale-facts.tsv and locale-aliases.tsv: 256 locales,
 // 132 languages. Not edited by hand.
 // clang-format off
-#include "Locale.h"
+#include "Base/ProcessLocale.h"
 
 namespace winapi
 {

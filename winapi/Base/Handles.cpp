@@ -1,11 +1,11 @@
-// winapi/Handles.cpp
+// winapi/Base/Handles.cpp
 //
 // Slots lie in chunks that double in size and are never moved or freed, so that a look-up needs no
 // lock. The state of a slot is one word: generation, whether the handle is open, and a count of
 // holds, of which the open handle is one. Whoever gives back the last hold destroys the object and
 // queues the slot for reuse. Slots rest in that queue while it is short, so that a closed handle's
 // value comes round late.
-#include "Handles.h"
+#include "Base/Handles.h"
 
 #include "winapi/Errors/LastError.h"
 

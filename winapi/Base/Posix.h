@@ -1,4 +1,4 @@
-// winapi/Posix.h: the calls of the host that the services make, in one table.
+// winapi/Base/Posix.h: the calls of the host that the services make, in one table.
 #pragma once
 
 #include "winapi/Base/Types.h"

@@ -1,4 +1,4 @@
-// winapi/Variables.h: the host's environment, for the services themselves.
+// winapi/Base/HostVariables.h: the host's environment, for the services themselves.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// winapi/Locale.h: the locales that the layer knows, and the process's own. Internal.
+// winapi/Base/ProcessLocale.h: the locales that the layer knows, and the process's own. Internal.
 #pragma once
 
 #include "winapi/Base/Types.h"

@@ -1,7 +1,7 @@
-// winapi/tests/native/HandlesTest.cpp: the table of handles.
-#include "../Support/Calls.h"
+// winapi/tests/native/Base/HandlesTest.cpp: the table of handles.
+#include "../../Support/Calls.h"
 
-#include "Handles.h"
+#include "Base/Handles.h"
 #include "Support/Directory.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
-// winapi/tests/native/LocaleTest.cpp: the process's locale and the code pages that it names.
-#include "../Support/Calls.h"
+// winapi/tests/native/Base/ProcessLocaleTest.cpp: the process's locale and the code pages that it names.
+#include "../../Support/Calls.h"
 
-#include "Locale.h"
+#include "Base/ProcessLocale.h"
 #include "Support/ChildProcess.h"
 
 #include <cstdlib>

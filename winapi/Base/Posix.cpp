@@ -1,5 +1,5 @@
-// winapi/Posix.cpp
-#include "Posix.h"
+// winapi/Base/Posix.cpp
+#include "Base/Posix.h"
 
 #include <cstdio>
 #include <ctime>

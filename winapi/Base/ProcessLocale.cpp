@@ -1,5 +1,5 @@
-// winapi/Locale.cpp
-#include "Locale.h"
+// winapi/Base/ProcessLocale.cpp
+#include "Base/ProcessLocale.h"
 
 #include <cstdio>
 #include <cstdlib>

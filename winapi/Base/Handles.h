@@ -1,4 +1,4 @@
-// winapi/Handles.h: what handles stand for, and how they are looked up.
+// winapi/Base/Handles.h: what handles stand for, and how they are looked up.
 //
 // A handle is a number, not an address: the place of its slot, and a generation that changes
 // whenever the slot is given back. So any value may be looked up; one that is foreign, closed or of

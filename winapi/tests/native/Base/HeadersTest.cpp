@@ -1,4 +1,4 @@
-// winapi/tests/native/HeadersTest.cpp: what the headers leave to the programs that include them.
+// winapi/tests/native/Base/HeadersTest.cpp: what the headers leave to the programs that include them.
 #include "winapi/Base/Types.h"
 
 // Those who include the types alone may use every other name of the services for themselves.
