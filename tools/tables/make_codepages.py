@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes winapi/CodePageTable.cpp: facts about the code pages, and what differs from ICU's converters.
+"""Makes winapi/Text/CodePageFacts.cpp: facts about the code pages, and what differs from ICU's converters.
 
 Reads data/winapi/codepages.tsv and data/winapi/codepage-patches.tsv (page, T or F, first, last, value; values count
 up through a range; "-" is undefined). A row of patches becomes three numbers of 7 bits a byte, low bits first, the
@@ -57,11 +57,11 @@ for page, size, default, undefined, lead, converter, to_count, from_count, *_ in
 assert pages == sorted(pages), "pages must ascend"
 assert not patches, f"patches of unknown pages {list(patches)}"
 
-with open(top / "winapi/CodePageTable.cpp", "w", encoding="utf-8", newline="\n") as out:
+with open(top / "winapi/Text/CodePageFacts.cpp", "w", encoding="utf-8", newline="\n") as out:
     out.write("// Made by tools/tables/make_codepages.py from data/winapi/codepages.tsv and codepage-patches.tsv: "
               f"{len(pages)} pages,\n// {len(stream)} bytes of patches. Not edited by hand.\n"
               "// clang-format off\n"
-              '#include "CodePageTable.h"\n\n'
+              '#include "Text/CodePageFacts.h"\n\n'
               "namespace winapi\n{\n"
               "// page, default byte, undefined unit, lead bytes, rule, converter, patches: start, rows to and from\n"
               "const CodePageFacts code_pages[] = {\n")

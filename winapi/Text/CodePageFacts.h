@@ -1,4 +1,4 @@
-// winapi/CodePageTable.h: facts about the code pages and what differs from ICU's converters.
+// winapi/Text/CodePageFacts.h: facts about the code pages and what differs from ICU's converters.
 // Internal.
 #pragma once
 

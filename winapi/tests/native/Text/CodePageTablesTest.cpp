@@ -1,8 +1,8 @@
-// winapi/tests/native/CodePagesTest.cpp: the tables of code pages when memory runs out, and between
+// winapi/tests/native/Text/CodePageTablesTest.cpp: the tables of code pages when memory runs out, and between
 // threads.
-#include "../Support/Calls.h"
+#include "../../Support/Calls.h"
 
-#include "CodePages.h"
+#include "Text/CodePageTables.h"
 
 #include <atomic>
 #include <cstdlib>

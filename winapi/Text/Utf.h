@@ -1,4 +1,4 @@
-// winapi/Utf.h: UTF-7 and UTF-8 as the platform's conversions code them. Internal.
+// winapi/Text/Utf.h: UTF-7 and UTF-8 as the platform's conversions code them. Internal.
 #pragma once
 
 #include "winapi/Base/Types.h"

@@ -1,6 +1,6 @@
-// winapi/tests/CodePageTest.cpp: conversion between code pages and UTF-16, by its rules.
-#include "Support/Calls.h"
-#include "Support/Reference.h"
+// winapi/tests/Text/CodePageTest.cpp: conversion between code pages and UTF-16, by its rules.
+#include "../Support/Calls.h"
+#include "../Support/Reference.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,5 +1,5 @@
-// winapi/tests/CodePageTextTest.cpp: texts against their characters, converted one by one.
-#include "Support/Calls.h"
+// winapi/tests/Text/CodePageTextTest.cpp: texts against their characters, converted one by one.
+#include "../Support/Calls.h"
 
 #include <random>
 

@@ -1,7 +1,7 @@
-// winapi/CodePages.h: the conversion tables of the code pages. Internal.
+// winapi/Text/CodePageTables.h: the conversion tables of the code pages. Internal.
 #pragma once
 
-#include "CodePageTable.h"
+#include "Text/CodePageFacts.h"
 
 struct UConverter;
 

@@ -1,6 +1,6 @@
-// winapi/tests/CodePageTableTest.cpp: the tables of all code pages against the data that they are
+// winapi/tests/Text/CodePageFactsTest.cpp: the tables of all code pages against the data that they are
 // made from.
-#include "Support/Calls.h"
+#include "../Support/Calls.h"
 
 #include <array>
 #include <fstream>
@@ -182,7 +182,7 @@ TEST(CodePageTable, EveryAnswerOfEachPageIsTheMeasuredOne)
 {
     // Made by this test on the reference run.
     static const std::map<unsigned, std::uint32_t> measured = {
-#include "Data/CodePageDigests.inc"
+#include "../Data/CodePageDigests.inc"
     };
     for (const auto& [page, facts] : Pages()) {
         const std::uint32_t sum = DigestOf(page, facts);

@@ -1,5 +1,5 @@
-// winapi/Utf.cpp
-#include "Utf.h"
+// winapi/Text/Utf.cpp
+#include "Text/Utf.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
-// winapi/Converter.cpp
+// winapi/Text/Converter.cpp
 #include <algorithm>
 
-#include "CodePages.h"
+#include "Text/CodePageTables.h"
 
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>

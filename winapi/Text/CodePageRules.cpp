@@ -1,5 +1,5 @@
-// winapi/CodePageRules.cpp: pages that are made from the tables of others.
-#include "CodePages.h"
+// winapi/Text/CodePageRules.cpp: pages that are made from the tables of others.
+#include "Text/CodePageTables.h"
 
 namespace winapi
 {

@@ -1,12 +1,12 @@
-// winapi/CodePage.cpp: conversion between code pages and UTF-16.
+// winapi/Text/CodePage.cpp: conversion between code pages and UTF-16.
 #include "winapi/Text/CodePage.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "CodePages.h"
+#include "Text/CodePageTables.h"
 #include "Base/ProcessLocale.h"
-#include "Utf.h"
+#include "Text/Utf.h"
 #include "winapi/Errors/LastError.h"
 
 namespace winapi

@@ -1,5 +1,5 @@
-// winapi/CodePages.cpp: builds the conversion tables of the code pages.
-#include "CodePages.h"
+// winapi/Text/CodePageTables.cpp: builds the conversion tables of the code pages.
+#include "Text/CodePageTables.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,7 +1,7 @@
 // Made by tools/tables/make_codepages.py from data/winapi/codepages.tsv and codepage-patches.tsv: 68 pages,
 // 45309 bytes of patches. Not edited by hand.
 // clang-format off
-#include "CodePageTable.h"
+#include "Text/CodePageFacts.h"
 
 namespace winapi
 {
