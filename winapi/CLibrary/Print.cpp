@@ -1,11 +1,11 @@
-// winapi/Print.cpp
+// winapi/CLibrary/Print.cpp
 #include <windows.h>
 
 #include <algorithm>
 #include <climits>
 #include <type_traits>
 
-#include "FloatText.h"
+#include "CLibrary/FloatText.h"
 
 namespace winapi
 {

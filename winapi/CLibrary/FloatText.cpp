@@ -1,5 +1,5 @@
-// winapi/FloatText.cpp
-#include "FloatText.h"
+// winapi/CLibrary/FloatText.cpp
+#include "CLibrary/FloatText.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-// winapi/tests/PrintTest.cpp
+// winapi/tests/CLibrary/PrintTest.cpp
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@
 #include <limits>
 #include <string>
 
-#include "Support/Calls.h"
-#include "Support/Reference.h"
+#include "../Support/Calls.h"
+#include "../Support/Reference.h"
 
 namespace
 {

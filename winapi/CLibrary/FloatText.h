@@ -1,4 +1,4 @@
-// winapi/FloatText.h: floating-point numbers as the platform's C library prints them. Internal.
+// winapi/CLibrary/FloatText.h: floating-point numbers as the platform's C library prints them. Internal.
 #pragma once
 
 #include <cstddef>
