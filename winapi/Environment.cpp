@@ -5,7 +5,7 @@
 #include "winapi/Process/Environment.h"
 
 #include "Errors/Failure.h"
-#include "Names.h"
+#include "Files/Names.h"
 #include "Base/HostVariables.h"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // winapi/Errors/Failure.cpp
 #include "Errors/Failure.h"
 
-#include "Names.h"
+#include "Files/Names.h"
 #include "Base/Posix.h"
 
 namespace winapi

@@ -1,5 +1,5 @@
-// winapi/tests/FileLockTest.cpp: byte-range locks.
-#include "Support/Calls.h"
+// winapi/tests/Files/FileLockTest.cpp: byte-range locks.
+#include "../Support/Calls.h"
 
 #include "Support/ChildProcess.h"
 #include "Support/Directory.h"

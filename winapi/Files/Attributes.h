@@ -1,4 +1,4 @@
-// winapi/Attributes.h: the attribute word and the times of a file.
+// winapi/Files/Attributes.h: the attribute word and the times of a file.
 #pragma once
 
 #include "winapi/Files/File.h"

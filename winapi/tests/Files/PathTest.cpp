@@ -1,5 +1,5 @@
-// winapi/tests/PathTest.cpp: full names, directories, drives.
-#include "Support/Calls.h"
+// winapi/tests/Files/PathTest.cpp: full names, directories, drives.
+#include "../Support/Calls.h"
 
 #include "Support/Directory.h"
 

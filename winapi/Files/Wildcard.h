@@ -1,7 +1,7 @@
-// winapi/Wildcard.h: patterns of file names.
+// winapi/Files/Wildcard.h: patterns of file names.
 #pragma once
 
-#include "Names.h"
+#include "Files/Names.h"
 
 namespace winapi
 {

@@ -1,10 +1,10 @@
-// winapi/File.cpp: handles of files, from CreateFile to CloseHandle.
+// winapi/Files/OpenClose.cpp: handles of files, from CreateFile to CloseHandle.
 #include "winapi/Files/File.h"
 
-#include "Attributes.h"
+#include "Files/Attributes.h"
 #include "Errors/Failure.h"
-#include "Names.h"
-#include "OpenFile.h"
+#include "Files/Names.h"
+#include "Files/OpenFile.h"
 
 #include <sys/sysmacros.h>
 

@@ -1,5 +1,5 @@
-// winapi/tests/native/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
-#include "../Support/Calls.h"
+// winapi/tests/native/Files/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
+#include "../../Support/Calls.h"
 
 #include "Base/Posix.h"
 #include "Support/Directory.h"

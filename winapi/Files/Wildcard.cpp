@@ -1,5 +1,5 @@
-// winapi/Wildcard.cpp
-#include "Wildcard.h"
+// winapi/Files/Wildcard.cpp
+#include "Files/Wildcard.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
-// winapi/FileLock.cpp: byte-range locks.
+// winapi/Files/FileLock.cpp: byte-range locks.
 #include "Errors/Failure.h"
-#include "OpenFile.h"
+#include "Files/OpenFile.h"
 #include "winapi/Files/File.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
-// winapi/OpenFile.cpp
-#include "OpenFile.h"
+// winapi/Files/OpenFile.cpp
+#include "Files/OpenFile.h"
 
-#include "Attributes.h"
+#include "Files/Attributes.h"
 #include "Errors/Failure.h"
-#include "Names.h"
+#include "Files/Names.h"
 #include "winapi/Files/File.h"
 
 #include <cstdlib>

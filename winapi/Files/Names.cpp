@@ -1,5 +1,5 @@
-// winapi/Names.cpp
-#include "Names.h"
+// winapi/Files/Names.cpp
+#include "Files/Names.h"
 
 #include "Errors/Failure.h"
 #include "Base/Posix.h"

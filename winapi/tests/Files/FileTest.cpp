@@ -1,5 +1,5 @@
-// winapi/tests/FileTest.cpp: opening, transfers, the file pointer, the size, information by handle.
-#include "Support/Calls.h"
+// winapi/tests/Files/FileTest.cpp: opening, transfers, the file pointer, the size, information by handle.
+#include "../Support/Calls.h"
 
 #include "Support/ChildProcess.h"
 #include "Support/Directory.h"

@@ -1,5 +1,5 @@
-// winapi/tests/FileMapTest.cpp: mappings of files and their views.
-#include "Support/Calls.h"
+// winapi/tests/Files/FileMapTest.cpp: mappings of files and their views.
+#include "../Support/Calls.h"
 
 #include "Support/ChildProcess.h"
 #include "Support/Directory.h"

@@ -1,9 +1,9 @@
-// winapi/OpenFile.h: opening files under a share mode, and the object behind a file's handle.
+// winapi/Files/OpenFile.h: opening files under a share mode, and the object behind a file's handle.
 #pragma once
 
 #include "Base/Handles.h"
 #include "Base/Posix.h"
-#include "ShareMode.h"
+#include "Files/ShareMode.h"
 
 #include <mutex>
 #include <string>

@@ -1,16 +1,16 @@
-// winapi/FileSearch.cpp: directory search.
+// winapi/Files/FileSearch.cpp: directory search.
 //
 // The directory is read when a search begins, and the search keeps a list of names alone: searches
 // are often left unclosed, and so cost some memory but no descriptor. What is told of an entry is
 // looked up when its turn comes; one that has gone by then is left out.
 #include "winapi/Files/FileSearch.h"
 
-#include "Attributes.h"
+#include "Files/Attributes.h"
 #include "Errors/Failure.h"
 #include "Base/Handles.h"
-#include "Names.h"
+#include "Files/Names.h"
 #include "Base/Posix.h"
-#include "Wildcard.h"
+#include "Files/Wildcard.h"
 
 #include <algorithm>
 #include <mutex>

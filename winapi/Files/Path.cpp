@@ -1,8 +1,8 @@
-// winapi/Path.cpp: full names, directories, drives.
+// winapi/Files/Path.cpp: full names, directories, drives.
 #include "winapi/Files/Path.h"
 
 #include "Errors/Failure.h"
-#include "Names.h"
+#include "Files/Names.h"
 #include "Base/Posix.h"
 #include "Base/HostVariables.h"
 

@@ -1,11 +1,11 @@
-// winapi/FileMap.cpp: mappings of files and their views.
+// winapi/Files/FileMap.cpp: mappings of files and their views.
 //
 // A mapping and each of its views hold the file's object, so that the file's handle may be closed
 // before them. While there are any, the file is announced as mapped.
 #include "winapi/Files/FileMap.h"
 
 #include "Errors/Failure.h"
-#include "OpenFile.h"
+#include "Files/OpenFile.h"
 
 #include <map>
 #include <mutex>

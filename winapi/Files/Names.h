@@ -1,4 +1,4 @@
-// winapi/Names.h: names of files, between the callers' wide or narrow text and the host's UTF-8.
+// winapi/Files/Names.h: names of files, between the callers' wide or narrow text and the host's UTF-8.
 #pragma once
 
 #include "winapi/Errors/LastError.h"

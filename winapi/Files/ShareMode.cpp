@@ -1,4 +1,4 @@
-// winapi/ShareMode.cpp
+// winapi/Files/ShareMode.cpp
 //
 // Regions of REGION bytes from FIRST_REGION on: mapped; rights held (read, write, delete); rights
 // denied (the same); behind them, to the end of all offsets, the byte ranges that are locked. A
@@ -6,7 +6,7 @@
 // writable can't, and takes a write lock on some other byte of the region. Both are seen by whoever
 // asks with a write lock over the whole region. Everybody announces first and asks then, so of two
 // at least one sees the other.
-#include "ShareMode.h"
+#include "Files/ShareMode.h"
 
 #include "Base/Posix.h"
 #include "winapi/Errors/LastError.h"

@@ -1,9 +1,9 @@
-// winapi/tests/native/NamesTest.cpp: names as wide text and as UTF-8, and patterns.
-#include "../Support/Calls.h"
+// winapi/tests/native/Files/NamesTest.cpp: names as wide text and as UTF-8, and patterns.
+#include "../../Support/Calls.h"
 
-#include "Names.h"
+#include "Files/Names.h"
 #include "Support/Directory.h"
-#include "Wildcard.h"
+#include "Files/Wildcard.h"
 
 #include <filesystem>
 #include <random>

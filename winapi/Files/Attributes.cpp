@@ -1,11 +1,11 @@
-// winapi/Attributes.cpp
+// winapi/Files/Attributes.cpp
 //
 // Hidden and system have no place in a mode. They are kept in the extended attribute that other
 // programs use for them, as a number in hex digits behind "0x".
-#include "Attributes.h"
+#include "Files/Attributes.h"
 
 #include "Errors/Failure.h"
-#include "Names.h"
+#include "Files/Names.h"
 #include "Base/Posix.h"
 
 #include <charconv>

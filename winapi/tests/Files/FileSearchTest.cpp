@@ -1,5 +1,5 @@
-// winapi/tests/FileSearchTest.cpp: directory search.
-#include "Support/Calls.h"
+// winapi/tests/Files/FileSearchTest.cpp: directory search.
+#include "../Support/Calls.h"
 
 #include "Support/Directory.h"
 

@@ -1,4 +1,4 @@
-// winapi/ShareMode.h: share modes and byte-range locks, by locks on the file itself.
+// winapi/Files/ShareMode.h: share modes and byte-range locks, by locks on the file itself.
 //
 // The host knows no share modes. So whoever opens a file announces what it holds and what it
 // doesn't share, by locks of its open file description far above any real offset, and asks whether

@@ -1,5 +1,5 @@
-// winapi/tests/FileNameTest.cpp: deleting, moving, copying and attributes by name.
-#include "Support/Calls.h"
+// winapi/tests/Files/MoveCopyDeleteTest.cpp: deleting, moving, copying and attributes by name.
+#include "../Support/Calls.h"
 
 #include "Support/Directory.h"
 

@@ -1,5 +1,5 @@
-// winapi/tests/ShareModeTest.cpp: share modes, within a process and between processes.
-#include "Support/Calls.h"
+// winapi/tests/Files/ShareModeTest.cpp: share modes, within a process and between processes.
+#include "../Support/Calls.h"
 
 #include "Support/ChildProcess.h"
 #include "Support/Directory.h"

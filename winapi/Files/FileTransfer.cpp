@@ -1,10 +1,10 @@
-// winapi/FileTransfer.cpp: reading, writing, the file pointer and the file's size.
+// winapi/Files/FileTransfer.cpp: reading, writing, the file pointer and the file's size.
 //
 // The file pointer is the handle's own, and transfers name their position; so moving it is no call
 // of the host. Only what has no positions, such as a pipe or a terminal, is read and written as it
 // comes.
 #include "Errors/Failure.h"
-#include "OpenFile.h"
+#include "Files/OpenFile.h"
 #include "winapi/Files/File.h"
 
 #include <climits>

@@ -1,8 +1,8 @@
-// winapi/FileName.cpp: deleting, moving and copying files by name.
-#include "Attributes.h"
+// winapi/Files/MoveCopyDelete.cpp: deleting, moving and copying files by name.
+#include "Files/Attributes.h"
 #include "Errors/Failure.h"
-#include "Names.h"
-#include "OpenFile.h"
+#include "Files/Names.h"
+#include "Files/OpenFile.h"
 #include "winapi/Files/File.h"
 
 #include <cstdio>
