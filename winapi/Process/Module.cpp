@@ -1,4 +1,4 @@
-// winapi/Module.cpp
+// winapi/Process/Module.cpp
 #include "winapi/Process/Module.h"
 
 #include <climits>

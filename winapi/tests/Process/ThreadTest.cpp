@@ -1,5 +1,5 @@
-// winapi/tests/ThreadTest.cpp
-#include "Support/Calls.h"
+// winapi/tests/Process/ThreadTest.cpp
+#include "../Support/Calls.h"
 
 #include <cstdint>
 #include <thread>

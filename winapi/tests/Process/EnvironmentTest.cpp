@@ -1,5 +1,5 @@
-// winapi/tests/EnvironmentTest.cpp: environment variables, the hidden ones among them.
-#include "Support/Calls.h"
+// winapi/tests/Process/EnvironmentTest.cpp: environment variables, the hidden ones among them.
+#include "../Support/Calls.h"
 
 #include <cstdlib>
 

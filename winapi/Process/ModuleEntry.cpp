@@ -1,4 +1,4 @@
-// winapi/ModuleEntry.cpp: the notification at load and at unload.
+// winapi/Process/ModuleEntry.cpp: the notification at load and at unload.
 //
 // A plain constructor runs behind all that have a priority, as the statics of the module's start-up
 // order do.

@@ -1,4 +1,4 @@
-// winapi/Environment.cpp: environment variables.
+// winapi/Process/Environment.cpp: environment variables.
 //
 // Those whose names begin with "=", which the platform uses for the current directories of drives,
 // have no place in the host's environment: they lie in a table of the services.

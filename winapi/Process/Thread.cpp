@@ -1,4 +1,4 @@
-// winapi/Thread.cpp
+// winapi/Process/Thread.cpp
 #include "winapi/Process/Thread.h"
 
 #include <ctime>

@@ -1,6 +1,6 @@
-// winapi/tests/ModuleTest.cpp
-#include "Support/Calls.h"
-#include "Support/Reference.h"
+// winapi/tests/Process/ModuleTest.cpp
+#include "../Support/Calls.h"
+#include "../Support/Reference.h"
 
 #include "Support/TestStrings.h"
 

@@ -1,4 +1,4 @@
-// winapi/System.cpp
+// winapi/Process/System.cpp
 #include "winapi/Process/System.h"
 
 #include <cstring>

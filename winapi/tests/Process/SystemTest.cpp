@@ -1,5 +1,5 @@
-// winapi/tests/SystemTest.cpp
-#include "Support/Calls.h"
+// winapi/tests/Process/SystemTest.cpp
+#include "../Support/Calls.h"
 
 #include <cstring>
 
