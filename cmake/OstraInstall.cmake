@@ -31,6 +31,23 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/OstraConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/OstraConfig.cmake ${PROJECT_BINARY_DIR}/OstraConfigVersion.cmake
     DESTINATION ${OSTRA_PACKAGE_DIR})
 
+# ostra.pc finds the prefix from its own place, however deep that is, so that the installed tree can be moved. A
+# library folder that is given absolutely tells nothing of the prefix.
+if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+    set(OSTRA_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
+    set(OSTRA_PC_LIBDIR ${CMAKE_INSTALL_LIBDIR})
+else()
+    cmake_path(SET libraries NORMALIZE "/${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    file(RELATIVE_PATH up ${libraries} /)
+    string(REGEX REPLACE "/$" "" up ${up})
+    set(OSTRA_PC_PREFIX "\${pcfiledir}/${up}")
+    set(OSTRA_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+endif()
+if(IS_ABSOLUTE ${CMAKE_INSTALL_INCLUDEDIR})
+    set(OSTRA_PC_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/ostra)
+else()
+    set(OSTRA_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}/ostra")
+endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra.pc.in ${PROJECT_BINARY_DIR}/ostra.pc @ONLY)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra-winapi.pc.in ${PROJECT_BINARY_DIR}/ostra-winapi.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/ostra.pc ${PROJECT_BINARY_DIR}/ostra-winapi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

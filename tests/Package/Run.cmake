@@ -1,12 +1,6 @@
 # Installs the build, then builds and runs tests/Package against the installation:
 #   cmake -D BUILD=... -D SOURCE=... -D WORK=... [-D TOOLCHAIN=... -D EMULATOR=...] -P Run.cmake
-function(run)
-    execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "${ARGV}: ${result}\n${output}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/Steps.cmake)
 
 function(check_first output)
     if(NOT output MATCHES "^missed, 8 elements matched[\r\n]*$")
@@ -32,10 +26,6 @@ else()
     run(${CMAKE_COMMAND} -E chdir ${WORK}/build ./outside)
     run(${CMAKE_COMMAND} -E chdir ${WORK}/build ./first)
     check_first("${output}")
-    # The same program by pkg-config, as a maker of makefiles would build it.
-    find_program(PKG_CONFIG pkg-config REQUIRED)
     file(GLOB pc ${WORK}/usr/lib*/pkgconfig ${WORK}/usr/lib/*/pkgconfig)
-    run(${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pc} sh -c "${COMPILER} ${FLAGS} -std=c++20 ${SOURCE}/Outside.cpp \
--o ${WORK}/plain $(${PKG_CONFIG} --cflags --libs ostra) -Wl,-rpath,$(${PKG_CONFIG} --variable=libdir ostra)")
-    run(${CMAKE_COMMAND} -E chdir ${WORK} ./plain)
+    run_by_pkg_config(plain ${pc})
 endif()

@@ -1,0 +1,19 @@
+# What the package tests have in common. Variables of the caller: SOURCE (this folder), WORK, COMPILER, FLAGS.
+
+# Runs a command; its output is in `output`. A failure ends the test.
+function(run)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${ARGV}: ${result}\n${output}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+# Builds a program by pkg-config, as a maker of makefiles would, and runs it: DIRECTORY holds ostra.pc.
+function(run_by_pkg_config NAME DIRECTORY)
+    find_program(PKG_CONFIG pkg-config REQUIRED)
+    set(pkg_config ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${DIRECTORY})
+    run(${pkg_config} sh -c "${COMPILER} ${FLAGS} -std=c++20 ${SOURCE}/Outside.cpp -o ${WORK}/${NAME} \
+$(${PKG_CONFIG} --cflags --libs ostra) -Wl,-rpath,$(${PKG_CONFIG} --variable=libdir ostra)")
+    run(${CMAKE_COMMAND} -E chdir ${WORK} ./${NAME})
+endfunction()
