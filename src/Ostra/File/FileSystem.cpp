@@ -284,6 +284,8 @@ void CT_FileSystem::sv_MakeDisplayString(CT_String* pco_Path, unsigned n_MaxLeng
     }
 }
 
+// A name that can't be made is empty, whatever stood in the string: the loop must not take that for
+// a name in use.
 void CT_FileSystem::sv_MakeTemporaryName(CT_String* pco_Path, const CT_String* pco_Prefix,
                                          const CT_String* pco_Extension, const CT_String*)
 {
@@ -294,13 +296,16 @@ void CT_FileSystem::sv_MakeTemporaryName(CT_String* pco_Path, const CT_String* p
         typename t_Road::t_Unit au_Directory[n_TemporaryRoom(t_Road()) + 2];
         v_TemporaryPath<t_Road>(au_Directory, n_TemporaryRoom(t_Road()));
         unsigned n_State = static_cast<unsigned>(std::time(nullptr));
-        do
+        do {
+            pco_Path->vv_SetSize(0, 0);
             pco_Path->v_Format(q_TemporaryFormat(o_Road), au_Directory, co_Prefix.q_Get(),
                                GetCurrentThreadId(), n_NextRandom(n_State), co_Extension.q_Get());
-        while (sb_IsExistent(pco_Path) && !CT_ErrorManager::spco_Get()->b_IsSetError());
+        } while (pco_Path->vn_GetLength() && sb_IsExistent(pco_Path));
     });
-    sv_FullPath(pco_Path);
-    CT_Report::sb_Failed(qccz_Source);
+    const CT_Report::CT_Since co_Since;
+    if (pco_Path->vn_GetLength())
+        sv_FullPath(pco_Path);
+    co_Since.b_Failed(qccz_Source);
 }
 
 int CT_FileSystem::sb_ChangePath(const CT_String* pco_Path)

@@ -46,8 +46,8 @@ public:
     // that is possible.
     static void sv_MakeDisplayString(CT_String* pco_Path, unsigned n_MaxLength);
 
-    // A name in the temporary directory that isn't in use; nothing reserves it. The last argument
-    // isn't looked at.
+    // A name in the temporary directory that isn't in use; nothing reserves it. Empty where the
+    // heap doesn't hold it. The last argument isn't looked at.
     static void sv_MakeTemporaryName(CT_String* pco_Path, const CT_String* pco_Prefix,
                                      const CT_String* pco_Extension, const CT_String*);
 

@@ -51,4 +51,29 @@ public:
         pco_Errors->v_AddLocation(qccz_Source, n_Line);
         return 1;
     }
+
+    // Tells what fails from now on from an error that was set before: a report leaves a place in
+    // any case. A report for whose place there was no room isn't seen behind an older error.
+    class CT_Since
+    {
+    public:
+        CT_Since() : n_Places(sn_Places()) {}
+
+        // True if something has failed since.
+        int b_HasFailed() const { return sn_Places() != n_Places; }
+        // The same; has then added this place to the trail.
+        int b_Failed(const char* qccz_Source, unsigned n_Line = __builtin_LINE()) const
+        {
+            return b_HasFailed() && sb_Failed(qccz_Source, n_Line);
+        }
+
+    private:
+        // 0 without an error.
+        static unsigned sn_Places()
+        {
+            return sb_IsSet() ? 1 + CT_ErrorManager::spco_ErrorManager->n_GetLocationCount() : 0;
+        }
+
+        unsigned n_Places;
+    };
 };

@@ -496,6 +496,18 @@ TEST(FileSystem, ATemporaryNameInUseIsPassedBy)
     EXPECT_TRUE(IsTemporaryName(second, from, to, 2) || IsTemporaryName(second, from + 1, to, 1));
 }
 
+TEST(FileSystem, ATemporaryNameInUseIsPassedByWhileAnErrorStands)
+{
+    const std::string first = TemporaryName("pre", "ext");
+    WriteBytes(first, "");
+    CT_ErrorManager::spco_Get()->v_SetError(1234, Units(u"first"));
+    const std::string second = TemporaryName("pre", "ext");
+    EXPECT_EQ(TakeFailure(), (Failure{1234, "(1234): first", {}}));
+    EXPECT_FALSE(fs::exists(second)) << second;
+    EXPECT_NE(second, "");
+    fs::remove(first);
+}
+
 TEST(FileSystem, TemporaryNamesOfTwoThreadsDiffer)
 {
     std::string other;
