@@ -61,7 +61,11 @@ struct CT_UTF::st_UTF8Decoder
     unsigned n_ToCome;
     unsigned n4_Value;
 
-    const char* pcc_Take(unsigned short* pu, const char* pcc_In, const char* pcc_End);
+    // A last byte that comes alone has room for one unit: the first of its pair is written before.
+    bool b_IsFirstOut() const { return n_Trailing == 3 && n_ToCome == 1; }
+    unsigned short* pu_First(unsigned short* pu) const;
+    unsigned short* pu_Second(unsigned short* pu, unsigned n_Last) const;
+    unsigned short* pu_Take(unsigned short* pu, const char*& pcc_In, const char* pcc_End);
 };
 
 unsigned CT_UTF::sn4_BitBuffer;
@@ -421,7 +425,9 @@ int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n
 namespace
 {
 // What the marks of a sequence add up to, by its trailing bytes.
-constexpr unsigned OFFSETS[] = {0, 0x3080, 0xE2080};
+constexpr unsigned OFFSETS[] = {0, 0x3080, 0xE2080, 0x3C82080};
+
+constexpr unsigned short REPLACEMENT = 0xFFFD;
 
 unsigned n_Byte(char c)
 {
@@ -431,33 +437,66 @@ unsigned n_Byte(char c)
 // Bytes of a sequence behind its first. Kept: a byte from 0x80 to 0xBF counts as a sequence of one.
 unsigned n_TrailingOf(unsigned n_First)
 {
-    return (n_First >= 0xC0) + (n_First >= 0xE0);
+    return n_First < 0xF8 ? (n_First >= 0xC0) + (n_First >= 0xE0) + (n_First >= 0xF0) : 0;
 }
 
-// Kept: a first byte of 0xF0 or above is never taken, and never passed.
-[[noreturn]] void v_Stay(const volatile char* pcc_In)
+bool b_IsPair(unsigned n_Value)
 {
-    for (;;)
-        (void)*pcc_In;
+    return n_Value - 0x10000 < 0x100000;
+}
+
+unsigned short u_High(unsigned n_Value)
+{
+    return static_cast<unsigned short>(0xD800 + ((n_Value - 0x10000) >> 10));
+}
+
+unsigned short u_Low(unsigned n_Value)
+{
+    return static_cast<unsigned short>(0xDC00 | (n_Value & 0x3FF));
+}
+
+// The value of four bytes as units.
+unsigned short* pu_Pair(unsigned short* pu, unsigned n_Value)
+{
+    if (!b_IsPair(n_Value)) {
+        *pu = REPLACEMENT;
+        return pu + 1;
+    }
+    pu[0] = u_High(n_Value);
+    pu[1] = u_Low(n_Value);
+    return pu + 2;
+}
+
+// Decodes a first byte from 0xF0 up, behind which stand three more.
+unsigned short* pu_DecodeLong(unsigned short* pu, const char*& pcc_In)
+{
+    const unsigned n_First = n_Byte(*pcc_In++);
+    if (n_First >= 0xF8) {
+        *pu = REPLACEMENT;
+        return pu + 1;
+    }
+    pcc_In += 3;
+    return pu_Pair(pu, (n_First << 18) + (n_Byte(pcc_In[-3]) << 12) + (n_Byte(pcc_In[-2]) << 6) +
+                           n_Byte(pcc_In[-1]) - OFFSETS[3]);
 }
 
 // Decodes a sequence that is there whole.
-inline const char* pcc_Decode(unsigned short* pu, const char* pcc_In)
+inline unsigned short* pu_Decode(unsigned short* pu, const char*& pcc_In)
 {
     const unsigned n_First = n_Byte(*pcc_In);
     if (n_First < 0xC0) {
         *pu = static_cast<unsigned short>(n_First);
-        return pcc_In + 1;
-    }
-    if (n_First < 0xE0) {
+        pcc_In += 1;
+    } else if (n_First < 0xE0) {
         *pu = static_cast<unsigned short>((n_First << 6) + n_Byte(pcc_In[1]) - OFFSETS[1]);
-        return pcc_In + 2;
-    }
-    if (n_First >= 0xF0)
-        v_Stay(pcc_In);
-    *pu = static_cast<unsigned short>((n_First << 12) + (n_Byte(pcc_In[1]) << 6) +
-                                      n_Byte(pcc_In[2]) - OFFSETS[2]);
-    return pcc_In + 3;
+        pcc_In += 2;
+    } else if (n_First < 0xF0) {
+        *pu = static_cast<unsigned short>((n_First << 12) + (n_Byte(pcc_In[1]) << 6) +
+                                          n_Byte(pcc_In[2]) - OFFSETS[2]);
+        pcc_In += 3;
+    } else
+        return pu_DecodeLong(pu, pcc_In);
+    return pu + 1;
 }
 } // namespace
 
@@ -466,30 +505,59 @@ void CT_UTF::sv_UTF8ToWideInit()
     sso_Sequence = {};
 }
 
-// Takes the bytes still to come, as far as there are any, and writes the unit when none is to come
-// any more.
-const char* CT_UTF::st_UTF8Decoder::pcc_Take(unsigned short* pu, const char* pcc_In,
-                                             const char* pcc_End)
+// The value that a last byte of that number makes.
+static unsigned n_ValueWith(unsigned n4_Value, unsigned n_Last)
 {
+    return n4_Value + n_Last - OFFSETS[3];
+}
+
+// Of a pair whose last byte is still to come: all that continue a sequence give the same one.
+unsigned short* CT_UTF::st_UTF8Decoder::pu_First(unsigned short* pu) const
+{
+    const unsigned n_Value = n_ValueWith(n4_Value, 0x80);
+    if (b_IsPair(n_Value))
+        *pu++ = u_High(n_Value);
+    return pu;
+}
+
+// No second unit fits where the last byte makes the value another pair's, or no pair's.
+unsigned short* CT_UTF::st_UTF8Decoder::pu_Second(unsigned short* pu, unsigned n_Last) const
+{
+    const unsigned n_Value = n_ValueWith(n4_Value, n_Last);
+    const unsigned n_Written = n_ValueWith(n4_Value, 0x80);
+    *pu = b_IsPair(n_Written) && n_Value >> 10 == n_Written >> 10 ? u_Low(n_Value) : REPLACEMENT;
+    return pu + 1;
+}
+
+// Takes the bytes still to come, of which there is one at least, as far as they go, and writes what
+// comes of them.
+unsigned short* CT_UTF::st_UTF8Decoder::pu_Take(unsigned short* pu, const char*& pcc_In,
+                                                const char* pcc_End)
+{
+    if (b_IsFirstOut()) {
+        n_ToCome = 0;
+        return pu_Second(pu, n_Byte(*pcc_In++));
+    }
     while (pcc_In < pcc_End) {
         n4_Value += n_Byte(*pcc_In++);
         if (!--n_ToCome) {
-            *pu = static_cast<unsigned short>(n4_Value - OFFSETS[n_Trailing]);
-            break;
+            const unsigned n_Value = n4_Value - OFFSETS[n_Trailing];
+            if (n_Trailing == 3)
+                return pu_Pair(pu, n_Value);
+            *pu = static_cast<unsigned short>(n_Value);
+            return pu + 1;
         }
         n4_Value <<= 6;
     }
-    return pcc_In;
+    return b_IsFirstOut() ? pu_First(pu) : pu;
 }
 
 int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count)
 {
     unsigned short* pu = pu_Out;
     const char* pcc_End = pcc_In + Bytes::sn_Length(pcc_In, n_Count);
-    if (sso_Sequence.n_ToCome) {
-        pcc_In = sso_Sequence.pcc_Take(pu, pcc_In, pcc_End);
-        pu += !sso_Sequence.n_ToCome;
-    }
+    if (sso_Sequence.n_ToCome && pcc_In < pcc_End)
+        pu = sso_Sequence.pu_Take(pu, pcc_In, pcc_End);
     // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too
     // many.
     while (pcc_End - pcc_In >= 4 * RUN) {
@@ -500,16 +568,16 @@ int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
         if (n_ASCII == RUN)
             continue;
         // Up to two ASCII bytes in a row, with which a run may begin.
-        while (pcc_End - pcc_In >= 3 && (n_Byte(pcc_In[0]) | n_Byte(pcc_In[1])) >= 0x80)
-            pcc_In = pcc_Decode(pu++, pcc_In);
+        while (pcc_End - pcc_In >= 4 && (n_Byte(pcc_In[0]) | n_Byte(pcc_In[1])) >= 0x80)
+            pu = pu_Decode(pu, pcc_In);
     }
     while (pcc_In < pcc_End) {
-        const unsigned n_First = n_Byte(*pcc_In);
-        if (n_First < 0xF0 && pcc_End - pcc_In <= int(n_TrailingOf(n_First))) {
-            sso_Sequence = {n_TrailingOf(n_First), n_TrailingOf(n_First) + 1, 0};
-            pcc_In = sso_Sequence.pcc_Take(pu, pcc_In, pcc_End);
+        const unsigned n_Trailing = n_TrailingOf(n_Byte(*pcc_In));
+        if (pcc_End - pcc_In <= int(n_Trailing)) {
+            sso_Sequence = {n_Trailing, n_Trailing + 1, 0};
+            pu = sso_Sequence.pu_Take(pu, pcc_In, pcc_End);
         } else
-            pcc_In = pcc_Decode(pu++, pcc_In);
+            pu = pu_Decode(pu, pcc_In);
     }
     return static_cast<int>(pu - pu_Out);
 }

@@ -5,13 +5,13 @@
 
 // Coders that take a text in pieces: what a piece leaves open, the next call goes on with.
 //
-// The decoders check nothing. UTF-8 in is meant for sequences of up to three bytes, all that one
-// unit needs.
+// The decoders check nothing. In UTF-8 a sequence of up to three bytes is one unit, whatever its
+// bytes; one of four is a surrogate pair, or U+FFFD where its value isn't that of a pair. A first
+// byte from 0xF8 up is U+FFFD by itself. CT_StandardUTF8 is the coder that checks.
 //
 // Units:   counts are bytes of 8-bit text and units of wide text; input also ends at a zero.
 //          Results are what was written, without a terminator.
-// Caller:  gives room: 3 bytes for each unit, and for UTF-7 three more; a unit for each byte. Hands
-//          no byte from 0xF0 up to the UTF-8 decoder.
+// Caller:  gives room: 3 bytes for each unit, and for UTF-7 three more; a unit for each byte.
 // Threads: one thread at a time in the whole process: the state is static.
 class OSTRA_API CT_UTF
 {
@@ -30,7 +30,9 @@ public:
     static int si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count);
 
     static void sv_UTF8ToWideInit();
-    // Adds no terminator. Kept: never returns from a first byte of 0xF0 or above.
+    // Adds no terminator. A piece never gives more units than it has bytes: where it ends before
+    // the last of four bytes, the first unit of the pair is written with it. A last byte that then
+    // continues nothing gives U+FFFD where the second unit would have to be another pair's.
     static int si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count);
 
 private:

@@ -1,8 +1,8 @@
 // tests/System/String/UTF8Test.cpp: the UTF-8 coders, streaming and with their oddities.
+#include <Ostra/Ostra.h>
 #include <System/String/UTF.h>
 
 #include "Ostra/String/StringSupport.h"
-#include "Support/Endless.h"
 
 namespace
 {
@@ -31,11 +31,23 @@ std::u16string Decode(const std::string& text)
     return wide;
 }
 
-void DecodeFor(const char* bytes)
+// A piece with no room but a unit for each byte.
+std::u16string DecodeExactly(const std::string& piece)
 {
-    unsigned short out[16];
+    std::unique_ptr<unsigned short[]> out(new unsigned short[piece.size()]);
+    const int length = CT_UTF::si_UTF8ToWide(out.get(), piece.data(), unsigned(piece.size()));
+    EXPECT_LE(length, int(piece.size()));
+    return {out.get(), out.get() + length};
+}
+
+// A text in two pieces.
+std::u16string DecodeCut(const std::string& text, std::size_t cut)
+{
     CT_UTF::sv_UTF8ToWideInit();
-    CT_UTF::si_UTF8ToWide(out, bytes, unsigned(std::string(bytes).size()));
+    std::u16string wide = DecodeExactly(text.substr(0, cut));
+    wide += DecodeExactly(text.substr(cut));
+    CT_UTF::sv_UTF8ToWideInit();
+    return wide;
 }
 } // namespace
 
@@ -158,26 +170,149 @@ TEST(UTF8, ContinuationBytesAreNotTested)
     EXPECT_EQ(Decode("\xC0\x80z"), std::u16string(u"\0z", 2));
 }
 
-ENDLESS(FourByteSequence)
+TEST(UTF8, FourBytesGiveASurrogatePair)
 {
-    DecodeFor("ab\xF0\x9F\x98\x80");
+    EXPECT_EQ(Decode("\xF0\x90\x80\x80"), u"\xD800\xDC00");
+    EXPECT_EQ(Decode("\xF0\x9F\x98\x80"), u"\U0001F600");
+    EXPECT_EQ(Decode("ab\xF0\x9D\x84\x9E"
+                     "cd"),
+              u"ab\U0001D11Ecd");
+    EXPECT_EQ(Decode("\xF4\x8F\xBF\xBF"), u"\xDBFF\xDFFF");
+    for (char32_t value = 0x10000; value < 0x110000; ++value) {
+        const char bytes[] = {char(0xF0 | value >> 18), char(0x80 | (value >> 12 & 0x3F)),
+                              char(0x80 | (value >> 6 & 0x3F)), char(0x80 | (value & 0x3F))};
+        unsigned short out[4];
+        ASSERT_EQ(CT_UTF::si_UTF8ToWide(out, bytes, 4), 2) << unsigned(value);
+        ASSERT_EQ(out[0], 0xD800 + ((value - 0x10000) >> 10));
+        ASSERT_EQ(out[1], 0xDC00 + (value & 0x3FF));
+    }
 }
 
-ENDLESS(FiveByteSequence)
+TEST(UTF8, FourBytesOfAnotherValueGiveAReplacementCharacter)
 {
-    DecodeFor("\xF8\x88\x80\x80\x80");
+    EXPECT_EQ(Decode("\xF0\x8F\xBF\xBFz"), u"\uFFFDz") << "U+FFFF in too many bytes";
+    EXPECT_EQ(Decode("\xF0\x80\x80\x80z"), u"\uFFFDz");
+    EXPECT_EQ(Decode("\xF0\x01\x01\x01z"), u"\uFFFDz") << "a value below zero";
+    EXPECT_EQ(Decode("\xF4\x90\x80\x80z"), u"\uFFFDz") << "U+110000";
+    EXPECT_EQ(Decode("\xF7\xBF\xBF\xBFz"), u"\uFFFDz");
+    EXPECT_EQ(Decode("\xF7\xFF\xFF\xFFz"), u"\uFFFDz");
 }
 
-ENDLESS(NoSequenceAtAll)
+// 0xF0, "A", "B", "C": their marks are taken away though they have none.
+TEST(UTF8, BytesBehindALongFirstByteAreNotTested)
 {
-    DecodeFor("\xFF");
+    EXPECT_EQ(Decode("\xF1"
+                     "ABCz"),
+              u"\uFFFDz")
+        << "0x40000 + 0x41000 + 0x1080 + 0x43 - 0x82080 is 0x43";
+    EXPECT_EQ(Decode("\xF2"
+                     "ABCz"),
+              u"\xD8C0\xDC43z");
+    EXPECT_EQ(Decode("\xF0\xF0\xF0\xF0z"), u"\xD987\xDC70z");
 }
 
-// The coder's contract covers sequences of three bytes; a longer one is never taken and never
-// passed.
-TEST(UTF8, LongerSequenceNeverEnds)
+TEST(UTF8, FirstByteFromF8UpIsTakenAlone)
 {
-    EXPECT_TRUE(RunsForEver("FourByteSequence"));
-    EXPECT_TRUE(RunsForEver("FiveByteSequence"));
-    EXPECT_TRUE(RunsForEver("NoSequenceAtAll"));
+    EXPECT_EQ(Decode("\xF8\x88\x80\x80\x80"), u"\uFFFD\x88\x80\x80\x80");
+    EXPECT_EQ(Decode("\xFC"), u"\uFFFD");
+    EXPECT_EQ(Decode("a\xFF\xFEz"), u"a\uFFFD\uFFFDz");
+    EXPECT_EQ(Decode(std::string(100, '\xFF')), std::u16string(100, u'\uFFFD'));
+}
+
+TEST(UTF8, FourBytesAreTakenUpWhereverTheyAreCut)
+{
+    const std::string coded = "\xF0\x9F\x98\x80";
+    for (const std::string before : {"", "a", "abcdefgh", "\xC3\xA9", "\xE2\x82\xAC"})
+        for (const std::string behind : {"", "z", "0123456789abcdef0123456789abcdef0123456789",
+                                         "\xE2\x82\xAC", "\xF4\x8F\xBF\xBF"}) {
+            const std::string text = before + coded + behind;
+            const std::u16string wide = Decode(text);
+            for (std::size_t cut = 0; cut <= text.size(); ++cut)
+                ASSERT_EQ(DecodeCut(text, cut), wide) << cut;
+        }
+    std::u16string wide;
+    for (char byte : "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF\xF8\xF0\x80\x80\x80")
+        wide += DecodeExactly(std::string(byte ? 1 : 0, byte));
+    EXPECT_EQ(wide, u"\U0001F600\xDBFF\xDFFF\uFFFD\uFFFD");
+}
+
+// A last byte alone has room for one unit: the first of the pair comes with the byte before it, as
+// soon as it is known.
+TEST(UTF8, PieceNeverGivesMoreUnitsThanItHasBytes)
+{
+    CT_UTF::sv_UTF8ToWideInit();
+    EXPECT_EQ(DecodeExactly("\xF0\x9F"), u"");
+    EXPECT_EQ(DecodeExactly("\x98"), u"\xD83D");
+    EXPECT_EQ(DecodePiece(""), u"") << "once";
+    EXPECT_EQ(DecodeExactly("\x80"
+                            "ab"),
+              u"\xDE00"
+              u"ab");
+    EXPECT_EQ(DecodeExactly("\xF0\x9F\x98"), u"\xD83D");
+    EXPECT_EQ(DecodeExactly("A"), u"\xDDC1") << "any byte of the same half";
+    EXPECT_EQ(DecodeExactly("\xF0\x9F\x90"), u"\xD83D");
+    EXPECT_EQ(DecodeExactly("A"), u"\uFFFD") << "a byte that would change the half written";
+    EXPECT_EQ(DecodeExactly("\xF4\x90\x80"), u"");
+    EXPECT_EQ(DecodeExactly("\x80"), u"\uFFFD");
+    EXPECT_EQ(DecodeExactly("\xF0\x8F\xBF"), u"");
+    EXPECT_EQ(DecodeExactly("\xC0"), u"\uFFFD") << "U+10000, for which there is no room";
+    CT_UTF::sv_UTF8ToWideInit();
+}
+
+// Nothing behind the result is written to, whatever mixture comes and however long it is.
+TEST(UTF8, PairsLeaveWhatLiesBehindTheResult)
+{
+    for (unsigned ascii = 0; ascii < 40; ++ascii)
+        for (unsigned pairs = 0; pairs < 20; ++pairs)
+            for (const char* long_one : {"\xF0\x9F\x98\x80", "\xF7\xBF\xBF\xBF"}) {
+                std::string text(ascii, 'x');
+                for (unsigned n = 0; n < pairs; ++n)
+                    text += long_one;
+                std::vector<unsigned short> out(text.size() + 1, 0x5A5A);
+                const unsigned length =
+                    unsigned(CT_UTF::si_UTF8ToWide(out.data(), text.data(), unsigned(text.size())));
+                ASSERT_EQ(length, ascii + pairs * (long_one[1] == '\x9F' ? 2 : 1));
+                for (std::size_t n = length; n < out.size(); ++n)
+                    ASSERT_EQ(out[n], 0x5A5A) << ascii << ' ' << pairs;
+            }
+}
+
+// The strings give a block by the bytes of the text, and convert into it.
+TEST(UTF8, RoomOfEveryStringSufficesForPairs)
+{
+    for (unsigned length = 0; length < 70; ++length)
+        for (std::size_t cut = 0; cut < 5; ++cut) {
+            const std::string text =
+                std::string(length, 'x') + "\xF0\x9F\x98\x80" + std::string(length % 3, 'y');
+            const std::string first = text.substr(0, length + cut);
+            const std::string second = text.substr(length + cut);
+            CT_UTF::sv_UTF8ToWideInit();
+            CT_UString wide(first.c_str(), unsigned(-1), 65001);
+            CT_UString rest(second.c_str(), unsigned(-1), 65001);
+            wide.v_Append(&rest, unsigned(-1));
+            const std::u16string expected =
+                std::u16string(length, u'x') + u"\U0001F600" + std::u16string(length % 3, u'y');
+            ASSERT_EQ(Text(wide), expected) << length << ' ' << cut;
+
+            CT_CString narrow(second.c_str(), unsigned(-1), 65001);
+            CT_UTF::sv_UTF8ToWideInit();
+            CT_UString target;
+            std::u16string joined;
+            for (int count : {CT_StringConvert::si_UTF8ToWide(&target, first.c_str()), -1}) {
+                if (count < 0)
+                    count = CT_StringConvert::si_MultiToWide(&target, &narrow, 65001);
+                joined.append(target.qcuz_Get(), target.qcuz_Get() + count);
+            }
+            ASSERT_EQ(joined, expected);
+            CT_UTF::sv_UTF8ToWideInit();
+        }
+}
+
+TEST(UTF8, StringOfAnEmojiIsMade)
+{
+    const CT_UString wide("\xF0\x9F\x98\x80", unsigned(-1), 65001);
+    EXPECT_EQ(Text(wide), u"\U0001F600");
+    EXPECT_EQ(wide.vn_GetLength(), 2u);
+    const CT_CString narrow("a\xF0\x9F\x98\x80z", unsigned(-1), 65001);
+    EXPECT_EQ(Text(CT_UString(&narrow)), u"a\U0001F600z");
 }
