@@ -1,6 +1,7 @@
 // examples/Common/Platform.h: what the process has differently on each system.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -9,9 +10,21 @@ namespace common
 // The program's arguments as UTF-8, its own name not among them.
 std::vector<std::string> CommandLine(int count, char** words);
 
-// Makes the standard streams carry the bytes that are written to them, as UTF-8.
+// Makes the standard streams carry the bytes that they are given, as UTF-8.
 void PrepareStreams();
 
 // True if the standard error stream is a terminal.
 bool IsErrorTerminal();
+
+// A new empty file for the time of the process, with the name to open it by; null if none can be
+// had. What is written reaches the file with FlushTemporary; DropTemporary takes it away.
+struct Temporary
+{
+    std::FILE* file = nullptr;
+    std::string name;
+};
+
+Temporary OpenTemporary();
+bool FlushTemporary(Temporary* temporary);
+void DropTemporary(Temporary* temporary);
 } // namespace common

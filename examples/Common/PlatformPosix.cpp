@@ -16,4 +16,24 @@ bool IsErrorTerminal()
 {
     return isatty(STDERR_FILENO) != 0;
 }
+
+// It has no entry in a directory, so nothing is left behind however the process ends.
+Temporary OpenTemporary()
+{
+    Temporary temporary;
+    temporary.file = std::tmpfile();
+    if (temporary.file)
+        temporary.name = "/proc/self/fd/" + std::to_string(fileno(temporary.file));
+    return temporary;
+}
+
+bool FlushTemporary(Temporary* temporary)
+{
+    return std::fflush(temporary->file) == 0;
+}
+
+void DropTemporary(Temporary* temporary)
+{
+    std::fclose(temporary->file);
+}
 } // namespace common

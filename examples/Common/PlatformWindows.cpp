@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
 #include <io.h>
 #include <string_view>
 
@@ -31,6 +32,7 @@ std::vector<std::string> CommandLine(int, char**)
 void PrepareStreams()
 {
     SetConsoleOutputCP(CP_UTF8);
+    _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
 }
@@ -38,5 +40,35 @@ void PrepareStreams()
 bool IsErrorTerminal()
 {
     return _isatty(_fileno(stderr)) != 0;
+}
+
+Temporary OpenTemporary()
+{
+    Temporary temporary;
+    wchar_t folder[MAX_PATH + 1];
+    wchar_t name[MAX_PATH + 1];
+    if (!GetTempPathW(MAX_PATH, folder) || !GetTempFileNameW(folder, L"ost", 0, name))
+        return temporary;
+    temporary.file = _wfopen(name, L"wb");
+    const std::wstring_view word(name);
+    const std::vector<unsigned short> units(word.begin(), word.end());
+    temporary.name = ToUtf8(units.data(), static_cast<unsigned>(units.size()));
+    return temporary;
+}
+
+// Who writes to a file here shares it with nobody, so it is closed before it is read.
+bool FlushTemporary(Temporary* temporary)
+{
+    std::FILE* file = temporary->file;
+    temporary->file = nullptr;
+    return std::fclose(file) == 0;
+}
+
+void DropTemporary(Temporary* temporary)
+{
+    if (temporary->file)
+        std::fclose(temporary->file);
+    DeleteFileW(std::filesystem::path(std::u8string(temporary->name.begin(), temporary->name.end()))
+                    .c_str());
 }
 } // namespace common

@@ -6,26 +6,56 @@
 
 namespace lexicon
 {
-const char USAGE_TEXT[] =
-    "usage: lexicon build INPUT.tsv OUTPUT.rec\n"
-    "       lexicon lookup FILE.rec [--reverse] WORD...\n"
-    "       lexicon match FILE.rec [--reverse] PATTERN\n"
-    "       lexicon list FILE.rec\n"
-    "       lexicon info FILE.rec\n"
-    "       lexicon stats FILE.rec\n"
+#define USAGE_LINES                                                                                \
+    "usage: lexicon build INPUT.tsv OUTPUT.rec\n"                                                  \
+    "       lexicon lookup FILE.rec [--reverse] WORD...\n"                                         \
+    "       lexicon match FILE.rec [--reverse] PATTERN\n"                                          \
+    "       lexicon list FILE.rec\n"                                                               \
+    "       lexicon info FILE.rec\n"                                                               \
+    "       lexicon stats FILE.rec\n"                                                              \
     "       lexicon draw FILE.rec [--reverse] [--limit WORDS] PREFIX -o OUTPUT.svg\n"
+
+const char USAGE_TEXT[] = USAGE_LINES "Try lexicon --help.\n";
+
+// tools/manpage.py makes the manual page of it.
+const char HELP_TEXT[] = USAGE_LINES
     "\n"
-    "  build   makes a lexicon from lines of UTF-8: source, tab, target\n"
-    "  lookup  prints the targets of sources, or with --reverse the sources of targets;\n"
-    "          exit status 1 if a word was not found\n"
-    "  match   prints the words that a pattern matches: * is any run of characters, ? any one,\n"
-    "          and \\ takes the character behind it as it is; exit status 1 if there is none\n"
-    "  list    prints all pairs\n"
-    "  info    prints what the file holds\n"
-    "  stats   prints what the lists of words are made of\n"
-    "  draw    draws the part of a list below a prefix, of up to 200 words or --limit\n"
+    "Makes a bilingual dictionary in a record file, and searches it.\n"
     "\n"
-    "  --trace shows behind an error where it arose; -- ends the options\n";
+    "Commands:\n"
+    "  build      makes a lexicon from lines of UTF-8: source, tab, target\n"
+    "  lookup     prints the targets of sources, or with --reverse the sources of targets;\n"
+    "             exit status 1 if a word was not found\n"
+    "  match      prints the words that a pattern matches: * is any run of characters, ? any one,\n"
+    "             and \\ takes the character behind it as it is; exit status 1 if there is none\n"
+    "  list       prints all pairs\n"
+    "  info       prints what the file holds\n"
+    "  stats      prints what the lists of words are made of\n"
+    "  draw       draws the part of a list below a prefix, of up to 200 words\n"
+    "\n"
+    "Options:\n"
+    "  --reverse  looks from the targets\n"
+    "  --limit WORDS\n"
+    "             lets draw take that many words\n"
+    "  -o OUTPUT.svg\n"
+    "             the picture that draw makes\n"
+    "  --trace    shows behind an error where it arose\n"
+    "  --help     prints this text\n"
+    "  --version  prints the version\n"
+    "  --         ends the options\n"
+    "\n"
+    "Files:\n"
+    "  -          in place of a file to read: the standard input\n"
+    "  OUTPUT.rec.new\n"
+    "             where a new lexicon comes into being. The old one stays until the new one is\n"
+    "             whole and on the disk, and is then replaced in one step. A symbolic link goes "
+    "on\n"
+    "             pointing; what is neither a plain file nor missing is refused.\n"
+    "\n"
+    "Exit status:\n"
+    "  0          all went well\n"
+    "  1          an error, or nothing was found\n"
+    "  2          a wrong use\n";
 
 namespace
 {
@@ -64,7 +94,7 @@ std::string Arguments::Parse(const std::vector<std::string>& words)
         else
             operands.push_back(word);
     }
-    return help ? "" : Check();
+    return help || version ? "" : Check();
 }
 
 bool Arguments::TakeSwitch(const std::string& word)
@@ -75,6 +105,8 @@ bool Arguments::TakeSwitch(const std::string& word)
         trace = true;
     else if (word == "--help" || word == "-h")
         help = true;
+    else if (word == "--version")
+        version = true;
     else
         return false;
     return true;

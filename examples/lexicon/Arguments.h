@@ -6,7 +6,9 @@
 
 namespace lexicon
 {
+// How the program is called, and all that it has to tell of itself.
 extern const char USAGE_TEXT[];
+extern const char HELP_TEXT[];
 
 struct Arguments
 {
@@ -19,6 +21,7 @@ struct Arguments
     bool reverse = false;
     bool trace = false;
     bool help = false;
+    bool version = false;
 
     // Options may stand anywhere; behind "--" there are none. Returns what is wrong, or an empty
     // text.

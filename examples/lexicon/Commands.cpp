@@ -6,9 +6,11 @@
 #include "Drawing.h"
 #include "Failure.h"
 #include "Lexicon.h"
+#include "Output.h"
 #include "Statistics.h"
 #include "Wildcard.h"
 
+#include <Common/Spool.h>
 #include <Common/Utf8.h>
 #include <Ostra/CompList/UCompListIterator.h>
 
@@ -43,7 +45,9 @@ private:
 
     bool TakePart(const Lexicon& lexicon, const CT_UString& prefix, Subtree* part) const;
     bool WritePicture(const CT_UString& name, const std::string& picture) const;
-    bool Save(Builder* builder, const CT_UString& fresh, const CT_UString& name);
+    bool Write(const CT_UString& name, const std::string& picture) const;
+    bool Save(Builder* builder, Output* output);
+    bool Abandon(Output* output, const std::string& name) const;
     bool IsWord(size_t n, const std::string& what) const;
     bool TakeWords() const;
     Side WantedSide() const { return arguments.reverse ? TARGETS : SOURCES; }
@@ -57,28 +61,32 @@ private:
     bool Name(size_t n, CT_UString* name) const;
     bool PictureName(const CT_UString& input, CT_UString* name) const;
     Status Report(const std::string& context) const;
+    bool IsStandardInput() const { return Operand(0) == "-" && streams.input; }
+    bool FileName(CT_UString* name);
     Status ReportUnreadable() const { return Report("cannot read " + Operand(0)); }
 
     const Arguments& arguments;
     const Streams& streams;
+    common::Spool spool;
     bool missed = false;
 };
 
-void Remove(const CT_UString& name)
-{
-    CT_WinFile file(&name, FILE_BUFFER);
-    if (file.b_IsExistent() && !Failing())
-        file.vv_Remove();
-}
-
 bool IsSame(const CT_UString& first, const CT_UString& second)
 {
-    CT_WinFile one(&first, FILE_BUFFER);
-    CT_WinFile other(&second, FILE_BUFFER);
-    one.v_FullPath();
-    other.v_FullPath();
-    return common::ToUtf8(one.pcco_GetFullName()->qcuz_Get()) ==
-           common::ToUtf8(other.pcco_GetFullName()->qcuz_Get());
+    std::error_code error;
+    const std::filesystem::path one = PathOf(first);
+    const std::filesystem::path other = PathOf(second);
+    return one == other || std::filesystem::equivalent(one, other, error);
+}
+
+// True if all of a lexicon can be read. The thread has no error set, before and after.
+bool IsWhole(const CT_UString& name)
+{
+    Lexicon lexicon(&name);
+    if (lexicon.Open() && lexicon.Load(SOURCES) && lexicon.Load(TARGETS))
+        return true;
+    Failure::Take();
+    return false;
 }
 
 bool Collect(Input* input, Builder* builder, std::ostream* terminal)
@@ -136,6 +144,19 @@ bool Job::Name(size_t n, CT_UString* name) const
     return !Failing();
 }
 
+// The name of the record file; the standard input is kept in a file for the time.
+bool Job::FileName(CT_UString* name)
+{
+    if (!IsStandardInput())
+        return Name(0, name);
+    std::string file;
+    if (!spool.Take(*streams.input, &file))
+        Fail(SOURCE, u"the standard input can't be read, or there is no room to keep it");
+    else
+        common::ToWide(file, name);
+    return !Failing();
+}
+
 Status Job::Report(const std::string& context) const
 {
     Failure::Take().Print(streams.errors, context, arguments.trace);
@@ -146,56 +167,50 @@ Status Job::Build()
 {
     CT_UString inputName;
     CT_UString outputName;
+    Output output;
     if (!Name(0, &inputName) || !Name(1, &outputName))
         return Report("");
-    if (IsSame(inputName, outputName) && !Failing())
+    if (!IsStandardInput() && IsSame(inputName, outputName) && !Failing())
         Fail(SOURCE, u"%s: this is the input as well as the output", inputName.qcuz_Get());
+    // A lexicon that is whole and never got its name may be the only one, so it gets it now.
+    if (!Failing() && output.Take(outputName) && output.IsOnlyFresh() && IsWhole(output.Fresh()))
+        output.Commit();
     if (Failed(SOURCE))
         return Report("cannot build " + Operand(1));
 
     Input input(&inputName);
     Builder builder;
-    if (!input.Read() || !Collect(&input, &builder, streams.terminal))
+    if (!input.Read(IsStandardInput() ? streams.input : nullptr) ||
+        !Collect(&input, &builder, streams.terminal))
         return ReportUnreadable();
-
-    // The lexicon comes into being beside its place, so that an old one stays until the new one is
-    // whole.
-    CT_UString freshName(&outputName);
-    freshName.v_Append(qcuz_Text(u".new"), static_cast<unsigned>(-1));
-    if (!Save(&builder, freshName, outputName))
+    if (!Save(&builder, &output))
         return FAILED;
     streams.output << Operand(1) << ": " << builder.Pairs() << " pairs, " << builder.Words(SOURCES)
                    << " words, " << builder.Words(TARGETS) << " words in reverse\n";
     return DONE;
 }
 
-bool Job::Save(Builder* builder, const CT_UString& fresh, const CT_UString& name)
+bool Job::Save(Builder* builder, Output* output)
 {
     {
         Progress progress(streams.terminal, "building");
-        builder->Save(&fresh, &progress);
+        builder->Save(&output->Fresh(), &progress);
     }
-    // A rename never replaces, so the old one goes first.
     if (!Failing())
-        Remove(name);
-    if (Failed(SOURCE)) {
-        // The error is taken first: cleaning up has to start without one, and what it meets is of
-        // no interest.
-        const Failure failure = Failure::Take();
-        Remove(fresh);
-        if (Failing())
-            Failure::Take();
-        failure.Print(streams.errors, "cannot write " + Operand(1), arguments.trace);
-        return false;
-    }
-    CT_WinFile file(&fresh, FILE_BUFFER);
-    file.vv_Rename(&name);
-    if (Failed(SOURCE)) {
-        // By now it is whole and the only one, so it stays.
-        Report("cannot rename the new lexicon, which is whole");
-        return false;
-    }
-    return true;
+        output->Commit();
+    return !Failed(SOURCE) || Abandon(output, Operand(1));
+}
+
+// Reports the error and takes away what was written; false.
+bool Job::Abandon(Output* output, const std::string& name) const
+{
+    // The error is taken first: cleaning up has to start without one, and what it meets is of no
+    // interest.
+    const Failure failure = Failure::Take();
+    if (output->IsTaken())
+        output->Discard();
+    failure.Print(streams.errors, "cannot write " + name, arguments.trace);
+    return false;
 }
 
 // Whether an operand can be a key, or a part of one.
@@ -223,7 +238,7 @@ bool Job::TakeWords() const
 Status Job::LookUp()
 {
     CT_UString name;
-    if (!Name(0, &name) || !TakeWords())
+    if (!FileName(&name) || !TakeWords())
         return Report("");
     Lexicon lexicon(&name);
     const Side side = WantedSide();
@@ -265,7 +280,7 @@ Status Job::Match()
     CT_UString name;
     CT_UString text;
     Wildcard wildcard;
-    if (!Name(0, &name) || !IsWord(1, "the pattern"))
+    if (!FileName(&name) || !IsWord(1, "the pattern"))
         return Report("");
     common::ToWide(Operand(1), &text);
     if (!wildcard.Parse(text))
@@ -302,7 +317,7 @@ std::vector<unsigned> Job::FindMatches(const CT_CompList& list, Wildcard* wildca
 Status Job::List()
 {
     CT_UString name;
-    if (!Name(0, &name))
+    if (!FileName(&name))
         return Report("");
     Lexicon lexicon(&name);
     if (!lexicon.Open() || !lexicon.Load(SOURCES))
@@ -319,7 +334,7 @@ Status Job::List()
 Status Job::Info()
 {
     CT_UString name;
-    if (!Name(0, &name))
+    if (!FileName(&name))
         return Report("");
     Lexicon lexicon(&name);
     if (!lexicon.Open() || !lexicon.Load(SOURCES) || !lexicon.Load(TARGETS))
@@ -357,7 +372,7 @@ void Job::PrintSide(const Lexicon& lexicon, Side side)
 Status Job::Stats()
 {
     CT_UString name;
-    if (!Name(0, &name))
+    if (!FileName(&name))
         return Report("");
     Lexicon lexicon(&name);
     Statistics statistics[SIDES];
@@ -379,7 +394,7 @@ Status Job::Draw()
     CT_UString name;
     CT_UString pictureName;
     CT_UString prefix;
-    if (!Name(0, &name) || !PictureName(name, &pictureName) || !IsWord(1, "the prefix"))
+    if (!FileName(&name) || !PictureName(name, &pictureName) || !IsWord(1, "the prefix"))
         return Report("cannot write " + arguments.output);
     common::ToWide(Operand(1), &prefix);
     Lexicon lexicon(&name);
@@ -436,27 +451,25 @@ bool Job::TakePart(const Lexicon& lexicon, const CT_UString& prefix, Subtree* pa
 
 bool Job::WritePicture(const CT_UString& name, const std::string& picture) const
 {
+    Output output;
+    if (Output::IsStream(name))
+        Write(name, picture);
+    else if (output.Take(name) && Write(output.Fresh(), picture))
+        output.Commit();
+    return !Failed(SOURCE) || Abandon(&output, arguments.output);
+}
+
+bool Job::Write(const CT_UString& name, const std::string& picture) const
+{
     CT_WinFile file(&name, FILE_BUFFER);
     file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone,
                  ATTRIBUTE_NORMAL, 0);
-    const bool open = !Failing();
     const unsigned size = static_cast<unsigned>(picture.size());
-    if (open && file.vn_Write(picture.data(), size) != size && !Failing())
+    if (!Failing() && file.vn_Write(picture.data(), size) != size && !Failing())
         Fail(SOURCE, u"%s: there is no room for the picture", name.qcuz_Get());
-    if (open && !Failing())
+    if (!Failing())
         file.vv_Close();
-    if (!Failed(SOURCE))
-        return true;
-    const Failure failure = Failure::Take();
-    if (open) {
-        if (file.b_IsOpen())
-            file.vv_Close();
-        Remove(name);
-        if (Failing())
-            Failure::Take();
-    }
-    failure.Print(streams.errors, "cannot write " + arguments.output, arguments.trace);
-    return false;
+    return !Failed(SOURCE);
 }
 
 Status RunJob(const Arguments& arguments, const Streams& streams)
@@ -480,7 +493,9 @@ Status Run(const std::vector<std::string>& words, const Streams& streams)
     }
     Status status = DONE;
     if (arguments.help)
-        streams.output << USAGE_TEXT;
+        streams.output << HELP_TEXT;
+    else if (arguments.version)
+        streams.output << "lexicon (Ostra) " OSTRA_TOOL_VERSION "\n";
     else
         status = RunJob(arguments, streams);
     if (!streams.output.flush()) {

@@ -1,6 +1,7 @@
 // examples/lexicon/Commands.h: the commands of the program, apart from the process they run in.
 #pragma once
 
+#include <istream>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -21,6 +22,8 @@ struct Streams
     std::ostream& errors;
     // Where a progress bar may be shown; null for nowhere.
     std::ostream* terminal;
+    // What "-" in place of a file to read stands for; null for nothing.
+    std::istream* input = nullptr;
 };
 
 // Runs the program with its arguments, the program's own name not among them. All text is UTF-8.

@@ -6,6 +6,7 @@
 #include <Common/Utf8.h>
 
 #include <algorithm>
+#include <vector>
 
 namespace lexicon
 {
@@ -33,7 +34,18 @@ bool IsKey(std::string_view text, unsigned* reserved)
 
 Input::Input(const CT_String* name) : file(name, CHUNK) {}
 
-bool Input::Read()
+bool Input::Read(std::istream* stream)
+{
+    if (stream)
+        ReadStream(*stream);
+    else
+        ReadFile();
+    if (content.b_IsEqual(BYTE_ORDER_MARK.data(), SIZE_OF_MARK, 0) && Size() >= SIZE_OF_MARK)
+        offset = SIZE_OF_MARK;
+    return !Failed(SOURCE);
+}
+
+void Input::ReadFile()
 {
     file.vv_Open(CT_File::e_AccessRead, CT_File::e_OpenExisting, CT_File::e_ShareRead,
                  ATTRIBUTE_NORMAL, FLAG_SEQUENTIAL);
@@ -41,7 +53,6 @@ bool Input::Read()
         ReadContent();
     if (!Failing())
         file.vv_Close();
-    return !Failed(SOURCE);
 }
 
 void Input::ReadContent()
@@ -51,14 +62,29 @@ void Input::ReadContent()
     if (!Failing())
         content.v_SetSize(std::min(size, LIMIT), 0);
     CT_Buffer chunk;
-    while (!Failing() && file.n_Read(&chunk, CHUNK)) {
-        if (Size() > LIMIT - CHUNK)
-            Fail(SOURCE, u"%s: the input is larger than 1 GiB", Name());
-        else
-            content.v_Append(&chunk, 0, chunk.n_GetUsedSize());
+    while (!Failing() && file.n_Read(&chunk, CHUNK))
+        Take(chunk);
+}
+
+void Input::ReadStream(std::istream& stream)
+{
+    std::vector<char> bytes(CHUNK);
+    while (!Failing() && stream) {
+        stream.read(bytes.data(), CHUNK);
+        CT_Buffer chunk;
+        chunk.v_Append(bytes.data(), static_cast<unsigned>(stream.gcount()));
+        Take(chunk);
     }
-    if (content.b_IsEqual(BYTE_ORDER_MARK.data(), SIZE_OF_MARK, 0) && Size() >= SIZE_OF_MARK)
-        offset = SIZE_OF_MARK;
+    if (stream.bad())
+        Fail(SOURCE, u"the standard input can't be read");
+}
+
+void Input::Take(const CT_Buffer& chunk)
+{
+    if (Size() > LIMIT - CHUNK)
+        Fail(SOURCE, u"%s: the input is larger than 1 GiB", Name());
+    else
+        content.v_Append(&chunk, 0, chunk.n_GetUsedSize());
 }
 
 std::string_view Input::NextLine()

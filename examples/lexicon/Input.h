@@ -4,6 +4,7 @@
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/File/WinFile.h>
 
+#include <istream>
 #include <string_view>
 
 namespace lexicon
@@ -27,8 +28,8 @@ class Input
 public:
     explicit Input(const CT_String* name);
 
-    // Reads the whole file; false with an error set.
-    bool Read();
+    // Reads the whole file, or what the stream gives; false with an error set.
+    bool Read(std::istream* stream = nullptr);
 
     // The next pair; false at the end, and with an error set for a line that is none.
     bool Next(Pair* pair);
@@ -39,7 +40,10 @@ public:
     unsigned Lines() const { return line; }
 
 private:
+    void ReadFile();
     void ReadContent();
+    void ReadStream(std::istream& stream);
+    void Take(const CT_Buffer& chunk);
     std::string_view NextLine();
     bool Split(std::string_view text, Pair* pair);
     const char* Text() const { return static_cast<const char*>(content.qcv_Get()); }

@@ -10,5 +10,6 @@ int main(int argc, char** argv)
     std::ios::sync_with_stdio(false);
     common::PrepareStreams();
     std::ostream* terminal = common::IsErrorTerminal() ? &std::cerr : nullptr;
-    return lexicon::Run(common::CommandLine(argc, argv), {std::cout, std::cerr, terminal});
+    return lexicon::Run(common::CommandLine(argc, argv),
+                        {std::cout, std::cerr, terminal, &std::cin});
 }

@@ -407,11 +407,11 @@ TEST(LexiconDraw, APictureThatCannotBeWrittenIsTold)
     Answer answer = RunLexicon({"draw", "words.rec", "c", "-o", "none/out.svg"});
     EXPECT_TRUE(IsRefusal(answer));
     EXPECT_EQ(answer.errors,
-              "lexicon: cannot write none/out.svg: " + SystemError(3, "none/out.svg") + "\n");
+              "lexicon: cannot write none/out.svg: " + SystemError(3, "none/out.svg.new") + "\n");
     std::filesystem::create_directory("out.svg");
     answer = RunLexicon({"draw", "words.rec", "c", "-o", "out.svg"});
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors, "lexicon: cannot write out.svg: " + SystemError(5, "out.svg") + "\n");
+    EXPECT_EQ(answer.errors, "lexicon: out.svg: this is no plain file\n");
     EXPECT_TRUE(std::filesystem::is_directory("out.svg"));
     answer = RunLexicon({"draw", "words.rec", "c", "-o", "words.rec"});
     EXPECT_TRUE(IsRefusal(answer));

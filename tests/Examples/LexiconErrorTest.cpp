@@ -97,8 +97,7 @@ TEST(LexiconErrors, AnOutputThatIsADirectoryStays)
     std::filesystem::create_directory("words.rec");
     const Answer answer = BuildLexicon("a\tb\n");
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors,
-              "lexicon: cannot write words.rec: " + SystemError(5, "words.rec") + "\n");
+    EXPECT_EQ(answer.errors, "lexicon: words.rec: this is no plain file\n");
     EXPECT_TRUE(std::filesystem::is_directory("words.rec"));
     EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
 }
@@ -110,10 +109,82 @@ TEST(LexiconErrors, WhatStandsInPlaceOfTheTemporaryFileStays)
     std::filesystem::create_directory("words.rec.new");
     const Answer answer = BuildLexicon("c\td\n");
     EXPECT_TRUE(IsRefusal(answer));
-    EXPECT_EQ(answer.errors,
-              "lexicon: cannot write words.rec: " + SystemError(5, "words.rec.new") + "\n");
+    EXPECT_EQ(answer.errors, "lexicon: words.rec.new: this is no plain file\n");
     EXPECT_TRUE(ReadBytes("words.rec") == old);
     EXPECT_TRUE(std::filesystem::is_directory("words.rec.new"));
+}
+
+TEST(LexiconErrors, ALeftTemporaryFileIsWrittenOver)
+{
+    MakeLexicon("a\tb\n");
+    const std::string good = ReadBytes("words.rec");
+    WriteBytes("words.rec.new", "left by a build that was killed");
+    MakeLexicon("a\tb\n");
+    EXPECT_TRUE(ReadBytes("words.rec") == good);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
+}
+
+TEST(LexiconErrors, AWholeLexiconThatNeverGotItsNameIsTakenUp)
+{
+    MakeLexicon("a\tb\n");
+    const std::string good = ReadBytes("words.rec");
+    std::filesystem::rename("words.rec", "words.rec.new");
+    EXPECT_EQ(BuildLexicon("no tab").status, 1);
+    EXPECT_TRUE(ReadBytes("words.rec") == good);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
+
+    // One that isn't whole is not.
+    std::filesystem::remove("words.rec");
+    WriteBytes("words.rec.new", good.substr(0, good.size() - 1));
+    EXPECT_EQ(BuildLexicon("no tab").status, 1);
+    EXPECT_FALSE(std::filesystem::exists("words.rec"));
+}
+
+TEST(LexiconErrors, ALinkGoesOnPointing)
+{
+    std::error_code error;
+    std::filesystem::create_directory("below");
+    std::filesystem::create_symlink("below/words.rec", "words.rec", error);
+    if (error)
+        GTEST_SKIP() << "no symbolic links here";
+    MakeLexicon("a\tb\n");
+    MakeLexicon("c\td\n");
+    EXPECT_EQ(RunLexicon({"list", "below/words.rec"}).output, "c\td\n");
+    EXPECT_TRUE(std::filesystem::is_symlink("words.rec"));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"below", "words.rec", "words.tsv"}));
+
+    std::filesystem::create_symlink("words.tsv", "input.rec");
+    const Answer answer = RunLexicon({"build", "words.tsv", "input.rec"});
+    EXPECT_EQ(answer.errors, "lexicon: words.tsv: this is the input as well as the output\n");
+    std::filesystem::create_symlink("round.rec", "round.rec");
+    EXPECT_EQ(RunLexicon({"build", "words.tsv", "round.rec"}).errors,
+              "lexicon: round.rec: this symbolic link leads nowhere\n");
+    // The one beside the place isn't the user's.
+    std::filesystem::create_symlink("words.tsv", "other.rec.new");
+    EXPECT_EQ(RunLexicon({"build", "words.tsv", "other.rec"}).errors,
+              "lexicon: other.rec.new: this is no plain file\n");
+    EXPECT_EQ(ReadBytes("words.tsv"), "c\td\n");
+}
+
+TEST(LexiconErrors, AHyphenIsTheStandardInput)
+{
+    MakeLexicon("a\tb\n");
+    const std::string good = ReadBytes("words.rec");
+    const auto run = [](const Arguments& arguments, const std::string& bytes) {
+        std::istringstream input(bytes);
+        std::ostringstream output;
+        std::ostringstream errors;
+        const int status = lexicon::Run(arguments, {output, errors, nullptr, &input});
+        return Answer{status, output.str(), errors.str()};
+    };
+    EXPECT_EQ(run({"build", "-", "other.rec"}, "a\tb\n").status, 0);
+    EXPECT_TRUE(ReadBytes("other.rec") == good);
+    EXPECT_EQ(run({"build", "-", "other.rec"}, "a\tb\n\n").errors,
+              "lexicon: -:2: the line has no tab\n");
+    EXPECT_EQ(run({"list", "-"}, good).output, "a\tb\n");
+    EXPECT_EQ(run({"list", "-"}, good).errors, "");
+    EXPECT_TRUE(IsRefusal(run({"list", "-"}, good.substr(0, 100))));
+    EXPECT_TRUE(IsRefusal(run({"list", "-"}, "")));
 }
 
 TEST(LexiconErrors, AnOldLexiconInUseStays)

@@ -1,5 +1,6 @@
 # tests/Examples/Program.cmake: the lexicon program from outside. Needs LEXICON (the program, with its emulator in
-# front), SAMPLE, PICTURE (of what begins with Z) and WORK (a directory of its own); LIMITS tells that the shell can bound the size of files.
+# front), SAMPLE, PICTURE (of what begins with Z) and WORK (a directory of its own); LIMITS tells that the shell
+# can bound the size of files, VERSION is the one that the program should tell.
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 
@@ -36,6 +37,8 @@ check(0 "${sample}" "" list words.rec)
 check(1 "" "*" list words.tsv)
 check(1 "" "*" list missing.rec)
 check(2 "" "*" look words.rec)
+check(0 "*" "" --help)
+check(0 "lexicon (Ostra) ${VERSION}\n" "" --version)
 check_files("words.rec;words.tsv")
 
 # A name and a word beyond the code pages of 8 bits.
@@ -61,6 +64,16 @@ if(LIMITS)
         message(SEND_ERROR "no room for a picture: ${result}\n${out}${err}")
     endif()
     check_files("words.rec;words.tsv")
+    # A device is no place for a lexicon; a picture may go there, and the device stays.
+    if(EXISTS /dev/full)
+        check(1 "" "lexicon: /dev/full: this is no plain file\n" build words.tsv /dev/full)
+        check(1 "" "*" draw words.rec Z -o /dev/full)
+        execute_process(COMMAND test -c /dev/full -a ! -e /dev/full.new RESULT_VARIABLE result)
+        if(NOT result EQUAL 0)
+            message(SEND_ERROR "/dev/full is no device any more, or has a file beside it")
+        endif()
+        check_files("words.rec;words.tsv")
+    endif()
     # A full disk under the output.
     if(EXISTS /dev/full)
         execute_process(COMMAND sh -c "exec \"$@\" >/dev/full" sh ${LEXICON} list words.rec

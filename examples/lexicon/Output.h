@@ -1,0 +1,51 @@
+// examples/lexicon/Output.h: a file that is written beside its place and put there in one step.
+#pragma once
+
+#include <Ostra/String/UString.h>
+
+#include <filesystem>
+
+namespace lexicon
+{
+// What the file is to replace stays until the new one is whole and on the disk, whatever ends the
+// program meanwhile. Symbolic links are followed: the file that they lead to is replaced.
+class Output
+{
+public:
+    // Finds out what stands in the place; false with an error set unless it is a plain file or
+    // nothing, or a name beside it can't be had.
+    bool Take(const CT_UString& given);
+
+    // True for what can't be replaced and can be written to: a device or a pipe. Take refuses it,
+    // too.
+    static bool IsStream(const CT_UString& given);
+
+    // Where the file is to be written. One that a killed program left there is written over.
+    const CT_UString& Fresh() const { return fresh; }
+    const CT_UString& Name() const { return name; }
+    bool IsTaken() const { return taken; }
+
+    // True if the written file stands alone: somebody took away what it was to replace.
+    bool IsOnlyFresh() const;
+
+    // Flushes the written file and gives it its name, in place of an old one; false with an error
+    // set.
+    bool Commit();
+
+    // Takes the written file away. The thread has no error set, before and after.
+    void Discard();
+
+private:
+    bool FollowLinks();
+    bool IsFreeOrPlain(const CT_UString& file) const;
+    bool IsOldIdle() const;
+    bool Replace() const;
+
+    CT_UString name;
+    CT_UString fresh;
+    bool taken = false;
+};
+
+// The file as the operating system's own calls name it.
+std::filesystem::path PathOf(const CT_UString& name);
+} // namespace lexicon

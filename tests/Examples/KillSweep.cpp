@@ -1,0 +1,193 @@
+// tests/Examples/KillSweep.cpp: a build that is killed at each of its system calls leaves the old
+// lexicon or the new one, whole, and the next build works; a build whose flush fails tells so and
+// leaves the old one. Runs the program from outside:
+//
+//   lexicon_kill_sweep PROGRAM FOLDER
+//
+// The exit status is 77 where a process can't follow another's calls.
+#include <sys/ptrace.h>
+#include <sys/reg.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr int SKIPPED = 77;
+constexpr const char* FILE_NAME = "words.rec";
+
+std::string program;
+
+std::optional<std::string> Bytes(const std::string& name)
+{
+    std::ifstream file(name, std::ios::binary);
+    if (!file.is_open())
+        return std::nullopt;
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+void Write(const std::string& name, const std::string& bytes)
+{
+    std::ofstream(name, std::ios::binary) << bytes;
+}
+
+[[noreturn]] void Fail(const std::string& what)
+{
+    std::printf("%s\n", what.c_str());
+    std::exit(1);
+}
+
+[[noreturn]] void RunBuild(const char* input, bool traced)
+{
+    if (!std::freopen("/dev/null", "w", stdout))
+        _exit(SKIPPED);
+    if (traced && ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
+        _exit(SKIPPED);
+    // A leak checker that would trace the process, too.
+    setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+    execl(program.c_str(), program.c_str(), "build", input, FILE_NAME, nullptr);
+    _exit(SKIPPED);
+}
+
+pid_t Start(const char* input, bool traced)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        RunBuild(input, traced);
+    return child;
+}
+
+void Build(const char* input)
+{
+    int status = 0;
+    waitpid(Start(input, false), &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        Fail("a build of " + std::string(input) + " ends with " + std::to_string(status));
+}
+
+// A build that stops at each call, to begin with at the program's start.
+pid_t StartTraced(const char* input)
+{
+    int status = 0;
+    const pid_t child = Start(input, true);
+    waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == SKIPPED)
+        std::exit(SKIPPED);
+    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    return child;
+}
+
+// Lets the build go on to where a call begins or is done; false if it comes to its end before.
+bool Step(pid_t child, int* status)
+{
+    do {
+        ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+        waitpid(child, status, 0);
+        if (WIFEXITED(*status))
+            return false;
+    } while (!WIFSTOPPED(*status) || WSTOPSIG(*status) != (SIGTRAP | 0x80));
+    return true;
+}
+
+// Ends the build before its call of that number; false if it comes to an end before.
+bool KillAt(const char* input, int call)
+{
+    int status = 0;
+    const pid_t child = StartTraced(input);
+    for (int stops = 0; stops < 2 * call - 1; ++stops)
+        if (!Step(child, &status))
+            return false;
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+    return true;
+}
+
+// The exit status of a build whose flushes fail, and how many there were.
+int BuildUnflushed(const char* input, int* flushes)
+{
+    int status = 0;
+    const pid_t child = StartTraced(input);
+    while (Step(child, &status)) {
+        const long call = ptrace(PTRACE_PEEKUSER, child, 8 * ORIG_RAX, nullptr);
+        const bool flush = call == SYS_fsync || call == SYS_fdatasync;
+        if (flush)
+            ptrace(PTRACE_POKEUSER, child, 8 * ORIG_RAX, -1L); // a call that isn't there
+        if (!Step(child, &status))
+            break;
+        if (flush)
+            ptrace(PTRACE_POKEUSER, child, 8 * RAX, -static_cast<long>(EIO));
+        *flushes += flush;
+    }
+    return WEXITSTATUS(status);
+}
+
+void Clean(const std::optional<std::string>& before)
+{
+    for (const auto& entry : fs::directory_iterator("."))
+        if (entry.path().extension() != ".tsv")
+            fs::remove(entry.path());
+    if (before)
+        Write(FILE_NAME, *before);
+}
+
+int Sweep(const std::optional<std::string>& before, const std::string& after)
+{
+    for (int call = 1;; ++call) {
+        Clean(before);
+        if (!KillAt("new.tsv", call))
+            return call - 1;
+        const std::optional<std::string> left = Bytes(FILE_NAME);
+        const std::string where = "killed at call " + std::to_string(call) + ": ";
+        if (left != before && left != after)
+            Fail(where + (left ? "neither the old nor the new file" : "no file is left"));
+        Build("new.tsv");
+        if (Bytes(FILE_NAME) != after)
+            Fail(where + "the next build makes another file");
+        if (fs::exists(std::string(FILE_NAME) + ".new"))
+            Fail(where + "the next build leaves a .new");
+    }
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 3)
+        return 2;
+    program = argv[1];
+    fs::remove_all(argv[2]);
+    fs::create_directories(argv[2]);
+    fs::current_path(argv[2]);
+    Write("old.tsv", "a\tb\n");
+    Write("new.tsv", "c\td\ne\tf\n");
+    Build("old.tsv");
+    const std::string before = Bytes(FILE_NAME).value();
+    Build("new.tsv");
+    const std::string after = Bytes(FILE_NAME).value();
+    if (before == after)
+        Fail("the two lexicons are the same");
+
+    Clean(before);
+    int flushes = 0;
+    if (BuildUnflushed("new.tsv", &flushes) != 1 || flushes == 0)
+        Fail("a flush that fails isn't told, or there was none");
+    if (Bytes(FILE_NAME) != before || fs::exists(std::string(FILE_NAME) + ".new"))
+        Fail("a flush that fails leaves something else than the old lexicon");
+
+    const int replacing = Sweep(before, after);
+    const int making = Sweep(std::nullopt, after);
+    std::printf("kill sweep: %d calls of a build over an old lexicon, %d of one without\n",
+                replacing, making);
+    return 0;
+}
