@@ -15,6 +15,38 @@ namespace charinfo
 {
 namespace
 {
+const char USAGE_TEXT[] = "usage: charinfo TEXT\nTry charinfo --help.\n";
+
+// tools/manpage.py makes the manual page of it.
+const char HELP_TEXT[] =
+    "usage: charinfo TEXT\n"
+    "\n"
+    "Tells what the library knows of the characters of a text. Prints a line for each; the text "
+    "is\n"
+    "UTF-8, as is the output.\n"
+    "\n"
+    "Columns:\n"
+    "  Char       the character; a mark on a dotted circle; nothing for what can't be seen\n"
+    "  Unit       its UTF-16 unit; a character beyond U+FFFF is two, with a line for each\n"
+    "  Category, Block\n"
+    "             by Unicode 2.0; newer characters are Unknown\n"
+    "  Word, Text\n"
+    "             the character word and the text processing word\n"
+    "  Layout     the direction by its usual short name\n"
+    "  Number     the numeric value\n"
+    "  Upper, Lower, Base\n"
+    "             what the mappings make of it, if it is something else\n"
+    "\n"
+    "Options:\n"
+    "  --help     prints this text\n"
+    "  --version  prints the version\n"
+    "  --         ends the options: what follows is the text\n"
+    "\n"
+    "Exit status:\n"
+    "  0          all went well\n"
+    "  1          the text isn't UTF-8, or the output can't be written\n"
+    "  2          a wrong use\n";
+
 typedef unsigned short Unit;
 
 // What stands in a place of the table, and how many columns of a terminal it takes.
@@ -145,20 +177,14 @@ void Print(const std::vector<Row>& rows, std::ostream& output)
     for (const Row& row : rows)
         output << Line(row, widths);
 }
-} // namespace
-
-Status Run(const std::vector<std::string>& arguments, std::ostream& output, std::ostream& errors)
+Status Show(const std::string& bytes, std::ostream& output, std::ostream& errors)
 {
-    if (arguments.size() != 1) {
-        errors << "usage: charinfo TEXT\n";
-        return USAGE;
-    }
-    if (!common::IsUtf8(arguments[0])) {
+    if (!common::IsUtf8(bytes)) {
         errors << "charinfo: the text is not UTF-8\n";
         return FAILED;
     }
     CT_UString text;
-    common::ToWide(arguments[0], &text);
+    common::ToWide(bytes, &text);
     CT_ErrorManager* manager = CT_ErrorManager::spco_Get();
     if (manager->b_IsSetError()) {
         errors << "charinfo: " << common::ToUtf8(manager->qcuz_GetErrorMessage()) << "\n";
@@ -169,10 +195,29 @@ Status Run(const std::vector<std::string>& arguments, std::ostream& output, std:
     for (unsigned n = 0; n < text.vn_GetLength(); ++n)
         rows.push_back(Describe(text.u_GetAt(n)));
     Print(rows, output);
+    return DONE;
+}
+} // namespace
+
+Status Run(const std::vector<std::string>& arguments, std::ostream& output, std::ostream& errors)
+{
+    const bool ended = arguments.size() == 2 && arguments[0] == "--";
+    if (arguments.size() != 1 && !ended) {
+        errors << USAGE_TEXT;
+        return USAGE;
+    }
+    const std::string& text = arguments.back();
+    Status status = DONE;
+    if (!ended && text == "--help")
+        output << HELP_TEXT;
+    else if (!ended && text == "--version")
+        output << "charinfo (Ostra) " OSTRA_TOOL_VERSION "\n";
+    else
+        status = Show(text, output, errors);
     if (!output.flush()) {
         errors << "charinfo: cannot write the output\n";
-        return FAILED;
+        status = FAILED;
     }
-    return DONE;
+    return status;
 }
 } // namespace charinfo

@@ -64,16 +64,6 @@ if(LIMITS)
         message(SEND_ERROR "no room for a picture: ${result}\n${out}${err}")
     endif()
     check_files("words.rec;words.tsv")
-    # A device is no place for a lexicon; a picture may go there, and the device stays.
-    if(EXISTS /dev/full)
-        check(1 "" "lexicon: /dev/full: this is no plain file\n" build words.tsv /dev/full)
-        check(1 "" "*" draw words.rec Z -o /dev/full)
-        execute_process(COMMAND test -c /dev/full -a ! -e /dev/full.new RESULT_VARIABLE result)
-        if(NOT result EQUAL 0)
-            message(SEND_ERROR "/dev/full is no device any more, or has a file beside it")
-        endif()
-        check_files("words.rec;words.tsv")
-    endif()
     # A full disk under the output.
     if(EXISTS /dev/full)
         execute_process(COMMAND sh -c "exec \"$@\" >/dev/full" sh ${LEXICON} list words.rec

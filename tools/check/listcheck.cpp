@@ -2,11 +2,23 @@
 #include "Files.h"
 #include "ListCheck.h"
 
+#include <cstdio>
+
+namespace
+{
+const Tool TOOL = {"listcheck",
+                   "Tells whether compressed lists are sound. Prints a line for each: \"sound\", "
+                   "or the first rule\n"
+                   "broken with its offset.",
+                   "all lists are sound", "one isn't, or can't be read",
+                   [](const std::string& name, const std::string& bytes) {
+                       const ListVerdict verdict = CheckList(bytes);
+                       std::printf("%s: %s", name.c_str(), DescribeListVerdict(verdict).c_str());
+                       return verdict.sound;
+                   }};
+} // namespace
+
 int main(int argc, char** argv)
 {
-    return ForEachFile(argc, argv, [](const char* path, const std::string& bytes) {
-        const ListVerdict verdict = CheckList(bytes);
-        std::printf("%s: %s", path, DescribeListVerdict(verdict).c_str());
-        return verdict.sound;
-    });
+    return RunTool(TOOL, argc, argv);
 }

@@ -2,10 +2,22 @@
 #include "Files.h"
 #include "ListDump.h"
 
+#include <cstdio>
+
+namespace
+{
+const Tool TOOL = {"listdump",
+                   "Prints compressed lists as annotated hex text: every byte once, in order, with "
+                   "what it is. Any\n"
+                   "bytes will do; what is no list is shown as it is.",
+                   "all lists were printed", "one can't be read",
+                   [](const std::string&, const std::string& bytes) {
+                       std::fputs(DumpList(bytes).c_str(), stdout);
+                       return true;
+                   }};
+} // namespace
+
 int main(int argc, char** argv)
 {
-    return ForEachFile(argc, argv, [](const char*, const std::string& bytes) {
-        std::fputs(DumpList(bytes).c_str(), stdout);
-        return true;
-    });
+    return RunTool(TOOL, argc, argv);
 }

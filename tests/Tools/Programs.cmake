@@ -1,0 +1,30 @@
+# tests/Tools/Programs.cmake: the programs that are installed, from outside, on every target. Needs PROGRAMS (paths),
+# EMULATOR (what runs them, if anything), VERSION, SAMPLE (an input of lexicon) and WORK (a directory of its own).
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+include(${CMAKE_CURRENT_LIST_DIR}/../Examples/Check.cmake)
+
+foreach(path IN LISTS PROGRAMS)
+    get_filename_component(name ${path} NAME_WE)
+    set(${name} ${EMULATOR} ${path})
+    set(PROGRAM ${${name}})
+    check(0 "*" "" --help)
+    check(2 "" "*")
+endforeach()
+
+set(PROGRAM ${lexicon})
+file(COPY_FILE ${SAMPLE} ${WORK}/words.tsv)
+check(0 "*" "" build words.tsv words.rec)
+foreach(name reccheck recdump listcheck listdump)
+    set(PROGRAM ${${name}})
+    check(1 "" "*" missing.rec)
+    check(1 "" "*" .)
+    check(2 "" "*" --nonsense)
+endforeach()
+# A line ends as the platform has it.
+set(PROGRAM ${reccheck})
+check(1 "*" "*" words.rec missing.rec . words.rec)
+file(STRINGS ${WORK}.out lines)
+if(NOT lines STREQUAL "words.rec: sound;words.rec: sound")
+    message(SEND_ERROR "a bad file takes the verdicts of others: ${lines}")
+endif()
