@@ -24,6 +24,10 @@ unsigned RightsOf(DWORD access, DWORD flags)
     return rights;
 }
 
+// Number 7 has no name, and the platform refuses it as a parameter. Here it opens always, like the
+// attempt that it follows, so that a second refusal tells the reason of the first.
+constexpr DWORD OPEN_ALWAYS_AGAIN = 7;
+
 bool IsDisposition(DWORD disposition, DWORD access)
 {
     if (disposition == TRUNCATE_EXISTING)
@@ -63,6 +67,8 @@ HANDLE CreateFileW(LPCWSTR lpFileName, DWORD dwDesiredAccess, DWORD dwShareMode,
         auto path = HostName(lpFileName);
         if (!path)
             return INVALID_HANDLE_VALUE;
+        if (dwCreationDisposition == OPEN_ALWAYS_AGAIN)
+            dwCreationDisposition = OPEN_ALWAYS;
         if (!IsDisposition(dwCreationDisposition, dwDesiredAccess)) {
             SetLastError(ERROR_INVALID_PARAMETER);
             return INVALID_HANDLE_VALUE;

@@ -151,11 +151,12 @@ void CT_File::v_SetAccess(et_FileAccess ec_Access)
 {
     if (ec_Access == ec_FileAccess)
         return;
+    const CT_Report::CT_Since co_Since;
     const unsigned n_Offset = vn_GetOffset();
-    if (CT_Report::sb_Failed(qccz_Source))
+    if (co_Since.b_Failed(qccz_Source))
         return;
     vv_SetOffset(e_OriginBegin, static_cast<int>(n_Offset));
-    if (!CT_Report::sb_Failed(qccz_Source))
+    if (!co_Since.b_Failed(qccz_Source))
         ec_FileAccess = ec_Access;
 }
 

@@ -11,7 +11,8 @@
 // Units:   sizes and offsets are bytes, 32 bits of them.
 // Owns:    copies of its names, and a work buffer that only grows.
 // Reports: no error of its own; adds its places to the trail of what the primitives report. While
-//          the thread has an error set, transfers do nothing more and give 0.
+//          the thread has an error set, the primitives go on working; what is written on them here
+//          gives up behind the first one and gives 0.
 // Caller:  doesn't mix the sequential readers with seeks or with the other readers.
 // Threads: one thread at a time.
 class OSTRA_API CT_File
@@ -151,8 +152,8 @@ public:
     // Result: bytes read.
     unsigned n_Read(CT_Buffer* pco_Buffer, unsigned n_Size);
 
-    // Writes n_Size bytes of the buffer, its used size for -1; n_Size isn't cut to the used size.
-    // An empty buffer writes nothing. Result: bytes written.
+    // Writes n_Size bytes of the buffer, its used size for -1. n_Size isn't cut to the used size,
+    // but it ends with the buffer's room. An empty buffer writes nothing. Result: bytes written.
     unsigned n_Write(const CT_Buffer* pco_Buffer, unsigned n_Size);
 
     // Appends a whole file in pieces of n_ChunkSize bytes. Both files are closed, and are closed
@@ -162,7 +163,8 @@ public:
 protected:
     void v_SetOpen(int b_IsOpen) { b_Open = b_IsOpen; }
 
-    // Names the direction of a transfer. A change of it seeks to the present offset.
+    // Names the direction of a transfer. A change of it seeks to the present offset; where that
+    // fails the direction stays. An error that was set before is no failure.
     void v_SetAccess(et_FileAccess ec_Access);
 
     // The order of the members is part of the interface.

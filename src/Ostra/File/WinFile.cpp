@@ -14,9 +14,10 @@ static constexpr auto& qccz_Source = qccz_WinFileSource;
 namespace
 {
 constexpr unsigned RENAMED_BUFFER_SIZE = 16384;
+constexpr unsigned FLAG_DELETE_ON_CLOSE = 32;
 
-// Kept: the disposition of the second attempt of an append has no name, and no system knows it. The
-// attempt ends in the report of its refusal.
+// Kept: the disposition of the second attempt of an append has no name. Windows doesn't know it and
+// refuses it as such; elsewhere it is an attempt like the first one, and reports what is in the way.
 constexpr unsigned SECOND_ATTEMPT = 7;
 
 struct st_Bit
@@ -202,10 +203,8 @@ HANDLE CT_WinFile::h_Create(et_Access ec_Access, unsigned n_How, et_Share ec_Sha
 
 void CT_WinFile::vv_Close()
 {
-    if (h_Map) {
-        v_CloseMap(0);
+    if (h_Map && !b_CloseMap(0))
         CT_Report::sb_Failed(qccz_Source);
-    }
     if (!CloseHandle(h_File)) {
         CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
         return;
@@ -231,13 +230,64 @@ void CT_WinFile::vv_Remove()
 
 void CT_WinFile::vv_Rename(const CT_String* pco_NewName)
 {
+    if (b_Move(pco_NewName) || b_MoveClosed(pco_NewName))
+        vv_Set(pco_NewName, RENAMED_BUFFER_SIZE);
+}
+
+int CT_WinFile::b_Move(const CT_String* pcco_NewName) const
+{
     const auto f_MoveW = [](LPCWSTR qcuz_Old, LPCWSTR qcuz_New) {
         return MoveFileExW(qcuz_Old, qcuz_New, MOVEFILE_COPY_ALLOWED);
     };
-    if (t_Call(f_MoveW, MoveFileA, &co_FullName, pco_NewName))
-        vv_Set(pco_NewName, RENAMED_BUFFER_SIZE);
-    else
-        v_ReportWith(co_FullName, pco_NewName);
+    return t_Call(f_MoveW, MoveFileA, &co_FullName, pcco_NewName) != 0;
+}
+
+// Whether the handle of the object may be why the system has refused. A file that goes with its
+// handle isn't closed for a try.
+int CT_WinFile::b_StandsInTheWay() const
+{
+    return b_Open && GetLastError() == ERROR_SHARING_VIOLATION &&
+           !(n_OpenFlag & FLAG_DELETE_ON_CLOSE);
+}
+
+// Renames the file without the handle, if that may help. If it fails the object is open as it was.
+int CT_WinFile::b_MoveClosed(const CT_String* pcco_NewName)
+{
+    if (!b_StandsInTheWay()) {
+        v_ReportWith(co_FullName, pcco_NewName);
+        return 0;
+    }
+    const st_Opening so_Opening = so_GetOpening();
+    CT_WinFile::vv_Close();
+    if (!b_Open && b_Move(pcco_NewName))
+        return 1;
+    v_ReportWith(co_FullName, pcco_NewName);
+    if (!b_Open)
+        v_OpenAgain(so_Opening);
+    return 0;
+}
+
+CT_WinFile::st_Opening CT_WinFile::so_GetOpening() const
+{
+    b_SettlePointer();
+    const DWORD n_Place = SetFilePointer(h_File, 0, nullptr, FILE_CURRENT);
+    return {ec_OpenAccess, ec_OpenModi,       ec_OpenShare, n_OpenAttribut, n_OpenFlag,
+            ec_FileAccess, pv_Map != nullptr, n_Offset,     n_Place};
+}
+
+// A file that was made by the first opening is there now.
+void CT_WinFile::v_OpenAgain(const st_Opening& so_Opening)
+{
+    CT_WinFile::vv_Open(so_Opening.ec_Access, e_OpenExisting, so_Opening.ec_Share,
+                        so_Opening.n_Attribut, so_Opening.n_Flag);
+    if (!b_Open)
+        return;
+    ec_OpenModi = so_Opening.ec_Modi;
+    if (so_Opening.b_Mapped)
+        b_CreateMap(WHOLE_FILE);
+    b_PutPointer(so_Opening.n_Pointer);
+    n_Offset = so_Opening.n_Offset;
+    ec_FileAccess = so_Opening.ec_Direction;
 }
 
 void CT_WinFile::v_CopyFile(const CT_String* pco_Target) const
@@ -263,12 +313,21 @@ unsigned CT_WinFile::n_GetAttributes()
 
 // ---- Transfers ---------------------------------------------------------------------------------
 
+// The direction of a transfer. It is taken unless the seek has failed.
+int CT_WinFile::b_Turn(et_FileAccess ec_Access)
+{
+    v_SetAccess(ec_Access);
+    if (ec_FileAccess == ec_Access)
+        return 1;
+    CT_Report::sb_Failed(qccz_Source);
+    return 0;
+}
+
 unsigned CT_WinFile::vn_Read(void* pv_Data, unsigned n_Size)
 {
     if (!n_Size)
         return 0;
-    v_SetAccess(e_FileAccessRead);
-    if (CT_Report::sb_Failed(qccz_Source))
+    if (!b_Turn(e_FileAccessRead))
         return 0;
     DWORD n_Count = 0;
     if (pv_Map)
@@ -284,14 +343,15 @@ unsigned CT_WinFile::vn_Read(void* pv_Data, unsigned n_Size)
 // Kept: a write of no bytes names its direction and asks the system, unlike a read.
 unsigned CT_WinFile::vn_Write(const void* pv_Data, unsigned n_Size)
 {
-    v_SetAccess(e_FileAccessWrite);
-    if (CT_Report::sb_Failed(qccz_Source))
+    if (!b_Turn(e_FileAccessWrite))
         return 0;
     DWORD n_Count = 0;
     if (pv_Map) {
-        n_Count = n_WriteMap(n_Offset, pv_Data, n_Size);
-        if (CT_Report::sb_Failed(qccz_Source))
+        if (!b_WriteMap(n_Offset, pv_Data, n_Size)) {
+            CT_Report::sb_Failed(qccz_Source);
             return 0;
+        }
+        n_Count = n_Size;
     } else if (!WriteFile(h_File, pv_Data, n_Size, &n_Count, nullptr)) {
         CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());
         return 0;
@@ -356,8 +416,9 @@ int CT_WinFile::b_Seek(et_Origin ec_Origin, int i_Offset)
     if (ec_Origin == e_OriginBegin)
         n_Offset = 0;
     else if (ec_Origin == e_OriginEnd) {
+        const CT_Report::CT_Since co_Since;
         n_Offset = vn_GetSize();
-        CT_Report::sb_Failed(qccz_Source);
+        co_Since.b_Failed(qccz_Source);
     }
     n_Offset += i_Offset;
     return 1;
@@ -369,7 +430,12 @@ int CT_WinFile::b_SettlePointer() const
     if (!b_PointerLate)
         return 1;
     b_PointerLate = 0;
-    if (SetFilePointer(h_File, static_cast<LONG>(n_Pointer), nullptr, FILE_BEGIN) !=
+    return b_PutPointer(n_Pointer);
+}
+
+int CT_WinFile::b_PutPointer(unsigned n_Place) const
+{
+    if (SetFilePointer(h_File, static_cast<LONG>(n_Place), nullptr, FILE_BEGIN) !=
         INVALID_SET_FILE_POINTER)
         return 1;
     CT_Report::sv_System(qccz_Source, co_FullName.qcuz_Get());

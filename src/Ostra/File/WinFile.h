@@ -14,7 +14,8 @@
 // Units:   sizes and offsets are bytes, 32 bits of them.
 // Owns:    the handle, the mapping object and its view, all closed by vv_Close, vv_Set and the
 //          destructor.
-// Reports: the system's error with the full name; rename and copy with both names.
+// Reports: the system's error with the full name; rename and copy with both names. An error that
+//          was set before stops none of the operations here.
 // Caller:  closes before opening again, leaves mapped mode before entering it again, and writes to
 //          a mapped file in pieces smaller than its map.
 // Threads: one thread at a time.
@@ -47,7 +48,8 @@ public:
     void vv_Flush() override;
     void vv_Remove() override;
     // Never replaces another file. On success the object is closed and has the new name and a
-    // buffer size of 16,384.
+    // buffer size of 16,384. Its own handle is closed for the renaming if it stands in the way; if
+    // the system refuses all the same, the object is open as it was.
     void vv_Rename(const CT_String* pco_NewName) override;
     unsigned vn_Read(void* pv_Data, unsigned n_Size) override;
     unsigned vn_Write(const void* pv_Data, unsigned n_Size) override;
@@ -66,7 +68,8 @@ public:
 
     // Enters mapped mode: a reader's map is the file, a writer's is n_Size doubled until it is
     // larger than the file (-1: as large as the file), and the file grows to it. Leaves it: a
-    // writer's file is cut to n_Size bytes, or keeps the size of the map if that is 0.
+    // writer's file is cut to n_Size bytes, or keeps the size of the map if that is 0. Where it
+    // isn't cut the offset stays, and the system's pointer is moved there.
     void v_SetMapping(int b_Map, unsigned n_Size);
     void v_FlushMap();
 
@@ -126,6 +129,29 @@ private:
     void v_OpenQuiet();
     void v_CloseQuiet() const;
     int b_SettlePointer() const;
+    int b_PutPointer(unsigned n_Place) const;
+
+    // ---- Renaming ---------------------------------------------------------------------------
+
+    // All that a handle comes with.
+    struct st_Opening
+    {
+        et_Access ec_Access;
+        et_Open ec_Modi;
+        et_Share ec_Share;
+        unsigned n_Attribut;
+        unsigned n_Flag;
+        et_FileAccess ec_Direction;
+        int b_Mapped;
+        unsigned n_Offset;
+        unsigned n_Pointer;
+    };
+
+    int b_Move(const CT_String* pcco_NewName) const;
+    int b_StandsInTheWay() const;
+    int b_MoveClosed(const CT_String* pcco_NewName);
+    st_Opening so_GetOpening() const;
+    void v_OpenAgain(const st_Opening& so_Opening);
 
     void v_Null();
     void v_Forget();
@@ -133,14 +159,20 @@ private:
     HANDLE h_Create(et_Access ec_Access, unsigned n_How, et_Share ec_Share, unsigned n_Word) const;
     unsigned n_MeasureClosed() const;
     int b_Seek(et_Origin ec_Origin, int i_Offset);
+    int b_Turn(et_FileAccess ec_Access);
 
-    void v_CreateMap(unsigned n_Size);
+    static constexpr unsigned WHOLE_FILE = 0xFFFFFFFF; // as the size of a map
+
+    int b_CreateMap(unsigned n_Size);
     int b_FitMap(unsigned* pn_Size, unsigned n_FileSize) const;
     int b_GrowMap();
-    unsigned n_RefuseMap(unsigned n_Error, unsigned n_Line = __builtin_LINE()) const;
-    void v_CloseMap(unsigned n_Size);
+    void v_RestoreMap(unsigned n_Size);
+    int b_RefuseMap(unsigned n_Error, unsigned n_Line = __builtin_LINE()) const;
+    int b_CloseMap(unsigned n_Size);
+    int b_LeaveMap(unsigned n_Size);
+    int b_ReserveMap(unsigned n_End);
     unsigned n_ReadMap(unsigned n_From, void* pv_Data, unsigned n_Size);
-    unsigned n_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size);
+    int b_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size);
 
     // The order of the members is part of the interface.
     HANDLE h_File;     // null when closed, INVALID_HANDLE_VALUE after a failed open

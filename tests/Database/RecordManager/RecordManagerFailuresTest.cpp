@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "RecordCheck.h"
 #include "Support/Endless.h"
 
 namespace
@@ -488,17 +489,39 @@ TEST(RecordManagerFailures, FailedSaveIsReportedByCloseAndFlush)
     EXPECT_FALSE(records->pcco_GetFile()->b_IsOpen());
 }
 
-// Transfers do nothing while an error is set, and the save isn't tried again.
-TEST(RecordManagerFailures, CloseWithAnErrorSetSavesNothing)
+// A harmless error of before doesn't cost the session.
+TEST(RecordManagerFailures, CloseWithAnErrorSetSavesAll)
 {
-    WriteWorkedFile();
+    for (bool map : {false, true}) {
+        SCOPED_TRACE(map);
+        WriteWorkedFile();
+        RecordFile records;
+        records.OpenToWrite(map);
+        const unsigned reference = records.Add("record");
+        records->v_DeleteRecord(0);
+        records->v_Close(1);
+        EXPECT_EQ(TakeCode(), 31051u);
+        EXPECT_FALSE(records->pcco_GetFile()->b_IsOpen());
+        const Image image = Image::Load();
+        EXPECT_EQ(image.Word(76), 2u);
+        EXPECT_TRUE(CheckRecordFile(image.bytes).sound);
+        records.OpenToRead();
+        EXPECT_EQ(records.Get(reference).substr(0, 6), "record");
+        records.Close();
+    }
+}
+
+TEST(RecordManagerFailures, FlushWithAnErrorSetSavesAll)
+{
     RecordFile records;
-    records.OpenToWrite(false);
+    records.Create(56, 64, 1);
     records.Add("record");
+    records.AddResource(7, "seven");
     records->v_DeleteRecord(0);
-    records->v_Close(1);
+    records->v_Flush();
     EXPECT_EQ(TakeCode(), 31051u);
-    EXPECT_EQ(Image::Load().Word(76), 1u);
+    EXPECT_EQ(static_cast<const char*>(records->pcco_GetFile()->pv_GetMapping())[76], 1);
+    records.Close();
 }
 
 TEST(RecordManagerFailures, DataBeyondTwiceTheMapIsRefused)

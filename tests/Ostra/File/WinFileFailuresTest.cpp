@@ -114,26 +114,79 @@ TEST(WinFileFailures, SizeAndEndOfAFileWhoseHandleIsGone)
     EXPECT_EQ(file.b_IsOpen(), 0) << "made new all the same";
 }
 
-TEST(WinFileFailures, AnErrorThatStandsStopsTransfersAndStays)
+TEST(WinFileFailures, AnErrorThatStandsStopsNoTransfer)
+{
+    for (const int map : {0, 1}) {
+        SCOPED_TRACE(map);
+        WriteBytes("file", "abc");
+        WinFileProbe file("file", CT_File::e_OpenExisting);
+        if (map)
+            file.v_SetMapping(1, 4);
+        Errors().v_SetError(1234, Units(u"first"));
+        EXPECT_EQ(file.Read(1), "a");
+        EXPECT_EQ(file.Write("xyz"), 3u);
+        EXPECT_EQ(file.Write("grown"), 5u);
+        file.vv_SetOffset(CT_File::e_OriginBegin, 2);
+        EXPECT_EQ(file.Read(4), "yzgr");
+        if (map)
+            file.v_SetMapping(0, 9);
+        EXPECT_EQ(TakeFailure(), (Failure{1234, "(1234): first", {}}));
+        file.vv_Close();
+        EXPECT_EQ(ReadBytes("file"), "axyzgrown");
+    }
+}
+
+// v_SetAttributes leaves one after each call.
+TEST(WinFileFailures, AWriteBehindASetOfAttributesWrites)
+{
+    WinFileProbe file("file", CT_File::e_OpenCreate);
+    file.v_SetAttributes(FILE_ATTRIBUTE_ARCHIVE);
+    EXPECT_EQ(file.Write("abc"), 3u);
+    file.vv_Close();
+    EXPECT_EQ(Errors().b_IsSetError(), 1);
+    Errors().v_ClearError();
+    EXPECT_EQ(ReadBytes("file"), "abc");
+}
+
+// Its own failure stops a transfer also behind an older error, which stays.
+TEST(WinFileFailures, ATransferFailsBehindAnErrorThatStands)
+{
+    for (const bool reads : {false, true}) {
+        WinFileProbe file("file", CT_File::e_OpenCreate);
+        const HANDLE handle = file.h_GetHandle();
+        ASSERT_TRUE(CloseHandle(handle));
+        Errors().v_SetError(1234, Units(u"first"));
+        EXPECT_EQ(reads ? file.vn_Read(&file, 1) : file.vn_Write("x", 1), 0u);
+        EXPECT_EQ(TakeFailure(),
+                  (Failure{1234, "(1234): first", {WINFILE_PLACE, FILE_PLACE, WINFILE_PLACE}}));
+        EXPECT_EQ(file.Access(), CT_File::e_FileAccessNone);
+        EXPECT_EQ(file.vn_GetOffset(), 0u);
+        file.vv_Set();
+        TakeFailure();
+    }
+}
+
+// What is written on the primitives asks behind each of them.
+TEST(WinFileFailures, AnErrorThatStandsEndsALineAndABuffer)
 {
     WriteBytes("file", "abc");
     WinFileProbe file("file", CT_File::e_OpenExisting);
     EXPECT_EQ(file.Read(1), "a");
     Errors().v_SetError(1234, Units(u"first"));
-    char c = '?';
     CT_CString line("left over");
-    EXPECT_EQ(file.vn_Read(&c, 1), 0u);
-    EXPECT_EQ(file.vn_Write("x", 1), 0u);
     EXPECT_EQ(file.n_ReadLineC(&line, nullptr), 0u);
-    EXPECT_EQ(c, '?');
     EXPECT_EQ(Get(line), "left over");
+    EXPECT_EQ(file.vn_GetOffset(), 1u);
+    const CT_Buffer buffer("xy", 2, 32);
+    EXPECT_EQ(file.n_Write(&buffer, -1), 0u) << "written, but not told";
+    const CT_CString text("z");
+    file.v_WriteLineC(&text, 1);
     EXPECT_EQ(TakeFailure(),
               (Failure{1234,
                        "(1234): first",
-                       {WINFILE_PLACE, FILE_PLACE, WINFILE_PLACE, "Ostra/File/File"}}));
-    EXPECT_EQ(file.vn_GetOffset(), 1u);
+                       {FILE_PLACE, FILE_PLACE, FILE_PLACE}}));
     file.vv_Close();
-    EXPECT_EQ(ReadBytes("file"), "abc");
+    EXPECT_EQ(ReadBytes("file"), "axyz") << "the line has no end";
 }
 
 TEST(WinFileFailures, ASecondFailureAddsItsPlaceToTheFirst)

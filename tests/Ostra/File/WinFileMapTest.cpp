@@ -213,9 +213,26 @@ TEST(WinFileMap, MappedTransfersLeaveTheSystemsPointer)
     EXPECT_EQ(file.vn_GetOffset(), 10u);
     file.vv_SetOffset(CT_File::e_OriginCurrent, 5);
     EXPECT_EQ(file.vn_GetOffset(), 15u);
+    EXPECT_EQ(SetFilePointer(file.h_GetHandle(), 0, nullptr, FILE_CURRENT), 5u);
+    EXPECT_EQ(TakeSystem(), NONE);
+}
+
+TEST(WinFileMap, LeavingMappedModeGoesOnAtTheOffset)
+{
+    Mapped file(16);
+    EXPECT_EQ(file.Write("twelve bytes"), 12u);
     file.v_SetMapping(0, 0);
+    EXPECT_EQ(file.Write("body"), 4u);
+    EXPECT_EQ(file.vn_GetOffset(), 16u);
     file.v_SetEndOfFile();
-    EXPECT_EQ(file.vn_GetSize(), 5u) << "cut where the system's pointer stands";
+    file.vv_Close();
+    EXPECT_EQ(TakeSystem(), NONE);
+    EXPECT_EQ(ReadBytes("file"), "twelve bytesbody");
+    WinFileProbe reader("file", CT_File::e_OpenExisting, CT_File::e_AccessRead);
+    reader.v_SetMapping(1, 0);
+    EXPECT_EQ(reader.Read(7), "twelve ");
+    reader.v_SetMapping(0, 5);
+    EXPECT_EQ(reader.Read(5), "bytes");
     EXPECT_EQ(TakeSystem(), NONE);
 }
 

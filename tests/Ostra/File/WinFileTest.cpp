@@ -116,11 +116,23 @@ TEST(WinFile, OpenAppendStandsAtTheEnd)
     EXPECT_EQ(TakeSystem(), NONE);
 }
 
+// Windows refuses the disposition of the second attempt, whatever was in the way of the first one.
 TEST(WinFile, AnAppendThatFailsReportsItsSecondAttempt)
 {
-    WinFileProbe file("missing/file", CT_File::e_OpenAppend);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{87, "missing/file", {WINFILE_PLACE}}));
-    EXPECT_EQ(file.h_GetHandle(), INVALID_HANDLE_VALUE);
+    {
+        WinFileProbe file("missing/file", CT_File::e_OpenAppend);
+        EXPECT_EQ(TakeSystem(),
+                  (SystemFailure{HOST_PATHS ? 3u : 87u, "missing/file", {WINFILE_PLACE}}));
+        EXPECT_EQ(file.h_GetHandle(), INVALID_HANDLE_VALUE);
+    }
+    fs::create_directory("directory");
+    WinFileProbe directory("directory", CT_File::e_OpenAppend);
+    EXPECT_EQ(TakeSystem(), (SystemFailure{HOST_PATHS ? 5u : 87u, "directory", {WINFILE_PLACE}}));
+    WriteBytes("file", "abc");
+    WinFileProbe reader("file", CT_File::e_OpenExisting);
+    WinFileProbe file("file", CT_File::e_OpenAppend);
+    EXPECT_EQ(TakeSystem(), (SystemFailure{HOST_PATHS ? 32u : 87u, "file", {WINFILE_PLACE}}));
+    EXPECT_EQ(file.b_IsOpen(), 0);
 }
 
 TEST(WinFile, AnUnknownWayToOpenIsRefused)
@@ -320,19 +332,98 @@ TEST(WinFile, RenamingTakesTheNewName)
 
 TEST(WinFile, RenamingClosesAnOpenFile)
 {
+    const CT_UString name = Name("other");
+    for (const auto access : {CT_File::e_AccessNone, CT_File::e_AccessRead, CT_File::e_AccessWrite,
+                              CT_File::e_AccessReadWrite}) {
+        SCOPED_TRACE(access);
+        fs::remove("other");
+        WriteBytes("file", "abc");
+        WinFileProbe file("file", CT_File::e_OpenExisting, access);
+        file.vv_Rename(&name);
+        EXPECT_EQ(TakeSystem(), NONE);
+        ExpectClosed(file);
+        EXPECT_EQ(file.n_GetBufferSize(), 16384u);
+        EXPECT_EQ(Get(*file.pcco_GetFullName()), "other");
+        EXPECT_FALSE(fs::exists("file"));
+        EXPECT_EQ(ReadBytes("other"), "abc");
+    }
+}
+
+TEST(WinFile, RenamingAMappedFileKeepsTheSizeOfTheMap)
+{
     WriteBytes("file", "abc");
-    // The system renames only files that nobody has open for their data.
-    WinFileProbe file("file", CT_File::e_OpenExisting, CT_File::e_AccessNone);
+    WinFileProbe file("file", CT_File::e_OpenExisting);
+    file.v_SetMapping(1, 16);
+    EXPECT_EQ(file.Write("xyz"), 3u);
     const CT_UString name = Name("other");
     file.vv_Rename(&name);
     EXPECT_EQ(TakeSystem(), NONE);
     ExpectClosed(file);
-    EXPECT_TRUE(fs::exists("other"));
-    file.Open(CT_File::e_OpenExisting);
-    const CT_UString third = Name("third");
-    file.vv_Rename(&third);
-    EXPECT_EQ(TakeSystem(), (SystemFailure{32, "other : third", {WINFILE_PLACE}}));
+    EXPECT_EQ(ReadBytes("other"), std::string("xyz") + std::string(13, '\0'));
+}
+
+// Another object's handle stands in the way, too: the own one was closed for nothing.
+TEST(WinFile, RenamingThatFailsLeavesTheFileOpenAsItWas)
+{
+    WriteBytes("file", "abcdef");
+    WinFileProbe file("file", CT_File::e_OpenAppend, CT_File::e_AccessReadWrite,
+                      CT_File::e_ShareReadWrite);
+    WinFileProbe other("file", CT_File::e_OpenExisting, CT_File::e_AccessRead,
+                       CT_File::e_ShareReadWrite);
+    EXPECT_EQ(file.Write("gh"), 2u);
+    const CT_UString name = Name("other");
+    file.vv_Rename(&name);
+    EXPECT_EQ(TakeSystem(), (SystemFailure{32, "file : other", {WINFILE_PLACE}}));
     EXPECT_EQ(file.b_IsOpen(), 1);
+    EXPECT_EQ(file.ec_GetOpenAccess(), CT_File::e_AccessReadWrite);
+    EXPECT_EQ(file.ec_GetOpenModi(), CT_File::e_OpenAppend);
+    EXPECT_EQ(file.ec_GetOpenShare(), CT_File::e_ShareReadWrite);
+    EXPECT_EQ(file.n_GetOpenAttribut(), 1u);
+    EXPECT_EQ(file.Access(), CT_File::e_FileAccessWrite);
+    EXPECT_EQ(file.vn_GetOffset(), 8u);
+    EXPECT_EQ(file.Write("ij"), 2u);
+    other.vv_Close();
+    file.vv_Rename(&name);
+    EXPECT_EQ(TakeSystem(), NONE);
+    EXPECT_EQ(ReadBytes("other"), "abcdefghij");
+}
+
+// As it was also means: with its content, and with its map.
+TEST(WinFile, RenamingThatFailsLeavesANewFileItsContentAndItsMap)
+{
+    WinFileProbe file("file", CT_File::e_OpenCreate, CT_File::e_AccessReadWrite,
+                      CT_File::e_ShareReadWrite);
+    WinFileProbe other("file", CT_File::e_OpenExisting, CT_File::e_AccessRead,
+                       CT_File::e_ShareReadWrite);
+    file.v_SetMapping(1, 16);
+    EXPECT_EQ(file.Write("abc"), 3u);
+    const CT_UString name = Name("other");
+    file.vv_Rename(&name);
+    EXPECT_EQ(TakeSystem(), (SystemFailure{32, "file : other", {WINFILE_PLACE}}));
+    EXPECT_EQ(file.ec_GetOpenModi(), CT_File::e_OpenCreate);
+    EXPECT_EQ(file.b_GetMapping(), 1);
+    EXPECT_EQ(file.vn_GetSize(), 16u);
+    EXPECT_EQ(file.Write("def"), 3u);
+    file.v_SetMapping(0, 6);
+    file.vv_Close();
+    EXPECT_EQ(TakeSystem(), NONE);
+    EXPECT_EQ(ReadBytes("file"), "abcdef");
+}
+
+TEST(WinFile, RenamingAnOpenFileReplacesNothing)
+{
+    WriteBytes("file", "abc");
+    WriteBytes("other", "def");
+    WinFileProbe file("file", CT_File::e_OpenExisting);
+    EXPECT_EQ(file.Read(1), "a");
+    const CT_UString name = Name("other");
+    file.vv_Rename(&name);
+    const SystemFailure failure = TakeSystem();
+    EXPECT_TRUE(failure.code == 183 || failure.code == 32) << failure.code;
+    EXPECT_EQ(failure.names, "file : other");
+    EXPECT_EQ(file.b_IsOpen(), 1);
+    EXPECT_EQ(file.Read(9), "bc");
+    EXPECT_EQ(ReadBytes("other"), "def");
 }
 
 TEST(WinFile, RenamingReplacesNothing)
