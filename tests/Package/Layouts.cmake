@@ -16,7 +16,10 @@ file(REMOVE_RECURSE ${WORK})
 install_layout(debian ${WORK}/stage -D CMAKE_INSTALL_PREFIX=/usr -D CMAKE_INSTALL_LIBDIR=lib/some-machine)
 file(RENAME ${WORK}/stage ${WORK}/debian)
 run_by_pkg_config(debian-program ${WORK}/debian/usr/lib/some-machine/pkgconfig)
-# Folders apart from each other and from the prefix.
-install_layout(absolute "" -D CMAKE_INSTALL_PREFIX=${WORK}/absolute/prefix
-    -D CMAKE_INSTALL_LIBDIR=${WORK}/absolute/libraries -D CMAKE_INSTALL_INCLUDEDIR=${WORK}/absolute/headers)
-run_by_pkg_config(absolute-program ${WORK}/absolute/libraries/pkgconfig)
+# Folders apart from each other and from the prefix. CMake takes none that lie below the project's.
+run(mktemp -d)
+string(STRIP ${output} absolute)
+install_layout(absolute "" -D CMAKE_INSTALL_PREFIX=${absolute}/prefix -D CMAKE_INSTALL_LIBDIR=${absolute}/libraries
+    -D CMAKE_INSTALL_INCLUDEDIR=${absolute}/headers)
+run_by_pkg_config(absolute-program ${absolute}/libraries/pkgconfig)
+file(REMOVE_RECURSE ${absolute})

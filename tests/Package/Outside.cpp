@@ -3,8 +3,30 @@
 
 #include <cstdio>
 
+namespace
+{
+// The library is up before the statics of a program, and knows its own module and the texts in it.
+struct Early
+{
+    Early()
+    {
+        CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+        errors->v_SetError(60006, nullptr, 60006);
+        has_text =
+            errors->qcuz_GetErrorMessage()[0] == '(' && errors->qcuz_GetErrorMessage()[9] == 'O';
+        errors->v_ClearError();
+        is_up = CT_OstraDLLMain::sh_GetInstance() != nullptr && CT_OS::sn_GetNumCPU() != 0;
+    }
+    bool has_text;
+    bool is_up;
+};
+const Early early;
+} // namespace
+
 int main()
 {
+    if (!early.is_up || !early.has_text)
+        return 4;
     CT_CompList words(CT_CompList::es_Short, 4, 0, 1, 1024, 0);
     CT_UString word(qcuz_Text(u"Gr\u00FC\u00DFe"));
     if (!words.b_Add(&word, 42))

@@ -1,7 +1,7 @@
 // winapi/Process/ModuleEntry.cpp: the notification at load and at unload.
 //
-// A plain constructor runs behind all that have a priority, as the statics of the module's start-up
-// order do.
+// Runs behind the statics of the module, whose priority is 1000. Also in a static library the
+// program's statics come up later, as they do with a shared one.
 #include "winapi/Process/Module.h"
 
 #include <dlfcn.h>
@@ -17,12 +17,12 @@ void Notify(DWORD reason)
         DllMain(static_cast<HINSTANCE>(info.dli_fbase), reason, nullptr);
 }
 
-__attribute__((constructor)) void Attach()
+__attribute__((constructor(2000))) void Attach()
 {
     Notify(winapi::DLL_PROCESS_ATTACH);
 }
 
-__attribute__((destructor)) void Detach()
+__attribute__((destructor(2000))) void Detach()
 {
     Notify(winapi::DLL_PROCESS_DETACH);
 }
