@@ -178,8 +178,29 @@ TEST(BufferSweep, SetLetsGoOfTheBlockFirst)
     for (const int keep : {0, 1})
         SweepChange(
             twenty, [keep](State& state) { state.buffer.v_Set(100, 0xFFFFFFFF, keep); }, "", "");
+}
+
+TEST(BufferSweep, SetOfBytesKeepsTheOldState)
+{
     SweepChange(
-        twenty, [](State& state) { state.buffer.v_Set("bytes", 5, 32); }, "bytes", "");
+        twenty, [](State& state) { state.buffer.v_Set("bytes", 5, 32); }, "bytes", twenty);
+    SweepChange(
+        twenty,
+        [](State& state) {
+            const char* own = static_cast<const char*>(state.buffer.qcv_Get());
+            state.buffer.v_Set(own + 3, 5, 0xFFFFFFFF);
+        },
+        "34567", twenty);
+    Sweep(
+        report, [] { return Shared(twenty); },
+        [](State& state) { state.buffer.v_Set("bytes", 5, 64); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Bytes(state.buffer), failed ? twenty : "bytes");
+            EXPECT_EQ(state.buffer.n_GetGrowth(), failed ? 32U : 64U);
+            EXPECT_EQ(Bytes(state.other), twenty);
+            EXPECT_EQ(state.other.n_GetUseCount(), failed ? 2U : 1U);
+            ExpectUsable(state.buffer);
+        });
 }
 
 TEST(BufferSweep, SetLetsGoOfASharedBlockFirst)
@@ -356,18 +377,62 @@ TEST(BufferSweep, MoveThroughTheHeapReportsWithCodeZero)
         });
 }
 
-TEST(BufferSweep, MoveBetweenBuffersTakesTheRangeOutAllTheSame)
+TEST(BufferSweep, ChangeByItsOwnBytesThatGrows)
 {
-    Sweep(
-        report,
-        [] {
-            auto state = Full();
-            state->other.v_Set("abcdef", 6, 32);
-            return state;
+    const std::string sixteen = twenty.substr(0, 16);
+    SweepChange(
+        twenty, [](State& state) { state.buffer.v_Append(state.buffer.qcv_Get(), 5); },
+        twenty + "01234", twenty);
+    SweepChange(
+        sixteen, [](State& state) { state.buffer.v_Insert(&state.buffer, 2, 8, 4); },
+        "012323456789456789ABCDEF", "01232345456789ABCDEF");
+    SweepChange(
+        twenty, [](State& state) { state.buffer.v_Replace(&state.buffer, 2, 8, 18); },
+        "0123456789ABCDEFGH23456789", "0123456789ABCDEFGH23");
+    SweepChange(
+        twenty,
+        [](State& state) {
+            const char* own = static_cast<const char*>(state.buffer.qcv_Get());
+            state.buffer.v_Replace(own + 2, 8, 18);
         },
-        [](State& state) { state.buffer.v_AtInsertMove(&state.other, 1, 2, 3); },
-        [](State& state, bool failed) {
-            EXPECT_EQ(Bytes(state.buffer), failed ? twenty : "012bc" + twenty.substr(3));
-            EXPECT_EQ(Bytes(state.other), "adef");
+        "0123456789ABCDEFGH23456789", "0123456789ABCDEFGH23");
+}
+
+TEST(BufferSweep, MoveBetweenBuffersThatFindsNoRoomTakesNothing)
+{
+    for (const std::string& before : {twenty, twenty.substr(0, 19)}) {
+        Sweep(
+            report,
+            [&] {
+                auto state = Filled(before);
+                state->other.v_Set("abcdef", 6, 32);
+                return state;
+            },
+            [](State& state) { state.buffer.v_AtInsertMove(&state.other, 1, 2, 3); },
+            [&](State& state, bool failed) {
+                EXPECT_EQ(Bytes(state.buffer), failed ? before : "012bc" + before.substr(3));
+                EXPECT_EQ(Bytes(state.other), failed ? "abcdef" : "adef");
+                ExpectUsable(state.buffer);
+                ExpectUsable(state.other);
+            });
+    }
+}
+
+// Neither the target's block nor the source's is written for others that hold it.
+TEST(BufferSweep, MoveBetweenSharedBuffersThatFindsNoRoomTakesNothing)
+{
+    struct Four
+    {
+        CT_Buffer buffer{"012345", 6, 32}, other{"abcdef", 6, 32};
+        CT_Buffer holder{&buffer}, other_holder{&other};
+    };
+    Sweep(
+        report, [] { return std::make_unique<Four>(); },
+        [](Four& state) { state.buffer.v_AtInsertMove(&state.other, 1, 2, 3); },
+        [](Four& state, bool failed) {
+            EXPECT_EQ(Bytes(state.buffer), failed ? "012345" : "012bc345");
+            EXPECT_EQ(Bytes(state.other), failed ? "abcdef" : "adef");
+            EXPECT_EQ(Bytes(state.holder), "012345");
+            EXPECT_EQ(Bytes(state.other_holder), "abcdef");
         });
 }

@@ -19,8 +19,8 @@ public:
     // The most real room that a block keeps when its content becomes smaller.
     static constexpr unsigned KEPT_ROOM = 4096;
 
-    // Maximum size of a block for n_Size bytes: the least multiple of the growth that holds them
-    // and the header, less the header.
+    // Maximum size of a block for n_Size bytes: the least multiple of the growth, which is never 0,
+    // that holds them and the header, less the header.
     static unsigned sn_Maximum(unsigned n_Size, unsigned n_Growth)
     {
         unsigned n_Sum;
@@ -28,10 +28,8 @@ public:
             __builtin_add_overflow(n_Sum, HEADER_SIZE - 1, &n_Sum))
             return TOO_LARGE;
         // Most growths are a power of two, and a division takes longer than the rest of a step.
-        if (n_Growth && !(n_Growth & (n_Growth - 1)))
+        if (!(n_Growth & (n_Growth - 1)))
             return sn_RoundDown(n_Sum, n_Growth);
-        // A growth of 0 is the caller's fault, and stops the program here as it always did.
-        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero)
         return n_Sum / n_Growth * n_Growth - HEADER_SIZE;
     }
     // The same where the growth is a power of two and no sum passes 32 bits.

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 static constexpr char qccz_Source[] = "Ostra/Buffer/Buffer";
 
@@ -63,7 +64,7 @@ void CT_Buffer::v_Null()
 
 void CT_Buffer::v_Init(unsigned n_NewGrowth)
 {
-    n_Growth = n_NewGrowth;
+    v_SetGrowth(n_NewGrowth);
     pc_Data = nullptr;
 }
 
@@ -120,7 +121,7 @@ int CT_Buffer::b_IsEqual(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned
                          unsigned n_Offset) const
 {
     n_Size = pcco_Buffer->n_RangeOf(n_Size, n_From);
-    return b_IsEqual(pcco_Buffer->pc_Data + n_From, n_Size, n_Offset);
+    return b_IsEqual(n_Size ? pcco_Buffer->pc_Data + n_From : nullptr, n_Size, n_Offset);
 }
 
 unsigned CT_Buffer::n_Find(unsigned char c_Byte, unsigned n_From) const
@@ -147,11 +148,11 @@ unsigned CT_Buffer::n_Find(const void* qcv_Data, unsigned n_Size, unsigned n_Fro
     return NONE;
 }
 
-// What a count of -1 means for this buffer as the source.
+// How many of that many bytes the buffer has at n_From; a count of -1 means all.
 unsigned CT_Buffer::n_RangeOf(unsigned n_Count, unsigned n_From) const
 {
     const unsigned n_Used = n_GetUsedSize();
-    return n_Count != ALL ? n_Count : n_Used > n_From ? n_Used - n_From : 0;
+    return n_From < n_Used ? std::min(n_Count, n_Used - n_From) : 0;
 }
 
 // ---- Storage --------------------------------------------------------------------------------
@@ -159,7 +160,7 @@ unsigned CT_Buffer::n_RangeOf(unsigned n_Count, unsigned n_From) const
 void CT_Buffer::v_Set(unsigned n_Size, unsigned n_NewGrowth, int b_Keep)
 {
     if (n_NewGrowth != ALL)
-        n_Growth = n_NewGrowth;
+        v_SetGrowth(n_NewGrowth);
     if (!b_Keep || b_IsShared()) {
         v_LetGo();
         v_Init(n_Size, n_Growth);
@@ -179,13 +180,18 @@ void CT_Buffer::v_Set(unsigned n_Size, unsigned n_NewGrowth, int b_Keep)
 
 void CT_Buffer::v_Set(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth)
 {
-    v_LetGo();
-    v_Init(qcv_Data, n_Size, n_NewGrowth == ALL ? n_Growth : n_NewGrowth);
+    // The old block goes last: the bytes may be its own, and without memory it stays.
+    CT_Buffer co_New(qcv_Data, n_Size, n_NewGrowth == ALL ? n_Growth : n_NewGrowth);
+    if (n_Size && !co_New.pc_Data)
+        return;
+    n_Growth = co_New.n_Growth;
+    std::swap(pc_Data, co_New.pc_Data);
 }
 
 void CT_Buffer::v_Set(const CT_Buffer* pcco_Buffer)
 {
-    // Kept: the block goes first, so a sole holder that is set to itself ends up with no block.
+    if (pcco_Buffer == this)
+        return;
     v_DecUseCount();
     v_Init(pcco_Buffer);
 }
@@ -268,9 +274,20 @@ void CT_Buffer::v_Replace(unsigned char c_Byte, unsigned n_Count, unsigned n_Off
         std::memset(pc_At, c_Byte, n_Count);
 }
 
+// Bytes of the buffer's own are looked up behind the growth, which may move them.
+void CT_Buffer::v_ReplaceOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset)
+{
+    const unsigned n_Held = n_RangeOf(ALL, n_From);
+    if (char* pc_At = pc_ReplaceAt(n_Count, n_Offset))
+        v_Move(pc_At, pc_Data + n_From, std::min(n_Count, n_Held));
+}
+
 void CT_Buffer::v_Replace(const void* qcv_Data, unsigned n_Count, unsigned n_Offset)
 {
-    if (char* pc_At = pc_ReplaceAt(n_Count, n_Offset))
+    const unsigned n_From = n_PlaceOf(qcv_Data);
+    if (n_From != NONE)
+        v_ReplaceOwn(n_From, n_Count, n_Offset);
+    else if (char* pc_At = pc_ReplaceAt(n_Count, n_Offset))
         v_Move(pc_At, qcv_Data, n_Count);
 }
 
@@ -284,8 +301,9 @@ void CT_Buffer::v_Replace(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigne
                           unsigned n_Offset)
 {
     n_Count = pcco_Buffer->n_RangeOf(n_Count, n_From);
-    if (char* pc_At = pc_ReplaceAt(n_Count, n_Offset))
-        v_Move(pc_At, pcco_Buffer->pc_Data + n_From, n_Count);
+    char* pc_At = pc_ReplaceAt(n_Count, n_Offset);
+    if (pc_At && n_Count)
+        std::memmove(pc_At, pcco_Buffer->pc_Data + n_From, n_Count);
 }
 
 // ---- Inserting ------------------------------------------------------------------------------
@@ -313,18 +331,37 @@ void CT_Buffer::v_Insert(unsigned char c_Byte, unsigned n_Count, unsigned n_Offs
         std::memset(pc_At, c_Byte, n_Count);
 }
 
+// A range of the buffer's own. The gap moves what lies behind it, and may lie within the range; of
+// a range that passes the used end the gap keeps what it had.
+void CT_Buffer::v_InsertOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset)
+{
+    const unsigned n_Used = n_GetUsedSize();
+    char* pc_At = pc_InsertAt(n_Count, n_Offset);
+    if (!pc_At || n_From >= n_Used)
+        return;
+    const unsigned n_Held = std::min(n_Count, n_Used - n_From);
+    const unsigned n_Before = n_Offset > n_From ? std::min(n_Held, n_Offset - n_From) : 0;
+    v_Move(pc_At, pc_Data + n_From, n_Before);
+    v_Move(pc_At + n_Before, pc_Data + n_From + n_Before + n_Count, n_Held - n_Before);
+}
+
 void CT_Buffer::v_Insert(const void* qcv_Data, unsigned n_Count, unsigned n_Offset)
 {
-    if (char* pc_At = pc_InsertAt(n_Count, n_Offset))
-        std::memmove(pc_At, qcv_Data, n_Count);
+    const unsigned n_From = n_PlaceOf(qcv_Data);
+    if (n_From != NONE)
+        v_InsertOwn(n_From, n_Count, n_Offset);
+    else if (char* pc_At = pc_InsertAt(n_Count, n_Offset))
+        std::memcpy(pc_At, qcv_Data, n_Count);
 }
 
 void CT_Buffer::v_Insert(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,
                          unsigned n_Offset)
 {
     n_Count = pcco_Buffer->n_RangeOf(n_Count, n_From);
-    if (char* pc_At = pc_InsertAt(n_Count, n_Offset))
-        std::memmove(pc_At, pcco_Buffer->pc_Data + n_From, n_Count);
+    if (pcco_Buffer->pc_Data == pc_Data)
+        v_InsertOwn(n_From, n_Count, n_Offset);
+    else if (char* pc_At = pc_InsertAt(n_Count, n_Offset))
+        std::memcpy(pc_At, pcco_Buffer->pc_Data + n_From, n_Count);
 }
 
 void CT_Buffer::v_Append(unsigned char c_Byte)
@@ -451,6 +488,14 @@ void CT_Buffer::v_MoveThrough(char* pc_Scratch, unsigned n_From, unsigned n_Coun
 void CT_Buffer::v_AtInsertMove(CT_Buffer* pco_Buffer, unsigned n_From, unsigned n_Count,
                                unsigned n_To)
 {
+    n_Count = pco_Buffer->n_RangeOf(n_Count, n_From);
+    if (pco_Buffer == this) {
+        v_AtInsertMove(n_From, n_Count, n_To);
+        return;
+    }
+    // All the memory comes first. A source that shares the block may be its sole holder then.
+    if (!b_Room(CT_Block::sn_Sum(n_GetUsedSize(), n_Count)) || !pco_Buffer->b_Room(0))
+        return;
     v_Insert(pco_Buffer, n_From, n_Count, n_To);
     pco_Buffer->v_Remove(n_Count, n_From);
 }
@@ -500,6 +545,13 @@ void CT_Buffer::v_Room(unsigned n_Size)
         v_SetSize(n_Size, 1);
     else
         v_CopyWeWrite();
+}
+
+// The same; whether it was to be had.
+int CT_Buffer::b_Room(unsigned n_Size)
+{
+    v_Room(n_Size);
+    return n_Size <= n_GetMaximumSize() && !b_IsShared();
 }
 
 void CT_Buffer::v_SetUsedBufferSize(unsigned n_Size)

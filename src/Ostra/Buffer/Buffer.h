@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 
 // A run of bytes in a block that buffers share by a use count and copy before the first write.
 //
@@ -16,11 +17,13 @@
 // 12-byte header; all growth is by this rule. Who wants fewer steps sets a larger growth or calls
 // v_SetMinSize.
 //
-// Units:   sizes, counts and offsets are bytes; a count of -1 (0xFFFFFFFF) means "to the end".
+// Units:   sizes, counts and offsets are bytes; a count of -1 (0xFFFFFFFF) means "to the end". A
+//          range of a buffer ends with its used bytes at the latest. A growth of 0 counts as 32.
 // Owns:    its hold on the block; the last holder frees it.
 // Reports: 60006 when the heap is exhausted; the old block then stays, and a change stops at the
 //          end of its room.
-// Caller:  keeps offsets within the used size; nothing checks them. The growth is never 0.
+// Caller:  keeps offsets within the used size; nothing checks them. Bytes to copy, and the other
+//          buffer, may be the buffer's own: the bytes are taken as they were before the change.
 // Threads: one thread at a time; two buffers on one block may be read and released on two threads.
 class OSTRA_API CT_Buffer
 {
@@ -86,11 +89,14 @@ public:
     // ---- Change -----------------------------------------------------------------------------
 
     // The block stays as it is.
-    void v_SetGrowth(unsigned n_NewGrowth) { n_Growth = n_NewGrowth; }
+    void v_SetGrowth(unsigned n_NewGrowth)
+    {
+        n_Growth = n_NewGrowth ? n_NewGrowth : DEFAULT_GROWTH;
+    }
     // Discards the content and makes room; -1 keeps the growth. b_Keep keeps an unshared block that
     // is large enough.
     void v_Set(unsigned n_Size, unsigned n_NewGrowth, int b_Keep);
-    // A block of its own with these bytes; -1 keeps the growth.
+    // A block of its own with these bytes; -1 keeps the growth. Without memory nothing changes.
     void v_Set(const void* qcv_Data, unsigned n_Size, unsigned n_NewGrowth);
     // Shares the other's block and takes its growth.
     void v_Set(const CT_Buffer* pcco_Buffer);
@@ -129,7 +135,7 @@ public:
                         unsigned n_To);
     // Moves a range in front of the byte that is at n_To before the move. Reports with code 0.
     void v_AtInsertMove(unsigned n_From, unsigned n_Count, unsigned n_To);
-    // Inserts a range of the other buffer here and takes it out there.
+    // Inserts a range of the other buffer here and takes it out there; without memory neither.
     void v_AtInsertMove(CT_Buffer* pco_Buffer, unsigned n_From, unsigned n_Count, unsigned n_To);
 
 private:
@@ -178,7 +184,17 @@ private:
     void v_Room(unsigned n_Size);
     char* pc_ReplaceAt(unsigned& n_Count, unsigned n_Offset);
     char* pc_InsertAt(unsigned& n_Count, unsigned n_Offset);
+    void v_ReplaceOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset);
+    void v_InsertOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset);
     unsigned n_RangeOf(unsigned n_Count, unsigned n_From) const;
+    // Where in the block's room the bytes lie; -1 for bytes of elsewhere.
+    unsigned n_PlaceOf(const void* qcv_Data) const
+    {
+        const auto n_Place =
+            reinterpret_cast<std::uintptr_t>(qcv_Data) - reinterpret_cast<std::uintptr_t>(pc_Data);
+        return n_Place < n_GetMaximumSize() ? static_cast<unsigned>(n_Place) : 0xFFFFFFFF;
+    }
+    int b_Room(unsigned n_Size);
     void v_CopyWithin(unsigned n_From, unsigned n_Count, unsigned n_To);
     void v_CopyToLarger(unsigned n_From, unsigned n_Count, unsigned n_To);
     void v_MoveThrough(char* pc_Scratch, unsigned n_From, unsigned n_Count, unsigned n_To);

@@ -124,7 +124,6 @@ void CT_CString::vv_Init(const CT_Buffer* pcco_Buffer)
 
 void CT_CString::vv_Init(const CT_String* pcco_Text)
 {
-    // Kept: a string that is set to itself and shares its block with no other is left empty.
     if (pcco_Text->vpv_IsA(&sco_Type)) {
         const auto pcco_Bytes = static_cast<const CT_CString*>(pcco_Text);
         co_Buffer.v_Set(&pcco_Bytes->co_Buffer);

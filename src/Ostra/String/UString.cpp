@@ -123,7 +123,6 @@ void CT_UString::vv_Init(const CT_Buffer* pcco_Buffer)
 
 void CT_UString::vv_Init(const CT_String* pcco_Text)
 {
-    // Kept: a string that is set to itself and shares its block with no other is left empty.
     if (pcco_Text->vpv_IsA(&sco_Type))
         co_Buffer.v_Set(&static_cast<const CT_UString*>(pcco_Text)->co_Buffer);
     else if (pcco_Text->vpv_IsA(CT_CString::spcco_GetType())) {

@@ -324,6 +324,26 @@ TEST(VoidArray, SetSizeToTheSameRoomAllocatesNothing)
     EXPECT_EQ(array.pcco_GetBuffer()->qcv_Get(), other.pcco_GetBuffer()->qcv_Get());
 }
 
+TEST(VoidArray, AGrowthOfZeroCountsAs32Bytes)
+{
+    CT_VoidArray numbers(4, 0, 0);
+    EXPECT_EQ(numbers.n_GetGrowth(), 8u);
+    for (unsigned n = 0; n < 100; ++n)
+        numbers.v_Insert(&n);
+    EXPECT_EQ(numbers.n_GetCount(), 100u);
+    numbers.v_SetGrowth(0);
+    numbers.v_SetSize(200);
+    EXPECT_GE(numbers.n_GetMaxItems(), 200u);
+    // Items larger than that come one step at a time.
+    const char item[40] = "item";
+    CT_VoidArray large(40, 5, 1);
+    large.v_Set(0, 1, 0);
+    for (unsigned n = 0; n < 10; ++n)
+        large.v_Insert(item);
+    EXPECT_EQ(large.n_GetCount(), 10u);
+    EXPECT_EQ(large.n_Find(item), 1u);
+}
+
 TEST(VoidArray, TheGrowthIsCountedInItems)
 {
     CT_VoidArray array(12);

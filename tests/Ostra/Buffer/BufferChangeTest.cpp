@@ -89,6 +89,39 @@ TEST(BufferChange, ReplaceCopiesAnOverlappingRangeOfItself)
     EXPECT_EQ(Bytes(buffer), "bcdede");
 }
 
+TEST(BufferChange, ReplaceFromARangeTakesNoMoreThanTheOtherBufferHas)
+{
+    CT_Buffer other("UVWXYZ", 6, 32);
+    other.v_SetUsedSize(4);
+    CT_Buffer buffer("abcdef", 6, 32);
+    buffer.v_Replace(&other, 2, 40, 0);
+    EXPECT_EQ(Bytes(buffer), "WXcdef");
+    buffer.v_Replace(&other, 3, 0xFFFFFFFE, 5);
+    EXPECT_EQ(Bytes(buffer), "WXcdeX");
+    buffer.v_Replace(&other, 1000000000, 40, 0);
+    EXPECT_EQ(Bytes(buffer), "WXcdeX");
+    const CT_Buffer empty;
+    buffer.v_Replace(&empty, 2, 40, 0);
+    EXPECT_EQ(Bytes(buffer), "WXcdeX");
+}
+
+TEST(BufferChange, ReplaceByItsOwnBytesThatGrowsTakesWhatWasMeant)
+{
+    CT_Buffer buffer(twenty.data(), 20, 32);
+    buffer.v_Replace(static_cast<const char*>(buffer.qcv_Get()) + 5, 10, 18);
+    EXPECT_EQ(Bytes(buffer), "0123456789ABCDEFGH56789ABCDE");
+    CT_Buffer shared(twenty.data(), 20, 32);
+    const CT_Buffer other(&shared);
+    shared.v_Replace(static_cast<const char*>(other.qcv_Get()) + 5, 3, 30);
+    EXPECT_EQ(Bytes(shared), twenty + std::string(10, '\0') + "567");
+    EXPECT_EQ(Bytes(other), twenty);
+    // What lies behind the used end isn't taken for bytes.
+    CT_Buffer short_one("abcdef", 6, 32);
+    short_one.v_Replace(static_cast<const char*>(short_one.qcv_Get()) + 4, 10, 0);
+    EXPECT_EQ(short_one.n_GetUsedSize(), 10U);
+    EXPECT_EQ(Bytes(short_one).substr(0, 6), "efcdef");
+}
+
 // ---- Insert and append ----------------------------------------------------------------------
 
 TEST(BufferChange, InsertShiftsTheTail)
@@ -142,6 +175,81 @@ TEST(BufferChange, InsertFromARangeOfAnotherBuffer)
     buffer.v_AtInsertCopy(&other, 5, ALL, 1);
     EXPECT_EQ(Bytes(buffer), "UZaVWbcYZ");
     EXPECT_EQ(Bytes(other), "UVWXYZ");
+}
+
+TEST(BufferChange, InsertFromARangeTakesNoMoreThanTheOtherBufferHas)
+{
+    CT_Buffer abc("abc", 3, 32);
+    CT_Buffer buffer("xy", 2, 32);
+    buffer.v_Insert(&abc, 0, 40, 0);
+    EXPECT_EQ(Bytes(buffer), "abcxy");
+    buffer.v_Insert(&abc, 2, 1000000000, 5);
+    EXPECT_EQ(Bytes(buffer), "abcxyc");
+    buffer.v_AtInsertCopy(&abc, 1, 0xFFFFFFFE, 0);
+    EXPECT_EQ(Bytes(buffer), "bcabcxyc");
+    buffer.v_Append(&abc, 1, 40);
+    EXPECT_EQ(Bytes(buffer), "bcabcxycbc");
+    buffer.v_Append(&abc, 3, 40);
+    buffer.v_Append(&abc, 1000000000, 40);
+    EXPECT_EQ(Bytes(buffer), "bcabcxycbc");
+    const CT_Buffer empty;
+    buffer.v_Insert(&empty, 0, 40, 1);
+    buffer.v_Insert(&empty, 3, ALL, 1);
+    EXPECT_EQ(Bytes(buffer), "bcabcxycbc");
+}
+
+TEST(BufferChange, InsertOfItsOwnRangeTakesWhatWasMeant)
+{
+    const struct
+    {
+        unsigned from;
+        unsigned count;
+        unsigned offset;
+        const char* result;
+    } rows[] = {
+        {2, 3, 0, "cdeabcdef"},    {0, 3, 5, "abcdeabcf"},    {2, 3, 3, "abccdedef"},
+        {0, 6, 3, "abcabcdefdef"}, {4, ALL, 1, "aefbcdef"},   {4, 40, 6, "abcdefef"},
+        {6, 4, 2, "abcdef"},       {1, 4, 100, "abcdefbcde"}, {0, 6, 0, "abcdefabcdef"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.result);
+        for (const unsigned growth : {32U, 1U}) {
+            CT_Buffer buffer("abcdef", 6, growth);
+            buffer.v_Insert(&buffer, row.from, row.count, row.offset);
+            EXPECT_EQ(Bytes(buffer), row.result);
+            CT_Buffer shared("abcdef", 6, growth);
+            const CT_Buffer other(&shared);
+            shared.v_AtInsertCopy(&other, row.from, row.count, row.offset);
+            EXPECT_EQ(Bytes(shared), row.result);
+            EXPECT_EQ(Bytes(other), "abcdef");
+            if (row.count > 6 - row.from)
+                continue;
+            CT_Buffer by_pointer("abcdef", 6, growth);
+            by_pointer.v_Insert(static_cast<const char*>(by_pointer.qcv_Get()) + row.from,
+                                row.count, row.offset);
+            EXPECT_EQ(Bytes(by_pointer), row.result);
+        }
+    }
+}
+
+TEST(BufferChange, AppendOfItsOwnBytesThatGrowsTakesWhatWasMeant)
+{
+    CT_Buffer buffer(twenty.data(), 20, 32);
+    std::string expected = twenty;
+    for (int n = 0; n < 6; ++n) {
+        buffer.v_Append(buffer.qcv_Get(), buffer.n_GetUsedSize());
+        expected += expected;
+    }
+    EXPECT_EQ(Bytes(buffer), expected);
+    const CT_Buffer other(&buffer);
+    buffer.v_Append(static_cast<const char*>(other.qcv_Get()) + 7, 5);
+    EXPECT_EQ(Bytes(buffer), expected + "789AB");
+    EXPECT_EQ(Bytes(other), expected);
+    // Of bytes behind the used end the room is taken and left as it is.
+    CT_Buffer short_one("abc", 3, 32);
+    short_one.v_Append(static_cast<const char*>(short_one.qcv_Get()) + 1, 30);
+    EXPECT_EQ(short_one.n_GetUsedSize(), 33U);
+    EXPECT_EQ(Bytes(short_one).substr(0, 5), "abcbc");
 }
 
 TEST(BufferChange, InsertFromABufferOnTheSameBlock)
@@ -343,4 +451,50 @@ TEST(BufferChange, AtInsertMoveBetweenBuffers)
     buffer.v_AtInsertMove(&other, 1, ALL, 0);
     EXPECT_EQ(Bytes(buffer), "YZabVWXc");
     EXPECT_EQ(Bytes(other), "U");
+}
+
+TEST(BufferChange, AtInsertMoveBetweenBuffersTakesNoMoreThanTheOtherHas)
+{
+    CT_Buffer buffer("abc", 3, 32);
+    CT_Buffer other("UVWXYZ", 6, 32);
+    buffer.v_AtInsertMove(&other, 4, 40, 0);
+    EXPECT_EQ(Bytes(buffer), "YZabc");
+    EXPECT_EQ(Bytes(other), "UVWX");
+    buffer.v_AtInsertMove(&other, 4, 40, 0);
+    buffer.v_AtInsertMove(&other, 7, ALL, 0);
+    EXPECT_EQ(Bytes(buffer), "YZabc");
+    EXPECT_EQ(Bytes(other), "UVWX");
+}
+
+TEST(BufferChange, AtInsertMoveFromItselfMovesTheRangeThatWasMeant)
+{
+    const struct
+    {
+        unsigned from;
+        unsigned count;
+        unsigned to;
+        const char* result;
+    } rows[] = {
+        {2, 2, 0, "CDABE"}, {0, 2, 4, "CDABE"}, {3, ALL, 1, "ADEBC"}, {3, 40, 0, "DEABC"},
+        {1, 3, 2, "ABCDE"}, {1, 3, 1, "ABCDE"}, {0, 1, 5, "BCDEA"},   {5, 2, 0, "ABCDE"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.result);
+        for (const unsigned growth : {32U, 1U}) {
+            CT_Buffer buffer("ABCDE", 5, growth);
+            buffer.v_AtInsertMove(&buffer, row.from, row.count, row.to);
+            EXPECT_EQ(Bytes(buffer), row.result);
+        }
+    }
+}
+
+TEST(BufferChange, AtInsertMoveFromAHolderOfTheSameBlock)
+{
+    CT_Buffer buffer("ABCDE", 5, 32);
+    CT_Buffer other(&buffer);
+    const unsigned count = CT_Buffer::sn_GetAllocCount();
+    buffer.v_AtInsertMove(&other, 1, 3, 2);
+    EXPECT_EQ(Bytes(buffer), "ABBCDCDE");
+    EXPECT_EQ(Bytes(other), "AE");
+    EXPECT_EQ(CT_Buffer::sn_GetAllocCount(), count + 1);
 }

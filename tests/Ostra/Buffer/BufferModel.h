@@ -61,8 +61,6 @@ public:
     }
     void Share(const BufferModel& other)
     {
-        if (&other == this && !IsShared())
-            block = nullptr;
         growth = other.growth;
         block = other.block;
     }

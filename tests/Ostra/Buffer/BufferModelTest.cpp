@@ -33,6 +33,7 @@ public:
             &Players::PlayAppendByte,   &Players::PlayAppendByte,   &Players::PlayRemove,
             &Players::PlayRemove,       &Players::PlayRemoveToEnd,  &Players::PlayInsertCopy,
             &Players::PlayInsertMove,   &Players::PlayMoveOver,     &Players::PlayGrowth,
+            &Players::PlayOwnBytes,     &Players::PlayOwnBytes,
         };
         (this->*plays[Below(std::size(plays))])();
     }
@@ -98,9 +99,10 @@ private:
     void PlayGrowth()
     {
         name = "v_SetGrowth";
-        static const unsigned growths[] = {32, 32, 1, 7, 16, 64, 100};
-        Mine().growth = growths[Below(std::size(growths))];
-        Buffer().v_SetGrowth(Mine().growth);
+        static const unsigned growths[] = {32, 0, 1, 7, 16, 64, 100};
+        const unsigned growth = growths[Below(std::size(growths))];
+        Mine().growth = growth ? growth : 32;
+        Buffer().v_SetGrowth(growth);
     }
     void PlaySet()
     {
@@ -173,7 +175,8 @@ private:
         Buffer().v_Replace(bytes.data(), ALL, offset);
         Mine().Replace(ToRange(bytes), true, offset);
     }
-    // A range of the other buffer, whose source isn't moved by a change of this one.
+    // A range of the other buffer, which may be this one. It may be told with a count that passes
+    // the end.
     struct Source
     {
         unsigned from;
@@ -182,15 +185,13 @@ private:
     };
     Source OtherRange()
     {
-        if (theirs == mine)
-            theirs = (mine + 1) % BUFFERS;
         Source source{};
         source.from = Below(Theirs().Used() + 1);
         source.count = Below(Theirs().Used() - source.from + 1);
         source.told = source.count;
         if (Below(4) == 0) {
             source.count = Theirs().Used() - source.from;
-            source.told = ALL;
+            source.told = Coin() ? ALL : source.count + Size();
         }
         return source;
     }
@@ -287,8 +288,37 @@ private:
         const Source source = OtherRange();
         const unsigned offset = Offset();
         Buffer().v_AtInsertMove(&Other(), source.from, source.told, offset);
-        Mine().Insert(Theirs().Bytes(source.from, source.count), offset);
-        Theirs().Remove(source.told, source.from);
+        if (theirs != mine) {
+            Mine().Insert(Theirs().Bytes(source.from, source.count), offset);
+            Theirs().Remove(source.count, source.from);
+        } else if (offset <= source.from || offset >= source.from + source.count) {
+            Mine().AtInsertMove(source.from, source.count, offset);
+        } else {
+            Mine().Unshare();
+        }
+    }
+    void PlayOwnBytes()
+    {
+        name = "bytes of its own";
+        theirs = mine;
+        Source source = OtherRange();
+        const BufferModel::Range range = Mine().Bytes(source.from, source.count);
+        const char* const bytes = static_cast<const char*>(Buffer().qcv_Get()) + source.from;
+        const unsigned offset = Offset();
+        switch (Below(4)) {
+        case 0:
+            Buffer().v_Set(bytes, source.count, ALL);
+            return Mine().Set(range, ALL);
+        case 1:
+            Buffer().v_Replace(bytes, source.count, offset);
+            return Mine().Replace(range, false, offset);
+        case 2:
+            Buffer().v_Insert(bytes, source.count, offset);
+            return Mine().Insert(range, offset);
+        default:
+            Buffer().v_Append(bytes, source.count);
+            return Mine().Insert(range, Mine().Used());
+        }
     }
 
     std::mt19937 random;

@@ -234,12 +234,21 @@ TEST(Buffer, CopyWeWriteOnAnUnsharedBufferAllocatesNothing)
     EXPECT_EQ(empty.qcv_Get(), nullptr);
 }
 
-TEST(Buffer, SoleHolderSetToItselfEndsUpWithNoBlock)
+TEST(Buffer, SetToItselfItStaysAsItIs)
 {
     CT_Buffer buffer("abc", 3, 16);
+    const void* const block = buffer.qcv_Get();
     buffer.v_Set(&buffer);
-    EXPECT_EQ(buffer.qcv_Get(), nullptr);
+    EXPECT_EQ(Bytes(buffer), "abc");
+    EXPECT_EQ(buffer.qcv_Get(), block);
     EXPECT_EQ(buffer.n_GetGrowth(), 16U);
+    EXPECT_EQ(buffer.n_GetUseCount(), 1U);
+    buffer.v_Replace(&buffer);
+    EXPECT_EQ(Bytes(buffer), "abc");
+    CT_Buffer empty(0, 64);
+    empty.v_Set(&empty);
+    EXPECT_EQ(empty.qcv_Get(), nullptr);
+    EXPECT_EQ(empty.n_GetGrowth(), 64U);
     CT_Buffer shared("abc", 3, 16);
     const CT_Buffer other(&shared);
     shared.v_Set(&shared);
@@ -444,6 +453,44 @@ TEST(Buffer, SetBytesTakesOrKeepsTheGrowth)
     EXPECT_EQ(buffer.qcv_Get(), nullptr);
 }
 
+TEST(Buffer, SetBytesTakesBytesOfItsOwnBlock)
+{
+    CT_Buffer buffer("abcdefghijklmnopqrstuvwxyz", 26, 32);
+    const CT_Buffer other(&buffer);
+    buffer.v_Set(static_cast<const char*>(buffer.qcv_Get()) + 2, 20, 16);
+    EXPECT_EQ(Bytes(buffer), "cdefghijklmnopqrstuv");
+    EXPECT_EQ(buffer.n_GetGrowth(), 16U);
+    EXPECT_EQ(other.n_GetUseCount(), 1U);
+    buffer.v_Set(static_cast<const char*>(buffer.qcv_Get()) + 17, 3, 0xFFFFFFFF);
+    EXPECT_EQ(Bytes(buffer), "tuv");
+    buffer.v_Set(buffer.qcv_Get(), 0, 0xFFFFFFFF);
+    EXPECT_EQ(buffer.qcv_Get(), nullptr);
+}
+
+TEST(Buffer, AGrowthOfZeroCountsAs32)
+{
+    CT_Buffer buffer("abc", 3, 0);
+    EXPECT_EQ(buffer.n_GetGrowth(), 32U);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 20U);
+    CT_Buffer room(21, 0);
+    EXPECT_EQ(room.n_GetMaximumSize(), 52U);
+    room.v_SetGrowth(64);
+    room.v_SetGrowth(0);
+    room.v_SetSize(53, 1);
+    EXPECT_EQ(room.n_GetMaximumSize(), 84U);
+    room.v_SetGrowth(64);
+    room.v_Set(10, 0, 1);
+    EXPECT_EQ(room.n_GetGrowth(), 32U);
+    room.v_SetGrowth(64);
+    room.v_Set("abc", 3, 0);
+    EXPECT_EQ(room.n_GetGrowth(), 32U);
+    EXPECT_EQ(room.n_GetMaximumSize(), 20U);
+    CT_Buffer empty(0, 0);
+    empty.v_Append('x');
+    EXPECT_EQ(Bytes(empty), "x");
+    EXPECT_EQ(CT_Buffer(&empty).n_GetGrowth(), 32U);
+}
+
 TEST(Buffer, FillingByteByByteCountsOneAllocationAStep)
 {
     CT_Buffer buffer;
@@ -494,6 +541,21 @@ TEST(Buffer, EqualWithARangeOfAnotherBuffer)
     EXPECT_TRUE(buffer.b_IsEqual(&tail, 2, 0xFFFFFFFF, 3));
     const CT_Buffer empty;
     EXPECT_TRUE(buffer.b_IsEqual(&empty, 0, 0xFFFFFFFF, 0));
+}
+
+// No byte behind the other's used end is looked at, whatever its room holds.
+TEST(Buffer, EqualWithARangeThatPassesTheOtherBuffersEndComparesWhatItHas)
+{
+    const CT_Buffer buffer("abcdef", 6, 32);
+    CT_Buffer other("xxbcd", 5, 32);
+    other.v_SetUsedSize(4);
+    EXPECT_TRUE(buffer.b_IsEqual(&other, 2, 40, 1));
+    EXPECT_TRUE(buffer.b_IsEqual(&other, 2, 0xFFFFFFFE, 1));
+    EXPECT_FALSE(buffer.b_IsEqual(&other, 1, 40, 1));
+    EXPECT_TRUE(buffer.b_IsEqual(&other, 4, 40, 1));
+    EXPECT_TRUE(buffer.b_IsEqual(&other, 1000000000, 40, 1));
+    const CT_Buffer empty;
+    EXPECT_TRUE(buffer.b_IsEqual(&empty, 3, 40, 0));
 }
 
 TEST(Buffer, FindByte)

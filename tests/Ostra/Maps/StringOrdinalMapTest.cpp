@@ -42,6 +42,22 @@ TEST(StringOrdinalMap, ANewMapIsEmptyWithAGrowthOfEight)
     EXPECT_FALSE(std::is_polymorphic_v<CT_StringOrdinalMap>);
 }
 
+TEST(StringOrdinalMap, AMapWithAGrowthOfZeroTakesEntries)
+{
+    CT_StringOrdinalMap strings(0u);
+    CT_StringNumberMap numbers(0u);
+    CT_StringStringMap pairs(0u);
+    const CT_CString text("text");
+    for (unsigned n = 0; n < 50; ++n) {
+        strings.v_Insert(&text);
+        numbers.v_Insert(&text, n);
+        pairs.v_Insert(&text, &text);
+    }
+    EXPECT_EQ(strings.n_GetCount(), 50U);
+    EXPECT_EQ(numbers.n_GetCount(), 50U);
+    EXPECT_EQ(pairs.n_GetCount(), 50U);
+}
+
 TEST(StringOrdinalMap, AMapMadeFromAnotherHasStringsOfItsOwnAndItsGrowth)
 {
     CT_StringOrdinalMap source(5U);

@@ -109,8 +109,7 @@ TEST(String, SetFromAStringOfTheOtherClassConverts)
     });
 }
 
-// The block is let go first: a sole holder has nothing left to share.
-TEST(String, SetFromItselfLosesTheTextOfASoleHolder)
+TEST(String, SetFromItselfKeepsTheText)
 {
     OnBoth([](bool wide) {
         auto s = Make(wide, "abc");
@@ -119,9 +118,13 @@ TEST(String, SetFromItselfLosesTheTextOfASoleHolder)
         EXPECT_EQ(Ascii(*s), "abc");
         EXPECT_EQ(UsesOf(*s), 2u);
         sharer.reset();
+        const void* const data = DataOf(*s);
         s->v_Set(s.get());
-        EXPECT_EQ(Ascii(*s), "");
-        EXPECT_EQ(DataOf(*s), nullptr);
+        EXPECT_EQ(Ascii(*s), "abc");
+        EXPECT_EQ(DataOf(*s), data);
+        EXPECT_EQ(UsesOf(*s), 1u);
+        s->v_Set(s->pcco_GetBuffer());
+        EXPECT_EQ(Ascii(*s), "abc");
     });
 }
 
