@@ -85,10 +85,11 @@ unsigned short CT_StringConvert::sus_MultiToWide(char c_In, unsigned n_CodePage)
 
 char CT_StringConvert::sc_WideToMulti(unsigned short u_In, unsigned n_CodePage)
 {
-    char c_Out = 0;
-    WideCharToMultiByte(CT_CodePages::sn_Valid(n_CodePage), 0, qcuz_System(&u_In), 1, &c_Out, 1, 0,
-                        0);
-    return c_Out;
+    char c_Out;
+    const int i_Length = WideCharToMultiByte(CT_CodePages::sn_Valid(n_CodePage), 0,
+                                             qcuz_System(&u_In), 1, &c_Out, 1, 0, 0);
+    // A zero for what isn't one byte would cut texts.
+    return i_Length ? c_Out : '?';
 }
 
 // ---- UTF-7 and UTF-8 --------------------------------------------------------------------------

@@ -36,7 +36,7 @@ public:
     static int si_WideToMultiANSI(char* pc_Out, const unsigned short* qcuz_In,
                                   unsigned n_Count = -1);
 
-    // One character. What has no single counterpart gives an undefined one.
+    // One character. A byte without a unit gives any; a unit that isn't one byte, a question mark.
     static unsigned short sus_MultiToWide(char c_In, unsigned n_CodePage);
     static char sc_WideToMulti(unsigned short u_In, unsigned n_CodePage);
 

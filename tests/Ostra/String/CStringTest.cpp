@@ -189,6 +189,17 @@ TEST(CString, StoresAUnitAsOneByte)
     EXPECT_EQ(Text(s), "x");
 }
 
+TEST(CString, AUnitWithoutAByteOfItsOwnDoesNotCutTheText)
+{
+    for (const unsigned codePage : {932u, UTF8}) {
+        CT_CString s("abcd", ALL, codePage);
+        s.vv_SetAt(static_cast<unsigned short>(0x3042), 1);
+        EXPECT_EQ(Text(s), "a?cd");
+        s.vv_Replace(static_cast<unsigned short>(0x3042), 2, 2);
+        EXPECT_EQ(Text(s), "a???");
+    }
+}
+
 TEST(CString, FillWritesAZeroWithinTheTextAndKeepsTheLength)
 {
     CT_CString s("abcdef");

@@ -228,6 +228,18 @@ TEST(StringConvert, ConvertsSingleCharacters)
     EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
 }
 
+TEST(StringConvert, SingleUnitWithoutAByteOfItsOwnBecomesAQuestionMark)
+{
+    EXPECT_EQ(Convert::sc_WideToMulti(0x4E00, 1252), '?');
+    EXPECT_EQ(Convert::sc_WideToMulti(0x3042, 932), '?') << "a double byte";
+    EXPECT_EQ(Convert::sc_WideToMulti(0x00E9, UTF8), '?');
+    EXPECT_EQ(Convert::sc_WideToMulti(0xD800, UTF8), '?');
+    EXPECT_EQ(Convert::sc_WideToMulti('a', 932), 'a');
+    for (const unsigned codePage : {0u, 1252u, 932u, UTF8})
+        EXPECT_EQ(Convert::sc_WideToMulti(0, codePage), '\0');
+    EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
+}
+
 TEST(StringConvert, UTF7FormResetsItsCoderAndTerminates)
 {
     Wide wide;
