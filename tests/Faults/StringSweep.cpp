@@ -338,6 +338,37 @@ TEST(StringSweep, ChangesOfASharedBlockAreLeftOut)
         spaced, [](State& s) { s.string->vv_Update(); }, spaced);
 }
 
+TEST(StringSweep, ACharacterOverTheTerminatorOfAFullBlockIsLeftOut)
+{
+    OnBoth([](bool wide) {
+        for (const bool share : {false, true}) {
+            Sweep(
+                report,
+                [&] {
+                    auto state = std::make_unique<State>(wide, "", false);
+                    state->string->vv_SetGrowth(1);
+                    state->string->v_Set(TWENTY_LONG, ALL, 1252);
+                    state->string->vv_SetSize(20, 1);
+                    if (share)
+                        state->sharer = Share(*state->string);
+                    return state;
+                },
+                [](State& s) { s.string->vv_SetAt('x', 20); },
+                [&](State& state, bool failed) {
+                    EXPECT_EQ(state.string->vn_GetLength(), 20u);
+                    state.string->vv_Update();
+                    EXPECT_EQ(Ascii(*state.string),
+                              failed ? TWENTY_LONG : TWENTY_LONG + std::string("x"));
+                    if (share) {
+                        EXPECT_EQ(Ascii(*state.sharer), TWENTY_LONG);
+                        EXPECT_EQ(state.sharer->vu_GetAt(20), 0);
+                    }
+                    ExpectUsable(*state.string);
+                });
+        }
+    });
+}
+
 TEST(StringSweep, StripOfASetStripsOneSideOrBoth)
 {
     OnBoth([](bool wide) {

@@ -93,7 +93,7 @@ void CT_CString::vv_StringInsert(const unsigned short* qcuz_Text, unsigned n_Cou
 void CT_CString::vv_StringInsert(const CT_String* pcco_Text, unsigned n_From, unsigned n_Count,
                                  unsigned n_Offset)
 {
-    n_Count = n_Within(pcco_Text, n_From, n_Count);
+    n_Count = n_InText(pcco_Text, n_From, n_Count);
     if (const CT_CString* pcco = pcco_Bytes(pcco_Text))
         CT_CString::vv_StringInsert(pcco->qccz_Get() + n_From, n_Count, n_Offset, n_CodePage);
     else if (const CT_UString* pcco_Wide = pcco_Units(pcco_Text))

@@ -58,7 +58,9 @@ public:
     virtual void vv_Replace(char c_Fill, unsigned n_Count, unsigned n_Offset);
     virtual char vc_GetAt(unsigned n_Offset) const;
     virtual unsigned short vu_GetAt(unsigned n_Offset) const;
-    // Stores one character; a zero cuts the text there.
+    // Stores one character; a zero cuts the text there. The length doesn't grow; vv_Update takes it
+    // anew. A wide character that isn't one byte in the code page of a CT_CString is a question
+    // mark there.
     virtual void vv_SetAt(unsigned short u_New, unsigned n_Offset);
     virtual void vv_SetAt(char c_New, unsigned n_Offset);
 
@@ -129,6 +131,8 @@ public:
     void v_Replace(const char* qccz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
     void v_Replace(const unsigned short* qcuz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
 
+    // In front of the character at n_Offset, or at the end of the text. Of a string no more is
+    // taken than its text.
     void v_Insert(const char* qccz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
     void v_Insert(const unsigned short* qcuz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
     void v_Insert(const CT_String* pcco_Text, unsigned n_Count = -1, unsigned n_Offset = 0);

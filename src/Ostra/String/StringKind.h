@@ -40,7 +40,14 @@ inline const CT_UString* pcco_Units(const CT_String* pcco_Text)
                : 0;
 }
 
-// The count as far as the text has characters behind n_From, its terminator included.
+// The count as far as the text has characters behind n_From.
+inline unsigned n_InText(const CT_String* pcco_Text, unsigned n_From, unsigned n_Count)
+{
+    const unsigned n_Length = pcco_Text->vn_GetLength();
+    return n_From > n_Length ? 0 : std::min(n_Count, n_Length - n_From);
+}
+
+// The same with the terminator for one.
 inline unsigned n_Within(const CT_String* pcco_Text, unsigned n_From, unsigned n_Count)
 {
     const unsigned n_Length = pcco_Text->vn_GetLength();

@@ -133,12 +133,20 @@ void CT_TextBuffer<Unit>::sv_Update(CT_Buffer& co)
 template <class Unit>
 void CT_TextBuffer<Unit>::sv_SetAt(CT_Buffer& co, Unit c_New, unsigned n_Offset)
 {
-    if (n_Offset >= sn_Room(co) || !b_Own(co))
+    const unsigned n_Room = sn_Room(co);
+    if (n_Offset >= n_Room)
         return;
-    if (c_New)
-        spc_Data(co)[n_Offset] = c_New;
-    else
+    // Over the terminator of a full block, it needs room for another one.
+    const bool b_Full = c_New && n_Offset + 1 == n_Room && sn_Used(co) == n_Room;
+    if (!(b_Full ? sb_SetSize(co, (std::uint64_t(n_Room) + 1) * SIZE, 1) : b_Own(co)))
+        return;
+    if (!c_New) {
         sv_End(co, n_Offset);
+        return;
+    }
+    spc_Data(co)[n_Offset] = c_New;
+    if (b_Full)
+        spc_Data(co)[n_Room] = 0;
 }
 
 template <class Unit>

@@ -82,7 +82,7 @@ void CT_UString::vv_StringInsert(const char* qccz_Text, unsigned n_Count, unsign
 void CT_UString::vv_StringInsert(const CT_String* pcco_Text, unsigned n_From, unsigned n_Count,
                                  unsigned n_Offset)
 {
-    n_Count = n_Within(pcco_Text, n_From, n_Count);
+    n_Count = n_InText(pcco_Text, n_From, n_Count);
     if (const CT_CString* pcco_Narrow = pcco_Bytes(pcco_Text))
         CT_UString::vv_StringInsert(pcco_Narrow->qccz_Get() + n_From, n_Count, n_Offset,
                                     pcco_Narrow->n_GetCodePage());

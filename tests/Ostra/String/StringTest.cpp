@@ -324,6 +324,33 @@ TEST(String, SetAtOfZeroCutsTheText)
     });
 }
 
+TEST(String, SetAtOnTheTerminatorOfAFullBlockMakesRoomForAnother)
+{
+    OnBoth([](bool wide) {
+        auto s = Make(wide, "");
+        s->vv_SetGrowth(1);
+        s->v_Set("abcd", ALL, 1252);
+        s->vv_SetSize(4, 1);
+        ASSERT_EQ(s->vn_GetMaximumLength(), 4u);
+        auto sharer = Share(*s);
+        s->vv_SetAt('e', 4);
+        EXPECT_GE(s->vn_GetMaximumLength(), 5u);
+        EXPECT_EQ(s->vu_GetAt(4), 'e');
+        EXPECT_EQ(s->vu_GetAt(5), 0);
+        // As in a block with room, the length is taken anew by vv_Update.
+        EXPECT_EQ(s->vn_GetLength(), 4u);
+        s->vv_Update();
+        EXPECT_EQ(Ascii(*s), "abcde");
+        EXPECT_EQ(Ascii(*sharer), "abcd");
+        EXPECT_EQ(sharer->vu_GetAt(4), 0);
+        EXPECT_EQ(sharer->vn_GetMaximumLength(), 4u);
+        // A zero there takes no room.
+        sharer->vv_SetAt('\0', 4);
+        EXPECT_EQ(Ascii(*sharer), "abcd");
+        EXPECT_EQ(sharer->vn_GetMaximumLength(), 4u);
+    });
+}
+
 TEST(String, GetAtReadsOneCharacterInEitherWidth)
 {
     OnBoth([](bool wide) {
@@ -462,6 +489,25 @@ TEST(String, InsertBehindTheEndAppends)
         auto s = Make(wide, "abc");
         s->v_Insert("d", ALL, 100);
         EXPECT_EQ(Ascii(*s), "abcd");
+    });
+}
+
+// The source's terminator isn't inserted: it would hide the text behind it.
+TEST(String, InsertTakesNoMoreThanTheSourceHas)
+{
+    OnBoth([](bool wide) {
+        for (const bool from_wide : {false, true}) {
+            auto s = Make(wide, "abc");
+            auto source = Make(from_wide, "xy");
+            s->v_Insert(source.get(), 3, 1);
+            EXPECT_EQ(Ascii(*s), "axybc");
+            s->v_Insert(source.get(), 1000, 0);
+            EXPECT_EQ(Ascii(*s), "xyaxybc");
+            EXPECT_EQ(s->vn_GetLength(), 7u);
+            auto empty = Make(from_wide, "");
+            s->v_Insert(empty.get(), 5, 2);
+            EXPECT_EQ(Ascii(*s), "xyaxybc");
+        }
     });
 }
 
