@@ -65,9 +65,8 @@ unsigned CT_StringTools::sn_Replace(CT_String* pco_String, const CT_String* pcco
                                     const CT_String* pcco_With)
 {
     const unsigned n_Position = pco_String->vn_Find(pcco_Find, 0);
-    // Kept: 0 passes for "nothing to do" although it is a position, and -1 isn't asked for; callers
-    // know that the text occurs behind the start.
-    if (n_Position) {
+    // Kept: 0 passes for "nothing to do" although it is a position.
+    if (n_Position && n_Position != NONE) {
         pco_String->vv_Remove(pcco_Find->vn_GetLength(), n_Position);
         pco_String->v_Insert(pcco_With, ALL, n_Position);
     }

@@ -22,9 +22,9 @@ public:
     static unsigned sn_FindNot(const unsigned short* qcuz_Set, const CT_UString* pcco_In,
                                unsigned n_From, int i_Step);
 
-    // Replaces the first occurrence, and gives its position. Kept: at the very start of the string
-    // nothing is replaced; and nothing tells that the text doesn't occur but the -1 returned,
-    // pcco_With then comes to the string's end.
+    // Replaces the first occurrence, and gives its position; -1 where the text doesn't occur, and
+    // the string then stays as it is.
+    // Kept: at the very start of the string nothing is replaced.
     static unsigned sn_Replace(CT_String* pco_String, const CT_String* pcco_Find,
                                const CT_String* pcco_With);
 

@@ -180,13 +180,14 @@ TEST(StringTools, ReplacesNothingAtTheStart)
     });
 }
 
-// Kept: a search that fails isn't noticed.
-TEST(StringTools, ReplacementOfWhatDoesntOccurComesToTheEnd)
+TEST(StringTools, ReplacementOfWhatDoesntOccurLeavesTheStringAlone)
 {
     OnBoth([](bool wide) {
         const auto s = Make(wide, "one two"), find = Make(wide, "four"), with = Make(wide, "!");
+        const auto sharer = Share(*s);
         EXPECT_EQ(CT_StringTools::sn_Replace(s.get(), find.get(), with.get()), NONE);
-        EXPECT_EQ(Ascii(*s), "one two!");
+        EXPECT_EQ(Ascii(*s), "one two");
+        EXPECT_EQ(UsesOf(*s), 2u);
     });
 }
 
