@@ -77,6 +77,19 @@ TEST(StringToolsSweep, WordThatFindsNoRoomLeavesTheStringOrEmptiesIt)
     });
 }
 
+TEST(StringToolsSweep, NewScanner)
+{
+    struct Pointer
+    {
+        ~Pointer() { delete made; }
+        CT_StringScanner* made = nullptr;
+    };
+    Sweep(
+        "Ostra/String/StringScanner", [] { return std::make_unique<Pointer>(); },
+        [](Pointer& state) { state.made = new CT_StringScanner; },
+        [](Pointer& state, bool failed) { EXPECT_EQ(state.made == nullptr, failed); });
+}
+
 TEST(StringToolsSweep, RemovalThatFindsNoRoomLeavesTheString)
 {
     const std::string after = std::string("first item of no great length;") + ";third";

@@ -1,10 +1,15 @@
 // Ostra/String/StringScanner.cpp
 #include <Ostra/String/StringScanner.h>
 
+#include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/TextOperations.h>
 #include <Ostra/String/UString.h>
 #include <System/String/StringConvert.h>
+
+#include <cstdlib>
+
+static constexpr char qccz_Source[] = "Ostra/String/StringScanner";
 
 static constexpr unsigned OWN_CODE_PAGE = -2;
 
@@ -202,6 +207,18 @@ void CT_StringScanner::v_Item(CT_String* pco_Out, const CT_String* pcco_In,
                               unsigned short u_Separator, unsigned n_Item)
 {
     if (b_AreBytes(pco_Out, pcco_In))
+// ---- Objects ----------------------------------------------------------------------------------
+
+void* CT_StringScanner::operator new(std::size_t n_Size) noexcept
+{
+    return CT_Report::spv_New(n_Size, qccz_Source);
+}
+
+void CT_StringScanner::operator delete(void* pv_Object)
+{
+    std::free(pv_Object);
+}
+
         v_ItemC(pco_C(pco_Out), pco_C(pcco_In), c_Separator(u_Separator), n_Item);
     else if (b_AreUnits(pco_Out, pcco_In))
         v_ItemU(pco_U(pco_Out), pco_U(pcco_In), u_Separator, n_Item);

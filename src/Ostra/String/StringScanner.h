@@ -3,6 +3,8 @@
 
 #include <Ostra/Frame/Export.h>
 
+#include <cstddef>
+
 class CT_CString;
 class CT_String;
 class CT_UString;
@@ -16,11 +18,15 @@ class CT_UString;
 //
 // Units:   u_Separator is a UTF-16 unit; for strings of bytes it is converted to the system's ANSI
 //          code page. A separator of 0 occurs nowhere.
-// Reports: nothing of its own; strings report 60006 when the heap is exhausted.
+// Reports: 60006 when an object can't be made with new; strings report it, too.
 // Threads: any number; a string belongs to one thread at a time.
 class OSTRA_API CT_StringScanner
 {
 public:
+    static void* operator new(std::size_t n_Size) noexcept;
+    static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }
+    static void operator delete(void* pv_Object);
+
     // ---- Items ------------------------------------------------------------------------------
 
     // Empties pco_Out where there is no such item. Both strings may be one.
