@@ -77,6 +77,16 @@ TEST(StringToolsSweep, WordThatFindsNoRoomLeavesTheStringOrEmptiesIt)
     });
 }
 
+TEST(StringToolsSweep, WordOfAStringIntoItselfThatFindsNoRoomLeavesTheStringOrEmptiesIt)
+{
+    OnBoth([](bool wide) {
+        SweepText(
+            wide, LONG_TEXT,
+            [](State& s) { scanner.v_SubWord(s.string.get(), s.string.get(), s.set.get(), 2); },
+            SECOND, {""});
+    });
+}
+
 TEST(StringToolsSweep, NewScanner)
 {
     struct Pointer

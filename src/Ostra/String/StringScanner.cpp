@@ -186,6 +186,12 @@ void v_CutItem(String* pco_String, Unit c_Separator, unsigned n_Item)
 template <class String>
 void v_CopyWord(String* pco_Out, const String* pcco_In, const String* pcco_Set, unsigned n_Word)
 {
+    if (pco_Out == pcco_In || pco_Out == pcco_Set) {
+        const String co_Held(pco_Out);
+        v_CopyWord(pco_Out, pco_Out == pcco_In ? &co_Held : pcco_In,
+                   pco_Out == pcco_Set ? &co_Held : pcco_Set, n_Word);
+        return;
+    }
     pco_Out->v_Set(0u, 1);
     st_Piece so;
     if (CT_Pieces(qc_Get(pcco_In)).b_Word(so, qc_Get(pcco_Set), n_Word))
@@ -201,12 +207,6 @@ void v_CutWord(String* pco_String, const String* pcco_Set, unsigned n_Word)
 }
 } // namespace
 
-// ---- Items ------------------------------------------------------------------------------------
-
-void CT_StringScanner::v_Item(CT_String* pco_Out, const CT_String* pcco_In,
-                              unsigned short u_Separator, unsigned n_Item)
-{
-    if (b_AreBytes(pco_Out, pcco_In))
 // ---- Objects ----------------------------------------------------------------------------------
 
 void* CT_StringScanner::operator new(std::size_t n_Size) noexcept
@@ -219,6 +219,12 @@ void CT_StringScanner::operator delete(void* pv_Object)
     std::free(pv_Object);
 }
 
+// ---- Items ------------------------------------------------------------------------------------
+
+void CT_StringScanner::v_Item(CT_String* pco_Out, const CT_String* pcco_In,
+                              unsigned short u_Separator, unsigned n_Item)
+{
+    if (b_AreBytes(pco_Out, pcco_In))
         v_ItemC(pco_C(pco_Out), pco_C(pcco_In), c_Separator(u_Separator), n_Item);
     else if (b_AreUnits(pco_Out, pcco_In))
         v_ItemU(pco_U(pco_Out), pco_U(pcco_In), u_Separator, n_Item);

@@ -39,7 +39,7 @@ public:
 
     // ---- Words ------------------------------------------------------------------------------
 
-    // pco_Out is emptied before the others are looked at, and stays so where there is no such word.
+    // Empties pco_Out where there is no such word. It may be one of the others.
     void v_SubWord(CT_String* pco_Out, const CT_String* pcco_In, const CT_String* pcco_Separators,
                    unsigned n_Word);
     // The separators on both sides stay.

@@ -197,12 +197,13 @@ unsigned int CT_CharMappings::sn_Decompose(unsigned short u_Char, CT_UString* pc
 
 void CT_CharMappings::sv_Decompose(const CT_UString* pcco_Source, CT_UString* pco_Result)
 {
+    if (pcco_Source == pco_Result) {
+        sv_Decompose(pco_Result);
+        return;
+    }
     CT_UString co_Sequence;
     const unsigned n_Length = pcco_Source->vn_GetLength();
     pco_Result->vv_SetLength(0);
-    // A source that is the result has nothing left.
-    if (pcco_Source == pco_Result)
-        return;
     for (unsigned n = 0; n < n_Length; ++n) {
         const unsigned short u = pcco_Source->vu_GetAt(n);
         if (b_IsHighSurrogate(u)) {

@@ -288,18 +288,23 @@ TEST(StringScanner, WordsOfCharactersBeyondAscii)
     EXPECT_EQ(scanner.n_WordCount(&bytes, &byte_set), 2u);
 }
 
-// The target is emptied before the text is looked at.
-TEST(StringScanner, WordOfAStringIntoItselfIsEmpty)
+TEST(StringScanner, WordOfAStringIntoItself)
 {
     OnBoth([](bool wide) {
         const auto s = Make(wide, "one two"), set = Make(wide, " ");
         const auto sharer = Share(*s);
-        scanner.v_SubWord(s.get(), s.get(), set.get(), 1);
-        EXPECT_EQ(Ascii(*s), "");
+        scanner.v_SubWord(s.get(), s.get(), set.get(), 2);
+        EXPECT_EQ(Ascii(*s), "two");
         EXPECT_EQ(Ascii(*sharer), "one two");
-        // As a set it is empty, too.
+        scanner.v_SubWord(s.get(), s.get(), set.get(), 1);
+        EXPECT_EQ(Ascii(*s), "two");
+        scanner.v_SubWord(s.get(), s.get(), set.get(), 2);
+        EXPECT_EQ(Ascii(*s), "");
+        // The same for the set.
         scanner.v_SubWord(set.get(), sharer.get(), set.get(), 1);
-        EXPECT_EQ(Ascii(*set), "one two");
+        EXPECT_EQ(Ascii(*set), "one");
+        scanner.v_SubWord(set.get(), set.get(), set.get(), 1);
+        EXPECT_EQ(Ascii(*set), "");
     });
 }
 
