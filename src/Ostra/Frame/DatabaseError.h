@@ -19,7 +19,7 @@ public:
     // The text of a code; null for one below 31000 and for one that the table doesn't have.
     static const unsigned short* sqcuz_GetErrorMessage(unsigned n_Code);
     // Formats the code's text, or "Unspecified Database Error" when there is none, with the
-    // arguments behind it. At most n_Length units, the terminator among them.
+    // arguments behind it. At most n_Length units, the terminator included; none behind that.
     static void sv_FormatError(unsigned short* pu_Out, unsigned n_Length, unsigned n_Code, ...);
 
 private:

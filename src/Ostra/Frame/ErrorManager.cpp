@@ -136,7 +136,8 @@ void CT_ErrorManager::v_FormatError(st_Error* pso_Error, const unsigned short* q
                                     va_list args)
 {
     unsigned short au_Message[MESSAGE_ROOM];
-    CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, qcuz_Format, args);
+    if (qcuz_Format)
+        CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, qcuz_Format, args);
     CT_Print::si_Format(au_Message, MESSAGE_ROOM, sau_ErrorFormat, pso_Error->n_ErrorCode,
                         pso_Error->au_Message);
     std::memcpy(pso_Error->au_Message, au_Message, sizeof(au_Message));

@@ -62,8 +62,8 @@ public:
     // ---- Setting an error -------------------------------------------------------------------
 
     // Text: "(code): " and the format, which the module's string table has under that id, with the
-    //       arguments. A null module means the default one; an id that the table doesn't have means
-    //       an empty format.
+    //       arguments. A null module means the default one; an id that the table doesn't have, and
+    //       a null format, mean an empty format.
     void v_SetError(unsigned n_Code, HINSTANCE h_Instance, unsigned n_FormatID, ...);
     void v_SetError(unsigned n_Code, const unsigned short* qcuz_Format, ...);
     // Code 0 and the bare text, without a prefix; a null format means an empty text.

@@ -39,14 +39,19 @@ public:
     }
 
     // The same, but the text always ends within the n_Room characters; what doesn't fit is cut off.
+    // A text that fits is written with its terminator, and nothing behind that.
     template <typename T_Char>
     static int si_Print(T_Char* p_Out, unsigned n_Room, const T_Char* qcz_Format, va_list args)
     {
         if (n_Room == 0)
             return -1;
-        // A failed conversion leaves the text where it stands, without a terminator.
-        std::memset(p_Out, 0, n_Room * sizeof(T_Char));
         const int i_Length = si_Raw(p_Out, n_Room, qcz_Format, args);
+        if (i_Length >= 0 && static_cast<unsigned>(i_Length) < n_Room)
+            return i_Length;
+        // What doesn't fit has filled the room. A failed conversion has left the text where it
+        // stands, without a terminator: once more, into zeros.
+        std::memset(p_Out, 0, n_Room * sizeof(T_Char));
+        si_Raw(p_Out, n_Room, qcz_Format, args);
         p_Out[n_Room - 1] = 0;
         return i_Length;
     }

@@ -34,8 +34,25 @@ void CT_Type::v_Init(char* qcz_TypeName, void* pv_Specimen, unsigned n_SpecimenS
     spco_Construct = this;
 }
 
+// Takes the record out of the chain and ends what is under way with it.
+void CT_Type::v_Leave()
+{
+    CT_Type** ppco_Link = &spco_Any;
+    while (*ppco_Link && *ppco_Link != this)
+        ppco_Link = &(*ppco_Link)->pco_Next;
+    if (*ppco_Link)
+        *ppco_Link = pco_Next;
+    if (spco_Construct == this) {
+        spco_Construct = nullptr;
+        sn_Types = 0;
+    }
+    if (spco_Destruct == this)
+        spco_Destruct = nullptr;
+}
+
 void CT_Type::v_Exit()
 {
+    v_Leave();
     qcz_Name = nullptr;
     pv_Object = nullptr;
     std::free(paso_Types);

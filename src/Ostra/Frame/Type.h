@@ -64,6 +64,7 @@ public:
 
 private:
     void v_Init(char* qcz_TypeName, void* pv_Specimen, unsigned n_SpecimenSize);
+    void v_Leave();
     void v_Exit();
     int b_InObject(const void* pcv_This) const;
     static int sb_InSpecimen(const void* pcv_This);

@@ -78,6 +78,32 @@ TEST(DatabaseError, FormatOfTheEmptyTextIsEmpty)
     EXPECT_EQ(Wide(out), u"");
 }
 
+TEST(DatabaseError, FormatWritesTheTextAndItsTerminatorOnly)
+{
+    unsigned short out[40];
+    const auto written = [&] {
+        unsigned count = 40;
+        while (count && out[count - 1] == 0x7777)
+            --count;
+        return count;
+    };
+    std::fill(std::begin(out), std::end(out), 0x7777);
+    CT_DatabaseError::sv_FormatError(out, 40, 31005);
+    EXPECT_EQ(Wide(out), u"Corrupt data");
+    EXPECT_EQ(written(), 13U);
+    std::fill(std::begin(out), std::end(out), 0x7777);
+    CT_DatabaseError::sv_FormatError(out, 40, 31053, Units(u"a name"));
+    EXPECT_EQ(Wide(out), u"Resource not found in a name");
+    EXPECT_EQ(written(), 29U);
+    // A text that fills its field to the last place but one, to the last one, and passes it.
+    for (const unsigned room : {13U, 12U, 11U}) {
+        std::fill(std::begin(out), std::end(out), 0x7777);
+        CT_DatabaseError::sv_FormatError(out, room, 31005);
+        EXPECT_EQ(Wide(out), std::u16string(u"Corrupt data").substr(0, room - 1));
+        EXPECT_EQ(written(), room);
+    }
+}
+
 TEST(DatabaseError, FormatEndsWithinItsField)
 {
     unsigned short out[10];

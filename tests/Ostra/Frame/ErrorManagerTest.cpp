@@ -57,6 +57,12 @@ TEST(ErrorManager, TextIsThePrefixAndTheFormattedArguments)
     EXPECT_FALSE(Errors().b_IsSetError());
 }
 
+TEST(ErrorManager, ErrorWithoutAFormatHasThePrefixAlone)
+{
+    Errors().v_SetError(7, static_cast<const unsigned short*>(nullptr));
+    EXPECT_EQ(TakeFailure(), (Failure{7, "(7): ", {}}));
+}
+
 TEST(ErrorManager, PrefixPrintsTheCodeAsSigned)
 {
     SetError(0xFFFFFFFE);

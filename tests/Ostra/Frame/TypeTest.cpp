@@ -3,6 +3,10 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 
+#include <cstring>
+#include <memory>
+#include <new>
+
 #include <gtest/gtest.h>
 
 namespace
@@ -13,6 +17,11 @@ char elsewhere[64];
 CT_Type NewRecord()
 {
     return CT_Type(const_cast<char*>("Record"), object, sizeof(object));
+}
+
+std::unique_ptr<CT_Type> MakeRecord()
+{
+    return std::make_unique<CT_Type>(const_cast<char*>("Record"), object, 64U);
 }
 
 // Records that stand for other classes; their own collections are closed.
@@ -98,6 +107,54 @@ TEST(Type, CollectingAreaIsEmptyBetweenSpecimens)
     CT_Type next = NewRecord();
     next.v_Enter();
     EXPECT_EQ(next.n_GetTypes(), 0U);
+}
+
+// Nobody looks at a record that is gone: its memory may hold anything by then, here the record as
+// it was.
+TEST(Type, ARecordDeletedBeforeItWasEnteredLeavesNoPointerBehind)
+{
+    alignas(CT_Type) char place[sizeof(CT_Type)];
+    char bytes[sizeof(CT_Type)];
+    CT_Type* type = new (place) CT_Type(const_cast<char*>("Record"), object, sizeof(object));
+    CT_Type::sv_Enter(object, type);
+    std::memcpy(bytes, place, sizeof(place));
+    type->~CT_Type();
+    std::memcpy(place, bytes, sizeof(place));
+    EXPECT_FALSE(CT_Type::sb_InConstruct(object));
+    // What was entered for it isn't another record's.
+    CT_Type other = NewRecord();
+    other.v_Enter();
+    EXPECT_EQ(other.n_GetTypes(), 0U);
+}
+
+TEST(Type, ARecordDeletedWithItsSpecimenUnderDestructionLeavesNoPointerBehind)
+{
+    alignas(CT_Type) char place[sizeof(CT_Type)];
+    char bytes[sizeof(CT_Type)];
+    CT_Type* type = new (place) CT_Type(const_cast<char*>("Record"), object, sizeof(object));
+    CT_Type::sv_Enter(object, type);
+    CT_Type::sv_Enter(object + 4, type);
+    type->v_Enter();
+    CT_Type::sv_ToDestruct(type);
+    EXPECT_TRUE(CT_Type::sb_InDestruct(object));
+    std::memcpy(bytes, place, sizeof(place));
+    type->~CT_Type();
+    std::memcpy(place, bytes, sizeof(place));
+    EXPECT_FALSE(CT_Type::sb_InDestruct(object));
+}
+
+TEST(Type, RecordsMayBeDeletedInAnyOrder)
+{
+    auto first = MakeRecord();
+    auto second = MakeRecord();
+    auto third = MakeRecord();
+    third->v_Enter();
+    second.reset();
+    first.reset();
+    third.reset();
+    CT_Type last = NewRecord();
+    EXPECT_TRUE(CT_Type::sb_InConstruct(object));
+    last.v_Enter();
 }
 
 TEST(Type, DestructionCountsTheLevelsDown)
