@@ -3,6 +3,7 @@
 
 #include <Ostra/String/String.h>
 
+#include <concepts>
 #include <cstddef>
 
 class CT_CString;
@@ -53,6 +54,12 @@ public:
 
     // A zero character appends nothing.
     void v_Append(char c_Append, unsigned n_CodePage);
+    // By code page 0. For a char alone: numbers and characters of other types are units.
+    template <std::same_as<char> Char>
+    void v_Append(Char c_Append)
+    {
+        v_Append(c_Append, 0u);
+    }
     // Grows to twice the size that it needs.
     void v_Append(unsigned short u_Append);
     // Kept: appends as many units as the text has bytes; where they convert to fewer, zero units

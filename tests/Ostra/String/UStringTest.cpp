@@ -314,6 +314,21 @@ TEST(UString, AppendOfOneByteConvertsIt)
     EXPECT_EQ(Text(s), u"\u20AC\u0439");
 }
 
+TEST(UString, AppendOfACharacterAloneMeansTheSystemsCodePage)
+{
+    CT_UString s;
+    s.v_Append('\xE9');
+    s.v_Append('a');
+    s.v_Append('\0');
+    EXPECT_EQ(Text(s), u"\u00E9a");
+    // Numbers and characters of other types are units.
+    s.v_Append(0x439);
+    s.v_Append(u'\u20AC');
+    s.v_Append(L'x');
+    s.v_Append(static_cast<unsigned short>(0xFFE9));
+    EXPECT_EQ(Text(s), u"\u00E9a\u0439\u20ACx\uFFE9");
+}
+
 TEST(UString, AppendOfBytesToUTF8GoesOnWithAnOpenSequence)
 {
     CT_UTF::sv_UTF8ToWideInit();
