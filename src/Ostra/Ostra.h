@@ -53,6 +53,7 @@
 #include <Ostra/WordList/BiWordListIteratorOstra.h>
 #include <System/Forum/Forum.h>
 #include <System/OS/OS.h>
+#include <System/String/StandardUTF8.h>
 #include <System/String/StringConvert.h>
 #include <System/String/UTF.h>
 #include <System/Timer/Timer.h>

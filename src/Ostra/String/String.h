@@ -185,5 +185,6 @@ protected:
     CT_Buffer co_Buffer; // the text with its terminator, which the used size counts
 
     // Conversions write into the buffers of their targets.
+    friend class CT_StandardUTF8;
     friend class CT_StringConvert;
 };

@@ -3,6 +3,7 @@
 
 #include <Ostra/String/TextOperations.h>
 #include <System/String/Runs.h>
+#include <System/String/Sequences.h>
 
 #include <array>
 #include <cstdint>
@@ -356,40 +357,6 @@ int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
 // over the others. What they leave behind can be written over only where enough of the input is
 // still to come.
 
-namespace
-{
-// Bytes of a sequence, the first one lowest.
-void v_Put(char* pc_Out, unsigned n_Sequence, unsigned n_Count)
-{
-    for (unsigned n = 0; n < n_Count; ++n)
-        pc_Out[n] = static_cast<char>(n_Sequence >> 8 * n);
-}
-
-// Two bytes are written also for a character of one: the room goes on for a terminator.
-char* pc_Encode(char* pc_Out, unsigned n_Unit)
-{
-    if (n_Unit >= 0x800) {
-        // A surrogate too.
-        v_Put(pc_Out, 0x8080E0 | n_Unit >> 12 | (n_Unit << 2 & 0x3F00) | (n_Unit << 16 & 0x3F0000),
-              3);
-        return pc_Out + 3;
-    }
-    // Without a branch: where letters and blanks take turns, none is foreseen.
-    const unsigned n_Two = 0x80C0 | n_Unit >> 6 | (n_Unit << 8 & 0x3F00);
-    const unsigned n_More = (0x7F - n_Unit) >> 31;
-    v_Put(pc_Out, n_Unit ^ ((n_Unit ^ n_Two) & -n_More), 2);
-    return pc_Out + 1 + n_More;
-}
-} // namespace
-
-// Whether the next four units are ASCII.
-static bool b_AreASCII(const unsigned short* pcu_In)
-{
-    std::uint64_t n8_Units;
-    std::memcpy(&n8_Units, pcu_In, sizeof(n8_Units));
-    return !(n8_Units & 0xFF80FF80FF80FF80);
-}
-
 int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
 {
     char* pc = pc_Out;
@@ -427,32 +394,10 @@ namespace
 // What the marks of a sequence add up to, by its trailing bytes.
 constexpr unsigned OFFSETS[] = {0, 0x3080, 0xE2080, 0x3C82080};
 
-constexpr unsigned short REPLACEMENT = 0xFFFD;
-
-unsigned n_Byte(char c)
-{
-    return static_cast<unsigned char>(c);
-}
-
 // Bytes of a sequence behind its first. Kept: a byte from 0x80 to 0xBF counts as a sequence of one.
 unsigned n_TrailingOf(unsigned n_First)
 {
     return n_First < 0xF8 ? (n_First >= 0xC0) + (n_First >= 0xE0) + (n_First >= 0xF0) : 0;
-}
-
-bool b_IsPair(unsigned n_Value)
-{
-    return n_Value - 0x10000 < 0x100000;
-}
-
-unsigned short u_High(unsigned n_Value)
-{
-    return static_cast<unsigned short>(0xD800 + ((n_Value - 0x10000) >> 10));
-}
-
-unsigned short u_Low(unsigned n_Value)
-{
-    return static_cast<unsigned short>(0xDC00 | (n_Value & 0x3FF));
 }
 
 // The value of four bytes as units.
