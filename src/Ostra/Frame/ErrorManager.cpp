@@ -135,7 +135,7 @@ void CT_ErrorManager::v_SetError(unsigned n_Code, const unsigned short* qcuz_For
 void CT_ErrorManager::v_FormatError(st_Error* pso_Error, const unsigned short* qcuz_Format,
                                     va_list args)
 {
-    unsigned short au_Message[MESSAGE_ROOM];
+    unsigned short au_Message[MESSAGE_ROOM] = {};
     if (qcuz_Format)
         CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, qcuz_Format, args);
     CT_Print::si_Format(au_Message, MESSAGE_ROOM, sau_ErrorFormat, pso_Error->n_ErrorCode,
