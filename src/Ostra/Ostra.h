@@ -27,6 +27,7 @@
 #include <Ostra/Frame/Shared.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>
+#include <Ostra/Frame/Version.h>
 #include <Ostra/HashTable/VoidHashIterator.h>
 #include <Ostra/HashTable/VoidHashTable.h>
 #include <Ostra/LIST/VoidList.h>

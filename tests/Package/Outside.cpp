@@ -2,6 +2,7 @@
 #include <Ostra/Ostra.h>
 
 #include <cstdio>
+#include <cstring>
 
 namespace
 {
@@ -27,6 +28,11 @@ int main()
 {
     if (!early.is_up || !early.has_text)
         return 4;
+    char version[40];
+    std::snprintf(version, sizeof(version), "%u.%u.%u", ostra_version() / 10000,
+                  ostra_version() / 100 % 100, ostra_version() % 100);
+    if (ostra_version() != OSTRA_VERSION || std::strcmp(version, PACKAGE_VERSION) != 0)
+        return 5;
     CT_CompList words(CT_CompList::es_Short, 4, 0, 1, 1024, 0);
     CT_UString word(qcuz_Text(u"Gr\u00FC\u00DFe"));
     if (!words.b_Add(&word, 42))

@@ -13,7 +13,7 @@ endfunction()
 function(run_by_pkg_config NAME DIRECTORY)
     find_program(PKG_CONFIG pkg-config REQUIRED)
     set(pkg_config ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${DIRECTORY})
-    run(${pkg_config} sh -c "${COMPILER} ${FLAGS} -std=c++20 ${SOURCE}/Outside.cpp -o ${WORK}/${NAME} \
+    run(${pkg_config} sh -c "${COMPILER} ${FLAGS} -std=c++20 -DPACKAGE_VERSION=\\\"$(${PKG_CONFIG} --modversion ostra)\\\" ${SOURCE}/Outside.cpp -o ${WORK}/${NAME} \
 $(${PKG_CONFIG} --cflags --libs ostra) -Wl,-rpath,$(${PKG_CONFIG} --variable=libdir ostra)")
     run(${CMAKE_COMMAND} -E chdir ${WORK} ./${NAME})
 endfunction()

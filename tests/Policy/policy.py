@@ -201,6 +201,21 @@ def check_objects(nm, objdump, objects):
             breaches.append(f"{pathlib.Path(name).name}: has a static object with a constructor")
 
 
+def check_version(objdump, library):
+    """The DLL's resource has the headers' version; the name that programs ask for changes with the minor version."""
+    header = (TOP / "src/Ostra/Frame/Version.h").read_text("utf-8")
+    version = [re.search(rf"OSTRA_VERSION_{part} (\d+)", header).group(1) for part in ("MAJOR", "MINOR", "PATCH")]
+    resource = (TOP / "resources/ostra.rc").read_text("utf-8")
+    for line in (f"FILEVERSION {','.join(version)},0", f"PRODUCTVERSION {','.join(version)},0",
+                 f'"FileVersion", "{".".join(version)}"', f'"ProductVersion", "{".".join(version)}"'):
+        if line not in resource:
+            breaches.append(f"resources/ostra.rc: no {line}")
+    if library.suffix != ".dll":
+        name = re.search(r"SONAME\s+(\S+)", output(objdump, "-p", str(library)))
+        if not name or name.group(1) != f"libostra.so.{version[0]}.{version[1]}":
+            breaches.append(f"the library is called {name and name.group(1)}")
+
+
 def check_exports(nm, library):
     """The library exports what cmake/exports.txt lists: classes, and functions outside a class."""
     expected = set((TOP / "cmake/exports.txt").read_text("utf-8").split())
@@ -208,7 +223,9 @@ def check_exports(nm, library):
         return
     names = set()
     for line in output(nm, "-D", "-C", "--defined-only", str(library)).splitlines():
-        symbol = line.split(" ", 2)[2]
+        _, kind, symbol = line.split(" ", 2)
+        if kind == "u":
+            breaches.append(f"exports {symbol} as unique in the process: the library could never be unloaded")
         symbol = re.sub(r"^(vtable|typeinfo|typeinfo name|guard variable|VTT) for ", "", symbol)
         symbol = re.sub(r"^(non-)?virtual thunk to ", "", symbol)
         # A template's instance is shown with its result type.
@@ -236,7 +253,9 @@ def main():
     check_no_workplace()
     if arguments.library:
         check_objects(arguments.nm, arguments.objdump, [name for name in arguments.objects.split(":") if name])
-        check_exports(arguments.nm, arguments.library)
+        if arguments.library.suffix != ".a":
+            check_exports(arguments.nm, arguments.library)
+            check_version(arguments.objdump, arguments.library)
     print("\n".join(breaches + [f"policy: {len(breaches)} breaches"]))
     return 1 if breaches else 0
 
