@@ -23,6 +23,10 @@ public:
     CT_CString(const char* qccz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
     // Converts.
     CT_CString(const unsigned short* qcuz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
+    // The same with a u"..." literal.
+    CT_CString(const char16_t* qcuz_New, unsigned n_Count = 0xFFFFFFFF, unsigned n_Page = 0)
+        : CT_CString(qcuz_Text(qcuz_New), n_Count, n_Page)
+    {}
     // Shares the buffer as it stands: it has to hold a terminated text.
     CT_CString(const CT_Buffer* pcco_Buffer, unsigned n_CodePage = 0);
     // Shares a CT_CString and takes its code page; converts a CT_UString.
@@ -106,6 +110,7 @@ public:
                    unsigned n_Offset = 0) const override;
     int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
                    unsigned n_Offset = 0) const override;
+    using CT_String::vi_Compare;
     // Kept: up to the first character that goes, strings that share the block change as well.
     void vv_Translate(const CT_String* pcco_From, const CT_String* pcco_To) override;
     void vv_SetLength(unsigned n_Length) override;

@@ -3,6 +3,7 @@
 
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>
 
 #include <windows.h>
@@ -91,6 +92,12 @@ public:
                            unsigned n_Offset = 0) const;
     virtual int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
                            unsigned n_Offset = 0) const;
+    // The same with a u"..." literal.
+    int vi_Compare(const char16_t* qcuz_Other, unsigned n_Count = 0xFFFFFFFF,
+                   unsigned n_Offset = 0) const
+    {
+        return vi_Compare(qcuz_Text(qcuz_Other), n_Count, n_Offset);
+    }
     // Each character found in the one text becomes its partner in the other, or goes if it has
     // none.
     virtual void vv_Translate(const CT_String* pcco_From, const CT_String* pcco_To);
@@ -120,6 +127,11 @@ public:
     void v_Set(unsigned n_Length, int b_Keep);
     void v_Set(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage);
     void v_Set(const unsigned short* qcuz_Text, unsigned n_Count = -1);
+    // The same with a u"..." literal.
+    void v_Set(const char16_t* qcuz_New, unsigned n_Count = 0xFFFFFFFF)
+    {
+        v_Set(qcuz_Text(qcuz_New), n_Count);
+    }
     // Shares the data of a string of the same class.
     void v_Set(const CT_String* pcco_Text);
     // Shares the buffer as it stands: it has to hold a terminated text of this encoding.

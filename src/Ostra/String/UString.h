@@ -25,6 +25,10 @@ public:
     // Converts.
     CT_UString(const char* qccz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
     CT_UString(const unsigned short* qcuz_Text, unsigned n_Count = -1);
+    // The same with a u"..." literal.
+    CT_UString(const char16_t* qcuz_New, unsigned n_Count = 0xFFFFFFFF)
+        : CT_UString(qcuz_Text(qcuz_New), n_Count)
+    {}
     // Shares the buffer as it stands: it has to hold a terminated text.
     CT_UString(const CT_Buffer* pcco_Buffer);
     // Shares a CT_UString; converts a CT_CString by its own code page.
@@ -110,6 +114,7 @@ public:
                    unsigned n_Offset = 0) const override;
     int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
                    unsigned n_Offset = 0) const override;
+    using CT_String::vi_Compare;
     // Kept: up to the first character that goes, strings that share the block change as well.
     void vv_Translate(const CT_String* pcco_From, const CT_String* pcco_To) override;
     void vv_SetLength(unsigned n_Length) override;
