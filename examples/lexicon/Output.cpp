@@ -48,13 +48,12 @@ void SetSystemError(const CT_UString& file)
 
 fs::path PathOf(const CT_UString& name)
 {
-    CT_WinFile file(&name, FILE_BUFFER);
-    file.v_FullPath();
-    const CT_String* full = file.pcco_GetFullName();
     std::u16string units;
-    for (unsigned n = 0; n < full->vn_GetLength(); ++n)
-        units += static_cast<char16_t>(full->vu_GetAt(n));
-    return units;
+    for (unsigned n = 0; n < name.vn_GetLength(); ++n)
+        units += static_cast<char16_t>(name.u_GetAt(n) == '\\' ? '/' : name.u_GetAt(n));
+    std::error_code error;
+    const fs::path path = fs::absolute(units, error);
+    return error ? fs::path(units) : path;
 }
 
 bool Output::Take(const CT_UString& given)

@@ -92,6 +92,17 @@ TEST(LexiconErrors, AnOutputThatCannotBeMadeIsTold)
     EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
 }
 
+TEST(LexiconErrors, ANameThatIsTooLongIsToldInWords)
+{
+    WriteBytes("words.tsv", "a\tb\n");
+    const std::string name(254, 'n'); // the one beside it is longer than a name may be
+    const Answer answer = RunLexicon({"build", "words.tsv", name});
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_TRUE(answer.errors.starts_with("lexicon: cannot write " + name + ": ("));
+    EXPECT_FALSE(answer.errors.ends_with(": \n")) << answer.errors;
+    EXPECT_EQ(Names(), std::vector<std::string>{"words.tsv"});
+}
+
 TEST(LexiconErrors, AnOutputThatIsADirectoryStays)
 {
     std::filesystem::create_directory("words.rec");
