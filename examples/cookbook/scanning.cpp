@@ -24,7 +24,7 @@ int main()
     // Cents as an amount, in a column and without one.
     CT_StringTools::sv_FormatNumber(&price, 123456, 12, ',', '.', 2);
     std::printf("[%s]\n", price.qccz_Get());
-    CT_StringTools::sv_FormatNumber(&price, 123456, -1, '.', ',', 2);
+    CT_StringTools::sv_FormatNumber(&price, 123456, 0xFFFFFFFF, '.', ',', 2);
     std::printf("[%s]\n", price.qccz_Get());
 
     // The next vowel from position 4 on.
