@@ -3,11 +3,26 @@
 
 #include <Ostra/Frame/Text.h>
 
+#include <cstddef>
 #include <cstdlib>
+#include <utility>
 
 namespace
 {
 constexpr unsigned OUT_OF_MEMORY = 60006;
+
+// Units of the longest name of a file. A directive takes a unit at least for each word that it asks
+// for, such as the two of a number in a floating point format on a 32-bit system.
+constexpr std::size_t LONGEST_NAME = 259;
+
+// The argument, and behind it empty texts for whatever a name of that length can ask for.
+template <std::size_t... n_Each>
+void v_SetText(CT_ErrorManager* pco_Errors, unsigned n_Code, const unsigned short* qcuz_Format,
+               const unsigned short* qcuz_Argument, std::index_sequence<n_Each...>)
+{
+    const unsigned short* qcuz_None = qcuz_Text(u"");
+    pco_Errors->v_SetError(n_Code, qcuz_Format, qcuz_Argument, (void(n_Each), qcuz_None)...);
+}
 
 // Sets the error as long as the thread has none, and adds the place to its trail.
 // Kept: while the thread's error is ignored it stays in the way of a new one, and the loop doesn't
@@ -68,9 +83,8 @@ void CT_Report::sv_Format(const char* qccz_Source, unsigned n_Code, unsigned n_F
 void CT_Report::sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
                         const unsigned short* qcuz_Argument, unsigned n_Line)
 {
-    const unsigned short* qcuz_None = qcuz_Text(u"");
     v_Report(qccz_Source, n_Line, [=](CT_ErrorManager* pco_Errors) {
-        pco_Errors->v_SetError(n_Code, qcuz_Format, qcuz_Argument, qcuz_None, qcuz_None, qcuz_None,
-                               qcuz_None, qcuz_None, qcuz_None, qcuz_None);
+        v_SetText(pco_Errors, n_Code, qcuz_Format, qcuz_Argument,
+                  std::make_index_sequence<LONGEST_NAME>());
     });
 }

@@ -33,7 +33,7 @@ public:
                           unsigned n_Third = 0, unsigned n_Line = __builtin_LINE());
 
     // A code with a format given as text and one wide argument. A name within the format may hold
-    // directives: behind the argument stand seven empty texts for them.
+    // directives: behind the argument stand as many empty texts as one of 259 units can ask for.
     static void sv_Text(const char* qccz_Source, unsigned n_Code, const unsigned short* qcuz_Format,
                         const unsigned short* qcuz_Argument, unsigned n_Line = __builtin_LINE());
 
