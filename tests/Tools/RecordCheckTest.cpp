@@ -1,7 +1,13 @@
 // tests/Tools/RecordCheckTest.cpp: the validating reader of record files, and their hex text.
 #include "RecordCheck.h"
 #include "RecordDump.h"
+
+#include <Database/RecordManager/RecordManager.h>
+#include <Ostra/Frame/Text.h>
+#include <Ostra/String/UString.h>
+
 #include "Support/Directory.h"
+#include "Support/Failure.h"
 
 #include <functional>
 #include <random>
@@ -137,9 +143,6 @@ TEST(RecordCheck, NamesTheFirstRuleBrokenAndItsPlace)
         {[](Bytes& f) { f.bytes.resize(1480); }, 1472, "the file ends within the resource"},
         {[](Bytes& f) { f.Set(1348, 1409); }, 1348, "a record's body that is none"},
         {[](Bytes& f) { f.Set(1348, 1344); }, 1348, "a record's body that is none"},
-        {[](Bytes& f) { f.Set(1348, 1472); }, 1348, "the record's body has another holder"},
-        {[](Bytes& f) { f.Set(f.AddBlock(0xFFFFFFFF) + 4, 1408); }, 1540,
-         "the record's body has another holder"},
         {[](Bytes& f) {
              const unsigned body = f.AddBlock(60);
              f.Set(1348, body);
@@ -179,6 +182,21 @@ TEST(RecordCheck, NotesWhatIsNoDamage)
         {[](Bytes& f) { f.AddBlock(20); }, RecordNote::NobodysBlock, 1536},
         {[](Bytes& f) { f.AddFree(1408, 64); }, RecordNote::StaleBody, 1344},
         {[](Bytes& f) {
+             f.Set(76, 2);
+             f.Set(f.AddBlock(0xFFFFFFFF) + 4, 1408);
+         },
+         RecordNote::StaleBody, 1536},
+        {[](Bytes& f) {
+             f.Set(76, 2);
+             f.Set(f.AddBlock(0xFFFFFFFF) + 4, 1472);
+         },
+         RecordNote::StaleBody, 1536},
+        {[](Bytes& f) {
+             f.Set(76, 2);
+             f.Set(f.AddBlock(0xFFFFFFFF) + 4, 1344);
+         },
+         RecordNote::StaleBody, 1536},
+        {[](Bytes& f) {
              f.Set(44, 57);
              f.Set(1348, 0);
          },
@@ -193,6 +211,27 @@ TEST(RecordCheck, NotesWhatIsNoDamage)
         EXPECT_EQ(verdict.notes[0].offset, rows[row].offset);
         EXPECT_TRUE(verdict.Has(rows[row].kind));
     }
+}
+
+// Nothing but ordinary calls: the front of the block that was the body becomes a head.
+TEST(RecordCheck, BlockOfAStaleBodyThatBecameAHeadIsNoDamage)
+{
+    const CT_UString name(qcuz_Text(u"test.rec"));
+    const CT_WinFile file(&name, 4096);
+    CT_RecordManager records(&file);
+    records.v_Create(8, 16, 4);
+    const std::string text(40, 'x');
+    const CT_Buffer whole(text.data(), 40, 32), shorter("four", 4, 32), other("new", 3, 32);
+    const unsigned stale = records.n_AddRecord(&whole);
+    records.v_UpdateRecord(stale, &shorter);
+    records.n_AddRecord(&other);
+    records.v_Close(1);
+    EXPECT_FALSE(Errors().b_IsSetError());
+    const RecordVerdict verdict = CheckRecordFile(ReadBytes("test.rec"));
+    EXPECT_TRUE(verdict.sound) << DescribeRecordVerdict(verdict);
+    ASSERT_EQ(verdict.notes.size(), 1u);
+    EXPECT_TRUE(verdict.Has(RecordNote::StaleBody));
+    EXPECT_EQ(verdict.notes[0].offset, stale * 16);
 }
 
 TEST(RecordCheck, FullFreeTableWithAChainIsSound)

@@ -10,7 +10,7 @@
 
 namespace
 {
-// What holds a block. A block has one holder, but for the body that a record kept pointing to.
+// What holds a block. A block has one holder, but for a body that a record kept pointing to.
 enum class Holder
 {
     Nobody,
@@ -203,19 +203,30 @@ private:
         return true;
     }
 
+    // An update that takes a record's body away leaves its place in the head. What the block has
+    // become since then is no damage: it is a block still.
+    static const char* StaleText(const Block& block)
+    {
+        if (block.head)
+            return "the record's body is another record's head";
+        if (block.holder == Holder::Free)
+            return "the record's body is free";
+        return block.holder == Holder::Resource ? "the record's body is a resource"
+                                                : "the record's body is another record's, too";
+    }
+
     bool Body(std::uint64_t head, std::uint32_t offset)
     {
         if (!offset)
             return true;
-        Block* block = Sized(offset);
-        if (!block)
+        const auto found = blocks.find(offset);
+        if (found == blocks.end() || offset == head)
             return Broken(head + 4, "a record's body that is none");
-        if (block->holder == Holder::Free) {
-            Note(RecordNote::StaleBody, head, "the record's body is free");
+        Block* block = &found->second;
+        if (block->head || block->holder != Holder::Nobody) {
+            Note(RecordNote::StaleBody, head, StaleText(*block));
             return true;
         }
-        if (block->holder != Holder::Nobody)
-            return Broken(head + 4, "the record's body has another holder");
         if (!Inside(offset, Word(offset)))
             return Broken(offset, "the file ends within the body");
         block->holder = Holder::Record;

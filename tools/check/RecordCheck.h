@@ -18,7 +18,9 @@ struct RecordNote
         Reserved, // a reserved byte isn't 0
         Length, // the file's length isn't n_Size: its writer did not close it, or worked without a map
         NotWalkable, // a record's head is longer than a block: fetch by reference only, don't walk
-        StaleBody, // a record still points to the body that an update took from it: don't delete or update it
+        // A record still points to the body that an update took from it, which is free or has become something else:
+        // don't delete or update it. Of two records with one body either may be meant.
+        StaleBody,
         NobodysBlock, // a block that neither a record, a resource nor the free space has; lost in a failed change
         RecordCount, // n_RecordCount isn't the number of heads; an addition failed half way
         Reach,       // blocks lie where the manager's signed offsets don't reach
