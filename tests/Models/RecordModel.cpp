@@ -93,8 +93,8 @@ void RecordModel::Create(Word headSize, Word blockSize, Word resourceMax)
     SetField(HEADER_CHANGE, 1);
     SetField(RESOURCE_CHANGE, 1);
     SetField(FREE_CHANGE, 1);
-    disk.assign(header.begin(), header.end());
     SetField(SIZE, FirstBlock());
+    disk.assign(header.begin(), header.end());
     savedHeader = savedFree = savedResource = 1;
 }
 
@@ -213,7 +213,9 @@ RecordModel::Word RecordModel::TakeExact(std::size_t slot)
 RecordModel::Word RecordModel::TakeFromChain(Word need)
 {
     Word previous = table.back().offset;
-    for (Word at = WordAt(previous + 4); at; at = WordAt(at + 4)) {
+    // A chain of more blocks than the file has is a ring.
+    Word left = Size() / Field(BLOCK);
+    for (Word at = WordAt(previous + 4); at && left; at = WordAt(at + 4), --left) {
         const Word size = Align(WordAt(at));
         if (size == need) {
             PutWord(previous + 4, WordAt(at + 4));
@@ -251,8 +253,9 @@ void RecordModel::Give(bool writeSize, Word at, Word size)
 std::size_t RecordModel::ChainLength() const
 {
     std::size_t count = 0;
+    const std::size_t most = Size() / Field(BLOCK);
     if (table.size() == Field(FREE_MAX) && table.back().length == 0)
-        for (Word at = WordAt(table.back().offset + 4); at; at = WordAt(at + 4))
+        for (Word at = WordAt(table.back().offset + 4); at && count < most; at = WordAt(at + 4))
             ++count;
     return count;
 }
@@ -370,8 +373,13 @@ RecordModel::Word RecordModel::Next(Word cursor, std::string& data, Word& next) 
 {
     next = 0;
     Word at = cursor ? Field(BLOCK) * cursor : FirstBlock();
-    while (at < Size() && WordAt(at) != MARK)
-        at += Align(WordAt(at));
+    while (at < Size() && WordAt(at) != MARK) {
+        const Word word = WordAt(at);
+        const Word step = Align(word);
+        if (word && (step < word || std::uint64_t{at} + step > MARK))
+            return 0;
+        at += step;
+    }
     if (at >= Size())
         return 0;
     if (const Word error = Get(at / Field(BLOCK), data))
@@ -404,6 +412,8 @@ RecordModel::Word RecordModel::ReplaceResource(Word id, const std::string& data)
     Word& block = resources[id];
     const Word size = static_cast<Word>(data.size()) + 4;
     const Word old = WordAt(block);
+    if (old > Size())
+        return CORRUPT;
     if (Align(size) != Align(old)) {
         Give(false, block, old);
         block = Take(size);

@@ -16,17 +16,17 @@ inline constexpr char qccz_Source[] = "Database/RecordManager/RecordManager";
 //
 // Where the view of the file has all of the bytes, nothing can fail and the system isn't asked: a
 // pair of these calls leaves the file as a seek and a transfer would. Null where the two have to be
-// made, also with an error set, with which they do nothing.
+// made.
 
 inline const char* CT_RecordManager::pcc_ReadAt(unsigned n_Offset, unsigned n_Size) const
 {
-    return CT_Report::sb_IsSet() ? nullptr : co_File.pcc_ReadAt(n_Offset, n_Size);
+    return co_File.pcc_ReadAt(n_Offset, n_Size);
 }
 
 // Behind the writing comes v_Written.
 inline char* CT_RecordManager::pc_WriteAt(unsigned n_Offset, unsigned n_Size)
 {
-    return CT_Report::sb_IsSet() ? nullptr : co_File.pc_WriteAt(n_Offset, n_Size);
+    return co_File.pc_WriteAt(n_Offset, n_Size);
 }
 
 inline unsigned n_WordAt(const char* pcc_Place)
@@ -43,7 +43,8 @@ inline unsigned CT_RecordManager::n_Read(unsigned n_Offset) const
     return pcc_Word ? n_WordAt(pcc_Word) : n_ReadSlowly(n_Offset);
 }
 
-// Whether the chain stands in memory, and nothing but this class can have written to the file.
+// Whether the chain stands in memory, and nothing but this class can have written to the file. With
+// an error set a write may have failed.
 inline int CT_RecordManager::b_IsChainSafe() const
 {
     return pco_Chain && co_File.b_IsViewOwn() && !CT_Report::sb_IsSet();

@@ -85,6 +85,8 @@ void CT_RecordManager::v_GetRecord(unsigned n_Reference, CT_Buffer* pco_Buffer) 
 int CT_RecordManager::b_GetMapped(unsigned n_Offset, CT_Buffer* pco_Buffer) const
 {
     const unsigned n_HeadSize = st_Header.n_RecordHeaderSize;
+    if (CT_Report::sb_IsSet())
+        return 0;
     // Reading moves the file's offset: what is refused unread isn't to be looked at.
     const char* pcc_Words = n_Offset > st_Header.n_Size ? nullptr : pcc_ReadAt(n_Offset, HEAD_DATA);
     if (!pcc_Words || n_WordAt(pcc_Words) != RECORD_MARK || !n_HeadSize ||
@@ -121,9 +123,12 @@ unsigned CT_RecordManager::n_GetNextRecord(unsigned n_Cursor, CT_Buffer* pco_Buf
         if (n_Word == RECORD_MARK)
             break;
         // Kept: nothing guards the walk against a size word of 0, which makes it stand still for
-        // ever when the block size is a power of two. A word that couldn't be read ends it.
+        // ever when the block size is a power of two. A word that couldn't be read ends it, and a
+        // size that passes 32 bits, aligned or from here on, passes the end.
         const unsigned n_Step = n_AlignBlockSize(n_Word);
         if (!n_Step && CT_Report::sb_Failed(qccz_Source))
+            return 0;
+        if (n_Word && (n_Step < n_Word || n_Step > 0xFFFFFFFF - n_Offset))
             return 0;
         n_Offset += n_Step;
     }
@@ -138,13 +143,28 @@ unsigned CT_RecordManager::n_GetNextRecord(unsigned n_Cursor, CT_Buffer* pco_Buf
 
 unsigned CT_RecordManager::n_AddRecord(const CT_Buffer* pcco_Data)
 {
-    const unsigned n_Head = n_GetFreeBlock(st_Header.n_RecordHeaderSize + HEAD_DATA);
+    // With an error set it would fail behind the first write: nothing is taken for it.
     const unsigned n_BodySize = n_GetBodySize(pcco_Data);
+    if (CT_Report::sb_Failed(qccz_Source) || !b_IsBlockSize(n_BodySize))
+        return 0;
+    const unsigned n_OldEnd = st_Header.n_Size;
+    const unsigned n_HeadSize = st_Header.n_RecordHeaderSize + HEAD_DATA;
+    const unsigned n_InHead =
+        HEAD_DATA + std::min(pcco_Data->n_GetUsedSize(), st_Header.n_RecordHeaderSize);
+    const unsigned n_Head = n_GetFreeBlock(n_HeadSize);
     const unsigned n_Body = n_BodySize ? n_GetFreeBlock(n_BodySize) : 0;
-    if (!b_WriteHead(n_Head, n_Body, pcco_Data))
+    if (!b_Extend(n_OldEnd, n_Head, n_InHead) || !b_Extend(n_OldEnd, n_Body, n_BodySize)) {
+        v_GiveBack(n_OldEnd, n_Head, n_HeadSize);
+        v_GiveBack(n_OldEnd, n_Body, n_BodySize);
         return 0;
-    if (n_Body && !b_WriteSized(n_Body, pcco_Data, st_Header.n_RecordHeaderSize, n_BodySize))
+    }
+    if (!b_WriteHead(n_Head, n_Body, pcco_Data) ||
+        (n_Body && !b_WriteSized(n_Body, pcco_Data, st_Header.n_RecordHeaderSize, n_BodySize))) {
+        // Kept: blocks of the free space stay taken.
+        if (n_Head >= n_OldEnd)
+            st_Header.n_Size = n_OldEnd;
         return 0;
+    }
     ++st_Header.n_RecordCount;
     ++st_Header.n_HeaderChange;
     return n_GetReference(n_Head);
@@ -196,35 +216,26 @@ void CT_RecordManager::v_UpdateRecord(unsigned n_Reference, const CT_Buffer* pcc
         // Kept: the size goes on counting its own word, so that the last four bytes of the head
         // keep their old content below.
         v_WriteSized(n_Body, pcco_Data, st_Header.n_RecordHeaderSize, n_NewSize);
-    } else {
-        if (n_Body)
-            v_PutFreeBlock(0, n_Body, n_Size);
-        if (CT_Report::sb_Failed(qccz_Source))
+    } else if (n_NewSize) {
+        n_Body = n_MoveBlock(n_Body, n_Size, pcco_Data, st_Header.n_RecordHeaderSize, n_NewSize);
+        if (!n_Body)
             return;
-        // Kept: without a new body the head goes on pointing to the old one, which is free now, and
-        // reading the record appends whatever stands there.
-        if (n_NewSize && !b_NewBody(n_Offset, n_NewSize, pcco_Data))
-            return;
+        v_Write(n_Offset + HEAD_BODY, &n_Body, sizeof n_Body);
         // Kept: behind a new body in a new block the size counts the data alone, and the head is
         // written whole.
-        if (n_NewSize)
-            n_NewSize -= SIZE_WORD;
+        n_NewSize -= SIZE_WORD;
+    } else if (n_Body) {
+        // Kept: without a new body the head goes on pointing to the old one, which is free now, and
+        // reading the record appends whatever stands there.
+        v_PutFreeBlock(0, n_Body, n_Size);
+        if (CT_Report::sb_Failed(qccz_Source))
+            return;
     }
     const unsigned n_Used = pcco_Data->n_GetUsedSize();
     // With fewer than four bytes in a head nothing of it is left to write.
     v_Write(n_Offset + HEAD_DATA, pcco_Data->qcv_Get(), n_Used - std::min(n_Used, n_NewSize));
     ++st_Header.n_HeaderChange;
     CT_Report::sb_Failed(qccz_Source);
-}
-
-// A new block with the body of the record at n_Offset, which points to it from then on.
-int CT_RecordManager::b_NewBody(unsigned n_Offset, unsigned n_Size, const CT_Buffer* pcco_Data)
-{
-    const unsigned n_Body = n_GetFreeBlock(n_Size);
-    if (!b_WriteSized(n_Body, pcco_Data, st_Header.n_RecordHeaderSize, n_Size))
-        return 0;
-    v_Write(n_Offset + HEAD_BODY, &n_Body, sizeof n_Body);
-    return 1;
 }
 
 void CT_RecordManager::v_UpdateRecordHeader(unsigned n_Reference, const CT_Buffer* pcco_Data)

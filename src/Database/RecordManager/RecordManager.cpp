@@ -81,9 +81,7 @@ void CT_RecordManager::v_Create(unsigned n_RecordHeaderSize, unsigned n_BlockSiz
     v_DropChain();
     if (co_FreeBlocks.n_GetCount() || co_Resources.n_GetCount())
         v_Exit();
-    co_File.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone,
-                    ATTRIBUTE_NORMAL, FLAG_RANDOM_ACCESS);
-    if (CT_Report::sb_Failed(qccz_Source))
+    if (!b_OpenFile(CT_File::e_AccessReadWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone))
         return;
     co_File.v_SetMapping(1, MAP_SIZE);
     if (CT_Report::sb_Failed(qccz_Source)) {
@@ -91,17 +89,28 @@ void CT_RecordManager::v_Create(unsigned n_RecordHeaderSize, unsigned n_BlockSiz
         return;
     }
     v_InitHeader(n_RecordHeaderSize, n_BlockSize, n_ResourceMaxCount);
-    v_Write(0, &st_Header, sizeof st_Header);
-    if (CT_Report::sb_Failed(qccz_Source))
-        return;
-    // Kept: the end is set behind the write, and the saved counters equal the live ones, so that a
-    // file closed right after its creation has no true end on the disk. The first change makes the
-    // header complete.
     st_Header.n_Size = n_GetFirstBlock();
+    const CT_Report::CT_Since co_Since;
+    v_Write(0, &st_Header, sizeof st_Header);
+    if (co_Since.b_Failed(qccz_Source))
+        return;
     n_SavedHeaderChange = st_Header.n_HeaderChange;
     n_SavedFreeChange = st_Header.n_FreeChange;
     n_SavedResourceChange = st_Header.n_ResourceChange;
     ec_OpenMode = e_OpenReadWrite;
+}
+
+// An older error ends the opening, too, but not before the file is open: a new one is empty then.
+int CT_RecordManager::b_OpenFile(CT_File::et_Access ec_Access, CT_File::et_Open ec_Open,
+                                 CT_File::et_Share ec_Share)
+{
+    const int b_WasOpen = co_File.b_IsOpen();
+    co_File.vv_Open(ec_Access, ec_Open, ec_Share, ATTRIBUTE_NORMAL, FLAG_RANDOM_ACCESS);
+    if (!CT_Report::sb_Failed(qccz_Source))
+        return 1;
+    if (co_File.b_IsOpen() && !b_WasOpen)
+        co_File.vv_Close();
+    return 0;
 }
 
 // Filler and reserved bytes are 0, so that equal content gives equal files.
@@ -127,7 +136,9 @@ void CT_RecordManager::v_Open(et_OpenMode ec_Mode, int b_Map)
 {
     v_DropChain();
     ec_OpenMode = ec_Mode;
-    if (!b_OpenFile())
+    const bool b_Write = ec_Mode == e_OpenReadWrite;
+    if (!b_OpenFile(b_Write ? CT_File::e_AccessReadWrite : CT_File::e_AccessRead,
+                    CT_File::e_OpenExisting, b_Write ? CT_File::e_ShareNone : CT_File::e_ShareRead))
         return;
     if (b_Map) {
         co_File.v_SetMapping(1, MAP_SIZE);
@@ -138,15 +149,6 @@ void CT_RecordManager::v_Open(et_OpenMode ec_Mode, int b_Map)
     }
     if (!b_LoadHeader() || !b_LoadFreeBlocks() || !b_LoadResources())
         v_CloseBadFile();
-}
-
-int CT_RecordManager::b_OpenFile()
-{
-    const bool b_Write = ec_OpenMode == e_OpenReadWrite;
-    co_File.vv_Open(b_Write ? CT_File::e_AccessReadWrite : CT_File::e_AccessRead,
-                    CT_File::e_OpenExisting, b_Write ? CT_File::e_ShareNone : CT_File::e_ShareRead,
-                    ATTRIBUTE_NORMAL, FLAG_RANDOM_ACCESS);
-    return !CT_Report::sb_Failed(qccz_Source);
 }
 
 int CT_RecordManager::b_LoadHeader()
@@ -269,9 +271,10 @@ void CT_RecordManager::v_WriteTable(unsigned n_Offset, unsigned n_Count,
 
 unsigned CT_RecordManager::n_ReadSlowly(unsigned n_Offset) const
 {
-    co_File.vv_SetOffset(CT_File::e_OriginBegin, n_Offset);
-    if (CT_Report::sb_Failed(qccz_Source))
+    if (!co_File.b_Seek(CT_File::e_OriginBegin, static_cast<int>(n_Offset))) {
+        CT_Report::sb_Failed(qccz_Source);
         return 0;
+    }
     unsigned n_Word = 0;
     return co_File.vn_Read(&n_Word, sizeof n_Word) == sizeof n_Word ? n_Word : 0;
 }
@@ -323,6 +326,15 @@ int CT_RecordManager::b_IsInside(unsigned n_Offset, unsigned n_Size) const
     return !n_Offset || (n_Size <= n_End && n_Offset <= n_End - n_Size);
 }
 
+// Whether the file has all of these bytes.
+int CT_RecordManager::b_IsHeld(unsigned n_Offset, unsigned n_Size) const
+{
+    if (co_File.pcc_PeekAt(n_Offset, n_Size))
+        return 1;
+    const unsigned n_End = co_File.vn_GetSize();
+    return n_Size <= n_End && n_Offset <= n_End - n_Size;
+}
+
 int CT_RecordManager::b_CheckRange(unsigned n_Offset, unsigned n_Size) const
 {
     if (b_IsInside(n_Offset, n_Size))
@@ -345,8 +357,7 @@ int CT_RecordManager::b_MakeRoom(CT_Buffer* pco_Buffer, unsigned n_Keep, unsigne
     return !CT_Report::sb_Failed(qccz_Source);
 }
 
-// Nothing is tested here: with an error set, that of the seek or an older one, the file writes
-// nothing.
+// Nothing is tested here. An older error stops no write; a seek that fails does.
 void CT_RecordManager::v_Write(unsigned n_Offset, const void* pcv_Data, unsigned n_Size)
 {
     v_WriteOver(n_Offset, pcv_Data, n_Size);
@@ -356,10 +367,9 @@ void CT_RecordManager::v_Write(unsigned n_Offset, const void* pcv_Data, unsigned
 // The same without a look at the chain.
 void CT_RecordManager::v_WriteOver(unsigned n_Offset, const void* pcv_Data, unsigned n_Size)
 {
-    if (!b_WriteWords(n_Offset, nullptr, 0, pcv_Data, n_Size)) {
-        co_File.vv_SetOffset(CT_File::e_OriginBegin, n_Offset);
+    if (!b_WriteWords(n_Offset, nullptr, 0, pcv_Data, n_Size) &&
+        co_File.b_Seek(CT_File::e_OriginBegin, static_cast<int>(n_Offset)))
         co_File.vn_Write(pcv_Data, n_Size);
-    }
 }
 
 // Some words and data behind them, all of it within the view; false, with nothing written, where it
@@ -417,7 +427,7 @@ int CT_RecordManager::b_WriteSized(unsigned n_Offset, const CT_Buffer* pcco_Data
 }
 
 // Kept: the finished text is the format of the report, with the name as its argument, so that a
-// per-cent sign in the name of a file is read as a directive.
+// per-cent sign in the name of a file is read as a directive. What further ones ask for is empty.
 void CT_RecordManager::v_SetError(unsigned n_Code) const
 {
     constexpr unsigned TEXT_LENGTH = 255;

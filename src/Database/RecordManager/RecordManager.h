@@ -23,11 +23,12 @@ class CT_TestOut;
 // Owns:    its own file object, made from the name and buffer size of the one given.
 // Reports: 31005 corrupt data, 31050 no record file, 31051 no record there, 31052 all resource
 //          slots taken, 31053 no such resource, 31054 resource number in use; what the file and the
-//          heap report passes through. An operation that fails half way leaves what it wrote, and
-//          blocks that it took stay taken.
+//          heap report passes through. What finds no room in the file changes nothing. An operation
+//          that fails half way otherwise leaves what it wrote, and blocks of the free space that it
+//          took stay taken. With an error set only saving and closing work.
 // Caller:  opens the file for changes before changing it, with a block size of 8 or more; closes
-//          what is open before opening again; adds something before closing a new file. Files of
-//          strangers are checked first: reading trusts sizes and links that lie within the file.
+//          what is open before opening again. Files of strangers are checked first: reading trusts
+//          sizes and links that lie within the file.
 // Threads: one thread at a time; reading moves the file's offset, too.
 class OSTRA_API CT_RecordManager
 {
@@ -55,14 +56,14 @@ public:
 
     // Makes an empty file, replacing an old one, and opens it for changes with a map. A record's
     // head holds its first n_RecordHeaderSize bytes and 8 more; a file to be walked has a block
-    // size in which that fits.
+    // size in which that fits. An error that is set when it is called isn't looked at in time: an
+    // old file of the name is emptied, and no new one is made. Clear it, or stop, before.
     void v_Create(unsigned n_RecordHeaderSize, unsigned n_BlockSize, unsigned n_ResourceMaxCount);
     // Opens for changes, alone, or for reading beside other readers. With b_Map transfers go
     // through a view of the file. After a failure the object is closed and can be opened again.
     void v_Open(et_OpenMode ec_Mode, int b_Map);
-    // Saves and closes; with an error set it can't save, so clear that before. Without b_Exit the
-    // tables stay in memory, and opening the same file again reads a table only if it has changed
-    // meanwhile.
+    // Saves and closes, also with an error set. Without b_Exit the tables stay in memory, and
+    // opening the same file again reads a table only if it has changed meanwhile.
     void v_Close(int b_Exit);
     // Saves, and hands the bytes to the disk.
     void v_Flush();
@@ -80,14 +81,17 @@ public:
 
     // ---- Records ----------------------------------------------------------------------------
 
-    // The reference of the new record; 0 on failure.
+    // The reference of the new record; 0 on failure. Of any size that the file has room for below
+    // 4 GiB; offsets from 2 GiB up are out of the file's reach.
     unsigned n_AddRecord(const CT_Buffer* pcco_Data);
     // Fetches a record. One that was shorter than the record header size comes back with that size,
     // the rest being whatever stood there. Empties the buffer first, and on failure.
     void v_GetRecord(unsigned n_Reference, CT_Buffer* pco_Buffer) const;
     // Replaces a record's content. Two outcomes to know: when the body stays in its block, the last
-    // four bytes of the record header size keep their old content; and a record that loses its body
-    // goes on reading it. Who wants neither deletes the record and adds it again.
+    // four bytes of the record header size keep their old content; and a record that loses its
+    // body, by data of up to n_RecordHeaderSize bytes, keeps a stale one: it points to a block that
+    // is free, reads what others put there, and gives it back once more when it is updated or
+    // deleted. Who wants neither deletes the record and adds it again.
     void v_UpdateRecord(unsigned n_Reference, const CT_Buffer* pcco_Data);
     // Replaces up to n_RecordHeaderSize first bytes; the rest of the record stays.
     void v_UpdateRecordHeader(unsigned n_Reference, const CT_Buffer* pcco_Data);
@@ -101,7 +105,7 @@ public:
 
     void v_AddResource(unsigned n_ID, const CT_Buffer* pcco_Data);
     void v_UpdateResource(unsigned n_ID, const CT_Buffer* pcco_Data);
-    // The buffer stays as it is if there is no such resource.
+    // The buffer stays as it is if there is no such resource, or none that can be.
     void v_GetResource(unsigned n_ID, CT_Buffer* pco_Buffer);
     int b_ResourceExists(unsigned n_ID);
     void v_DeleteResource(unsigned n_ID);
@@ -174,7 +178,8 @@ private:
     void v_Exit();
     void v_InitHeader(unsigned n_RecordHeaderSize, unsigned n_BlockSize,
                       unsigned n_ResourceMaxCount);
-    int b_OpenFile();
+    int b_OpenFile(CT_File::et_Access ec_Access, CT_File::et_Open ec_Open,
+                   CT_File::et_Share ec_Share);
     int b_LoadHeader();
     int b_LoadFreeBlocks();
     int b_LoadResources();
@@ -199,6 +204,7 @@ private:
     void v_ReadAppend(CT_Buffer* pco_Buffer, unsigned n_Offset, unsigned n_Size) const;
     unsigned n_ReadBytes(void* pv_Target, unsigned n_Offset, unsigned n_Size) const;
     int b_IsInside(unsigned n_Offset, unsigned n_Size) const;
+    int b_IsHeld(unsigned n_Offset, unsigned n_Size) const;
     int b_CheckRange(unsigned n_Offset, unsigned n_Size) const;
     int b_MakeRoom(CT_Buffer* pco_Buffer, unsigned n_Keep, unsigned n_Size) const;
     void v_Write(unsigned n_Offset, const void* pcv_Data, unsigned n_Size);
@@ -237,6 +243,23 @@ private:
     void v_PutFreeBlock(int b_WriteSize, unsigned n_Offset, unsigned n_Size);
     void v_AddFreeBlock(unsigned n_Offset, unsigned n_Length);
 
+    // What giving a block back changes.
+    struct st_Given
+    {
+        unsigned n_Count;     // of the table
+        st_FreeBlock so_Last; // its last entry, if it is full
+        unsigned n_Link;      // the block's second word then
+    };
+
+    int b_IsTableFull() const;
+    int b_IsBlockSize(unsigned n_Size) const;
+    int b_Extend(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size);
+    void v_GiveBack(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size);
+    st_Given so_BeforeGiving(unsigned n_Block) const;
+    void v_TakeBack(unsigned n_Block, const st_Given& so_Given);
+    unsigned n_MoveBlock(unsigned n_Old, unsigned n_OldSize, const CT_Buffer* pcco_Data,
+                         unsigned n_From, unsigned n_Size);
+
     // ---- Records and resources --------------------------------------------------------------
 
     void v_CheckReference(unsigned n_Offset) const;
@@ -244,7 +267,6 @@ private:
     int b_GetMapped(unsigned n_Offset, CT_Buffer* pco_Buffer) const;
     int b_FindRecord(unsigned n_Offset, unsigned* pn_Body, unsigned* pn_Size) const;
     unsigned n_GetBodySize(const CT_Buffer* pcco_Data) const;
-    int b_NewBody(unsigned n_Offset, unsigned n_Size, const CT_Buffer* pcco_Data);
     int b_WriteHead(unsigned n_Head, unsigned n_Body, const CT_Buffer* pcco_Data);
     unsigned n_FindResource(st_Resource* pso_Resource) const;
     static int si_Compare(const void* pcv_First, const void* pcv_Second);

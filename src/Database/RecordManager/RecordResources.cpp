@@ -52,10 +52,15 @@ void CT_RecordManager::v_GetResource(unsigned n_ID, CT_Buffer* pco_Buffer)
     n_FindResource(&so_Resource);
     if (CT_Report::sb_Failed(qccz_Source))
         return;
-    const unsigned n_Size = n_Read(so_Resource.n_Offset);
-    pco_Buffer->v_SetUsedSize(0);
     // A size that doesn't count its own word wraps here, and fails as a range.
-    v_ReadAppend(pco_Buffer, so_Resource.n_Offset + SIZE_WORD, n_Size - SIZE_WORD);
+    const unsigned n_Size = n_Read(so_Resource.n_Offset) - SIZE_WORD;
+    const unsigned n_From = so_Resource.n_Offset + SIZE_WORD;
+    if (n_Size && b_CheckRange(n_From, n_Size) && !b_IsHeld(n_From, n_Size))
+        v_SetError(CORRUPT_DATA);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return;
+    pco_Buffer->v_SetUsedSize(0);
+    v_ReadAppend(pco_Buffer, n_From, n_Size);
     CT_Report::sb_Failed(qccz_Source);
 }
 
@@ -71,13 +76,17 @@ void CT_RecordManager::v_AddResource(unsigned n_ID, const CT_Buffer* pcco_Data)
         v_SetError(RESOURCE_EXISTS);
         return;
     }
+    const unsigned n_OldEnd = st_Header.n_Size;
     const unsigned n_Size = pcco_Data->n_GetUsedSize() + SIZE_WORD;
-    const st_Resource so_Resource = {n_ID, n_GetFreeBlock(n_Size)};
-    if (!b_WriteSized(so_Resource.n_Offset, pcco_Data, 0, n_Size))
+    const st_Resource so_Resource = {n_ID, n_MoveBlock(0, 0, pcco_Data, 0, n_Size)};
+    if (!so_Resource.n_Offset)
         return;
     co_Resources.v_Insert(&so_Resource);
-    if (CT_Report::sb_Failed(qccz_Source))
+    if (CT_Report::sb_Failed(qccz_Source)) {
+        if (so_Resource.n_Offset >= n_OldEnd)
+            st_Header.n_Size = n_OldEnd;
         return;
+    }
     ++st_Header.n_ResourceCount;
     ++st_Header.n_HeaderChange;
     ++st_Header.n_ResourceChange;
@@ -91,14 +100,15 @@ void CT_RecordManager::v_UpdateResource(unsigned n_ID, const CT_Buffer* pcco_Dat
         return;
     const unsigned n_Size = pcco_Data->n_GetUsedSize() + SIZE_WORD;
     const unsigned n_OldSize = n_Read(so_Resource.n_Offset);
+    if (n_OldSize > st_Header.n_Size)
+        v_SetError(CORRUPT_DATA);
     if (CT_Report::sb_Failed(qccz_Source))
         return;
     if (n_AlignBlockSize(n_Size) == n_AlignBlockSize(n_OldSize)) {
         v_WriteSized(so_Resource.n_Offset, pcco_Data, 0, n_Size);
     } else {
-        v_PutFreeBlock(0, so_Resource.n_Offset, n_OldSize);
-        so_Resource.n_Offset = n_GetFreeBlock(n_Size);
-        if (!b_WriteSized(so_Resource.n_Offset, pcco_Data, 0, n_Size))
+        so_Resource.n_Offset = n_MoveBlock(so_Resource.n_Offset, n_OldSize, pcco_Data, 0, n_Size);
+        if (!so_Resource.n_Offset)
             return;
         co_Resources.v_SetAt(&so_Resource, n_Slot);
         ++st_Header.n_ResourceChange;

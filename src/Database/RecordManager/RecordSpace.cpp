@@ -10,10 +10,16 @@
 #include <Database/RecordManager/RecordAccess.h>
 #include <Database/RecordManager/SizeSearch.h>
 
+#include <Ostra/Frame/Report.h>
+
+#include <windows.h>
+
 #include <algorithm>
 
 namespace
 {
+constexpr char qccz_Source[] = "Database/RecordManager/RecordSpace";
+
 constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned LINK = 4;
 // A chain is put into memory when walking it has cost about as much.
@@ -118,10 +124,12 @@ unsigned CT_RecordManager::n_TakeChainBlock(unsigned n_Need)
     return n_Block;
 }
 
+// A walk of more blocks than the file has goes in a ring, and finds nothing.
 unsigned CT_RecordManager::n_WalkChain(unsigned n_Head, unsigned n_Need)
 {
     unsigned n_Previous = n_Head;
-    for (;; ++n_ChainSteps) {
+    unsigned n_Left = st_Header.n_BlockSize ? st_Header.n_Size / st_Header.n_BlockSize : 0;
+    for (; n_Left; --n_Left, ++n_ChainSteps) {
         const unsigned n_Block = n_Read(n_Previous + LINK);
         if (!n_Block)
             return 0;
@@ -132,6 +140,7 @@ unsigned CT_RecordManager::n_WalkChain(unsigned n_Head, unsigned n_Need)
         }
         n_Previous = n_Block;
     }
+    return 0;
 }
 
 // Takes a block, or the front of it, out of the chain.
@@ -156,6 +165,12 @@ void CT_RecordManager::v_WriteLink(unsigned n_Block, unsigned n_Next)
     v_WriteOver(n_Block + LINK, &n_Next, sizeof n_Next);
     if (!b_IsChainSafe())
         v_DropChain();
+}
+
+int CT_RecordManager::b_IsTableFull() const
+{
+    const unsigned n_Count = co_FreeBlocks.n_GetCount();
+    return n_Count && n_Count >= st_Header.n_FreeMaxCount;
 }
 
 int CT_RecordManager::b_HasFreeChain() const
@@ -262,11 +277,11 @@ void CT_RecordManager::v_PutFreeBlock(int b_WriteSize, unsigned n_Offset, unsign
     const unsigned n_Length = n_AlignBlockSize(n_Size);
     if (b_WriteSize)
         v_Write(n_Offset, &n_Length, sizeof n_Length);
-    const unsigned n_Count = co_FreeBlocks.n_GetCount();
-    if (!n_Count || n_Count < st_Header.n_FreeMaxCount) {
+    if (!b_IsTableFull()) {
         v_AddFreeBlock(n_Offset, n_Length);
         return;
     }
+    const unsigned n_Count = co_FreeBlocks.n_GetCount();
     // The newest block heads the chain, which the entry in the last slot opens if there is none
     // yet.
     st_FreeBlock so_Last;
@@ -288,4 +303,89 @@ void CT_RecordManager::v_AddFreeBlock(unsigned n_Offset, unsigned n_Length)
     const st_FreeBlock so_Block = {n_Offset, n_Length};
     co_FreeBlocks.v_Insert(&so_Block);
     st_Header.n_FreeCount = co_FreeBlocks.n_GetCount();
+}
+
+// ---- All or nothing ---------------------------------------------------------------------------
+
+// Whether a block for that many bytes has a size of 32 bits.
+int CT_RecordManager::b_IsBlockSize(unsigned n_Size) const
+{
+    if (n_AlignBlockSize(n_Size) >= n_Size)
+        return 1;
+    co_File.b_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+    CT_Report::sb_Failed(qccz_Source);
+    return 0;
+}
+
+// Makes the file reach as far as a block that was taken is written, if that lies at the end: only
+// there it can fail for want of room, and nothing has been written then. The map grows by all of it.
+int CT_RecordManager::b_Extend(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size)
+{
+    if (CT_Report::sb_Failed(qccz_Source))
+        return 0;
+    const bool b_Wraps = st_Header.n_Size < n_OldEnd;
+    if (!b_Wraps && (st_Header.n_Size == n_OldEnd || n_Block < n_OldEnd))
+        return 1;
+    if (b_Wraps)
+        co_File.b_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+    else if (co_File.b_Reserve(n_Block + n_Size))
+        return 1;
+    CT_Report::sb_Failed(qccz_Source);
+    return 0;
+}
+
+// A block that was taken and not written.
+void CT_RecordManager::v_GiveBack(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size)
+{
+    if (n_Block >= n_OldEnd || st_Header.n_Size < n_OldEnd)
+        st_Header.n_Size = n_OldEnd;
+    if (n_Block && n_Block < n_OldEnd)
+        v_PutFreeBlock(1, n_Block, n_Size);
+}
+
+CT_RecordManager::st_Given CT_RecordManager::so_BeforeGiving(unsigned n_Block) const
+{
+    st_Given so_Given = {co_FreeBlocks.n_GetCount(), {}, 0};
+    if (b_IsTableFull()) {
+        co_FreeBlocks.v_GetAt(&so_Given.so_Last, static_cast<int>(so_Given.n_Count));
+        so_Given.n_Link = n_Read(n_Block + LINK);
+    }
+    return so_Given;
+}
+
+// Out of the free space again, to which it was given last.
+void CT_RecordManager::v_TakeBack(unsigned n_Block, const st_Given& so_Given)
+{
+    v_DropChain();
+    if (co_FreeBlocks.n_GetCount() > so_Given.n_Count) {
+        co_FreeBlocks.v_RemoveAt(co_FreeBlocks.n_GetCount());
+        st_Header.n_FreeCount = co_FreeBlocks.n_GetCount();
+        return;
+    }
+    co_FreeBlocks.v_SetAt(&so_Given.so_Last, static_cast<int>(so_Given.n_Count));
+    v_Write(n_Block + LINK, &so_Given.n_Link, sizeof so_Given.n_Link);
+}
+
+// Gives the old block back, if there is one, and writes size and data into a new one; 0 on failure.
+// The old block stays what it was if the file can't grow by the new one.
+unsigned CT_RecordManager::n_MoveBlock(unsigned n_Old, unsigned n_OldSize,
+                                       const CT_Buffer* pcco_Data, unsigned n_From, unsigned n_Size)
+{
+    if (CT_Report::sb_Failed(qccz_Source) || !b_IsBlockSize(n_Size))
+        return 0;
+    const unsigned n_OldEnd = st_Header.n_Size;
+    const st_Given so_Given = n_Old ? so_BeforeGiving(n_Old) : st_Given();
+    if (n_Old)
+        v_PutFreeBlock(0, n_Old, n_OldSize);
+    if (CT_Report::sb_Failed(qccz_Source))
+        return 0;
+    const unsigned n_New = n_GetFreeBlock(n_Size);
+    if (b_Extend(n_OldEnd, n_New, n_Size) && b_WriteSized(n_New, pcco_Data, n_From, n_Size))
+        return n_New;
+    if (n_New >= n_OldEnd || st_Header.n_Size < n_OldEnd) {
+        st_Header.n_Size = n_OldEnd;
+        if (n_Old)
+            v_TakeBack(n_Old, so_Given);
+    }
+    return 0;
 }

@@ -165,12 +165,16 @@ private:
 
     int b_CreateMap(unsigned n_Size);
     int b_FitMap(unsigned* pn_Size, unsigned n_FileSize) const;
-    int b_GrowMap();
+    int b_GrowMap(unsigned long long n_End);
     void v_RestoreMap(unsigned n_Size);
     int b_RefuseMap(unsigned n_Error, unsigned n_Line = __builtin_LINE()) const;
     int b_CloseMap(unsigned n_Size);
     int b_LeaveMap(unsigned n_Size);
-    int b_ReserveMap(unsigned n_End);
+    // Room for a writer's transfers up to there.
+    int b_Reserve(unsigned n_End)
+    {
+        return !pv_Map || n_End <= n_MapSize || ec_OpenAccess == e_AccessRead || b_GrowMap(n_End);
+    }
     unsigned n_ReadMap(unsigned n_From, void* pv_Data, unsigned n_Size);
     int b_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size);
 

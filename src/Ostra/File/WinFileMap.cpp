@@ -13,6 +13,7 @@ static constexpr auto& qccz_Source = qccz_WinFileSource;
 
 namespace
 {
+constexpr unsigned LARGEST_MAP = 0xFFFFFFFE; // one more means the whole file
 constexpr unsigned LARGEST_TO_DOUBLE = 0x7FFFFFFF;
 constexpr unsigned LARGEST_OFFSET = 0x7FFFFFFF; // of a seek from the beginning
 } // namespace
@@ -143,7 +144,7 @@ int CT_WinFile::b_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size
     const unsigned long long n_End = static_cast<unsigned long long>(n_From) + n_Size;
     if (ec_OpenAccess == e_AccessRead)
         return b_RefuseMap(ERROR_ACCESS_DENIED);
-    if (n_End > n_MapSize && !b_GrowMap())
+    if (n_End > n_MapSize && !b_GrowMap(n_MapSize + 1ULL))
         return 0;
     // Kept: the map grows once. A write that needs more than twice the map is refused.
     if (n_End > n_MapSize)
@@ -153,14 +154,19 @@ int CT_WinFile::b_WriteMap(unsigned n_From, const void* pv_Data, unsigned n_Size
     return 1;
 }
 
-// The file has the map's size afterwards, so that the new map is twice the old one.
-int CT_WinFile::b_GrowMap()
+// Doubles the map until it has that many bytes, if it can.
+int CT_WinFile::b_GrowMap(unsigned long long n_End)
 {
-    const unsigned n_Size = n_MapSize;
-    if (b_CloseMap(0) && b_CreateMap(n_Size))
+    const unsigned n_OldSize = n_MapSize;
+    unsigned long long n_Size = n_OldSize;
+    while (n_Size < n_End)
+        n_Size *= 2;
+    if (n_Size > LARGEST_MAP)
+        return b_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+    if (b_CloseMap(0) && b_CreateMap(static_cast<unsigned>(n_Size)))
         return 1;
     CT_Report::sb_Failed(qccz_Source);
-    v_RestoreMap(n_Size);
+    v_RestoreMap(n_OldSize);
     return 0;
 }
 
@@ -175,14 +181,4 @@ void CT_WinFile::v_RestoreMap(unsigned n_Size)
     if (GetFileSize(h_File, nullptr) != n_Size && b_PutPointer(n_Size))
         v_SetEndOfFile();
     b_PutPointer(b_CreateMap(WHOLE_FILE) ? n_Place : n_Offset);
-}
-
-// Lets the map grow until it has that many bytes, if it can.
-int CT_WinFile::b_ReserveMap(unsigned n_End)
-{
-    while (n_MapSize < n_End && ec_OpenAccess != e_AccessRead) {
-        if (!b_GrowMap())
-            return 0;
-    }
-    return 1;
 }

@@ -1,6 +1,8 @@
 // tests/Database/RecordManager/RecordManagerTest.cpp: creating, opening, saving, and records.
 #include "Database/RecordManager/RecordFile.h"
 
+#include "RecordCheck.h"
+
 #include <memory>
 #include <type_traits>
 
@@ -182,29 +184,32 @@ TEST(RecordManager, NewFileEndsAtItsFirstBlock)
     }
 }
 
-// A close right behind the creation finds nothing changed.
-TEST(RecordManager, HeaderOfAFileClosedRightAfterCreationHasNoTrueEnd)
+// A close right behind the creation finds nothing changed: the creation itself writes the end.
+TEST(RecordManager, FileClosedRightAfterCreationHasItsTrueEnd)
 {
-    RecordFile records;
-    records.Create(16, 64, 4);
-    EXPECT_EQ(records->n_GetSize(), 1344u);
-    records.Close();
-    const Image image = Image::Load();
-    EXPECT_EQ(image.bytes.size(), 1344u);
-    EXPECT_EQ(image.Word(32), 0xA1B2C3D4u);
-    EXPECT_EQ(image.Word(64), 1u);
-    EXPECT_EQ(image.Word(68), 1u);
-    EXPECT_EQ(image.Word(72), 1u);
-    EXPECT_NE(image.Word(80), 1344u);
-}
-
-TEST(RecordManager, FirstChangeMakesTheHeaderComplete)
-{
-    RecordFile records;
-    records.Create(16, 64, 4);
-    records.AddResource(1, "");
-    records.Close();
-    EXPECT_EQ(Image::Load().Word(80), 1408u);
+    for (bool map : {false, true}) {
+        SCOPED_TRACE(map);
+        RecordFile records;
+        records.Create(16, 64, 4);
+        EXPECT_EQ(records->n_GetSize(), 1344u);
+        records.Close();
+        const Image image = Image::Load();
+        EXPECT_EQ(image.bytes.size(), 1344u);
+        EXPECT_EQ(image.Word(32), 0xA1B2C3D4u);
+        EXPECT_EQ(image.Word(64), 1u);
+        EXPECT_EQ(image.Word(68), 1u);
+        EXPECT_EQ(image.Word(72), 1u);
+        EXPECT_EQ(image.Word(80), 1344u);
+        const RecordVerdict verdict = CheckRecordFile(image.bytes);
+        EXPECT_TRUE(verdict.sound && verdict.notes.empty()) << DescribeRecordVerdict(verdict);
+        records.OpenToWrite(map);
+        const unsigned reference = records.Add("the first one, with a body");
+        EXPECT_EQ(reference, 21u);
+        records.Close();
+        records.OpenToRead();
+        EXPECT_EQ(records.Get(reference), "the first one, with a body");
+        records.Close();
+    }
 }
 
 TEST(RecordManager, CreationReplacesAnOldFile)
@@ -212,6 +217,38 @@ TEST(RecordManager, CreationReplacesAnOldFile)
     WriteBytes("test.rec", std::string(5000, 'x'));
     CreateWorkedFile();
     EXPECT_EQ(ReadBytes("test.rec"), DataFile("record-file.hex"));
+}
+
+// The order stays: the file is opened first, and the error looked at then.
+TEST(RecordManager, CreationWithAnErrorSetEmptiesAnOldFile)
+{
+    CreateWorkedFile();
+    Errors().v_SetError(4711, qcuz_Text(u"earlier"));
+    RecordFile records;
+    records->v_Create(16, 64, 4);
+    EXPECT_EQ(TakeCode(), 4711u);
+    EXPECT_EQ(ReadBytes("test.rec"), "");
+    EXPECT_FALSE(records->pcco_GetFile()->b_IsOpen());
+    records.Create(16, 64, 4);
+    EXPECT_EQ(records.Add("record"), 21u);
+    records.Close();
+}
+
+TEST(RecordManager, OpeningWithAnErrorSetLeavesTheObjectClosed)
+{
+    CreateWorkedFile();
+    RecordFile records;
+    for (auto mode : {CT_RecordManager::e_OpenRead, CT_RecordManager::e_OpenReadWrite}) {
+        for (int map : {0, 1}) {
+            Errors().v_SetError(4711, qcuz_Text(u"earlier"));
+            records->v_Open(mode, map);
+            EXPECT_EQ(TakeCode(), 4711u);
+            EXPECT_FALSE(records->pcco_GetFile()->b_IsOpen());
+        }
+    }
+    EXPECT_EQ(ReadBytes("test.rec"), DataFile("record-file.hex"));
+    records.OpenToWrite();
+    records.Close();
 }
 
 TEST(RecordManager, CreationForgetsTheTablesOfAnEarlierFile)

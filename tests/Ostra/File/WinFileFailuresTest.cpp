@@ -121,7 +121,7 @@ TEST(WinFileFailures, AnErrorThatStandsStopsNoTransfer)
         WriteBytes("file", "abc");
         WinFileProbe file("file", CT_File::e_OpenExisting);
         if (map)
-            file.v_SetMapping(1, 4);
+            file.v_SetMapping(1, 5);
         Errors().v_SetError(1234, Units(u"first"));
         EXPECT_EQ(file.Read(1), "a");
         EXPECT_EQ(file.Write("xyz"), 3u);
