@@ -112,9 +112,7 @@ unsigned Characters(const CT_UString& key, unsigned units)
 
 std::string Measure(const Part& part)
 {
-    const size_t count = part.records.size();
-    return std::to_string(part.size) + " bytes in " + std::to_string(count) +
-           (count == 1 ? " record" : " records");
+    return std::to_string(part.size) + " bytes in " + (part.record ? "1 record" : "0 records");
 }
 
 Status Job::Run()

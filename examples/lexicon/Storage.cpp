@@ -17,8 +17,7 @@ namespace
 constexpr char SOURCE[] = "lexicon/Storage";
 
 constexpr std::uint32_t MAGIC = 0x4958454C;
-constexpr std::uint32_t VERSION = 1;
-constexpr unsigned PIECE = 0x40000;
+constexpr std::uint32_t VERSION = 2;
 constexpr unsigned ATTRIBUTE_NORMAL = 1;
 
 // What a byte comes to, and what it comes to with one, two and three zeros behind it: so four bytes
@@ -58,11 +57,6 @@ std::uint32_t Crc(const void* bytes, size_t size)
     return ~crc;
 }
 
-unsigned Pieces(unsigned size)
-{
-    return size / PIECE + (size % PIECE ? 1 : 0);
-}
-
 // The numbers of a directory one by one; behind the end they are 0.
 class Numbers
 {
@@ -87,22 +81,15 @@ private:
 
 void WritePart(const Part& part, std::vector<std::uint32_t>* numbers)
 {
-    numbers->insert(numbers->end(),
-                    {part.size, part.checksum, static_cast<std::uint32_t>(part.records.size())});
-    numbers->insert(numbers->end(), part.records.begin(), part.records.end());
+    numbers->insert(numbers->end(), {part.size, part.checksum, part.record});
 }
 
 bool ReadPart(Numbers* numbers, Part* part)
 {
     part->size = numbers->Next();
     part->checksum = numbers->Next();
-    const unsigned count = numbers->Next();
-    if (count != Pieces(part->size) || count > numbers->Left())
-        return false;
-    part->records.clear();
-    for (unsigned n = 0; n < count; ++n)
-        part->records.push_back(numbers->Next());
-    return true;
+    part->record = numbers->Next();
+    return (part->size != 0) == (part->record != 0);
 }
 
 std::uint32_t NumberAt(const CT_Buffer& bytes, unsigned offset)
@@ -115,10 +102,10 @@ std::uint32_t NumberAt(const CT_Buffer& bytes, unsigned offset)
 
 unsigned Directory::Records() const
 {
-    size_t count = 0;
+    unsigned count = 0;
     for (int side = 0; side < SIDES; ++side)
-        count += lists[side].records.size() + texts[side].records.size();
-    return static_cast<unsigned>(count);
+        count += (lists[side].record != 0) + (texts[side].record != 0);
+    return count;
 }
 
 void Directory::Write(CT_Buffer* bytes) const
@@ -159,34 +146,20 @@ bool AddPart(CT_RecordManager* manager, const CT_Buffer* bytes, Part* part)
 {
     part->size = bytes->n_GetUsedSize();
     part->checksum = Checksum(bytes);
-    for (unsigned offset = 0; offset < part->size; offset += PIECE) {
-        const unsigned size = std::min(PIECE, part->size - offset);
-        CT_Buffer piece;
-        piece.v_Append(bytes, offset, size);
-        if (!Failing())
-            part->records.push_back(manager->n_AddRecord(&piece));
-        if (Failed(SOURCE))
-            return false;
-    }
-    return true;
+    part->record = part->size ? manager->n_AddRecord(bytes) : 0;
+    return !Failed(SOURCE);
 }
 
 bool GetPart(const CT_RecordManager* manager, const Part& part, CT_Buffer* bytes)
 {
-    if (part.size > manager->n_GetSize())
+    bytes->v_SetSize(0, 0);
+    if (part.record)
+        manager->v_GetRecord(part.record, bytes);
+    // A record that is shorter than its head comes back with the whole head.
+    if (Failed(SOURCE) || bytes->n_GetUsedSize() < part.size ||
+        bytes->n_GetUsedSize() > std::max(part.size, RECORD_HEADER_SIZE))
         return false;
-    bytes->v_SetSize(part.size, 0);
-    CT_Buffer piece;
-    for (unsigned record : part.records) {
-        const unsigned size = std::min(PIECE, part.size - bytes->n_GetUsedSize());
-        manager->v_GetRecord(record, &piece);
-        // A record that is shorter than its head comes back with the whole head.
-        if (Failed(SOURCE) || piece.n_GetUsedSize() != std::max(size, RECORD_HEADER_SIZE))
-            return false;
-        bytes->v_Append(&piece, 0, size);
-        if (Failed(SOURCE))
-            return false;
-    }
+    bytes->v_SetUsedSize(part.size);
     return Checksum(bytes) == part.checksum;
 }
 

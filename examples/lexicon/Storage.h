@@ -1,20 +1,17 @@
 // examples/lexicon/Storage.h: how a lexicon lies in a record file.
 //
 // A lexicon is four runs of bytes, the parts: for each side the compressed list of its words and
-// the texts that the list's handles lead to. A part is stored in records of up to 256 KiB, since a
-// write into the mapped file has to be smaller than the map. The one resource is the directory,
-// 32-bit numbers, low byte first:
+// the texts that the list's handles lead to. A part is a record; one without bytes has none. The one
+// resource is the directory, 32-bit numbers, low byte first:
 //
-//   magic "LEXI", version 1, pairs, words of the source side, words of the target side,
+//   magic "LEXI", version 2, pairs, words of the source side, words of the target side,
 //   four times (list and texts of the source side, list and texts of the target side):
-//       size in bytes, checksum, count of records, the reference of each record,
+//       size in bytes, checksum, reference of the record or 0,
 //   checksum of all numbers in front.
 #pragma once
 
 #include <Database/RecordManager/RecordManager.h>
 #include <Ostra/Buffer/Buffer.h>
-
-#include <vector>
 
 namespace lexicon
 {
@@ -37,7 +34,7 @@ struct Part
 {
     unsigned size = 0;
     unsigned checksum = 0;
-    std::vector<unsigned> records;
+    unsigned record = 0;
 };
 
 struct Directory

@@ -135,7 +135,7 @@ TEST(LexiconDamage, AnAlteredByteIsNoticedOrWithoutEffect)
         refused += damage.Try(damaged) > 0;
     }
     // At least every byte of the parts, of the directory and of the words that tell where they lie.
-    EXPECT_GE(refused, (176u + 29 + 188 + 29 + 88 + 40) / STRIDE);
+    EXPECT_GE(refused, (176u + 29 + 188 + 29 + 72 + 40) / STRIDE);
 }
 
 TEST(LexiconDamage, AnAlteredBitOfTheDataIsNoticed)
@@ -217,8 +217,9 @@ TEST(LexiconDamage, ARecordFileOfAnotherKindIsTold)
         manager->n_AddRecord(&record);
     });
     EXPECT_EQ(Refusal("list"), error);
-    for (const std::string& text : {std::string(), std::string("LE"), std::string("other text"),
-                                    std::string("LEXI\2\0\0\0\0\0\0\0", 12)}) {
+    for (const std::string& text :
+         {std::string(), std::string("LE"), std::string("other text"),
+          std::string("LEXI\1\0\0\0\0\0\0\0", 12), std::string("LEXI\3\0\0\0\0\0\0\0", 12)}) {
         MakeOwnRecordFile([&](CT_RecordManager* manager) { AddResource(manager, text); });
         EXPECT_EQ(Refusal("list"), error);
     }
@@ -227,6 +228,14 @@ TEST(LexiconDamage, ARecordFileOfAnotherKindIsTold)
 TEST(LexiconDamage, ARecordFileThatWasNeverSavedIsTold)
 {
     MakeOwnRecordFile([](CT_RecordManager*) {});
+    EXPECT_EQ(Refusal("list"), "lexicon: words.rec: this is a record file, but no lexicon\n");
+    {
+        const CT_UString name(qcuz_Text(u"words.rec"));
+        const CT_WinFile file(&name, 1024);
+        CT_RecordManager manager(&file);
+        manager.v_Create(lexicon::RECORD_HEADER_SIZE, lexicon::BLOCK_SIZE,
+                         lexicon::RESOURCE_MAX_COUNT);
+    }
     EXPECT_EQ(Refusal("list"), "lexicon: words.rec: the lexicon is damaged in its header\n");
 }
 

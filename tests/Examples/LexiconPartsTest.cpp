@@ -189,6 +189,28 @@ TEST(Storage, PartsThatEndAnywhereAroundTheStepsOfTheMapComeBackAsTheyWere)
     }
 }
 
+TEST(Storage, APartOfAnySizeIsOneRecord)
+{
+    std::mt19937 random(Seed(1048576));
+    const std::string bytes = RandomBytes(5000000, &random);
+    const CT_UString name(qcuz_Text(u"parts.rec"));
+    const CT_WinFile file(&name, 1024);
+    CT_RecordManager manager(&file);
+    manager.v_Create(lexicon::RECORD_HEADER_SIZE, lexicon::BLOCK_SIZE, lexicon::RESOURCE_MAX_COUNT);
+    for (unsigned size : {0u, 1u, 56u, 57u, 300000u, 5000000u}) {
+        SCOPED_TRACE(size);
+        const unsigned before = manager.n_GetRecordCount();
+        const CT_Buffer whole(bytes.data(), size, 32);
+        lexicon::Part part;
+        EXPECT_TRUE(AddPart(&manager, &whole, &part));
+        EXPECT_EQ(manager.n_GetRecordCount() - before, size ? 1u : 0u);
+        CT_Buffer fetched;
+        EXPECT_TRUE(GetPart(&manager, part, &fetched));
+        EXPECT_TRUE(IsSame(fetched, whole));
+    }
+    manager.v_Close(1);
+}
+
 TEST(Storage, AListLargerThanAStepOfTheMapIsTheOneThatWasBuilt)
 {
     const Pairs pairs = RandomPairs(40000);

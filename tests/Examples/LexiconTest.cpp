@@ -134,7 +134,7 @@ TEST(Lexicon, InfoTellsTheFileAndItsLists)
     EXPECT_EQ(answer.output,
               "record file: 2048 bytes in blocks of 64\n"
               "records:     4, 56 bytes of each in its head\n"
-              "resources:   1 of up to 4; number 1, the directory, 88 bytes\n"
+              "resources:   1 of up to 4; number 1, the directory, 72 bytes\n"
               "pairs:       3\n"
               "sources\n"
               "  words:     3\n"
@@ -214,9 +214,9 @@ TEST(Lexicon, TheSampleComesBackWhole)
               "nut\tMutter\nnut\tNuss\n");
 }
 
-TEST(Lexicon, PartsLargerThanAPieceAndAMapComeBackWhole)
+TEST(Lexicon, PartsLargerThanAMapComeBackWhole)
 {
-    // Texts of 2.4 MB on each side, and a list of 2.4 MB: many pieces, and a file of several maps.
+    // Texts of 2.4 MB on each side, and a list of 2.4 MB: a file of several maps, a record each.
     Pairs pairs;
     std::string expected;
     for (unsigned n = 0; n < 120; ++n)
