@@ -4,12 +4,15 @@
 #include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Frame/Report.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/ARRAY/VoidArray";
 
 static constexpr unsigned ALL = 0xFFFFFFFF;
+static constexpr unsigned NONE = 0xFFFFFFFF;
 
 // ---- Construction -------------------------------------------------------------------------
 
@@ -141,35 +144,68 @@ void CT_VoidArray::v_Reserve()
 
 void CT_VoidArray::v_Insert(const void* pcv_Item)
 {
-    v_Reserve();
-    if (char* pc_Item = co_Buffer.pc_Take(n_ItemSize)) {
+    if (char* pc_Item = co_Buffer.pc_Take(n_ItemSize))
         v_CopyItem(pc_Item, pcv_Item, n_ItemSize);
-        return;
-    }
-    const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    co_Buffer.v_Append(pcv_Item, n_ItemSize);
-    b_Settle(n_Used, n_ItemSize, n_Used);
+    else
+        v_InsertItem(pcv_Item, co_Buffer.n_GetUsedSize());
 }
 
 void CT_VoidArray::v_Insert(const void* pcv_Item, unsigned n_Count)
 {
+    const unsigned n_Own = n_OffsetOf(pcv_Item);
     // Kept: the room becomes just what is needed: the growth is for items that come one by one.
     if (n_GetCount() + n_Count > n_GetMaxItems())
         v_SetSize(n_GetCount() + n_Count);
-    int b_Whole = 1;
-    for (; n_Count && b_Whole; n_Count--) {
-        const unsigned n_Used = co_Buffer.n_GetUsedSize();
-        co_Buffer.v_Append(pcv_Item, n_ItemSize);
-        b_Whole = b_Settle(n_Used, n_ItemSize, n_Used);
-    }
+    while (n_Count && b_InsertBytes(pcv_Item, n_Own, co_Buffer.n_GetUsedSize()))
+        n_Count--;
 }
 
 void CT_VoidArray::v_InsertAt(const void* pcv_Item, unsigned n_Index)
 {
+    v_InsertItem(pcv_Item, (n_Index - 1) * n_ItemSize);
+}
+
+void CT_VoidArray::v_InsertItem(const void* pcv_Item, unsigned n_To)
+{
+    const unsigned n_Own = n_OffsetOf(pcv_Item);
     v_Reserve();
+    b_InsertBytes(pcv_Item, n_Own, n_To);
+}
+
+// Where in the array's own block the item lies, which moves when it grows; NONE elsewhere.
+unsigned CT_VoidArray::n_OffsetOf(const void* pcv_Item) const
+{
+    const std::uintptr_t n_Offset = reinterpret_cast<std::uintptr_t>(pcv_Item) -
+                                    reinterpret_cast<std::uintptr_t>(co_Buffer.qcv_Get());
+    return n_Offset < co_Buffer.n_GetMaximumSize() ? static_cast<unsigned>(n_Offset) : NONE;
+}
+
+// Inserts the bytes of an item, or those at n_Own of the array itself. Whether all was inserted.
+int CT_VoidArray::b_InsertBytes(const void* pcv_Item, unsigned n_Own, unsigned n_To)
+{
+    if (n_Own != NONE)
+        return b_InsertOwn(n_Own, n_ItemSize, n_To);
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    co_Buffer.v_Insert(pcv_Item, n_ItemSize, (n_Index - 1) * n_ItemSize);
-    b_Settle(n_Used, n_ItemSize, (n_Index - 1) * n_ItemSize);
+    co_Buffer.v_Insert(pcv_Item, n_ItemSize, n_To);
+    return b_Settle(n_Used, n_ItemSize, n_To);
+}
+
+// Inserts a range of the array itself as it stands before. Whether all was inserted.
+int CT_VoidArray::b_InsertOwn(unsigned n_From, unsigned n_Bytes, unsigned n_To)
+{
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
+    const unsigned n_Held = n_GetHeld(this, n_From, n_Bytes);
+    n_To = std::min(n_To, n_Used);
+    co_Buffer.v_Insert(static_cast<unsigned char>(0), n_Bytes, n_To);
+    if (!b_Settle(n_Used, n_Bytes, n_To))
+        return 0;
+    // What lay at the gap or behind it has moved up with it.
+    const unsigned n_Before = n_From < n_To ? std::min(n_Held, n_To - n_From) : 0;
+    if (n_Before)
+        co_Buffer.v_Replace(&co_Buffer, n_From, n_Before, n_To);
+    if (const unsigned n_Behind = n_Held - n_Before)
+        co_Buffer.v_Replace(&co_Buffer, n_From + n_Before + n_Bytes, n_Behind, n_To + n_Before);
+    return 1;
 }
 
 // Behind a failed growth the buffer has inserted only what fitted; that goes again, so that items
@@ -213,6 +249,8 @@ int CT_VoidArray::b_InsertFrom(const CT_VoidArray* pcco_Array, unsigned n_First,
     const unsigned n_From = (n_First - 1) * n_ItemSize;
     const unsigned n_To = (n_At - 1) * n_ItemSize;
     const unsigned n_Bytes = n_GetBytes(pcco_Array, n_Count);
+    if (pcco_Array == this)
+        return b_InsertOwn(n_From, n_Bytes, n_To);
     const unsigned n_Held = n_GetHeld(pcco_Array, n_From, n_Bytes);
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
     if (n_Held == n_Bytes) {
@@ -239,9 +277,11 @@ void CT_VoidArray::v_Replace(const CT_VoidArray* pcco_Array, unsigned n_First, u
     const unsigned n_Bytes = n_GetBytes(pcco_Array, n_Count);
     const unsigned n_Held = n_GetHeld(pcco_Array, n_From, n_Bytes);
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    if (n_Held != n_Bytes)
-        co_Buffer.v_Replace(static_cast<unsigned char>(0), n_Bytes, n_To);
+    // The zeros come last: they may fall on the range itself.
     co_Buffer.v_Replace(&pcco_Array->co_Buffer, n_From, n_Held, n_To);
+    const unsigned n_Zeros = n_To + n_Held;
+    if (n_Held != n_Bytes && n_Zeros >= n_To)
+        co_Buffer.v_Replace(static_cast<unsigned char>(0), n_Bytes - n_Held, n_Zeros);
     // Behind a failed growth the last item may be cut: it goes, so that items stay whole.
     const unsigned n_Now = co_Buffer.n_GetUsedSize();
     if (n_Now > n_Used && n_Now < n_To + n_Bytes)
@@ -260,8 +300,15 @@ void CT_VoidArray::v_Remove(unsigned n_First, unsigned n_Last)
 
 void CT_VoidArray::v_AtInsertCopy(unsigned n_At, unsigned n_First, unsigned n_Last)
 {
-    co_Buffer.v_AtInsertCopy((n_First - 1) * n_ItemSize, (n_Last - n_First + 1) * n_ItemSize,
-                             (n_At - 1) * n_ItemSize);
+    const unsigned n_From = (n_First - 1) * n_ItemSize;
+    const unsigned n_To = (n_At - 1) * n_ItemSize;
+    const unsigned n_Bytes = (n_Last - n_First + 1) * n_ItemSize;
+    // Into the range itself the buffer, while it has the room, would copy what the gap moves apart.
+    if (n_First < n_At && n_At <= n_Last &&
+        n_Bytes <= co_Buffer.n_GetMaximumSize() - co_Buffer.n_GetUsedSize())
+        b_InsertOwn(n_From, n_Bytes, n_To);
+    else
+        co_Buffer.v_AtInsertCopy(n_From, n_Bytes, n_To);
 }
 
 void CT_VoidArray::v_AtInsertCopy(unsigned n_At, unsigned n_First, unsigned n_Last,
@@ -281,8 +328,10 @@ void CT_VoidArray::v_AtInsertMove(unsigned n_At, unsigned n_First, unsigned n_La
 void CT_VoidArray::v_AtInsertMove(unsigned n_At, unsigned n_First, unsigned n_Last,
                                   CT_VoidArray* pco_Array)
 {
+    if (pco_Array == this)
+        v_AtInsertMove(n_At, n_First, n_Last);
     // Items that could not be inserted here stay there.
-    if (b_InsertFrom(pco_Array, n_First, n_Last - n_First + 1, n_At))
+    else if (b_InsertFrom(pco_Array, n_First, n_Last - n_First + 1, n_At))
         pco_Array->v_Remove(n_First, n_Last);
 }
 

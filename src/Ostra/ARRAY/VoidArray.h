@@ -61,7 +61,7 @@ public:
 
     // ---- Change ---------------------------------------------------------------------------
 
-    // Appends an item, or n_Count copies of it.
+    // Appends an item, or n_Count copies of it. It may lie in the array's own block.
     void v_Insert(const void* pcv_Item);
     void v_Insert(const void* pcv_Item, unsigned n_Count);
     // Inserts an item before item n_Index.
@@ -69,7 +69,8 @@ public:
 
     // Items n_First and following of another array, before item n_At, behind the last, or over
     // item n_At and following. A count of -1 means as many as the other array has, whatever
-    // n_First is; what lies behind its last item comes as zeros.
+    // n_First is; what lies behind its last item comes as zeros. The other array may be this one:
+    // its items are taken as they stand before the change.
     void v_Insert(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count,
                   unsigned n_At);
     void v_Append(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count);
@@ -108,6 +109,10 @@ protected:
 
 private:
     void v_Reserve();
+    void v_InsertItem(const void* pcv_Item, unsigned n_To);
+    unsigned n_OffsetOf(const void* pcv_Item) const;
+    int b_InsertBytes(const void* pcv_Item, unsigned n_Own, unsigned n_To);
+    int b_InsertOwn(unsigned n_From, unsigned n_Bytes, unsigned n_To);
     int b_Settle(unsigned n_Used, unsigned n_Bytes, unsigned n_Offset);
     int b_InsertFrom(const CT_VoidArray* pcco_Array, unsigned n_First, unsigned n_Count,
                      unsigned n_At);

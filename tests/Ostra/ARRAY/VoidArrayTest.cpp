@@ -484,6 +484,112 @@ TEST(VoidArray, AtInsertMoveBetweenArraysTakesTheItemsAway)
     EXPECT_EQ(Read(other), (Items{7}));
 }
 
+// ---- The array's own items ----------------------------------------------------------------
+
+namespace
+{
+// 1 to 5, with room for that many items more at once, or for none.
+std::unique_ptr<CT_VoidArray> OneToFive(bool room)
+{
+    auto array = std::make_unique<CT_VoidArray>(4, 1, 0);
+    Fill(*array, {1, 2, 3, 4, 5});
+    array->v_SetSize(room ? 30 : 5);
+    return array;
+}
+
+const int* ItemAt(const CT_VoidArray& array, unsigned index)
+{
+    return static_cast<const int*>(array.pcco_GetBuffer()->qcv_Get()) + (index - 1);
+}
+} // namespace
+
+TEST(VoidArray, ReplaceFromItselfTakesTheItemsAsTheyWere)
+{
+    for (const bool room : {false, true}) {
+        const auto down = OneToFive(room);
+        down->v_Replace(down.get(), 2, 4, 1);
+        EXPECT_EQ(Read(*down), (Items{2, 3, 4, 5, 5}));
+        const auto up = OneToFive(room);
+        up->v_Replace(up.get(), 1, 4, 3);
+        EXPECT_EQ(Read(*up), (Items{1, 2, 1, 2, 3, 4}));
+        // As many as the array has, from the second on: one lies behind the last.
+        const auto all = OneToFive(room);
+        all->v_Replace(all.get(), 2, -1, 1);
+        EXPECT_EQ(Read(*all), (Items{2, 3, 4, 5, 0}));
+        const auto behind = OneToFive(room);
+        behind->v_Replace(behind.get(), 4, 3, 4);
+        EXPECT_EQ(Read(*behind), (Items{1, 2, 3, 4, 5, 0}));
+        const auto none = OneToFive(room);
+        none->v_Replace(none.get(), 7, 2, 2);
+        EXPECT_EQ(Read(*none), (Items{1, 0, 0, 4, 5}));
+    }
+}
+
+TEST(VoidArray, InsertOfItselfTakesTheItemsAsTheyWere)
+{
+    for (const bool room : {false, true}) {
+        for (unsigned at = 1; at <= 6; at++) {
+            SCOPED_TRACE(at);
+            const auto array = OneToFive(room);
+            array->v_Insert(array.get(), 2, 3, at);
+            Items expected = {1, 2, 3, 4, 5};
+            const Items range = {2, 3, 4};
+            expected.insert(expected.begin() + (at - 1), range.begin(), range.end());
+            EXPECT_EQ(Read(*array), expected);
+            const auto copied = OneToFive(room);
+            copied->v_AtInsertCopy(at, 2, 4, copied.get());
+            EXPECT_EQ(Read(*copied), expected);
+            const auto within = OneToFive(room);
+            within->v_AtInsertCopy(at, 2, 4);
+            EXPECT_EQ(Read(*within), expected);
+        }
+        const auto all = OneToFive(room);
+        all->v_Insert(all.get(), 3, -1, 4);
+        EXPECT_EQ(Read(*all), (Items{1, 2, 3, 3, 4, 5, 0, 0, 4, 5}));
+        const auto twice = OneToFive(room);
+        twice->v_Append(twice.get(), 1, -1);
+        EXPECT_EQ(Read(*twice), (Items{1, 2, 3, 4, 5, 1, 2, 3, 4, 5}));
+    }
+}
+
+TEST(VoidArray, AMoveFromItselfIsAMoveWithin)
+{
+    for (const bool room : {false, true}) {
+        for (unsigned at = 1; at <= 6; at++) {
+            SCOPED_TRACE(at);
+            const auto array = OneToFive(room), expected = OneToFive(room);
+            array->v_AtInsertMove(at, 2, 3, array.get());
+            expected->v_AtInsertMove(at, 2, 3);
+            EXPECT_EQ(Read(*array), Read(*expected));
+        }
+    }
+}
+
+TEST(VoidArray, AnItemInItsOwnBlockIsInsertedAsItWas)
+{
+    for (const bool room : {false, true}) {
+        for (unsigned from = 1; from <= 5; from++) {
+            SCOPED_TRACE(from);
+            const int item = static_cast<int>(from);
+            const auto last = OneToFive(room);
+            last->v_Insert(ItemAt(*last, from));
+            EXPECT_EQ(Read(*last), (Items{1, 2, 3, 4, 5, item}));
+            const auto many = OneToFive(room);
+            many->v_Insert(ItemAt(*many, from), 20);
+            Items copies = {1, 2, 3, 4, 5};
+            copies.insert(copies.end(), 20, item);
+            EXPECT_EQ(Read(*many), copies);
+            for (unsigned at = 1; at <= 6; at++) {
+                const auto array = OneToFive(room);
+                array->v_InsertAt(ItemAt(*array, from), at);
+                Items expected = {1, 2, 3, 4, 5};
+                expected.insert(expected.begin() + (at - 1), item);
+                EXPECT_EQ(Read(*array), expected);
+            }
+        }
+    }
+}
+
 TEST(VoidArray, EveryChangeOfASharedBlockLeavesTheOtherHolder)
 {
     void (*const changes[])(CT_VoidArray&) = {
