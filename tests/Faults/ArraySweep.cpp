@@ -7,6 +7,8 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -18,6 +20,14 @@ constexpr unsigned ITEM_SIZE = 3;
 int Compare(const void* first, const void* second)
 {
     return std::memcmp(first, second, ITEM_SIZE);
+}
+
+int Unsigned(const void* first, const void* second)
+{
+    unsigned a, b;
+    std::memcpy(&a, first, sizeof a);
+    std::memcpy(&b, second, sizeof b);
+    return (a > b) - (a < b);
 }
 
 std::string Items(const CT_VoidArray& array)
@@ -219,6 +229,39 @@ TEST(VoidSortedArraySweep, WithoutSwapSpaceTheItemsStayAsTheyAre)
             state.array.v_ReSort();
             EXPECT_TRUE(state.array.b_IsSorted());
         });
+}
+
+// In this order of four-byte items two items are left behind at each step, which wait for the rest.
+TEST(VoidSortedArraySweep, PartsThatCannotWaitAreSortedAtOnce)
+{
+    std::vector<unsigned> order = {1};
+    while (order.size() < 1000) {
+        const unsigned last = static_cast<unsigned>(order.size());
+        order.insert(order.end(), {order[0], last + 3, last + 2});
+        order[0] = last + 1;
+        std::swap(order[0], order[(order.size() - 1) / 2]);
+    }
+    struct Sorted
+    {
+        CT_VoidSortedArray array{4, Unsigned, 8, 0};
+        CT_VoidArray source{4, 8, 2000};
+    };
+    const auto prepare = [&order] {
+        auto state = std::make_unique<Sorted>();
+        for (const unsigned item : order)
+            state->source.v_Insert(&item);
+        return state;
+    };
+    for (const unsigned failing : {0U, 2U, 3U, 4U}) {
+        SCOPED_TRACE(failing);
+        const auto state = prepare();
+        FailingHeap::Arm(failing, FailingHeap::FROM);
+        state->array.v_Set(&state->source);
+        EXPECT_EQ(FailingHeap::Disarm() > 0, failing > 0);
+        EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
+        EXPECT_EQ(state->array.n_GetCount(), order.size());
+        EXPECT_TRUE(state->array.b_IsSorted());
+    }
 }
 
 TEST(VoidSortedArraySweep, AnInsertionIsThereWholeOrNotAtAll)

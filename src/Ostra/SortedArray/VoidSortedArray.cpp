@@ -1,12 +1,14 @@
 // Ostra/SortedArray/VoidSortedArray.cpp: raw items in the order of a compare function.
 #include <Ostra/SortedArray/VoidSortedArray.h>
 
+#include <Ostra/ARRAY/Pending.h>
 #include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Frame/Report.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 static constexpr char qccz_Source[] = "Ostra/SortedArray/VoidSortedArray";
 
@@ -40,6 +42,16 @@ template <class T>
     }
     return pc_Next - sizeof(T);
 }
+
+// Items from the left one to the right one. A part of none has its right one before the left.
+struct CT_VoidSortedArray::st_Part
+{
+    unsigned n_GetLength() const { return n_Right + 1 - n_Left; }
+    bool b_IsSorted() const { return n_GetLength() < 2; }
+
+    unsigned n_Left;
+    unsigned n_Right;
+};
 
 // ---- Construction -------------------------------------------------------------------------
 
@@ -220,20 +232,28 @@ void CT_VoidSortedArray::v_QuickSort()
 }
 
 // The steps of the partition are part of what callers see: the order of equal items, and the calls
-// of their function.
+// of their function. The part in front always comes first. Some orders let nearly as many parts
+// wait as there are items, so what waits isn't on the stack.
 void CT_VoidSortedArray::v_QuickSort(CT_Buffer* pco_Spare, unsigned n_Left, unsigned n_Right)
 {
-    for (;;) {
-        v_Swap(n_Left, n_Left + ((n_Right - n_Left) >> 1), pco_Spare);
-        const unsigned n_Last = n_Partition(pco_Spare, n_Left, n_Right);
-        v_Swap(n_Left, n_Last, pco_Spare);
+    CT_Pending<st_Part> co_Waiting;
+    st_Part so_Part = {n_Left, n_Right};
+    do {
+        v_Swap(so_Part.n_Left, so_Part.n_Left + ((so_Part.n_Right - so_Part.n_Left) >> 1),
+               pco_Spare);
+        const unsigned n_Last = n_Partition(pco_Spare, so_Part.n_Left, so_Part.n_Right);
+        v_Swap(so_Part.n_Left, n_Last, pco_Spare);
 
-        if (n_Left + 1 < n_Last)
-            v_QuickSort(pco_Spare, n_Left, n_Last - 1);
-        if (n_Right <= n_Last + 1)
-            return;
-        n_Left = n_Last + 1;
-    }
+        st_Part so_Front = {so_Part.n_Left, n_Last - 1}, so_Back = {n_Last + 1, so_Part.n_Right};
+        if (!so_Front.b_IsSorted() && !so_Back.b_IsSorted() && !co_Waiting.b_Push(so_Back)) {
+            // Without memory the smaller part doesn't wait. The items come out the same.
+            if (so_Back.n_GetLength() < so_Front.n_GetLength())
+                std::swap(so_Front, so_Back);
+            v_QuickSort(pco_Spare, so_Front.n_Left, so_Front.n_Right);
+            so_Front = so_Back;
+        }
+        so_Part = so_Front.b_IsSorted() ? so_Back : so_Front;
+    } while (!so_Part.b_IsSorted() || co_Waiting.b_Pop(&so_Part));
 }
 
 // Moves the items below the first to the front; the last of them.

@@ -83,6 +83,7 @@ public:
     void v_SetGrowth(unsigned n_Items);
 
 private:
+    struct st_Part;
     unsigned n_Halve(const void* pcv_Key, unsigned& n_Low) const;
     void v_QuickSort();
     void v_QuickSort(CT_Buffer* pco_Spare, unsigned n_Left, unsigned n_Right);

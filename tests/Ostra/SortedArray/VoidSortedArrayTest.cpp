@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <Support/Directory.h>
+#include <Support/SmallStack.h>
 
 #include <algorithm>
 #include <cstring>
@@ -449,5 +450,69 @@ TEST(VoidSortedArray, SearchTakesTheStepsOfTheModelForEachCountAndKey)
         array.v_Insert(&next);
         model.push_back(next);
         ASSERT_EQ(Read(array), model);
+    }
+}
+
+// ---- Orders that cost most ----------------------------------------------------------------
+
+namespace
+{
+// An order in which each step of the sort finds all items of its part below the middle one but
+// `behind`: made from its end, by taking back the step for the largest part last.
+Items KillerOrder(int count, int behind)
+{
+    Items items = {1};
+    while (static_cast<int>(items.size()) < count) {
+        const int last = static_cast<int>(items.size()); // place of the middle item after the step
+        Items larger = items;
+        larger.push_back(items[0]);
+        larger[0] = last + 1;
+        for (int item = 1; item <= behind; item++)
+            larger.push_back(last + 1 + item);
+        std::swap(larger[0], larger[(larger.size() - 1) / 2]);
+        items = larger;
+    }
+    for (int& item : items)
+        item *= 10; // the calls are recorded by the tens
+    return items;
+}
+
+unsigned Sorted(const Items& items)
+{
+    unsigned sorted = 0;
+    OnSmallStack([&] {
+        CT_VoidSortedArray array(4, Ascending, 8, 0);
+        CT_VoidArray source(4);
+        Fill(source, items);
+        array.v_Set(&source);
+        sorted = array.b_IsSorted() ? array.n_GetCount() : 0;
+    });
+    return sorted;
+}
+} // namespace
+
+TEST(VoidSortedArray, NoOrderTakesMuchStack)
+{
+    for (int behind : {0, 1, 2, 3}) {
+        SCOPED_TRACE(behind);
+        const Items items = KillerOrder(12000, behind);
+        EXPECT_EQ(Sorted(items), items.size());
+    }
+}
+
+TEST(VoidSortedArray, AKillerOrderIsSortedInTheStepsOfTheModel)
+{
+    for (int behind : {0, 1, 2, 5, 40}) {
+        SCOPED_TRACE(behind);
+        Items model = KillerOrder(400, behind);
+        CT_VoidArray source(4);
+        Fill(source, model);
+        Calls log;
+        ModelSort(model, 1, static_cast<unsigned>(model.size()), log);
+        calls.clear();
+        CT_VoidSortedArray array(&source, Recorded);
+        EXPECT_EQ(Read(array), model);
+        EXPECT_EQ(calls, log);
+        EXPECT_TRUE(array.b_IsSorted());
     }
 }
