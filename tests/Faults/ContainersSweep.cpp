@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <memory>
+#include <string>
 
 namespace
 {
@@ -217,4 +218,71 @@ TEST(AlphaTreeSweep, ARemovalNeedsNoMemory)
     EXPECT_EQ(tree->n_Search("abd"), 2U);
     EXPECT_EQ(tree->b_Remove("abd"), 1);
     EXPECT_EQ(tree->n_GetNrOfEntries(), 0U);
+}
+
+// ---- Memory of an alphabet tree -----------------------------------------------------------
+
+namespace
+{
+constexpr unsigned KEYS = 20000;
+
+std::string Key(unsigned number)
+{
+    return std::to_string(number) + "x";
+}
+
+void AddAll(CT_AlphaTree& tree)
+{
+    for (unsigned n = 0; n < KEYS; n++)
+        tree.v_Add(Key(n).c_str(), n);
+}
+
+// Leaves ten keys, of which the first three begin with the same character.
+void RemoveMost(CT_AlphaTree& tree)
+{
+    for (unsigned n = 10; n < KEYS; n++)
+        EXPECT_EQ(tree.b_Remove(Key(n).c_str()), 1);
+}
+
+void ExpectTen(CT_AlphaTree& tree)
+{
+    EXPECT_EQ(tree.n_GetNrOfEntries(), 10U);
+    for (unsigned n = 0; n < 20; n++)
+        EXPECT_EQ(tree.n_Search(Key(n).c_str()), n < 10 ? n : NONE);
+}
+} // namespace
+
+TEST(AlphaTreeSweep, MemoryComesBackWhenMostOfItIsUnused)
+{
+    CT_AlphaTree full, packed, emptied;
+    FailingHeap::Track();
+    AddAll(full);
+    EXPECT_GE(FailingHeap::Live(), 8U);
+    FailingHeap::Track();
+    AddAll(packed);
+    RemoveMost(packed);
+    // The pool and one block of nodes.
+    EXPECT_EQ(FailingHeap::Live(), 2U);
+    ExpectTen(packed);
+    FailingHeap::Track();
+    AddAll(emptied);
+    RemoveMost(emptied);
+    for (unsigned n = 0; n < 10; n++)
+        emptied.b_Remove(Key(n).c_str());
+    EXPECT_EQ(FailingHeap::Live(), 1U);
+}
+
+// Giving back needs a block for what stays; without one everything stays where it is.
+TEST(AlphaTreeSweep, RemovingNeedsNoMemory)
+{
+    CT_AlphaTree tree;
+    AddAll(tree);
+    FailingHeap::Arm(1, FailingHeap::FROM);
+    for (unsigned n = 10; n < KEYS; n++)
+        tree.b_Remove(Key(n).c_str());
+    EXPECT_GT(FailingHeap::Disarm(), 0U);
+    ExpectTen(tree);
+    AddAll(tree);
+    EXPECT_EQ(tree.n_GetNrOfEntries(), KEYS);
+    EXPECT_EQ(tree.n_Search(Key(KEYS - 1).c_str()), KEYS - 1);
 }

@@ -1,6 +1,7 @@
 // Ostra/Containers/AlphaTree.cpp
 #include <Ostra/Containers/AlphaTree.h>
 
+#include <Ostra/ARRAY/Pending.h>
 #include <Ostra/Containers/BranchPool.h>
 #include <Ostra/Frame/Print.h>
 #include <Ostra/String/CString.h>
@@ -51,8 +52,8 @@ void CT_AlphaTree::v_Init()
     so_Root = {0xFFFF, 0, NONE, nullptr};
 }
 
-// Frees what is below the node. The last branch is gone into by the loop, here and in the other
-// walks, so that the stack is needed where keys part and not for their lengths.
+// Frees what is below the node. The last branch is gone into by the loop, so that the stack is
+// needed where keys part and not for their lengths.
 void CT_AlphaTree::v_Delete(_st_node* pso_Node)
 {
     _st_node* pso_Branches = pso_Node->pso_Branches;
@@ -109,6 +110,14 @@ void CT_AlphaTree::v_CutBranch(_st_node* pso_Node, _st_node* pso_Branch)
     pco_Pool->v_Shrink(pso_Node->pso_Branches, n_Left + 1);
 }
 
+// Keeps the number of nodes that have one, but for the root.
+void CT_AlphaTree::v_SetValue(_st_node* pso_Node, unsigned n_Value)
+{
+    if (pso_Node != &so_Root)
+        pco_Pool->n_Entries += (n_Value != NONE) - (pso_Node->n_Value != NONE);
+    pso_Node->n_Value = n_Value;
+}
+
 // ---- Keys ---------------------------------------------------------------------------------
 
 // Branches that were added before the heap was exhausted stay.
@@ -127,7 +136,7 @@ void CT_AlphaTree::v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value
         }
         pso_Node = pso_Next;
     }
-    pso_Node->n_Value = n4_Value;
+    v_SetValue(pso_Node, n4_Value);
 }
 
 template <class T>
@@ -166,27 +175,17 @@ int CT_AlphaTree::b_Remove(_st_node* pso_Node, const T* qcz_Key)
     }
     if (pso_Node->n_Value == NONE)
         return 0;
-    pso_Node->n_Value = NONE;
+    v_SetValue(pso_Node, NONE);
     if (pso_First && pso_Node->n2_NrOfBranches == 0) {
         v_Delete(pso_First);
         v_CutBranch(pso_Parent, pso_First);
+        if (pco_Pool->b_IsMostlyUnused())
+            pco_Pool->v_Pack(&so_Root);
     }
     return 1;
 }
 
-// ---- Walks --------------------------------------------------------------------------------
-
-unsigned CT_AlphaTree::n_Count(_st_node* pso_Node)
-{
-    unsigned n_Entries = pso_Node->n_Value != NONE;
-    while (const unsigned n_Number = pso_Node->n2_NrOfBranches) {
-        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++)
-            n_Entries += n_Count(&pso_Node->pso_Branches[n_Branch]);
-        pso_Node = &pso_Node->pso_Branches[n_Number - 1];
-        n_Entries += pso_Node->n_Value != NONE;
-    }
-    return n_Entries;
-}
+// ---- Output -------------------------------------------------------------------------------
 
 // The characters on the way to a node.
 template <class T>
@@ -194,12 +193,12 @@ struct CT_AlphaTree::st_DumpText
 {
     static constexpr unsigned ROOM = 256;
 
-    // A character of 0 appends nothing, nor does one that finds no room.
+    // A character that became 0 shows as a question mark; one that finds no room isn't appended.
     void v_Append(T c)
     {
-        if (c == 0 || n_Length == ROOM - 1)
+        if (n_Length == ROOM - 1)
             return;
-        ac_Text[n_Length++] = c;
+        ac_Text[n_Length++] = c ? c : '?';
         ac_Text[n_Length] = 0;
     }
     void v_Cut(unsigned n_NewLength)
@@ -207,14 +206,29 @@ struct CT_AlphaTree::st_DumpText
         n_Length = n_NewLength;
         ac_Text[n_Length] = 0;
     }
-    // Characters of 16 bits print in the standard library's locale; a key that has no form there
-    // prints as nothing.
+    // Characters of 16 bits print in the standard library's locale. What has no form there stops
+    // the whole line, and makes way for a question mark then.
     void v_Print(unsigned n_Value) const
     {
         const char* qccz_Format = sizeof(T) == 1 ? "%s : %d\n" : "%S : %d\n";
         char ac_Line[ROOM * 6];
-        if (CT_Print::si_Format(ac_Line, sizeof ac_Line, qccz_Format, ac_Text, int(n_Value)) >= 0)
-            std::printf("%s", ac_Line);
+        if (CT_Print::si_Format(ac_Line, sizeof ac_Line, qccz_Format, ac_Text, int(n_Value)) < 0) {
+            const st_DumpText so_Known = so_GetKnown();
+            CT_Print::si_Format(ac_Line, sizeof ac_Line, qccz_Format, so_Known.ac_Text,
+                                int(n_Value));
+        }
+        std::printf("%s", ac_Line);
+    }
+    st_DumpText so_GetKnown() const
+    {
+        st_DumpText so_Known = *this;
+        for (unsigned n = 0; n < n_Length; n++) {
+            const T ac_One[] = {ac_Text[n], 0};
+            char ac_Form[16];
+            if (CT_Print::si_Format(ac_Form, sizeof ac_Form, "%S", ac_One) < 0)
+                so_Known.ac_Text[n] = '?';
+        }
+        return so_Known;
     }
 
     T ac_Text[ROOM] = {};
@@ -229,21 +243,35 @@ void CT_AlphaTree::v_Dump(_st_node* pso_Node, st_DumpText<T>* pso_Text)
         pso_Text->v_Print(pso_Node->n_Value);
 }
 
+// Branches that wait until those below another one are printed.
+struct CT_AlphaTree::st_Waiting
+{
+    _st_node* pso_Branches;
+    unsigned n_Number;
+    unsigned n_Length; // of the text in front of them
+};
+
+// Branches wait on the heap, since a way may be as long as a key; with no memory left, on the stack.
 template <class T>
 void CT_AlphaTree::v_DumpBranches(_st_node* pso_Node, st_DumpText<T>* pso_Text)
 {
-    const unsigned n_Length = pso_Text->n_Length;
-    while (const unsigned n_Number = pso_Node->n2_NrOfBranches) {
-        const unsigned n_NodeLength = pso_Text->n_Length;
-        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++) {
-            v_Dump(&pso_Node->pso_Branches[n_Branch], pso_Text);
-            v_DumpBranches(&pso_Node->pso_Branches[n_Branch], pso_Text);
-            pso_Text->v_Cut(n_NodeLength);
+    CT_Pending<st_Waiting> co_Waiting;
+    st_Waiting so_Now = {pso_Node->pso_Branches, pso_Node->n2_NrOfBranches, pso_Text->n_Length};
+    do {
+        pso_Text->v_Cut(so_Now.n_Length);
+        while (so_Now.n_Number) {
+            pso_Node = so_Now.pso_Branches++;
+            so_Now.n_Number--;
+            const bool b_Down = !so_Now.n_Number || co_Waiting.b_Push(so_Now);
+            v_Dump(pso_Node, pso_Text);
+            if (b_Down) {
+                so_Now = {pso_Node->pso_Branches, pso_Node->n2_NrOfBranches, pso_Text->n_Length};
+            } else {
+                v_DumpBranches(pso_Node, pso_Text);
+                pso_Text->v_Cut(so_Now.n_Length);
+            }
         }
-        pso_Node = &pso_Node->pso_Branches[n_Number - 1];
-        v_Dump(pso_Node, pso_Text);
-    }
-    pso_Text->v_Cut(n_Length);
+    } while (co_Waiting.b_Pop(&so_Now));
 }
 
 void CT_AlphaTree::v_Dump(et_ElementSize ec_ElementSize)
@@ -259,7 +287,7 @@ void CT_AlphaTree::v_Dump(et_ElementSize ec_ElementSize)
 
 unsigned CT_AlphaTree::n_GetNrOfEntries()
 {
-    return n_Count(&so_Root);
+    return (so_Root.n_Value != NONE) + (pco_Pool ? pco_Pool->n_Entries : 0);
 }
 
 // ---- The forms of a key -------------------------------------------------------------------

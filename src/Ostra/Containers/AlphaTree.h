@@ -16,7 +16,7 @@ class CT_UString;
 // The number 0xFFFFFFFF means that there is no entry: adding it enters nodes and no key.
 //
 // Units:   a CT_CString or CT_UString stands for its text.
-// Owns:    its nodes; the room of removed ones stays until no key is left.
+// Owns:    its nodes; the room of removed ones is given back when less than a quarter is in use.
 // Reports: nothing. A key that finds no memory isn't entered; what it had keeps its number.
 // Caller:  prints keys of at most 255 characters.
 // Threads: one thread at a time.
@@ -52,7 +52,6 @@ public:
 
     // ---- Access ---------------------------------------------------------------------------
 
-    // Walks the whole tree.
     unsigned n_GetNrOfEntries();
 
     // The key's number; 0xFFFFFFFF for none.
@@ -80,8 +79,9 @@ public:
     // ---- Output ---------------------------------------------------------------------------
 
     // Prints a line "key : number" for each key but the empty one to the standard output, by way of
-    // the branches in their order. Keys are cut to 255 characters, and 8-bit ones to 8 bits each;
-    // a 16-bit one that has no form in the standard library's locale is left out.
+    // the branches in their order. Keys are cut to 255 characters, and 8-bit ones to 8 bits each.
+    // A question mark stands for what becomes 0 then, and for a 16-bit character that has no form
+    // in the standard library's locale.
     void v_Dump(et_ElementSize ec_ElementSize);
 
 private:
@@ -97,6 +97,7 @@ private:
 
     template <class T>
     struct st_DumpText;
+    struct st_Waiting;
 
     static _st_node* pso_FindBranch(_st_node* pso_Branches, unsigned n_Count,
                                     unsigned short u_Character);
@@ -113,8 +114,8 @@ private:
     void v_Dump(_st_node* pso_Node, st_DumpText<T>* pso_Text);
     template <class T>
     void v_DumpBranches(_st_node* pso_Node, st_DumpText<T>* pso_Text);
-    unsigned n_Count(_st_node* pso_Node);
+    void v_SetValue(_st_node* pso_Node, unsigned n_Value);
 
-    _st_node so_Root;
+    _st_node so_Root;        // what is told of a tree ends with it
     CT_BranchPool* pco_Pool; // has the branches of all nodes; null until there are some
 };

@@ -5,6 +5,8 @@
 #include <bit>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <utility>
 
 typedef CT_BranchPool::st_Node st_Node;
 
@@ -54,14 +56,18 @@ st_Node* CT_BranchPool::pso_Grow(st_Node* pso_Nodes, unsigned n_Count)
 void CT_BranchPool::v_Shrink(st_Node* pso_Nodes, unsigned n_Count)
 {
     const unsigned n_Room = n_RoomFor(n_Count - 1);
-    if (const unsigned n_Less = n_RoomFor(n_Count) - n_Room)
+    if (const unsigned n_Less = n_RoomFor(n_Count) - n_Room) {
         v_Give(pso_Nodes + n_Room, n_Less);
+        n_Used -= n_Less;
+    }
 }
 
 void CT_BranchPool::v_Free(st_Node* pso_Nodes, unsigned n_Count)
 {
-    v_Give(pso_Nodes, n_RoomFor(n_Count));
-    if (--n_Arrays == 0)
+    const unsigned n_Nodes = n_RoomFor(n_Count);
+    v_Give(pso_Nodes, n_Nodes);
+    n_Used -= n_Nodes;
+    if (!n_Used)
         v_Clear();
 }
 
@@ -75,7 +81,7 @@ st_Node* CT_BranchPool::pso_Take(unsigned n_Room)
         pso_First = pso_Nodes->pso_Branches;
     else
         pso_Nodes = pso_Carve(n_Room);
-    n_Arrays += pso_Nodes != nullptr;
+    n_Used += pso_Nodes ? n_Room : 0;
     return pso_Nodes;
 }
 
@@ -102,6 +108,7 @@ int CT_BranchPool::b_AddChunk(unsigned n_Nodes)
     pso_Chunks = pso_Chunk;
     pso_Rest = static_cast<st_Node*>(pv_Chunk) + 1;
     n_Rest = n_Nodes;
+    n_Had += n_Nodes;
     n_NextChunk = std::min(2 * n_NextChunk, LAST_CHUNK);
     return 1;
 }
@@ -122,5 +129,45 @@ void CT_BranchPool::v_Clear()
     std::fill_n(apso_Free, CLASSES, nullptr);
     pso_Rest = nullptr;
     n_Rest = 0;
+    n_Had = 0;
     n_NextChunk = FIRST_CHUNK;
+}
+
+// ---- Packing ------------------------------------------------------------------------------
+
+void CT_BranchPool::v_Pack(st_Node* pso_Root)
+{
+    CT_BranchPool co_Packed;
+    const unsigned n_Nodes = static_cast<unsigned>(n_Used);
+    if (n_Nodes != n_Used || !co_Packed.b_AddChunk(n_Nodes))
+        return;
+    // What was copied is gone through from the front, and its branches are copied behind it. The
+    // arrays themselves stay as they are, though they are left behind.
+    st_Node* const pso_First = co_Packed.pso_Rest;
+    co_Packed.v_CopyWay(pso_Root, pso_First);
+    for (st_Node* pso_Node = pso_First; pso_Node != co_Packed.pso_Rest; pso_Node++)
+        co_Packed.v_CopyWay(pso_Node, pso_First);
+
+    v_Clear();
+    std::swap(pso_Chunks, co_Packed.pso_Chunks);
+    n_Had = n_Used;
+    // The next chunk goes by what is there, or it would be unused for the most part itself.
+    n_NextChunk = std::bit_ceil(std::clamp(n_Nodes / 4, FIRST_CHUNK, LAST_CHUNK));
+}
+
+// Copies the branches of the node, then those of the last of them, and so on, unless they are in
+// this pool already: behind pso_First. There is room for all.
+void CT_BranchPool::v_CopyWay(st_Node* pso_Node, const st_Node* pso_First)
+{
+    const std::less<const st_Node*> f_IsBefore;
+    while (st_Node* pso_Branches = pso_Node->pso_Branches) {
+        if (!f_IsBefore(pso_Branches, pso_First) && f_IsBefore(pso_Branches, pso_Rest))
+            return;
+        const unsigned n_Count = pso_Node->n2_NrOfBranches, n_Nodes = n_RoomFor(n_Count);
+        st_Node* pso_Copy = pso_Carve(n_Nodes);
+        std::memcpy(pso_Copy, pso_Branches, n_Count * sizeof(st_Node));
+        std::fill(pso_Copy + n_Count, pso_Copy + n_Nodes, st_Node{});
+        pso_Node->pso_Branches = pso_Copy;
+        pso_Node = pso_Copy + n_Count - 1;
+    }
 }

@@ -10,8 +10,8 @@
 #include <cstddef>
 
 // Arrays of nodes for one tree. Up to SINGLE nodes an array has just its room, a larger one that of
-// the next power of two. What is given back serves for arrays of the same room; the heap gets all
-// of it with the pool, or when the last array goes.
+// the next power of two. What is given back serves for arrays of the same room; the heap gets it
+// when v_Pack moves the rest together, when the last array goes, or with the pool.
 class CT_BranchPool
 {
 public:
@@ -31,6 +31,18 @@ public:
     void v_Shrink(st_Node* pso_Nodes, unsigned n_Count);
     void v_Free(st_Node* pso_Nodes, unsigned n_Count);
 
+    // Whether more than three quarters of the memory serve nothing; a small pool may have them. With
+    // less of it an array that grows and shrinks at the edge of its room would make the rest move.
+    bool b_IsMostlyUnused() const { return n_Had > 4 * n_Used + 2 * FIRST_CHUNK; }
+    // Moves the arrays below the root, which are all, to a block of just their room, and gives back
+    // what they had. Without memory for it they stay.
+    void v_Pack(st_Node* pso_Root);
+    // Nodes that memory is there for.
+    std::size_t n_GetRoom() const { return n_Had; }
+
+    // Nodes with a number. The tree counts them here.
+    unsigned n_Entries = 0;
+
 private:
     static constexpr unsigned SINGLE = 32;
     static constexpr unsigned CLASSES = SINGLE + 1 + 11; // rooms of 1 to 32, then of 64 to 65,536
@@ -48,11 +60,13 @@ private:
     int b_AddChunk(unsigned n_Nodes);
     void v_Give(st_Node* pso_Nodes, unsigned n_Room);
     void v_Clear();
+    void v_CopyWay(st_Node* pso_Node, const st_Node* pso_First);
 
     st_Node* apso_Free[CLASSES] = {}; // the first node's branches lead to the next free array
     st_Chunk* pso_Chunks = nullptr;
     st_Node* pso_Rest = nullptr; // of the newest chunk
     unsigned n_Rest = 0;
     unsigned n_NextChunk = FIRST_CHUNK;
-    std::size_t n_Arrays = 0; // in use
+    std::size_t n_Had = 0;  // nodes of all chunks
+    std::size_t n_Used = 0; // nodes in the rooms of arrays
 };

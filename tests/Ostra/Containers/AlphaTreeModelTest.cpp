@@ -204,3 +204,63 @@ TEST(AlphaTreeModel, ATreeCanBeDestroyedWithBranchesInEveryRoom)
     const unsigned short key[] = {2999, 4, 0};
     EXPECT_EQ(tree.n_Search(key), 2999U);
 }
+
+// Keys come in great numbers and go but for a few: the nodes that stay move together.
+TEST(AlphaTreeModel, MemoryComesBackWhenMostOfItIsUnused)
+{
+    const unsigned seed = Seed(47);
+    SCOPED_TRACE("OSTRA_SEED=" + std::to_string(seed));
+    std::mt19937 random(seed);
+    CT_AlphaTree tree;
+    Model model;
+    for (const unsigned many : {2000U, 300U, 5000U}) {
+        SCOPED_TRACE(many);
+        std::vector<std::u16string> keys;
+        for (unsigned n = 0; n < many; n++) {
+            std::u16string key;
+            for (unsigned left = random() % 4 + 1; left > 0; left--)
+                key += static_cast<char16_t>('a' + random() % (left == 2 ? 200 : 12));
+            keys.push_back(key);
+        }
+        unsigned value = 0;
+        for (const std::u16string& key : keys) {
+            tree.v_Add(reinterpret_cast<const unsigned short*>(key.c_str()), ++value);
+            model.Add(key.c_str(), value);
+        }
+        const std::size_t most = AlphaTreePeer::Room(tree);
+        Compare(AlphaTreePeer::Root(tree), model);
+        std::shuffle(keys.begin(), keys.end(), random);
+        for (std::size_t n = 0; n + 20 < keys.size(); n++) {
+            const auto* text = reinterpret_cast<const unsigned short*>(keys[n].c_str());
+            ASSERT_EQ(tree.b_Remove(text), model.Remove(keys[n].c_str()));
+            if (n % 50 == 0)
+                Compare(AlphaTreePeer::Root(tree), model);
+            ASSERT_FALSE(testing::Test::HasFatalFailure()) << n;
+        }
+        Compare(AlphaTreePeer::Root(tree), model);
+        EXPECT_LT(AlphaTreePeer::Room(tree), std::size_t{1500});
+        EXPECT_GT(most, AlphaTreePeer::Room(tree));
+    }
+}
+
+// At the edge of giving memory back the tree doesn't do it with each key.
+TEST(AlphaTreeModel, AKeyThatComesAndGoesMovesNothing)
+{
+    CT_AlphaTree tree;
+    for (unsigned short n = 1; n <= 3000; n++) {
+        const unsigned short key[] = {n, 1, 0};
+        tree.v_Add(key, n);
+    }
+    for (unsigned short n = 3000; n > 20; n--) {
+        const unsigned short key[] = {n, 1, 0};
+        unsigned moves = 0;
+        for (unsigned times = 0; times < 4; times++) {
+            const std::size_t before = AlphaTreePeer::Room(tree);
+            tree.b_Remove(key);
+            moves += before != AlphaTreePeer::Room(tree);
+            if (times < 3)
+                tree.v_Add(key, n);
+        }
+        ASSERT_LE(moves, 2U) << n;
+    }
+}

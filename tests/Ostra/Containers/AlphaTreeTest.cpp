@@ -5,6 +5,7 @@
 
 #include "Ostra/Containers/AlphaTreePeer.h"
 #include "Support/Failure.h"
+#include "Support/SmallStack.h"
 
 #include <gtest/gtest.h>
 
@@ -330,6 +331,62 @@ TEST(AlphaTree, AKeyOfAMillionCharactersComesAndGoes)
     }
 }
 
+// From the root down each node has two branches, of which the first leads on.
+TEST(AlphaTree, CountAndDumpOfADeepTreeTakeLittleStack)
+{
+    constexpr unsigned DEPTH = 12000, STEP = 3000;
+    CT_AlphaTree tree;
+    std::u16string key(DEPTH, u'x');
+    tree.v_Add(Units(key.c_str()), 9);
+    for (unsigned at = DEPTH - 1; at > 0; at--) {
+        key.resize(at);
+        tree.v_Add(Units((key + u"y").c_str()), at % STEP ? NONE : at / STEP);
+    }
+    unsigned entries = 0;
+    std::string dump;
+    OnSmallStack([&] {
+        entries = tree.n_GetNrOfEntries();
+        dump = Dump(tree, CT_AlphaTree::es_Byte);
+    });
+    const std::string cut(255, 'x');
+    EXPECT_EQ(entries, 4U);
+    EXPECT_EQ(dump, cut + " : 9\n" + cut + " : 3\n" + cut + " : 2\n" + cut + " : 1\n");
+}
+
+// ---- Memory -------------------------------------------------------------------------------
+
+TEST(AlphaTree, ATreeIsItsRootAndOnePointer)
+{
+    EXPECT_EQ(sizeof(CT_AlphaTree), sizeof(Node) + sizeof(void*));
+}
+
+TEST(AlphaTree, TheCountFollowsEachChange)
+{
+    CT_AlphaTree tree;
+    const auto count = [&tree] {
+        return tree.n_GetNrOfEntries();
+    };
+    tree.v_Add("", 1);
+    EXPECT_EQ(count(), 1U);
+    tree.v_Add("ab", 1);
+    tree.v_Add("ab", 2);
+    tree.v_Add("a", 3);
+    EXPECT_EQ(count(), 3U);
+    tree.v_Add("ab", NONE);
+    tree.v_Add("ab", NONE);
+    tree.v_Add("b", NONE);
+    EXPECT_EQ(count(), 2U);
+    tree.v_Add("ab", 4);
+    EXPECT_EQ(tree.b_Remove("a"), 1);
+    EXPECT_EQ(tree.b_Remove("a"), 0);
+    EXPECT_EQ(count(), 2U);
+    EXPECT_EQ(tree.b_Remove("ab"), 1);
+    EXPECT_EQ(tree.b_Remove(""), 1);
+    EXPECT_EQ(count(), 0U);
+    tree.v_Add("ab", 5);
+    EXPECT_EQ(count(), 1U);
+}
+
 // ---- Dump ---------------------------------------------------------------------------------
 
 TEST(AlphaTree, DumpPrintsTheKeysByTheirBranches)
@@ -373,21 +430,21 @@ TEST(AlphaTree, DumpOfBytesCutsEachCharacter)
     EXPECT_EQ(Dump(tree, CT_AlphaTree::es_Byte), "k\xE9y : 1\nab : 2\n");
 }
 
-TEST(AlphaTree, DumpOfBytesLeavesOutCharactersThatBecomeZero)
+TEST(AlphaTree, DumpOfBytesPrintsAQuestionMarkForWhatBecomesZero)
 {
     CT_AlphaTree tree;
     tree.v_Add(Units(u"a\u0100b"), 1);
     tree.v_Add("ac", 2);
-    EXPECT_EQ(Dump(tree, CT_AlphaTree::es_Byte), "ab : 1\nac : 2\n");
+    EXPECT_EQ(Dump(tree, CT_AlphaTree::es_Byte), "a?b : 1\nac : 2\n");
 }
 
-TEST(AlphaTree, DumpOfUnitsLeavesOutAKeyWithoutAnEightBitForm)
+TEST(AlphaTree, DumpOfUnitsPrintsAQuestionMarkForWhatHasNoEightBitForm)
 {
     CT_AlphaTree tree;
     tree.v_Add("k\xE9y", 1);
     tree.v_Add(Units(u"ab\u0161c"), 2);
     tree.v_Add("d", 3);
-    EXPECT_EQ(Dump(tree, CT_AlphaTree::es_Short), "k\xE9y : 1\nd : 3\n");
+    EXPECT_EQ(Dump(tree, CT_AlphaTree::es_Short), "k\xE9y : 1\nab?c : 2\nd : 3\n");
 }
 
 TEST(AlphaTree, DumpCutsLongKeys)
