@@ -9,7 +9,6 @@
 namespace
 {
 constexpr unsigned NONE = 0xFFFFFFFF;
-constexpr unsigned ALL = 0xFFFFFFFF;
 } // namespace
 
 // ---- Construction -------------------------------------------------------------------------
@@ -46,6 +45,8 @@ void CT_BitSet::v_Init(unsigned n_NewBits, int b_Keep)
     n_Bits = n_NewBits;
     n_Words = n_NewBits / 32 + (n_NewBits % 32 != 0);
     n_Bytes = n_Words * 4;
+    const unsigned n_Used = co_Buffer.n_GetUsedSize(), n_Room = co_Buffer.n_GetMaximumSize();
+    const bool b_Shared = co_Buffer.n_GetUseCount() > 1;
     co_Buffer.v_SetSize(n_Bytes, b_Keep);
     if (co_Buffer.n_GetUseCount() > 1) {
         // The heap is exhausted, and the old block is still there and shared.
@@ -54,10 +55,12 @@ void CT_BitSet::v_Init(unsigned n_NewBits, int b_Keep)
         return;
     }
     co_Buffer.v_SetUsedSize(std::min(n_Bytes, co_Buffer.n_GetMaximumSize()));
-    // Kept: when bits are kept, those of a smaller size stay in the last word, and a larger one
-    // gets what its words have in the block.
+    // Kept: when bits are kept, those that a smaller size hides stay in the block, and a larger one
+    // that the same block serves finds them again.
     if (!b_Keep)
-        co_Buffer.v_Replace(static_cast<unsigned char>(0), ALL, 0);
+        v_ClearFrom(0);
+    else if (b_Shared || co_Buffer.n_GetMaximumSize() != n_Room)
+        v_ClearFrom(n_Used);
 }
 
 void CT_BitSet::v_Init(const CT_BitSet* pcco_Set)
@@ -86,8 +89,22 @@ unsigned CT_BitSet::n_GetCommonWords(const CT_BitSet* pcco_Set) const
 // Whether the block could be made the set's own.
 int CT_BitSet::b_TakeOwn()
 {
+    if (co_Buffer.n_GetUseCount() <= 1)
+        return 1;
     co_Buffer.v_CopyWeWrite();
-    return co_Buffer.n_GetUseCount() <= 1;
+    if (co_Buffer.n_GetUseCount() > 1)
+        return 0;
+    v_ClearFrom(co_Buffer.n_GetUsedSize());
+    return 1;
+}
+
+// Behind the words in use the block is zeros or old bits: what a larger size comes to show is never
+// what the heap had there.
+void CT_BitSet::v_ClearFrom(unsigned n_Byte)
+{
+    const unsigned n_Room = co_Buffer.n_GetMaximumSize();
+    if (n_Byte < n_Room)
+        std::memset(pc_GetWords() + n_Byte, 0, n_Room - n_Byte);
 }
 
 void CT_BitSet::v_MaskLastWord()
@@ -134,6 +151,12 @@ unsigned CT_BitSet::n_FirstSetBit() const
 unsigned CT_BitSet::n_NrSetBits() const
 {
     return CT_BitWords::sn_Count(pcc_GetWords(), n_GetHeldWords());
+}
+
+unsigned CT_BitSet::n_NrUnsetBits() const
+{
+    const unsigned n_Set = n_NrSetBits();
+    return n_Set < n_Bits ? n_Bits - n_Set : 0;
 }
 
 int CT_BitSet::b_IsEqual(const CT_BitSet* pcco_Set) const

@@ -32,8 +32,8 @@ public:
     CT_BitSet(const CT_BitSet&) = delete;
     CT_BitSet& operator=(const CT_BitSet&) = delete;
 
-    // A new size. Without b_Keep all bits are 0; with it the words of the old size stay and new
-    // ones are what the buffer has there.
+    // A new size. Without b_Keep all bits are 0; with it the words of the old size stay. New ones
+    // are 0, or what a larger size before left in the block.
     void v_Set(unsigned n_NewBits, int b_Keep);
     // Like the constructor.
     void v_Set(const CT_BitSet* pcco_Set);
@@ -47,7 +47,8 @@ public:
     // The lowest bit that is set; -1 for none.
     unsigned n_FirstSetBit() const;
     unsigned n_NrSetBits() const;
-    unsigned n_NrUnsetBits() const { return n_Bits - n_NrSetBits(); }
+    // The size less the bits that are set, which may be more; then 0.
+    unsigned n_NrUnsetBits() const;
 
     // ---- Comparison -----------------------------------------------------------------------
 
@@ -103,6 +104,7 @@ private:
     unsigned n_GetHeldWords() const;
     unsigned n_GetCommonWords(const CT_BitSet* pcco_Set) const;
     int b_TakeOwn();
+    void v_ClearFrom(unsigned n_Byte);
     char* pc_PrepareWord(unsigned n_Bit);
     void v_MaskLastWord();
     template <class T>

@@ -10,7 +10,6 @@
 #include <bitset>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <random>
 #include <vector>
 
@@ -19,8 +18,8 @@ namespace
 constexpr unsigned SETS = 4;
 constexpr unsigned NONE = 0xFFFFFFFF;
 
-// A block: the words it has room for, some of which nobody has written.
-typedef std::vector<std::optional<unsigned>> Block;
+// A block: the words it has room for.
+typedef std::vector<unsigned> Block;
 
 unsigned Room(unsigned words)
 {
@@ -44,11 +43,11 @@ struct Model
         if (!block || block.use_count() > 1 || block->size() != Room(words)) {
             auto fresh = std::make_shared<Block>(Room(words));
             if (block && keep)
-                std::copy_n(block->begin(), std::min<size_t>(used, words), fresh->begin());
+                std::copy_n(block->begin(), std::min<size_t>(used, Room(words)), fresh->begin());
             block = fresh;
         }
         if (!keep)
-            std::fill_n(block->begin(), words, 0);
+            std::fill(block->begin(), block->end(), 0);
         used = words;
     }
     void Own()
@@ -56,7 +55,7 @@ struct Model
         if (!block || block.use_count() == 1)
             return;
         block = std::make_shared<Block>(*block);
-        std::fill(block->begin() + used, block->end(), std::nullopt);
+        std::fill(block->begin() + used, block->end(), 0);
     }
     void Put(unsigned bit, bool value)
     {
@@ -65,7 +64,7 @@ struct Model
         (*block)[bit / 32] = value ? word | mask : word & ~mask;
     }
     bool Get(unsigned bit) const { return Word(bit / 32) >> bit % 32 & 1; }
-    unsigned Word(unsigned index) const { return (*block)[index].value(); }
+    unsigned Word(unsigned index) const { return (*block)[index]; }
     template <class Operation>
     void Combine(const Model& other, Operation operation)
     {
@@ -134,7 +133,7 @@ public:
                 ASSERT_EQ(found, model.Word(word)) << "word " << word;
             }
             ASSERT_EQ(set.n_NrSetBits(), model.Count());
-            ASSERT_EQ(set.n_NrUnsetBits(), model.bits - model.Count());
+            ASSERT_EQ(set.n_NrUnsetBits(), model.bits - std::min(model.bits, model.Count()));
             ASSERT_EQ(set.n_FirstSetBit(), model.First());
             ASSERT_EQ(set.b_IsEmpty(), model.Count() == 0);
             CompareWith(n, (n + 1) % SETS);
@@ -162,17 +161,10 @@ private:
     Model& Mine() { return models[mine]; }
     Model& Theirs() { return models[theirs]; }
 
-    // Words that nobody has written are set to 0 bit by bit.
     void Resize(unsigned n, unsigned bits, bool keep)
     {
         sets[n].v_Set(bits, keep);
         models[n].Set(bits, keep);
-        for (unsigned word = 0; word < models[n].words; word++)
-            if (!(*models[n].block)[word]) {
-                (*models[n].block)[word] = 0;
-                for (unsigned bit = 32 * word; bit < 32 * word + 32; bit++)
-                    sets[n].v_SetBit(bit, 0);
-            }
     }
     void PlaySize() { Resize(mine, Below(3) ? 32 * Below(4) + Below(3) : Below(700), Below(2)); }
     void PlayShare()

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <set>
@@ -184,6 +185,59 @@ TEST(BitSet, ASizeThatComesBackWithinOneBlockFindsItsBitsAgain)
     EXPECT_EQ(Read(set), (Bits{1}));
     set.v_Set(64, 1);
     EXPECT_EQ(Read(set), (Bits{1, 40}));
+}
+
+namespace
+{
+// Lets the heap hand out blocks that are full of bits.
+void SoilTheHeap()
+{
+    std::vector<void*> blocks;
+    for (int round = 0; round < 8; round++)
+        for (std::size_t size = 24; size < 700; size += 8) {
+            blocks.push_back(std::malloc(size));
+            std::memset(blocks.back(), 0xFF, size);
+        }
+    for (void* block : blocks)
+        std::free(block);
+}
+} // namespace
+
+TEST(BitSet, NewWordsOfALargerSizeThatKeepsAreZero)
+{
+    for (unsigned first : {0U, 1U, 32U, 96U}) {
+        for (unsigned size : {96U, 160U, 161U, 300U, 1000U, 3000U}) {
+            SCOPED_TRACE(testing::Message() << first << " to " << size);
+            SoilTheHeap();
+            CT_BitSet set(first);
+            set.v_Set(size, 1);
+            EXPECT_EQ(set.n_NrSetBits(), 0U);
+            EXPECT_TRUE(set.b_IsEmpty());
+
+            // In a block that was shared, too.
+            SoilTheHeap();
+            CT_BitSet source(first), copy(&source);
+            copy.v_Set(size, 1);
+            EXPECT_EQ(copy.n_NrSetBits(), 0U);
+            SoilTheHeap();
+            CT_BitSet written(&source);
+            written.v_SetBit(0, 1);
+            written.v_Set(size, 1);
+            EXPECT_EQ(written.n_NrSetBits(), first ? 1U : 0U);
+        }
+    }
+}
+
+// 18 bits of a larger size are left in the word of a set of 2.
+TEST(BitSet, NoMoreBitsAreUnsetThanTheSetHasAndNeverLessThanNone)
+{
+    CT_BitSet set(20);
+    set.v_SetBits(1);
+    set.v_Set(2, 1);
+    EXPECT_EQ(set.n_NrSetBits(), 20U);
+    EXPECT_EQ(set.n_NrUnsetBits(), 0U);
+    set.v_SetBits(0);
+    EXPECT_EQ(set.n_NrUnsetBits(), 2U);
 }
 
 TEST(BitSet, SettingToASetTakesItsSizeAndShares)
