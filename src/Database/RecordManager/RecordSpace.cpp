@@ -18,8 +18,6 @@
 
 namespace
 {
-constexpr char qccz_Source[] = "Database/RecordManager/RecordSpace";
-
 constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned LINK = 4;
 // A chain is put into memory when walking it has cost about as much.

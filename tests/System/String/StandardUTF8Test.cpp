@@ -232,8 +232,8 @@ TEST(StandardUTF8, CharactersAreTakenUpWhereverTheyAreCut)
     for (std::size_t cut = 0; cut <= wide.size(); ++cut)
         EXPECT_EQ(InPieces({wide.substr(0, cut), wide.substr(cut)}), bytes) << cut;
     std::vector<std::string> single;
-    for (char byte : bytes)
-        single.emplace_back(1, byte);
+    for (char each : bytes)
+        single.emplace_back(1, each);
     EXPECT_EQ(InPieces(single), wide);
 }
 

@@ -231,8 +231,8 @@ TEST(UTF8, FourBytesAreTakenUpWhereverTheyAreCut)
                 ASSERT_EQ(DecodeCut(text, cut), wide) << cut;
         }
     std::u16string wide;
-    for (char byte : "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF\xF8\xF0\x80\x80\x80")
-        wide += DecodeExactly(std::string(byte ? 1 : 0, byte));
+    for (char each : "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF\xF8\xF0\x80\x80\x80")
+        wide += DecodeExactly(std::string(each ? 1 : 0, each));
     EXPECT_EQ(wide, u"\U0001F600\xDBFF\xDFFF\uFFFD\uFFFD");
 }
 
