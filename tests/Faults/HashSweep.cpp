@@ -176,6 +176,29 @@ TEST(VoidHashTableSweep, SettingWithoutRoomLeavesTheTableEmpty)
         });
 }
 
+// Shorter data is filled up by way of one item's room.
+TEST(VoidHashTableSweep, ShorterItemsAreTakenWhereThereIsRoom)
+{
+    for (unsigned failing = 1; failing <= 6; failing++) {
+        SCOPED_TRACE(failing);
+        const auto source = Colliding();
+        CT_VoidHashTable wide(8, 4, CT_VoidHashTable::sn_HashInteger, CompareNumbers, 5);
+        FailingHeap::Arm(failing, FailingHeap::ONCE);
+        wide.v_Set(source.get());
+        const bool failed = FailingHeap::Disarm() > 0;
+        CT_ErrorManager::spco_Get()->v_ClearError();
+        EXPECT_EQ(failed, failing <= 5);
+        // The buckets and the room bring all items, each other allocation one.
+        EXPECT_EQ(wide.n_GetCount(), failing <= 2 ? 0u : failed ? 2u : 3u);
+        for (const unsigned key : {1u, 2u, 8u}) {
+            unsigned data[] = {7, 7};
+            const int found = wide.b_Get(&key, data);
+            EXPECT_EQ(data[0], found ? key : 0);
+            EXPECT_EQ(data[1], 0u);
+        }
+    }
+}
+
 // Only the buckets are reported; an item without room is left out.
 TEST(VoidHashTableSweep, ACopyHasTheItemsThatFoundRoom)
 {

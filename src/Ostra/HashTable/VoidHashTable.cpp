@@ -6,6 +6,7 @@
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/Compare.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "Ostra/HashTable/VoidHashTable";
@@ -113,10 +114,8 @@ void CT_VoidHashTable::v_Set(unsigned n_TableSize)
 
 void CT_VoidHashTable::v_Set(const CT_VoidHashTable* pcco_Table)
 {
-    if (pcco_Table == this) {
-        v_Set(n_GetTableSize());
+    if (pcco_Table == this)
         return;
-    }
     v_Exit();
     v_Init(pcco_Table);
 }
@@ -128,17 +127,35 @@ void CT_VoidHashTable::v_Init(unsigned n_TableSize)
     co_Buckets.v_Set(&co_Block);
 }
 
-// Inserts the other's items in the order of a walk.
+// Inserts the other's items. Shorter keys and data get room for the zeros behind them.
 void CT_VoidHashTable::v_Init(const CT_VoidHashTable* pcco_Table)
 {
+    v_Init(pcco_Table->n_GetTableSize());
+    if (pcco_Table->n_KeySize >= n_KeySize && pcco_Table->n_DataSize >= n_DataSize) {
+        v_InsertFrom(pcco_Table, nullptr);
+    } else if (void* pv_Wide = std::calloc(1, std::size_t{n_KeySize} + n_DataSize)) {
+        v_InsertFrom(pcco_Table, static_cast<char*>(pv_Wide));
+        std::free(pv_Wide);
+    }
+}
+
+// In the order of a walk; as they stand, or by way of zeros of this table's key and data size.
+void CT_VoidHashTable::v_InsertFrom(const CT_VoidHashTable* pcco_Table, char* pc_Wide)
+{
+    const unsigned n_Key = std::min(n_KeySize, pcco_Table->n_KeySize);
+    const unsigned n_Data = std::min(n_DataSize, pcco_Table->n_DataSize);
     const unsigned n_Buckets = pcco_Table->n_GetTableSize();
-    v_Init(n_Buckets);
-    if (pcco_Table->n_KeySize < n_KeySize || pcco_Table->n_DataSize < n_DataSize)
-        return;
     for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; n_Bucket++) {
         const st_HashItem* pcso_Item = pcco_Table->pso_GetAt(n_Bucket);
-        for (; pcso_Item; pcso_Item = pcso_Item->pso_Following)
-            b_Insert(pcso_Item->pcv_GetKey(), pcso_Item->pcv_GetData());
+        for (; pcso_Item; pcso_Item = pcso_Item->pso_Following) {
+            if (!pc_Wide) {
+                b_Insert(pcso_Item->pcv_GetKey(), pcso_Item->pcv_GetData());
+                continue;
+            }
+            v_CopyItem(pc_Wide, pcso_Item->pcv_GetKey(), n_Key);
+            v_CopyItem(pc_Wide + n_KeySize, pcso_Item->pcv_GetData(), n_Data);
+            b_Insert(pc_Wide, pc_Wide + n_KeySize);
+        }
     }
 }
 

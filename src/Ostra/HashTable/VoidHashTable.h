@@ -55,7 +55,8 @@ public:
     // Empties the table and gives it n_TableSize buckets.
     void v_Set(unsigned n_TableSize);
     // The same with the other's table size; then inserts its items one by one. The own sizes and
-    // functions stay: longer keys and data are cut.
+    // functions stay: longer keys and data are cut, shorter ones filled with zeros. A table that is
+    // set to itself stays as it is.
     void v_Set(const CT_VoidHashTable* pcco_Table);
 
     static void* operator new(std::size_t n_Size) noexcept;
@@ -109,6 +110,7 @@ private:
 
     void v_Init(unsigned n_TableSize);
     void v_Init(const CT_VoidHashTable* pcco_Table);
+    void v_InsertFrom(const CT_VoidHashTable* pcco_Table, char* pc_Wide);
     void v_Exit();
     static void sv_MakeBuckets(CT_Buffer* pco_Block, unsigned n_TableSize);
 

@@ -4,6 +4,7 @@
 #include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Frame/Report.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "Ostra/LIST/VoidList";
@@ -39,10 +40,13 @@ CT_VoidList::~CT_VoidList()
 
 void CT_VoidList::v_Init(const CT_VoidList* pcco_List)
 {
-    if (pcco_List->n_ItemSize < n_ItemSize)
-        return;
-    for (const st_Position* pcso = pcco_List->pso_First; pcso; pcso = pcso->pso_Next)
-        v_Link(pcso->pcv_Item(), pso_Last, nullptr);
+    const unsigned n_Size = std::min(n_ItemSize, pcco_List->n_ItemSize);
+    for (const st_Position* pcso = pcco_List->pso_First; pcso; pcso = pcso->pso_Next) {
+        if (st_Position* pso_New = pso_Link(pso_Last, nullptr)) {
+            v_CopyItem(pso_New->pv_Item(), pcso->pcv_Item(), n_Size);
+            std::memset(static_cast<char*>(pso_New->pv_Item()) + n_Size, 0, n_ItemSize - n_Size);
+        }
+    }
 }
 
 void CT_VoidList::v_Exit()
@@ -63,6 +67,8 @@ void CT_VoidList::v_Set()
 
 void CT_VoidList::v_Set(const CT_VoidList* pcco_List)
 {
+    if (pcco_List == this)
+        return;
     v_Exit();
     v_Init(pcco_List);
 }
@@ -167,19 +173,26 @@ void CT_VoidList::v_InsertBefore(const void* pcv_Item, st_Position* pso_Position
     v_Link(pcv_Item, pso_Position ? pso_Position->pso_Previous : pso_Last, pso_Position);
 }
 
-// An item between two neighbours; null stands for the ends of the list.
 void CT_VoidList::v_Link(const void* pcv_Item, st_Position* pso_Previous, st_Position* pso_Next)
+{
+    if (st_Position* pso_New = pso_Link(pso_Previous, pso_Next))
+        v_CopyItem(pso_New->pv_Item(), pcv_Item, n_ItemSize);
+}
+
+// A position between two neighbours; null stands for the ends of the list. Null without memory.
+inline CT_VoidList::st_Position* CT_VoidList::pso_Link(st_Position* pso_Previous,
+                                                       st_Position* pso_Next)
 {
     auto* pso_New = static_cast<st_Position*>(
         std::malloc(sizeof(st_Position) + static_cast<std::size_t>(n_ItemSize)));
     if (!pso_New)
-        return;
+        return nullptr;
     pso_New->pso_Next = pso_Next;
     pso_New->pso_Previous = pso_Previous;
     (pso_Previous ? pso_Previous->pso_Next : pso_First) = pso_New;
     (pso_Next ? pso_Next->pso_Previous : pso_Last) = pso_New;
-    v_CopyItem(pso_New->pv_Item(), pcv_Item, n_ItemSize);
     n_Count++;
+    return pso_New;
 }
 
 void CT_VoidList::v_RemoveFirst(void* pv_Item)

@@ -30,7 +30,7 @@ public:
     ~CT_VoidList();
 
     // Empties the list; the second form then copies the other's items. The item size stays: longer
-    // items are cut.
+    // items are cut, shorter ones filled with zeros. A list that is set to itself stays as it is.
     void v_Set();
     void v_Set(const CT_VoidList* pcco_List);
 
@@ -82,6 +82,7 @@ public:
 private:
     void v_Init(const CT_VoidList* pcco_List);
     void v_Exit();
+    st_Position* pso_Link(st_Position* pso_Previous, st_Position* pso_Next);
     void v_Link(const void* pcv_Item, st_Position* pso_Previous, st_Position* pso_Next);
 
     // The order of the members is part of the interface.

@@ -63,7 +63,7 @@ int CT_MapStrings::sb_Take(CT_VoidArray& co, CT_String* pco_Text)
 void CT_MapStrings::sv_SetAt(CT_VoidArray& co, const CT_String* pcco_Text, unsigned n_Index)
 {
     CT_String* pco_Text = spco_Get(co, n_Index);
-    if (pco_Text && pcco_Text)
+    if (pco_Text && pcco_Text && pco_Text != pcco_Text)
         pco_Text->v_Set(pcco_Text);
 }
 

@@ -24,6 +24,17 @@ int RecordedCompare(const void* first, const void* second)
     return CompareNumbers(first, second);
 }
 
+// Keys of two numbers.
+unsigned HashPair(const void* key, unsigned table_size)
+{
+    return (Number(key) + Number(static_cast<const char*>(key) + 4)) % table_size + 1;
+}
+
+int ComparePairs(const void* first, const void* second)
+{
+    return std::memcmp(first, second, 8);
+}
+
 typedef std::vector<std::pair<unsigned, unsigned>> Calls;
 
 Calls Take(Calls& calls)
@@ -123,23 +134,36 @@ TEST(VoidHashTable, SettingToATableKeepsOwnSizesAndFunctions)
     Take(compare_calls);
 }
 
-TEST(VoidHashTable, ShorterKeysAndDataAreNotTaken)
+TEST(VoidHashTable, ShorterKeysAndDataComeWithZeros)
 {
+    const auto find = [](const CT_VoidHashTable& table, unsigned first, unsigned second) {
+        const unsigned key[] = {first, second};
+        unsigned data[] = {0xEEEEEEEE, 0xEEEEEEEE};
+        EXPECT_EQ(table.b_Get(key, data), 1);
+        return std::vector<unsigned>(data, data + table.n_GetDataSize() / 4);
+    };
     const Table source(7, {1, 2});
-    CT_VoidHashTable keys(4, 8, CT_VoidHashTable::sn_HashInteger, CompareNumbers, 5);
+    CT_VoidHashTable keys(4, 8, HashPair, ComparePairs, 5);
     CT_VoidHashTable data(8, 4, CT_VoidHashTable::sn_HashInteger, CompareNumbers, 5);
     keys.v_Set(&source);
     data.v_Set(&source);
-    ExpectNumbers(keys, 7, 0, 0);
-    ExpectNumbers(data, 7, 0, 0);
+    ExpectNumbers(keys, 7, 2, keys.n_GetCollisions());
+    ExpectNumbers(data, 7, 2, 0);
+    EXPECT_EQ(find(keys, 1, 0), (Numbers{1001}));
+    EXPECT_EQ(find(keys, 2, 0), (Numbers{1002}));
+    EXPECT_EQ(find(data, 1, 0), (Numbers{1001, 0}));
+    EXPECT_EQ(find(data, 2, 0), (Numbers{1002, 0}));
 }
 
-TEST(VoidHashTable, SetToItselfItIsEmpty)
+TEST(VoidHashTable, SetToItselfItStays)
 {
-    Table table(9, {1, 2, 3});
+    Table table(9, {1, 10, 2, 3});
+    const std::string chains = Chains(table);
     table.v_Set(&table);
-    ExpectNumbers(table, 9, 0, 0);
-    EXPECT_EQ(table.Insert(1, 1), 0);
+    ExpectNumbers(table, 9, 4, 1);
+    EXPECT_EQ(Chains(table), chains);
+    EXPECT_EQ(table.Get(10), 1010u);
+    EXPECT_EQ(table.Insert(1, 1), 1);
 }
 
 // A copy of a table whose bucket lost its heads has fewer collisions than its source.

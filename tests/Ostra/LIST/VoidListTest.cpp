@@ -112,21 +112,30 @@ TEST(VoidList, SettingToALongerItemSizeTakesTheFrontOfEachItem)
     Expect(state.list, "ad");
 }
 
-TEST(VoidList, ShorterItemsAreNotTaken)
+TEST(VoidList, ShorterItemsComeWithZeros)
 {
     Filled letters("abc");
     CT_VoidList words(3);
     words.v_InsertLast("xyz");
     words.v_Set(&letters.list);
-    EXPECT_EQ(words.n_GetCount(), 0u);
     EXPECT_EQ(words.n_GetItemSize(), 3u);
+    ASSERT_EQ(words.n_GetCount(), 3u);
+    Position* at = words.pso_GetFirst();
+    for (const char letter : {'a', 'b', 'c'}) {
+        char item[] = "???";
+        words.v_GetAt(item, at);
+        EXPECT_EQ(std::string(item, 3), letter + std::string(2, '\0'));
+        at = words.pso_Skip(at, 1);
+    }
 }
 
-TEST(VoidList, SetToItselfItIsEmpty)
+TEST(VoidList, SetToItselfItStays)
 {
     Filled state("abc");
+    Position* const first = state.list.pso_GetFirst();
     state.list.v_Set(&state.list);
-    Expect(state.list, "");
+    Expect(state.list, "abc");
+    EXPECT_EQ(state.list.pso_GetFirst(), first);
 }
 
 TEST(VoidList, LivesOnTheHeap)

@@ -231,6 +231,18 @@ TEST(StringNumberMap, ANumberThatIsNotThereChangesNothing)
     EXPECT_EQ(Read(map), (Entries{"b:a=1"}));
 }
 
+TEST(StringNumberMap, AnEntrySetToItsOwnTextKeepsIt)
+{
+    CT_StringNumberMap map;
+    map.v_Insert("bytes", 7);
+    map.v_Insert(U(u"units"), 8);
+    for (unsigned index : {1U, 2U})
+        map.v_SetAt(map.pcco_GetAt(index), index);
+    map.v_Update(map.pcco_Get(7), 7);
+    map.v_Update(map.qcuz_Get(8), 8);
+    EXPECT_EQ(Read(map), (Entries{"b:bytes=7", "u:units=8"}));
+}
+
 TEST(StringNumberMap, SetAtReplacesTextOrNumber)
 {
     CT_StringNumberMap map;

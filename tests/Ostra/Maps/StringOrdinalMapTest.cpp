@@ -205,6 +205,18 @@ TEST(StringOrdinalMap, RemoveAtMovesTheLaterEntriesUp)
     EXPECT_EQ(map.n_GetCount(), 0U);
 }
 
+TEST(StringOrdinalMap, AnEntrySetToItsOwnTextKeepsIt)
+{
+    CT_StringOrdinalMap map;
+    map.v_Insert("bytes");
+    map.v_Insert(U(u"units"));
+    for (unsigned index : {1U, 2U})
+        map.v_SetAt(map.pcco_Get(index), index);
+    map.v_SetAt(map.qccz_Get(1), 1);
+    map.v_SetAt(map.qcuz_Get(2), 2);
+    EXPECT_EQ(Read(map), (Entries{"b:bytes", "u:units"}));
+}
+
 TEST(StringOrdinalMap, SetAtReplacesTheTextAndLeavesTheClass)
 {
     CT_StringOrdinalMap map;
