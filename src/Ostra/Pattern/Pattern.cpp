@@ -84,7 +84,7 @@ void CT_Pattern::v_Init(const CT_Pattern* pcco_Pattern)
 
 void CT_Pattern::v_Exit()
 {
-    std::free(pso_Blocks);
+    v_DropTables();
     v_Null();
 }
 
@@ -139,9 +139,17 @@ int CT_Pattern::b_Replace(const st_State& so_Last, const st_State& so_New, int b
 
 // ---- The tables ---------------------------------------------------------------------------
 
+void CT_Pattern::v_DropTables()
+{
+    std::free(pso_Blocks);
+    pso_Blocks = nullptr;
+    n_Blocks = 0;
+}
+
 // Kept: a failure isn't reported. Nothing matches then; the next run tries again.
 void CT_Pattern::v_MakeTables()
 {
+    v_DropTables();
     const unsigned n_States = co_States.n_GetCount();
     const std::size_t n_BlockBytes = (n_States + BITS - 1) / BITS * sizeof(st_Block);
     void* pv_Tables = std::malloc(n_BlockBytes + n_States * sizeof(st_Literal));
@@ -157,7 +165,7 @@ void CT_Pattern::v_MakeTables()
 void CT_Pattern::v_FillTables()
 {
     const unsigned n_States = co_States.n_GetCount();
-    // Kept: tables stay as they are until v_Set. A row that has outgrown them doesn't run.
+    // A row that has outgrown its tables doesn't run; the next run makes others.
     n_Blocks = n_States > n_Room ? 0 : (n_States + BITS - 1) / BITS;
     for (unsigned n = 0; n < n_Blocks; ++n) {
         st_Block& so_Block = pso_Blocks[n];
@@ -217,13 +225,11 @@ void CT_Pattern::st_Block::v_AddCharacter(unsigned n4_Character, unsigned long l
 
 // ---- Matching -----------------------------------------------------------------------------
 
-// A first run, or one of a row that isn't of the most common kind.
+// A first run, one of a row that has become longer, or isn't of the most common kind.
 void CT_Pattern::v_DoMatchFar()
 {
-    if (!pso_Blocks)
+    if (!pso_Blocks || co_States.n_GetCount() > n_Room)
         v_MakeTables();
-    if (!pso_Blocks)
-        return;
     for (unsigned n = 0; n < n_Blocks; ++n)
         pso_Blocks[n].n8_Active = n == 0;
 }

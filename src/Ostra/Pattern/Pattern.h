@@ -24,7 +24,7 @@
 // Reports: nothing of its own; 60006 comes from the buffer when the heap is exhausted. A default
 //          pattern, or one made from another, adds its place to an error that the thread has
 //          already, and has no states then: it takes no token and matches nothing.
-// Caller:  adds tokens before the first run; to add more afterwards, goes through v_Set.
+// Caller:  adds tokens between runs: one that is added within a run ends it.
 // Threads: one thread at a time.
 class OSTRA_API CT_Pattern
 {
@@ -86,7 +86,7 @@ public:
 
     // ---- Matching -------------------------------------------------------------------------
 
-    // Starts a run. The first one makes the tables for all of them.
+    // Starts a run. The first one makes the tables for all of them, until the row is longer.
     void v_DoMatch()
     {
         if (n_Blocks == 1)
@@ -166,6 +166,7 @@ private:
 
     st_State so_GetState(unsigned n_State) const;
     int b_Replace(const st_State& so_Last, const st_State& so_New, int b_Append);
+    void v_DropTables();
     void v_MakeTables();
     void v_FillTables();
     void v_Enter(unsigned n_State, const st_State& so_State);

@@ -253,8 +253,8 @@ TEST(Pattern, ARunAddedDuringARunTakesPartAtOnce)
     }
 }
 
-// Kept: tables that exist are used as they are, and have no room for a state more.
-TEST(Pattern, ARowThatHasOutgrownItsTablesMatchesNothingUntilItIsSet)
+// The run under way has no room for a state more; the next one makes it.
+TEST(Pattern, ARowThatHasOutgrownItsTablesMatchesNothingUntilTheNextRun)
 {
     for (const char* added : {"a", "?"}) {
         SCOPED_TRACE(added);
@@ -263,12 +263,40 @@ TEST(Pattern, ARowThatHasOutgrownItsTablesMatchesNothingUntilItIsSet)
         Add(*made, added);
         EXPECT_EQ(made->b_IsMatch('a'), 0);
         EXPECT_EQ(made->n_EndStateFrom(), 0U);
-        EXPECT_EQ(Match(*made, "aa"), "0@0 0@0");
-        EXPECT_EQ((*made.*Private(PatternContains()))(Make("a").get()), 0);
-
-        made->v_Set(made.get());
         EXPECT_EQ(Match(*made, "aa"), "1@1 1@1");
+
+        Add(*made, added);
+        EXPECT_EQ((*made.*Private(PatternContains()))(Make("aa").get()), 1);
     }
+}
+
+// Of rows of every size, over the tables' steps of 64 states.
+TEST(Pattern, TokensMayBeAddedBetweenRuns)
+{
+    const auto made = Make("");
+    std::string text;
+    for (unsigned n = 1; n <= 200; ++n) {
+        const char c = static_cast<char>('a' + n % 7);
+        Add(*made, std::string(1, c));
+        text += c;
+        made->v_DoMatch();
+        for (unsigned at = 0; at < n; ++at)
+            ASSERT_EQ(made->b_IsMatch(text[at]), at + 1 == n) << n;
+        EXPECT_EQ(made->b_IsMatch('a'), 0);
+    }
+}
+
+TEST(Pattern, ComparingWorksAfterMoreTokens)
+{
+    const auto made = Make("a"), other = Make("a?");
+    EXPECT_EQ(made->et_Compare(other.get()), CT_Pattern::re_Unrelated);
+    Add(*made, "b");
+    EXPECT_EQ(made->et_Compare(other.get()), Make("ab")->et_Compare(Make("a?").get()));
+    EXPECT_EQ(made->et_Compare(other.get()), CT_Pattern::re_Same);
+    Add(*other, "c");
+    EXPECT_EQ(made->et_Compare(other.get()), CT_Pattern::re_Unrelated);
+    Add(*made, "c");
+    EXPECT_EQ(made->et_Compare(other.get()), CT_Pattern::re_Same);
 }
 
 TEST(Pattern, APatternIsAddedToBeforeItsFirstRunWithoutLimit)
