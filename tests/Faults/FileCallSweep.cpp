@@ -1,5 +1,6 @@
 // tests/Faults/FileCallSweep.cpp: files on a host whose calls fail, each in turn.
 #ifndef _WIN32
+#include <Database/RecordManager/RecordManager.h>
 #include <Ostra/File/WinFile.h>
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@
 #include <type_traits>
 
 #include "../../winapi/Base/Posix.h"
+#include "RecordCheck.h"
 #include "Support/Directory.h"
 #include "Support/Files.h"
 
@@ -366,6 +368,49 @@ TEST(FileCallSweep, EveryCallFails)
     EXPECT_GT(failures, 200U);
     std::printf("call sweep: %u operations, %u failures\n",
                 static_cast<unsigned>(std::size(OPERATIONS)), failures);
+}
+
+// The record needs a larger map: whatever fails on the way, the file and its map are as they were,
+// and take the record a second time.
+TEST(FileCallSweep, ARecordIsAddedWholeOrNotAtAll)
+{
+    const std::string text(3000000, 'x');
+    const CT_Buffer large(text.data(), 3000000, 32);
+    const CT_Buffer small("a record with a body", 20, 32);
+    const CT_UString name = Name("test.rec");
+    const CT_WinFile file(&name, 1024);
+    unsigned failures = 0;
+    for (const auto& row : ERRORS) {
+        for (unsigned number = 1;; ++number) {
+            SCOPED_TRACE(testing::Message() << "call " << number << ", error " << row.error);
+            CT_RecordManager manager(&file);
+            manager.v_Create(8, 64, 1);
+            const unsigned kept = manager.n_AddRecord(&small);
+            const unsigned end = manager.n_GetSize();
+            FailingHost::Arm(number, row.error);
+            const unsigned added = manager.n_AddRecord(&large);
+            const std::string call = FailingHost::Disarm();
+            SCOPED_TRACE(call);
+            EXPECT_EQ(TakeSystem().code, added ? 0xFFFFFFFF : row.code);
+            if (!added) {
+                EXPECT_EQ(manager.n_GetSize(), end);
+                EXPECT_EQ(manager.pcco_GetFile()->vn_GetSize(), 0xFFFFFU);
+                EXPECT_EQ(manager.pcco_GetFile()->b_GetMapping(), 1);
+                EXPECT_NE(manager.n_AddRecord(&large), 0U);
+            }
+            CT_Buffer buffer;
+            manager.v_GetRecord(kept, &buffer);
+            EXPECT_EQ(buffer.n_GetUsedSize(), 20U);
+            manager.v_Close(1);
+            EXPECT_EQ(TakeSystem(), SystemFailure());
+            const RecordVerdict verdict = CheckRecordFile(ReadBytes("test.rec"));
+            EXPECT_TRUE(verdict.sound && verdict.notes.empty()) << DescribeRecordVerdict(verdict);
+            if (call.empty())
+                break;
+            ++failures;
+        }
+    }
+    EXPECT_GT(failures, 12U);
 }
 
 TEST(FileCallSweep, AnInterruptedCallIsRepeated)

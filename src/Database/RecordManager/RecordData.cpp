@@ -143,8 +143,8 @@ unsigned CT_RecordManager::n_GetNextRecord(unsigned n_Cursor, CT_Buffer* pco_Buf
 
 unsigned CT_RecordManager::n_AddRecord(const CT_Buffer* pcco_Data)
 {
-    // With an error set it would fail behind the first write: nothing is taken for it.
     const unsigned n_BodySize = n_GetBodySize(pcco_Data);
+    // With an error set it would fail behind the first write: nothing is taken for it.
     if (CT_Report::sb_Failed(qccz_Source) || !b_IsBlockSize(n_BodySize))
         return 0;
     const unsigned n_OldEnd = st_Header.n_Size;

@@ -124,7 +124,7 @@ TEST(RecordManagerRoom, UpdatesOfAnySizeFit)
 // as it was before.
 TEST(RecordManagerRoom, FiveHundredMegabytesAreARecord)
 {
-    constexpr unsigned LARGE = 500000000;
+    constexpr unsigned HUGE_SIZE = 500000000;
     constexpr unsigned STEP = 999983;
     constexpr bool SURE = sizeof(void*) == 8;
     RecordFile records;
@@ -132,13 +132,13 @@ TEST(RecordManagerRoom, FiveHundredMegabytesAreARecord)
     const unsigned small = records.Add("small");
     unsigned reference = 0;
     {
-        CT_Buffer data(LARGE, 32);
+        CT_Buffer data(HUGE_SIZE, 32);
         ASSERT_TRUE(!SURE || TakeCode() == 0);
-        if (data.n_GetMaximumSize() >= LARGE) {
+        if (data.n_GetMaximumSize() >= HUGE_SIZE) {
             char* bytes = static_cast<char*>(const_cast<void*>(data.qcv_Get()));
-            for (unsigned at = 0; at < LARGE; at += STEP)
+            for (unsigned at = 0; at < HUGE_SIZE; at += STEP)
                 bytes[at] = static_cast<char>(at / STEP + 1);
-            data.v_SetUsedSize(LARGE);
+            data.v_SetUsedSize(HUGE_SIZE);
             const unsigned end = records->n_GetSize();
             reference = records->n_AddRecord(&data);
             if (!reference) {
@@ -159,9 +159,9 @@ TEST(RecordManagerRoom, FiveHundredMegabytesAreARecord)
     if (reference)
         records->v_GetRecord(reference, &data);
     if (reference && TakeCode() == 0) {
-        ASSERT_EQ(data.n_GetUsedSize(), LARGE);
+        ASSERT_EQ(data.n_GetUsedSize(), HUGE_SIZE);
         const char* bytes = static_cast<const char*>(data.qcv_Get());
-        for (unsigned at = 0; at < LARGE; at += STEP)
+        for (unsigned at = 0; at < HUGE_SIZE; at += STEP)
             ASSERT_EQ(bytes[at], static_cast<char>(at / STEP + 1)) << at;
     }
     records.Close();
