@@ -20,10 +20,12 @@ if(NOT WIN32)
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ostra-winapi COMPONENT Development)
 endif()
 
-install(TARGETS ostra winapi EXPORT OstraTargets
+install(TARGETS ostra ostra_utf8 winapi EXPORT OstraTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
+install(FILES ${PROJECT_SOURCE_DIR}/resources/utf8/${OSTRA_UTF8_SOURCE} DESTINATION ${OSTRA_UTF8_DIR}
+    COMPONENT Development)
 set(OSTRA_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Ostra)
 install(EXPORT OstraTargets NAMESPACE Ostra:: DESTINATION ${OSTRA_PACKAGE_DIR} COMPONENT Development)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/OstraConfig.cmake.in

@@ -1,25 +1,34 @@
-// examples/Common/Utf8.h: UTF-8 as it comes from outside, and the wide text of the library.
-//
-// The library's coder takes what it gets: it tests nothing, and knows no sequence of four bytes. So
-// text from outside is tested here first, and the characters beyond U+FFFF, which are two elements
-// of a key, are coded here.
+// examples/Common/Utf8.h: texts of the standard library, which are UTF-8, and of this one.
 #pragma once
 
+#include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <System/String/StandardUTF8.h>
 
 #include <string>
 #include <string_view>
 
 namespace common
 {
-// True for well-formed UTF-8: the shortest forms only, no surrogates, nothing beyond U+10FFFF.
-bool IsUtf8(std::string_view text);
+inline bool IsUtf8(std::string_view text)
+{
+    constexpr unsigned none = 0xFFFFFFFF;
+    return CT_StandardUTF8::sn_FindIllFormed(text.data(), static_cast<unsigned>(text.size())) ==
+           none;
+}
 
-// The wide text of UTF-8 that is well-formed and holds no zero.
-void ToWide(std::string_view text, CT_UString* wide);
+// What is ill-formed becomes U+FFFD, in both directions.
+inline void ToWide(std::string_view text, CT_UString* wide)
+{
+    CT_StandardUTF8::sb_ToWide(wide, text.data(), static_cast<unsigned>(text.size()),
+                               CT_StandardUTF8::e_Replace);
+}
 
-// The UTF-8 of wide text up to its zero, or of a count of units that holds none; a lone surrogate
-// becomes U+FFFD.
-std::string ToUtf8(const unsigned short* text);
-std::string ToUtf8(const unsigned short* text, unsigned count);
+// Up to the terminator, without a count.
+inline std::string ToUtf8(const unsigned short* text, unsigned count = 0xFFFFFFFF)
+{
+    CT_CString bytes;
+    CT_StandardUTF8::sb_FromWide(&bytes, text, count, CT_StandardUTF8::e_Replace);
+    return {bytes.qccz_Get(), bytes.vn_GetLength()};
+}
 } // namespace common

@@ -113,6 +113,7 @@ UPWARD = {
     "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String"],
     # The forms that take string objects; those of raw text stand below the strings.
     "System/String/StringConvertString.cpp": ["Ostra/String"],
+    "System/String/StandardUTF8.cpp": ["Ostra/String"],
     # What the coders share with the strings are operations on raw text.
     "System/String/StringConvert.cpp": ["Ostra/String"],
     "System/String/UTF.cpp": ["Ostra/String"],

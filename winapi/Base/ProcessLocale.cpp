@@ -153,7 +153,8 @@ const LocaleFacts& ProcessLocale()
 
 UINT GetACP()
 {
-    return PageOr(ProcessLocale().ansiPage, CP_UTF8);
+    return winapi_ProgramAnsiPage ? winapi_ProgramAnsiPage()
+                                  : PageOr(ProcessLocale().ansiPage, CP_UTF8);
 }
 
 UINT GetOEMCP()

@@ -34,20 +34,21 @@ void CT_CString::vv_StringReplace(const unsigned short* qcuz_Text, unsigned n_Co
     char* pc_To = Bytes::spc_Prepare(co_Buffer, std::uint64_t(n_Count) * 2, n_Offset);
     if (!pc_To)
         return;
-    if (!CT_CodePages::sb_IsCoder(n_CodePage)) {
+    if (!CT_CodePages::sb_NeedsRoom(n_CodePage)) {
         const int i_Length =
             CT_StringConvert::si_WideToMulti(pc_To, qcuz_Text, n_Count, n_CodePage, 0, 0);
         Bytes::sv_End(co_Buffer, n_Offset + i_Length);
         return;
     }
-    // A coder may need more room than that.
-    const CT_Scratch<char> co_Coded(CT_CodePages::sn_CodedRoom(n_Count));
+    // Others may need more room than that.
+    const std::size_t n_Room = CT_CodePages::sn_CodedRoom(n_Count);
+    const CT_Scratch<char> co_Coded(n_Room);
     if (!co_Coded.pc_Get()) {
         CT_Report::sv_Memory(qccz_Source);
         return;
     }
-    const int i_Length =
-        CT_StringConvert::si_WideToMulti(co_Coded.pc_Get(), qcuz_Text, n_Count, n_CodePage, 0, 0);
+    const int i_Length = CT_CodePages::si_WideToMulti(co_Coded.pc_Get(), n_Room, qcuz_Text, n_Count,
+                                                      n_CodePage, 0, 0);
     Bytes::sv_StringReplace(co_Buffer, co_Coded.pc_Get(), i_Length, n_Offset);
 }
 
@@ -113,7 +114,8 @@ void CT_CString::v_Append(unsigned short u_Append)
     if (!u_Append)
         return;
     char ac_Bytes[8];
-    const int i_Length = CT_StringConvert::si_WideToMulti(ac_Bytes, &u_Append, 1, n_CodePage, 0, 0);
+    const int i_Length = CT_CodePages::si_WideToMulti(
+        ac_Bytes, CT_CodePages::sn_Room(n_CodePage, 1), &u_Append, 1, n_CodePage, 0, 0);
     CT_CString::v_Append(ac_Bytes, i_Length);
 }
 
@@ -131,13 +133,14 @@ void CT_CString::v_Append(const unsigned short* qcuz_Text, unsigned n_Count)
         n_Count = Units::sn_Length(qcuz_Text);
     if (!n_Count)
         return;
-    const CT_Scratch<char> co_Bytes(CT_CodePages::sn_CodedRoom(n_Count));
+    const std::size_t n_Room = CT_CodePages::sn_Room(n_CodePage, n_Count);
+    const CT_Scratch<char> co_Bytes(n_Room);
     if (!co_Bytes.pc_Get()) {
         CT_Report::sv_Memory(qccz_Source);
         return;
     }
-    const int i_Length =
-        CT_StringConvert::si_WideToMulti(co_Bytes.pc_Get(), qcuz_Text, n_Count, n_CodePage, 0, 0);
+    const int i_Length = CT_CodePages::si_WideToMulti(co_Bytes.pc_Get(), n_Room, qcuz_Text, n_Count,
+                                                      n_CodePage, 0, 0);
     CT_CString::v_Append(co_Bytes.pc_Get(), i_Length);
 }
 

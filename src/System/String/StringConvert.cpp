@@ -49,19 +49,27 @@ int CT_StringConvert::si_MultiToWideANSI(unsigned short* pu_Out, const char* qcc
 int CT_StringConvert::si_WideToMulti(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count,
                                      unsigned n_CodePage, const char* qccz_Default, int* pb_Used)
 {
+    // Kept: the terminator is converted too, and counts.
+    if (n_Count == ALL && !CT_CodePages::sb_IsCoder(n_CodePage))
+        n_Count = Units::sn_Length(qcuz_In) + 1;
+    return CT_CodePages::si_WideToMulti(pc_Out, std::size_t(n_Count) * 2, qcuz_In, n_Count,
+                                        n_CodePage, qccz_Default, pb_Used);
+}
+
+int CT_CodePages::si_WideToMulti(char* pc_Out, std::size_t n_Room, const unsigned short* qcuz_In,
+                                 unsigned n_Count, unsigned n_CodePage, const char* qccz_Default,
+                                 int* pb_Used)
+{
     *pc_Out = 0;
     if (!n_Count)
         return 0;
-    if (n_CodePage == CT_CodePages::UTF7)
-        return si_WideToUTF7(pc_Out, qcuz_In, n_Count);
-    if (n_CodePage == CT_CodePages::UTF8)
-        return si_WideToUTF8(pc_Out, qcuz_In, n_Count);
-    // Kept: the terminator is converted too, and counts.
-    if (n_Count == ALL)
-        n_Count = Units::sn_Length(qcuz_In) + 1;
-    const int i_Length = WideCharToMultiByte(
-        CT_CodePages::sn_Valid(n_CodePage), 0, qcuz_System(qcuz_In), static_cast<int>(n_Count),
-        pc_Out, static_cast<int>(2 * n_Count), qccz_Default, pb_Used);
+    if (n_CodePage == UTF7)
+        return CT_StringConvert::si_WideToUTF7(pc_Out, qcuz_In, n_Count);
+    if (n_CodePage == UTF8)
+        return CT_StringConvert::si_WideToUTF8(pc_Out, qcuz_In, n_Count);
+    const int i_Length = WideCharToMultiByte(sn_Valid(n_CodePage), 0, qcuz_System(qcuz_In),
+                                             static_cast<int>(n_Count), pc_Out,
+                                             static_cast<int>(n_Room), qccz_Default, pb_Used);
     if (!i_Length)
         CT_Report::sv_System(qccz_Source);
     return i_Length;

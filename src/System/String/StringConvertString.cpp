@@ -19,17 +19,18 @@ using Units = CT_TextBuffer<unsigned short>;
 
 static constexpr unsigned ALL = -1;
 
-// Codes into the buffer, which has the room that serves a code page: a coder may need more.
+// Codes into the buffer, which has the room that serves most code pages: others need more.
 static int i_Code(CT_Buffer& co, const unsigned short* qcuz_In, unsigned n_Count,
-                  unsigned n_CodePage)
+                  unsigned n_CodePage, const char* qccz_Default, int* pb_Used)
 {
-    const CT_Scratch<char> co_Coded(CT_CodePages::sn_CodedRoom(n_Count));
+    const std::size_t n_Room = CT_CodePages::sn_CodedRoom(n_Count);
+    const CT_Scratch<char> co_Coded(n_Room);
     if (!co_Coded.pc_Get()) {
         CT_Report::sv_Memory(qccz_Source);
         return 0;
     }
-    const int i_Length =
-        CT_StringConvert::si_WideToMulti(co_Coded.pc_Get(), qcuz_In, n_Count, n_CodePage, 0, 0);
+    const int i_Length = CT_CodePages::si_WideToMulti(co_Coded.pc_Get(), n_Room, qcuz_In, n_Count,
+                                                      n_CodePage, qccz_Default, pb_Used);
     char* pc_Out = Bytes::spc_Target(co, std::uint64_t(i_Length) + 1);
     if (!pc_Out)
         return 0;
@@ -73,8 +74,8 @@ int CT_StringConvert::si_WideToMulti(CT_CString* pco_Out, const unsigned short* 
     char* pc_Out = Bytes::spc_Target(co, std::uint64_t(n_Count) * 2 + 2);
     if (!pc_Out)
         return 0;
-    if (CT_CodePages::sb_IsCoder(n_CodePage))
-        return i_Code(co, qcuz_In, n_Count, n_CodePage);
+    if (CT_CodePages::sb_NeedsRoom(n_CodePage))
+        return i_Code(co, qcuz_In, n_Count, n_CodePage, qccz_Default, pb_Used);
     const int i_Length =
         si_WideToMulti(pc_Out, qcuz_In, n_Count, n_CodePage, qccz_Default, pb_Used);
     Bytes::sv_End(co, i_Length);

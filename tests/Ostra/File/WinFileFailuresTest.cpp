@@ -182,9 +182,7 @@ TEST(WinFileFailures, AnErrorThatStandsEndsALineAndABuffer)
     const CT_CString text("z");
     file.v_WriteLineC(&text, 1);
     EXPECT_EQ(TakeFailure(),
-              (Failure{1234,
-                       "(1234): first",
-                       {FILE_PLACE, FILE_PLACE, FILE_PLACE}}));
+              (Failure{1234, "(1234): first", {FILE_PLACE, FILE_PLACE, FILE_PLACE}}));
     file.vv_Close();
     EXPECT_EQ(ReadBytes("file"), "axyz") << "the line has no end";
 }

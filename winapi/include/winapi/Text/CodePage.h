@@ -3,6 +3,10 @@
 
 #include "winapi/Base/Constants.h"
 
+// A program may define this: its answer becomes the ANSI code page, as a manifest makes UTF-8 that
+// of a program. The target Ostra::utf8 does so, with 65001.
+extern "C" WINAPI_EXPORT UINT winapi_ProgramAnsiPage() __attribute__((weak));
+
 namespace winapi
 {
 constexpr UINT CP_ACP = 0;
@@ -44,7 +48,7 @@ WINAPI_EXPORT BOOL IsValidCodePage(UINT CodePage);
 WINAPI_EXPORT BOOL IsDBCSLeadByte(BYTE TestChar);
 WINAPI_EXPORT BOOL IsDBCSLeadByteEx(UINT CodePage, BYTE TestChar);
 // The code pages of the process's locale (LC_ALL, LC_CTYPE, LANG), as it is when they are asked for
-// first; 65001 where the locale has none.
+// first; 65001 where the locale has none. The ANSI page is the program's own choice, if it has one.
 WINAPI_EXPORT UINT GetACP();
 WINAPI_EXPORT UINT GetOEMCP();
 } // namespace winapi
