@@ -110,6 +110,19 @@ DWORD ModuleName(HMODULE module, WCHAR (&name)[PATH_MAX])
     const int length = MultiByteToWideChar(CP_UTF8, 0, path, -1, name, PATH_MAX);
     return length > 0 ? static_cast<DWORD>(length - 1) : 0;
 }
+
+// The bytes of an ASCII text with its terminator; 0 for any other text. ASCII is the same in every
+// ANSI code page, and a module asks for its name while it comes up: no time to build tables.
+int CopyAscii(const WCHAR* text, char* bytes)
+{
+    int length = 0;
+    do {
+        if (text[length] >= 0x80)
+            return 0;
+        bytes[length] = static_cast<char>(text[length]);
+    } while (text[length++]);
+    return length;
+}
 } // namespace
 
 void RegisterStringTable(const StringEntry* table, UINT count)
@@ -132,8 +145,9 @@ DWORD GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD room)
     if (!ModuleName(module, wide))
         return 0;
     char name[2 * PATH_MAX];
-    const int length =
-        WideCharToMultiByte(CP_ACP, 0, wide, -1, name, sizeof(name), nullptr, nullptr);
+    int length = CopyAscii(wide, name);
+    if (!length)
+        length = WideCharToMultiByte(CP_ACP, 0, wide, -1, name, sizeof(name), nullptr, nullptr);
     return length > 0 ? CopyName(name, static_cast<DWORD>(length - 1), buffer, room) : 0;
 }
 

@@ -14,6 +14,12 @@ namespace
 {
 std::atomic<bool> exhausted;
 std::atomic<int> tables;
+int CountTables()
+{
+    return tables;
+}
+// The library is up before this program's statics.
+const int tables_of_start_up = CountTables();
 } // namespace
 
 extern "C" void* __real_calloc(std::size_t count, std::size_t size);
@@ -47,6 +53,11 @@ TEST(CodePages, WithoutMemoryTheCallFails)
     exhausted = false;
     RunRows({CALL(MultiByteToWideChar(866, 0, "\x86", 1, &unit, 1), 1, 0)});
     EXPECT_EQ(0x0416, unit);
+}
+
+TEST(CodePages, StartUpBuildsNone)
+{
+    EXPECT_EQ(0, tables_of_start_up);
 }
 
 TEST(CodePages, TablesAreBuiltOnce)
