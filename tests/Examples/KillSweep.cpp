@@ -27,6 +27,7 @@ namespace fs = std::filesystem;
 
 constexpr int SKIPPED = 77;
 constexpr const char* FILE_NAME = "words.rec";
+constexpr const char* FRESH_NAME = "words.rec.new";
 
 std::string program;
 
@@ -133,29 +134,47 @@ int BuildUnflushed(const char* input, int* flushes)
     return WEXITSTATUS(status);
 }
 
-void Clean(const std::optional<std::string>& before)
+// What a build finds: the lexicon, and what an earlier one left beside it.
+struct Before
+{
+    std::optional<std::string> file;
+    std::optional<std::string> fresh;
+};
+
+void Prepare(const Before& before)
 {
     for (const auto& entry : fs::directory_iterator("."))
         if (entry.path().extension() != ".tsv")
             fs::remove(entry.path());
-    if (before)
-        Write(FILE_NAME, *before);
+    if (before.file)
+        Write(FILE_NAME, *before.file);
+    if (before.fresh)
+        Write(FRESH_NAME, *before.fresh);
 }
 
-int Sweep(const std::optional<std::string>& before, const std::string& after)
+// The old lexicon, under its name or where it was, or the new one.
+bool IsNothingLost(const Before& before, const std::string& after)
+{
+    const std::optional<std::string> left = Bytes(FILE_NAME);
+    const bool untouched = left == before.file && Bytes(FRESH_NAME) == before.fresh;
+    const std::optional<std::string>& old = before.file ? before.file : before.fresh;
+    return left == after || left == old || untouched || (!old && !left);
+}
+
+// The number of calls.
+int Sweep(const Before& before, const std::string& after)
 {
     for (int call = 1;; ++call) {
-        Clean(before);
+        Prepare(before);
         if (!KillAt("new.tsv", call))
             return call - 1;
-        const std::optional<std::string> left = Bytes(FILE_NAME);
         const std::string where = "killed at call " + std::to_string(call) + ": ";
-        if (left != before && left != after)
-            Fail(where + (left ? "neither the old nor the new file" : "no file is left"));
+        if (!IsNothingLost(before, after))
+            Fail(where + "neither the old nor the new file is left");
         Build("new.tsv");
         if (Bytes(FILE_NAME) != after)
             Fail(where + "the next build makes another file");
-        if (fs::exists(std::string(FILE_NAME) + ".new"))
+        if (fs::exists(FRESH_NAME))
             Fail(where + "the next build leaves a .new");
     }
 }
@@ -178,16 +197,19 @@ int main(int argc, char** argv)
     if (before == after)
         Fail("the two lexicons are the same");
 
-    Clean(before);
+    Prepare({before, {}});
     int flushes = 0;
     if (BuildUnflushed("new.tsv", &flushes) != 1 || flushes == 0)
         Fail("a flush that fails isn't told, or there was none");
-    if (Bytes(FILE_NAME) != before || fs::exists(std::string(FILE_NAME) + ".new"))
+    if (Bytes(FILE_NAME) != before || fs::exists(FRESH_NAME))
         Fail("a flush that fails leaves something else than the old lexicon");
 
-    const int replacing = Sweep(before, after);
-    const int making = Sweep(std::nullopt, after);
-    std::printf("kill sweep: %d calls of a build over an old lexicon, %d of one without\n",
-                replacing, making);
+    const int replacing = Sweep({before, {}}, after);
+    const int making = Sweep({}, after);
+    const int taking = Sweep({{}, before}, after);
+    std::printf(
+        "kill sweep: %d calls over an old lexicon, %d without one, %d beside one without its "
+        "name\n",
+        replacing, making, taking);
     return 0;
 }
