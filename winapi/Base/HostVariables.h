@@ -1,12 +1,21 @@
 // winapi/Base/HostVariables.h: the host's environment, for the services themselves.
+//
+// Calls may come on several threads at once, as with the host's own they may not.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
 namespace winapi
 {
-// A variable's value as it stands. Safe beside SetEnvironmentVariable on another thread, as getenv
-// is not.
+// A variable's value as it stands.
 std::optional<std::string> HostVariable(const char* name);
+
+// The same without memory: copies as much of the value as fits, with a terminator. Result: whether
+// there is such a variable with a value that isn't empty.
+bool CopyHostVariable(const char* name, char* buffer, std::size_t room);
+
+// Sets a variable, or with a null value removes it. Result: 0 or the host's error number.
+int SetHostVariable(const char* name, const char* value);
 } // namespace winapi

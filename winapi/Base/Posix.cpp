@@ -2,8 +2,9 @@
 #include "Base/Posix.h"
 
 #include <cstdio>
-#include <ctime>
+#include <cstdlib>
 
+#include <sys/auxv.h>
 #include <sys/mman.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -54,12 +55,30 @@ constinit Posix posix = {
     .renameat2 = ::renameat2,
     .mkdir = ::mkdir,
     .rmdir = ::rmdir,
+    .opendir = ::opendir,
+    .readdir = ::readdir,
+    .closedir = ::closedir,
+    .realpath = ::realpath,
+    .readlink = ::readlink,
     .chdir = ::chdir,
     .getcwd = ::getcwd,
     .mmap = ::mmap,
     .munmap = ::munmap,
     .msync = ::msync,
+    .clock_gettime = ::clock_gettime,
     .nanosleep = ::nanosleep,
+    .gettid = ::gettid,
+    .sched_getaffinity = ::sched_getaffinity,
+    .sysconf = ::sysconf,
+    .getauxval = ::getauxval,
+    .atexit = std::atexit,
+    .getenv = ::getenv,
+    .setenv = ::setenv,
+    .unsetenv = ::unsetenv,
+    .dlopen = ::dlopen,
+    .dlsym = ::dlsym,
+    .dlclose = ::dlclose,
+    .dladdr = ::dladdr,
 };
 
 void Descriptor::Reset(int number)

@@ -5,9 +5,13 @@
 
 #include <cerrno>
 
+#include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <time.h>
 
 namespace winapi
 {
@@ -51,6 +55,11 @@ struct Posix
                      unsigned flags);
     int (*mkdir)(const char* path, mode_t mode);
     int (*rmdir)(const char* path);
+    DIR* (*opendir)(const char* path);
+    struct dirent* (*readdir)(DIR* directory);
+    int (*closedir)(DIR* directory);
+    char* (*realpath)(const char* path, char* resolved);
+    ssize_t (*readlink)(const char* path, char* target, size_t size);
     int (*chdir)(const char* path);
     char* (*getcwd)(char* buffer, size_t size);
     // Memory.
@@ -58,7 +67,22 @@ struct Posix
     int (*munmap)(void* address, size_t size);
     int (*msync)(void* address, size_t size, int flags);
     // Time.
+    int (*clock_gettime)(clockid_t clock, struct timespec* now);
     int (*nanosleep)(const struct timespec* span, struct timespec* rest);
+    // The process, its threads and its variables.
+    pid_t (*gettid)();
+    int (*sched_getaffinity)(pid_t thread, size_t size, cpu_set_t* processors);
+    long (*sysconf)(int name);
+    unsigned long (*getauxval)(unsigned long type);
+    int (*atexit)(void (*handler)());
+    char* (*getenv)(const char* name);
+    int (*setenv)(const char* name, const char* value, int overwrite);
+    int (*unsetenv)(const char* name);
+    // Modules.
+    void* (*dlopen)(const char* path, int flags);
+    void* (*dlsym)(void* module, const char* name);
+    int (*dlclose)(void* module);
+    int (*dladdr)(const void* address, Dl_info* info);
 };
 
 extern Posix posix;

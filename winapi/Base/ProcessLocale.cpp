@@ -6,7 +6,7 @@
 #include <cstring>
 #include <unicode/uloc.h>
 
-#include "winapi/Text/CodePage.h"
+#include "Base/HostVariables.h"
 
 namespace winapi
 {
@@ -120,20 +120,13 @@ const LocaleFacts* FindParts(const NameParts& parts)
     return FindTag(parts.language, script, parts.region);
 }
 
-const char* EnvironmentName()
+const LocaleFacts& LocaleOfVariables()
 {
-    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        const char* const value = std::getenv(variable);
-        if (value && *value)
-            return value;
-    }
-    return "";
-}
-
-// A number below 3 means that the locale has no such page.
-UINT PageOr(WORD page, UINT other)
-{
-    return page > CP_MACCP ? page : other;
+    char name[256]; // No locale's name is nearly as long.
+    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"})
+        if (CopyHostVariable(variable, name, sizeof name))
+            break;
+    return FindLocale(name);
 }
 } // namespace
 
@@ -147,18 +140,7 @@ const LocaleFacts& FindLocale(const char* name)
 
 const LocaleFacts& ProcessLocale()
 {
-    static const LocaleFacts& locale = FindLocale(EnvironmentName());
+    static const LocaleFacts& locale = LocaleOfVariables();
     return locale;
-}
-
-UINT GetACP()
-{
-    return winapi_ProgramAnsiPage ? winapi_ProgramAnsiPage()
-                                  : PageOr(ProcessLocale().ansiPage, CP_UTF8);
-}
-
-UINT GetOEMCP()
-{
-    return PageOr(ProcessLocale().oemPage, CP_UTF8);
 }
 } // namespace winapi

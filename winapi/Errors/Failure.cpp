@@ -1,8 +1,7 @@
 // winapi/Errors/Failure.cpp
 #include "Errors/Failure.h"
 
-#include "Files/Names.h"
-#include "Base/Posix.h"
+#include <cerrno>
 
 namespace winapi
 {
@@ -43,12 +42,6 @@ constexpr Row rows[] = {
     {ENOSYS, ERROR_NOT_SUPPORTED},
     {ELOOP, ERROR_CANT_RESOLVE_FILENAME},
 };
-
-bool IsDirectory(const std::string& path)
-{
-    struct stat facts;
-    return posix.stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
-}
 } // namespace
 
 DWORD CodeOf(int error)
@@ -57,12 +50,5 @@ DWORD CodeOf(int error)
         if (row.error == error)
             return row.code;
     return ERROR_GEN_FAILURE;
-}
-
-DWORD CodeOf(int error, const std::string& path)
-{
-    if (error == ENOENT && !IsDirectory(ParentOf(path)))
-        return ERROR_PATH_NOT_FOUND;
-    return CodeOf(error);
 }
 } // namespace winapi

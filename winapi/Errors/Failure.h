@@ -4,17 +4,12 @@
 #include "winapi/Errors/LastError.h"
 
 #include <exception>
-#include <string>
 #include <utility>
 
 namespace winapi
 {
 // The system error that stands for an error number of the host.
 DWORD CodeOf(int error);
-
-// The same for a call that was given a name: a missing entry of an existing directory is 2, a
-// missing directory 3.
-DWORD CodeOf(int error, const std::string& path);
 
 // Sets the last error, 0 being none. Result: whether there is none, as the services return it.
 inline BOOL Finish(DWORD code)

@@ -47,13 +47,13 @@ struct Entry
 
 struct Directory
 {
-    explicit Directory(const char* path) : stream(opendir(path)) {}
+    explicit Directory(const char* path) : stream(posix.opendir(path)) {}
     Directory(const Directory&) = delete;
     Directory& operator=(const Directory&) = delete;
     ~Directory()
     {
         if (stream)
-            closedir(stream);
+            posix.closedir(stream);
     }
 
     DIR* const stream;
@@ -94,7 +94,7 @@ DWORD ReadNames(WideView pattern, Search& search)
             search.names.emplace_back(dots);
     std::vector<Entry> entries;
     errno = 0;
-    while (const dirent* entry = readdir(directory.stream))
+    while (const dirent* entry = posix.readdir(directory.stream))
         Consider(entry->d_name, pattern, entries);
     if (errno != 0)
         return CodeOf(errno);

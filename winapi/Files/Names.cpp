@@ -1,7 +1,6 @@
 // winapi/Files/Names.cpp
 #include "Files/Names.h"
 
-#include "Errors/Failure.h"
 #include "Base/Posix.h"
 #include "winapi/Text/CodePage.h"
 
@@ -74,7 +73,20 @@ std::size_t EndWithoutSeparators(const std::string& path)
         --end;
     return end;
 }
+
+bool IsDirectory(const std::string& path)
+{
+    struct stat facts;
+    return posix.stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+}
 } // namespace
+
+DWORD CodeOf(int error, const std::string& path)
+{
+    if (error == ENOENT && !IsDirectory(ParentOf(path)))
+        return ERROR_PATH_NOT_FOUND;
+    return CodeOf(error);
+}
 
 std::optional<std::string> ToUtf8(WideView text)
 {

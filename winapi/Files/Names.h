@@ -1,7 +1,7 @@
 // winapi/Files/Names.h: names of files, between the callers' wide or narrow text and the host's UTF-8.
 #pragma once
 
-#include "winapi/Errors/LastError.h"
+#include "Errors/Failure.h"
 
 #include <algorithm>
 #include <optional>
@@ -21,6 +21,11 @@ std::optional<WideText> FromUtf8(std::string_view text);
 // The host's form of a name: UTF-8, every `\` a `/`. Nothing, with the last error set, when the
 // name is null or empty (code_if_empty) or holds a lone surrogate (123).
 std::optional<std::string> HostName(LPCWSTR name, DWORD code_if_empty = ERROR_PATH_NOT_FOUND);
+
+// The system error that stands for an error number of the host after a call with a name: a missing
+// entry of an existing directory is ERROR_FILE_NOT_FOUND (2), a missing directory
+// ERROR_PATH_NOT_FOUND (3).
+DWORD CodeOf(int error, const std::string& path);
 
 // The directory that holds the last component of a name, which may have separators behind it; "."
 // and "/" where no directory is named.

@@ -178,7 +178,7 @@ void DeleteAllDoomed()
 
 void Doom(const OpenFile& file)
 {
-    [[maybe_unused]] static const int registered = std::atexit(DeleteAllDoomed);
+    [[maybe_unused]] static const int registered = posix.atexit(DeleteAllDoomed);
     Doomed& doomed = AllDoomed();
     const std::lock_guard lock(doomed.mutex);
     doomed.files.push_back(&file);

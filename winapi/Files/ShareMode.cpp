@@ -67,7 +67,7 @@ std::uint32_t Random()
     thread_local std::uint32_t state = 0;
     if (state == 0) {
         timespec now = {};
-        clock_gettime(CLOCK_MONOTONIC, &now);
+        posix.clock_gettime(CLOCK_MONOTONIC, &now);
         state = (static_cast<std::uint32_t>(now.tv_nsec) ^ GetCurrentThreadId() << 12) | 1;
     }
     state ^= state << 13;

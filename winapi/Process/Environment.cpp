@@ -4,11 +4,9 @@
 // have no place in the host's environment: they lie in a table of the services.
 #include "winapi/Process/Environment.h"
 
-#include "Errors/Failure.h"
-#include "Files/Names.h"
 #include "Base/HostVariables.h"
+#include "Files/Names.h"
 
-#include <cstdlib>
 #include <map>
 #include <mutex>
 
@@ -19,7 +17,7 @@ namespace
 // Never destroyed: services may be called until the very end.
 struct Hidden
 {
-    std::mutex mutex; // Guards the host's environment too.
+    std::mutex mutex;
     std::map<WideText, WideText> variables;
 };
 
@@ -66,10 +64,8 @@ DWORD SetOnHost(WideView name, LPCWSTR value)
     const auto host_value = ToUtf8(value ? WideView(value) : WideView());
     if (!host_name || !host_value)
         return ERROR_NO_UNICODE_TRANSLATION;
-    const std::lock_guard lock(Table().mutex);
-    const int result =
-        value ? setenv(host_name->c_str(), host_value->c_str(), 1) : unsetenv(host_name->c_str());
-    return result == 0 ? 0 : CodeOf(errno);
+    const int error = SetHostVariable(host_name->c_str(), value ? host_value->c_str() : nullptr);
+    return error == 0 ? 0 : CodeOf(error);
 }
 
 std::optional<WideText> Get(WideView name)
@@ -95,13 +91,6 @@ DWORD GetVariable(LPCWSTR name, Store store)
     return 0;
 }
 } // namespace
-
-std::optional<std::string> HostVariable(const char* name)
-{
-    const std::lock_guard lock(Table().mutex);
-    const char* const value = std::getenv(name);
-    return value ? std::optional<std::string>(value) : std::nullopt;
-}
 
 BOOL SetEnvironmentVariableW(LPCWSTR lpName, LPCWSTR lpValue)
 {

@@ -4,13 +4,13 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
 #include <string>
 #include <sys/auxv.h>
 #include <unistd.h>
 
-#include "winapi/Text/CodePage.h"
+#include "Base/Posix.h"
 #include "winapi/Errors/LastError.h"
+#include "winapi/Text/CodePage.h"
 
 namespace winapi
 {
@@ -32,13 +32,13 @@ unsigned tableCount;
 HINSTANCE ModuleOf(const void* address)
 {
     Dl_info info{};
-    return dladdr(address, &info) ? static_cast<HINSTANCE>(info.dli_fbase) : nullptr;
+    return posix.dladdr(address, &info) ? static_cast<HINSTANCE>(info.dli_fbase) : nullptr;
 }
 
 // The program itself is the null module of the name calls; the loader tells where its headers lie.
 HINSTANCE ProgramModule()
 {
-    return ModuleOf(reinterpret_cast<const void*>(getauxval(AT_PHDR)));
+    return ModuleOf(reinterpret_cast<const void*>(posix.getauxval(AT_PHDR)));
 }
 
 const char16_t* FindText(const ModuleTable& table, UINT id)
@@ -75,11 +75,11 @@ bool ModulePath(HMODULE module, char (&path)[PATH_MAX])
 {
     if (module && module != ProgramModule()) {
         Dl_info info{};
-        if (!dladdr(module, &info) || info.dli_fbase != module)
+        if (!posix.dladdr(module, &info) || info.dli_fbase != module)
             return false;
-        return realpath(info.dli_fname, path) != nullptr;
+        return posix.realpath(info.dli_fname, path) != nullptr;
     }
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof(path) - 1);
+    const ssize_t length = posix.readlink("/proc/self/exe", path, sizeof(path) - 1);
     path[length > 0 ? length : 0] = 0;
     return length > 0;
 }
@@ -155,14 +155,14 @@ HMODULE GetModuleHandleA(LPCSTR name)
 {
     if (!name)
         return ProgramModule();
-    void* handle = dlopen(name, RTLD_LAZY | RTLD_NOLOAD);
+    void* handle = posix.dlopen(name, RTLD_LAZY | RTLD_NOLOAD);
     if (!handle) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
     // A link map begins with the load address.
     void* base = *static_cast<void**>(handle);
-    dlclose(handle);
+    posix.dlclose(handle);
     return static_cast<HMODULE>(base);
 }
 

@@ -4,7 +4,7 @@
 // program's statics come up later, as they do with a shared one.
 #include "winapi/Process/Module.h"
 
-#include <dlfcn.h>
+#include "Base/Posix.h"
 
 extern "C" __attribute__((weak)) BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID);
 
@@ -13,7 +13,7 @@ namespace
 void Notify(DWORD reason)
 {
     Dl_info info{};
-    if (DllMain && dladdr(reinterpret_cast<const void*>(&DllMain), &info))
+    if (DllMain && winapi::posix.dladdr(reinterpret_cast<const void*>(&DllMain), &info))
         DllMain(static_cast<HINSTANCE>(info.dli_fbase), reason, nullptr);
 }
 

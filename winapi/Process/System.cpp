@@ -2,9 +2,9 @@
 #include "winapi/Process/System.h"
 
 #include <cstring>
-#include <sched.h>
 #include <unistd.h>
 
+#include "Base/Posix.h"
 #include "winapi/Errors/LastError.h"
 
 namespace winapi
@@ -20,7 +20,7 @@ constexpr DWORD PROCESSOR_AMD64 = 8664;
 DWORD ProcessorCount()
 {
     cpu_set_t set;
-    const int count = sched_getaffinity(0, sizeof(set), &set) == 0 ? CPU_COUNT(&set) : 1;
+    const int count = posix.sched_getaffinity(0, sizeof(set), &set) == 0 ? CPU_COUNT(&set) : 1;
     return count > 0 ? static_cast<DWORD>(count) : 1;
 }
 } // namespace
@@ -43,7 +43,7 @@ void GetSystemInfo(LPSYSTEM_INFO info)
 {
     *info = {};
     info->wProcessorArchitecture = ARCHITECTURE_AMD64;
-    info->dwPageSize = static_cast<DWORD>(sysconf(_SC_PAGESIZE));
+    info->dwPageSize = static_cast<DWORD>(posix.sysconf(_SC_PAGESIZE));
     info->lpMinimumApplicationAddress = reinterpret_cast<LPVOID>(GRANULARITY);
     info->lpMaximumApplicationAddress = reinterpret_cast<LPVOID>(0x7FFFFFFEFFFF);
     info->dwNumberOfProcessors = ProcessorCount();

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "Text/CodePageTables.h"
-#include "Base/ProcessLocale.h"
+#include "Text/AnsiPage.h"
 #include "Text/Utf.h"
 #include "winapi/Errors/LastError.h"
 
@@ -31,22 +31,6 @@ int Finish(Coding coding, const Sink<Unit>& out)
     if (coding == Coding::done)
         return out.Count();
     return Fail(coding == Coding::ill ? ERROR_NO_UNICODE_TRANSLATION : ERROR_INSUFFICIENT_BUFFER);
-}
-
-// The page that a number stands for: 0 to 3 are words.
-UINT PageOf(UINT page)
-{
-    switch (page) {
-    case CP_ACP:
-    case CP_THREAD_ACP:
-        return GetACP();
-    case CP_OEMCP:
-        return GetOEMCP();
-    case CP_MACCP:
-        return ProcessLocale().macPage > CP_MACCP ? ProcessLocale().macPage : 10000;
-    default:
-        return page;
-    }
 }
 
 // The unit of the character at bytes and the character's code; moves behind it. A lead byte at the

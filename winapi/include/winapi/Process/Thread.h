@@ -1,4 +1,4 @@
-// winapi/Process/Thread.h: thread identity, interlocked operations, the tick count.
+// winapi/Process/Thread.h: thread identity and interlocked operations.
 #pragma once
 
 #include "winapi/Base/Constants.h"
@@ -6,7 +6,6 @@
 namespace winapi
 {
 WINAPI_EXPORT DWORD GetCurrentThreadId();
-WINAPI_EXPORT DWORD GetTickCount();
 
 // Atomic, sequentially consistent. Increment and decrement return the new value, exchange the old
 // one.

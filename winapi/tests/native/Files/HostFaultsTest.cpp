@@ -1,7 +1,7 @@
 // winapi/tests/native/Files/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
 #include "../../Support/Calls.h"
 
-#include "Base/Posix.h"
+#include "../../Support/Replace.h"
 #include "Support/Directory.h"
 
 #include <algorithm>
@@ -11,23 +11,6 @@
 
 namespace
 {
-using winapi::posix;
-
-// Puts one's own call into the table until the end of the scope.
-template <class Function>
-class Replace
-{
-public:
-    Replace(Function*& entry, Function* own) : place(entry), old(entry) { place = own; }
-    Replace(const Replace&) = delete;
-    Replace& operator=(const Replace&) = delete;
-    ~Replace() { place = old; }
-
-private:
-    Function*& place;
-    Function* const old;
-};
-
 int interruptions;
 
 template <class Result>
@@ -369,4 +352,30 @@ TEST(HostFaults, EachErrorOfTheHostHasItsCode)
     SetLastError(0);
     EXPECT_EQ(TryOpen("no/f", GENERIC_READ, 0, OPEN_EXISTING), INVALID);
     EXPECT_EQ(GetLastError(), 3U);
+}
+
+TEST(HostFaults, ASearchTellsWhatReadingTheDirectoryMetWith)
+{
+    WIN32_FIND_DATAA found;
+    {
+        const Replace opening(
+            posix.opendir, +[](const char*) -> DIR* {
+                errno = EMFILE;
+                return nullptr;
+            });
+        SetLastError(0);
+        EXPECT_EQ(FindFirstFileA("*", &found), INVALID_HANDLE_VALUE);
+        EXPECT_EQ(GetLastError(), ERROR_TOO_MANY_OPEN_FILES);
+    }
+    static int closed = 0;
+    const Replace reading(
+        posix.readdir, +[](DIR*) -> dirent* {
+            errno = EIO;
+            return nullptr;
+        });
+    const Replace closing(
+        posix.closedir, +[](DIR* stream) { return ++closed, closedir(stream); });
+    EXPECT_EQ(FindFirstFileA("*", &found), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), ERROR_IO_DEVICE);
+    EXPECT_EQ(closed, 1);
 }
