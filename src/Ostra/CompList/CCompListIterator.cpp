@@ -30,7 +30,8 @@ unsigned CT_CCompListIterator::vn_PopCharacter()
     char c_Last;
     if (!Collected::sb_Pop(&co_Collected, &c_Last))
         v_Stop();
-    return static_cast<unsigned>(c_Last);
+    // Kept: a byte from 0x80 up comes with its sign, whether the processor's char has one or not.
+    return static_cast<unsigned>(static_cast<signed char>(c_Last));
 }
 
 void CT_CCompListIterator::vv_AppendCharacter(unsigned n_Character)

@@ -64,7 +64,7 @@ int CT_CompListIterator::b_GetNext(CT_String* pco_Key, unsigned* pn_Handle)
     if (b_Wide || pcv_Table == spcv_Narrow.load(std::memory_order_relaxed))
         pco_Text = const_cast<CT_Buffer*>(vpcco_GetCollectedString()->pcco_GetBuffer());
     return b_Wide ? b_WalkElements<unsigned short>(pco_Text, pco_Key, pn_Handle)
-                  : b_WalkElements<char>(pco_Text, pco_Key, pn_Handle);
+                  : b_WalkElements<signed char>(pco_Text, pco_Key, pn_Handle);
 }
 
 template <class Unit>
