@@ -168,8 +168,8 @@ TEST(RecordCheck, NotesWhatIsNoDamage)
         RecordNote::Kind kind;
         std::uint32_t offset;
     } const rows[] = {
-        {[](Bytes& f) { f.bytes[0] = 'v'; }, RecordNote::Text, 0},
-        {[](Bytes& f) { f.Set(36, 2); }, RecordNote::Text, 36},
+        {[](Bytes& f) { f.bytes[0] = 'v'; }, RecordNote::FileText, 0},
+        {[](Bytes& f) { f.Set(36, 2); }, RecordNote::FileText, 36},
         {[](Bytes& f) { f.bytes[255] = 1; }, RecordNote::Reserved, 84},
         {[](Bytes& f) { f.bytes += "behind"; }, RecordNote::Length, 80},
         {[](Bytes& f) {

@@ -250,9 +250,9 @@ private:
     void HeaderNotes()
     {
         if (std::memcmp(bytes, "VARNOK RecordManager\x1A", 22) != 0)
-            Note(RecordNote::Text, 0, "another text at the start");
+            Note(RecordNote::FileText, 0, "another text at the start");
         if (shape->version != 1)
-            Note(RecordNote::Text, 36, "another version");
+            Note(RecordNote::FileText, 36, "another version");
         if (std::any_of(bytes + 84, bytes + RECORD_HEADER, [](unsigned char c) { return c != 0; }))
             Note(RecordNote::Reserved, 84, "the reserved bytes aren't 0");
         if (length != shape->size)

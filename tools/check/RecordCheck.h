@@ -14,7 +14,7 @@ struct RecordNote
 {
     enum Kind
     {
-        Text, // the text or the version at the file's start isn't the usual one; nobody reads them
+        FileText, // the text or the version at the file's start isn't the usual one; nobody reads them
         Reserved, // a reserved byte isn't 0
         Length, // the file's length isn't n_Size: its writer did not close it, or worked without a map
         NotWalkable, // a record's head is longer than a block: fetch by reference only, don't walk

@@ -101,7 +101,7 @@ bool RunToUnits(const ByteRun run, const BYTE* bytes, WCHAR* units)
     const WCHAR distance = static_cast<WCHAR>(run.unit - run.first);
     BYTE others = 0;
     for (int i = 0; i < TOGETHER; i++)
-        others |= (bytes[i] >= 0x80) & !run.HasByte(bytes[i]) ? 0xFF : 0;
+        others |= ((bytes[i] >= 0x80) & !run.HasByte(bytes[i])) ? 0xFF : 0;
     if (others)
         return false;
     for (int i = 0; i < TOGETHER; i++)
@@ -115,7 +115,7 @@ bool RunToBytes(const ByteRun run, const WCHAR* units, BYTE* bytes)
     const WCHAR distance = static_cast<WCHAR>(run.unit - run.first);
     WCHAR others = 0;
     for (int i = 0; i < TOGETHER; i++)
-        others |= (units[i] >= 0x80) & !run.HasUnit(units[i]) ? 0xFF : 0;
+        others |= ((units[i] >= 0x80) & !run.HasUnit(units[i])) ? 0xFF : 0;
     if (others)
         return false;
     for (int i = 0; i < TOGETHER; i++)
