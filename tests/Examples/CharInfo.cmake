@@ -17,13 +17,13 @@ check(0 "*" "" -- --help)
 check(0 "*" "" -)
 
 if(POSIX)
-    execute_process(COMMAND sh -c "exec \"$1\" \"$(printf 'a\\377')\"" sh ${PROGRAM}
+    execute_process(COMMAND sh -c "exec \"$@\" \"$(printf 'a\\377')\"" sh ${PROGRAM}
         RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
     if(NOT result EQUAL 1 OR NOT out STREQUAL "" OR NOT err STREQUAL "charinfo: the text is not UTF-8\n")
         message(SEND_ERROR "ill-formed: ${result}\n${out}${err}")
     endif()
     if(EXISTS /dev/full)
-        execute_process(COMMAND sh -c "exec \"$1\" a >/dev/full" sh ${PROGRAM}
+        execute_process(COMMAND sh -c "exec \"$@\" a >/dev/full" sh ${PROGRAM}
             RESULT_VARIABLE result ERROR_VARIABLE err)
         if(NOT result EQUAL 1 OR NOT err STREQUAL "charinfo: cannot write the output\n")
             message(SEND_ERROR "full output: ${result}\n${err}")

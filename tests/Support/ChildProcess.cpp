@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <map>
 
 #ifdef _WIN32
@@ -87,9 +88,13 @@ void MakePipe(int (&ends)[2])
         ends[0] = ends[1] = -1;
 }
 
-long long Start(const std::string& program, const ChildProcess::Arguments& words, int input,
-                int output)
+// Under an emulator the kernel can't start the program: the emulator is what is started.
+long long Start(std::string program, ChildProcess::Arguments words, int input, int output)
 {
+    if (const char* emulator = Emulator()) {
+        program = emulator;
+        words.insert(words.begin(), program);
+    }
     std::vector<char*> argv;
     for (const std::string& word : words)
         argv.push_back(const_cast<char*>(word.c_str()));
@@ -118,6 +123,11 @@ void Terminate(long long process)
 }
 #endif
 } // namespace
+
+const char* Emulator()
+{
+    return std::getenv("OSTRA_TEST_EMULATOR");
+}
 
 ChildBody::ChildBody(const char* name, int (*body)(const ChildProcess::Arguments&))
 {

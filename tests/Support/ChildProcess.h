@@ -36,6 +36,9 @@ private:
     int from_child = -1;
 };
 
+// The program that starts test programs which the kernel can't start by itself; null where it can.
+const char* Emulator();
+
 bool IsChildProcess(int argc, char** argv);
 int RunChildProcess(int argc, char** argv);
 

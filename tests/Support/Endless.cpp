@@ -1,6 +1,8 @@
 // tests/Support/Endless.cpp
 #include "Support/Endless.h"
 
+#include "Support/ChildProcess.h"
+
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -53,7 +55,10 @@ int RunEndlessChild(int, char** argv)
 
 bool RunsForEver(const std::string& name)
 {
-    const int status = std::system(("\"" + ProgramPath().string() + "\" " + SWITCH + name).c_str());
+    std::string command = '"' + ProgramPath().string() + "\" " + SWITCH + name;
+    if (const char* emulator = Emulator())
+        command = emulator + (' ' + command);
+    const int status = std::system(command.c_str());
 #ifdef _WIN32
     return status == TIMED_OUT;
 #else

@@ -15,7 +15,8 @@ std::vector<testing::TestEventListener* (*)()>& ListenerFactories()
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    // A program under an emulator can't start itself as GoogleTest would.
+    testing::FLAGS_gtest_death_test_style = Emulator() ? "fast" : "threadsafe";
     if (IsEndlessChild(argc, argv))
         return RunEndlessChild(argc, argv);
     if (IsChildProcess(argc, argv))

@@ -12,6 +12,7 @@
 #include <Ostra/String/UString.h>
 #include <Support/Directory.h>
 #include <Support/Private.h>
+#include <Support/Slots.h>
 
 #include <cstring>
 #include <random>
@@ -115,23 +116,14 @@ Word RandomWord(Random& random, unsigned size, unsigned alphabet, unsigned lengt
 
 // ---- The classes --------------------------------------------------------------------------
 
-template <class Member>
-unsigned Entry(Member member)
-{
-    std::uintptr_t raw[2];
-    std::memcpy(raw, &member, sizeof(raw));
-    EXPECT_EQ(raw[0] % 2, 1u) << "not virtual";
-    return static_cast<unsigned>((raw[0] - 1) / sizeof(void*));
-}
-
 // The destructor, slot 0, takes two entries of the table.
 TEST(CompListIterator, HasItsFiveSlotsInOrder)
 {
     EXPECT_TRUE(std::has_virtual_destructor_v<CT_CompListIterator>);
-    EXPECT_EQ(Entry(&CT_CompListIterator::vv_Set), 1U + 1);
-    EXPECT_EQ(Entry(Private(Collected())), 2U + 1);
-    EXPECT_EQ(Entry(Private(Pop())), 3U + 1);
-    EXPECT_EQ(Entry(Private(AppendOne())), 4U + 1);
+    EXPECT_EQ(EntryOf(&CT_CompListIterator::vv_Set), 1U + 1);
+    EXPECT_EQ(EntryOf(Private(Collected())), 2U + 1);
+    EXPECT_EQ(EntryOf(Private(Pop())), 3U + 1);
+    EXPECT_EQ(EntryOf(Private(AppendOne())), 4U + 1);
     EXPECT_TRUE(std::is_abstract_v<CT_CompListIterator>);
 }
 

@@ -14,6 +14,7 @@
 #include "MemoryFile.h"
 #include "Support/Directory.h"
 #include "Support/Files.h"
+#include "Support/Slots.h"
 
 namespace fs = std::filesystem;
 
@@ -38,15 +39,11 @@ std::vector<std::string> Parts(const CT_File& file)
 
 typedef std::vector<std::string> Strings;
 
-// Where an operation stands in the table of virtual functions: a pointer to it holds the place.
+// Where an operation stands in the table of virtual functions. The destructor has two entries.
 template <class Function>
 unsigned Slot(Function function)
 {
-    std::uintptr_t place;
-    std::memcpy(&place, &function, sizeof(place));
-    EXPECT_EQ(place % sizeof(void*), 1u) << "not a virtual function";
-    // The destructor has two entries.
-    return static_cast<unsigned>(place / sizeof(void*)) - 1;
+    return EntryOf(function) - 1;
 }
 
 template <class File>
