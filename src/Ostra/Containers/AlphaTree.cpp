@@ -251,7 +251,7 @@ struct CT_AlphaTree::st_Waiting
     unsigned n_Length; // of the text in front of them
 };
 
-// Branches wait on the heap, since a way may be as long as a key; with no memory left, on the stack.
+// Branches wait on the heap, since a way may be as long as a key; without memory, on the stack.
 template <class T>
 void CT_AlphaTree::v_DumpBranches(_st_node* pso_Node, st_DumpText<T>* pso_Text)
 {

@@ -31,8 +31,8 @@ public:
     void v_Shrink(st_Node* pso_Nodes, unsigned n_Count);
     void v_Free(st_Node* pso_Nodes, unsigned n_Count);
 
-    // Whether more than three quarters of the memory serve nothing; a small pool may have them. With
-    // less of it an array that grows and shrinks at the edge of its room would make the rest move.
+    // Whether more than three quarters of the memory serve nothing; a small pool may have them.
+    // With less an array that grows and shrinks at the edge of its room would make the rest move.
     bool b_IsMostlyUnused() const { return n_Had > 4 * n_Used + 2 * FIRST_CHUNK; }
     // Moves the arrays below the root, which are all, to a block of just their room, and gives back
     // what they had. Without memory for it they stay.
