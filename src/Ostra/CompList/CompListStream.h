@@ -90,6 +90,16 @@ struct CT_CompList::st_Stream
             return 0;
         return n_GetTarget(n_Mark);
     }
+    // Whether a search goes on there, and where. One that leads back, which no list has by itself,
+    // would let it run in circles. The test is the carry of a sum.
+    bool b_GetAlternative(unsigned n_Position, unsigned& n_Alternative) const
+    {
+        const unsigned n_Mark = n_Position + ELEMENT;
+        if (n_Mark >= n_Marks || n_Load<T>(pcc_Block + n_Mark) != ec_Alternative)
+            return false;
+        n_Alternative = n_GetTarget(n_Mark);
+        return n_Alternative >= n_Mark;
+    }
 
     // Where the mark 13 at n_Mark leads to.
     unsigned n_GetTarget(unsigned n_Mark) const
@@ -109,8 +119,8 @@ struct CT_CompList::st_Stream
             unsigned n_Stored = n_GetElement(n_Position);
             // Most steps go from a character to its alternative.
             while (n_Stored != n_Wanted && n_Stored > ec_LeafEnd) {
-                const unsigned n_Alternative = n_GetAlternative(n_Position);
-                if (!n_Alternative)
+                unsigned n_Alternative;
+                if (!b_GetAlternative(n_Position, n_Alternative))
                     return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_Differs);
                 n_Position = n_Alternative;
                 n_Stored = n_GetElement(n_Position);
@@ -124,7 +134,7 @@ struct CT_CompList::st_Stream
                 n_Position += n_MarkSize;
             else if (n_Stored == ec_ListEnd || n_Stored == ec_LeafEnd)
                 return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_BranchEnds);
-            else if (const unsigned n_Alternative = n_GetAlternative(n_Position))
+            else if (unsigned n_Alternative; b_GetAlternative(n_Position, n_Alternative))
                 n_Position = n_Alternative;
             else
                 return ec_StopAt(pso_Walk, pcc_Rest, n_Position, ws_Differs);

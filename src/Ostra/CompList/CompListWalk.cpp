@@ -211,6 +211,10 @@ unsigned CT_CompList::n_AddBehindEnd(const st_Walk* pcso_Walk, unsigned n_Handle
 unsigned CT_CompList::n_AddAlternative(const st_Walk* pcso_Walk, unsigned n_Handle)
 {
     const unsigned n_Mark = pcso_Walk->n_Position + n_GetElementSize();
+    // One that leads back is damage; another in front of it would hide an end.
+    if (n_Mark + n_GetElementSize() <= n_GetLimit() &&
+        n_GetCharacter(pc_GetAt(n_Mark)) == ec_Alternative)
+        return 0;
     const unsigned n_MarkSize = n_GetElementSize() + n_OffsetSize;
     char* pc_Mark = pc_InsertBytes(n_Mark, n_MarkSize);
     if (!pc_Mark)

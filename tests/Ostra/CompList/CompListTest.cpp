@@ -7,6 +7,7 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 #include <Support/Directory.h>
+#include <Support/Endless.h>
 
 #include <cstddef>
 #include <cstring>
@@ -195,6 +196,56 @@ TEST(CompList, ACutBlockEndsWhereItsBytesEnd)
         list.n_Search("do", &matched);
         list.n_Search("zebra", &matched);
         EXPECT_EQ(list.n_Search("ca", &matched), size < 138u ? NONE : size < 140u ? 0u : 4u);
+    }
+}
+
+namespace
+{
+// b, a, a mark that leads to the other b, and a leaf end; its offset isn't the list's own.
+std::string ListThatLeads(unsigned element, unsigned offset)
+{
+    CT_CompList list(CT_CompList::et_ElementSize(element), 1, 0, 1, 128, 0);
+    list.b_Add(element == 1 ? "ba\0\0" : reinterpret_cast<const char*>(u"ba"), 1);
+    list.b_Add(element == 1 ? "bb\0\0" : reinterpret_cast<const char*>(u"bb"), 2);
+    return Block(list).replace(132 + 3 * element, 4, Number(offset, 4));
+}
+
+void SearchAndAdd(const std::string& bytes)
+{
+    const CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32);
+    CT_CompList list(&buffer);
+    const bool wide = list.n_GetElementSize() == 2;
+    const auto search = [&](const char* narrow, const char16_t* key, unsigned* matched) {
+        return wide ? list.n_Search(Wide(key), matched) : list.n_Search(narrow, matched);
+    };
+    unsigned matched = 7;
+    EXPECT_EQ(search("ba", u"ba", &matched), 1u);
+    EXPECT_EQ(matched, 2u);
+    EXPECT_EQ(search("bb", u"bb", &matched), NONE);
+    EXPECT_EQ(matched, 0u);
+    EXPECT_EQ(search("bc", u"bc", nullptr), NONE);
+    EXPECT_EQ(wide ? list.b_Add(Wide(u"bc"), 3) : list.b_Add("bc", 3), 0);
+    EXPECT_EQ(Block(list), bytes);
+}
+
+ENDLESS(AlternativesThatLeadBack)
+{
+    for (unsigned element : {1u, 2u})
+        for (unsigned back = 1; back <= 2 * element; back++)
+            SearchAndAdd(ListThatLeads(element, 0 - back));
+}
+} // namespace
+
+TEST(CompList, ASearchEndsAtAnAlternativeThatLeadsBackOrOutOfTheBlock)
+{
+    ASSERT_FALSE(RunsForEver("AlternativesThatLeadBack"));
+    for (unsigned element : {1u, 2u}) {
+        for (unsigned back : {1u, 2u, 3u, 100u, 134u, 200u, 0x80000000u}) {
+            SCOPED_TRACE(testing::Message() << element << " " << back);
+            SearchAndAdd(ListThatLeads(element, 0 - back));
+        }
+        for (unsigned out : {100u, 10000u, 0x7FFFFF00u})
+            SearchAndAdd(ListThatLeads(element, out));
     }
 }
 
