@@ -315,8 +315,9 @@ int CT_RecordManager::b_IsBlockSize(unsigned n_Size) const
     return 0;
 }
 
-// Makes the file reach as far as a block that was taken is written, if that lies at the end: only
-// there it can fail for want of room, and nothing has been written then. The map grows by all of it.
+// Makes the file reach as far as a block that was taken is written, if that lies at the end. Only
+// there can it fail for want of room, and nothing has been written then. The map grows by all of
+// it.
 int CT_RecordManager::b_Extend(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size)
 {
     if (CT_Report::sb_Failed(qccz_Source))

@@ -362,8 +362,8 @@ int CT_StandardUTF8::sb_Piece(typename Way::Target* pco_Out, typename Way::State
     return 1;
 }
 
-// Into a string of its own, which the target then shares: so it stays where the text is refused, and
-// may hold the text itself.
+// Into a string of its own, which the target then shares: so the target stays as it is where the
+// text is refused, and may hold the text itself.
 template <class Way>
 int CT_StandardUTF8::sb_Whole(typename Way::Target* pco_Out, const typename Way::In* pcc_In,
                               unsigned n_Count, et_IllFormed ec_IllFormed)
