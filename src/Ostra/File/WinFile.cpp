@@ -17,7 +17,7 @@ constexpr unsigned RENAMED_BUFFER_SIZE = 16384;
 constexpr unsigned FLAG_DELETE_ON_CLOSE = 32;
 
 // Kept: the disposition of the second attempt of an append has no name. Windows doesn't know it and
-// refuses it as such; elsewhere it is an attempt like the first one, and tells what is in the way.
+// refuses it as such; elsewhere it is an attempt like the first one and tells what is in the way.
 constexpr unsigned SECOND_ATTEMPT = 7;
 
 struct st_Bit
