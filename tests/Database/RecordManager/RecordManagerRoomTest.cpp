@@ -1,5 +1,5 @@
-// tests/Database/RecordManager/RecordManagerRoomTest.cpp: records larger than the map, and files that
-// can't grow by what is added to them.
+// tests/Database/RecordManager/RecordManagerRoomTest.cpp: records larger than the map, and files
+// that can't grow by what is added to them.
 #include "Database/RecordManager/RecordFile.h"
 
 #include <functional>
@@ -307,8 +307,8 @@ TEST(RecordManagerRoom, FullDiskChangesNothing)
 
 // ---- Rings ------------------------------------------------------------------------------------
 
-// A record whose body was taken away gives it back once more when it is deleted. Behind a full table
-// the chain goes in a ring then.
+// A record whose body was taken away gives it back once more when it is deleted. Behind a full
+// table the chain goes in a ring then.
 TEST(RecordManagerRoom, ChainThatGoesInARingIsWalkedOnce)
 {
     for (bool lent : {false, true}) {
