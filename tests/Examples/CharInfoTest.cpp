@@ -138,7 +138,7 @@ TEST(CharInfo, AWrongUseShowsTheRightOne)
         const Result result = RunCharInfo(arguments);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "usage: charinfo TEXT\n");
+        EXPECT_EQ(result.errors, "usage: charinfo TEXT\nTry charinfo --help.\n");
     }
 }
 
