@@ -26,6 +26,10 @@ install(TARGETS ostra ostra_utf8 winapi EXPORT OstraTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
 install(FILES ${PROJECT_SOURCE_DIR}/resources/utf8/${OSTRA_UTF8_SOURCE} DESTINATION ${OSTRA_UTF8_DIR}
     COMPONENT Development)
+if(NOT WIN32 AND NOT OSTRA_STATIC)
+    # Nobody links it: the library beside it loads it.
+    install(TARGETS ostra_host LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_SKIP)
+endif()
 set(OSTRA_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Ostra)
 install(EXPORT OstraTargets NAMESPACE Ostra:: DESTINATION ${OSTRA_PACKAGE_DIR} COMPONENT Development)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/OstraConfig.cmake.in
@@ -55,7 +59,7 @@ endif()
 # What is linked into the shared library has to be named for the static one.
 if(OSTRA_STATIC)
     set(OSTRA_PC_CFLAGS " -DOSTRA_STATIC_DEFINE")
-    set(OSTRA_PC_REQUIRES "Requires: icu-uc icu-i18n\n")
+    set(OSTRA_PC_REQUIRES "Requires: icu-uc\n")
     set(OSTRA_PC_LIBS " -lstdc++ -lm -lpthread -ldl")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra.pc.in ${PROJECT_BINARY_DIR}/ostra.pc @ONLY)

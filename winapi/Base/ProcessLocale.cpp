@@ -2,9 +2,7 @@
 #include "Base/ProcessLocale.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <unicode/uloc.h>
 
 #include "Base/HostVariables.h"
 
@@ -83,17 +81,30 @@ const char* ScriptOf(const char* modifier)
     return "";
 }
 
-// The script in which a language is written in a region, as ICU knows it; empty where it doesn't.
-void FindScript(const NameParts& parts, char (&script)[ULOC_SCRIPT_CAPACITY])
+struct UsualScript
 {
-    char name[24];
-    std::snprintf(name, sizeof name, "%s_%s", parts.language, parts.region);
-    char full[ULOC_FULLNAME_CAPACITY];
-    UErrorCode error = U_ZERO_ERROR;
-    uloc_addLikelySubtags(name, full, sizeof full, &error);
-    uloc_getScript(full, script, sizeof script, &error);
-    if (U_FAILURE(error) || error == U_STRING_NOT_TERMINATED_WARNING)
-        script[0] = 0;
+    const char* language;
+    const char* region;
+    const char* script;
+};
+
+// Of the locales that the layer knows by a script, those that are written so where none is named.
+constexpr UsualScript usual_scripts[] = {
+    {"az", "AZ", "Latn"}, {"bs", "BA", "Latn"},  {"chr", "US", "Cher"}, {"ff", "NG", "Latn"},
+    {"ff", "SN", "Latn"}, {"ha", "NG", "Latn"},  {"iu", "CA", "Cans"},  {"kr", "NG", "Latn"},
+    {"mn", "CN", "Mong"}, {"pa", "PK", "Arab"},  {"quc", "GT", "Latn"}, {"sd", "PK", "Arab"},
+    {"sd", "IN", "Deva"}, {"sr", "BA", "Cyrl"},  {"sr", "RS", "Cyrl"},  {"sr", "ME", "Latn"},
+    {"tg", "TJ", "Cyrl"}, {"tzm", "DZ", "Latn"}, {"uz", "UZ", "Latn"},
+};
+
+// Empty where a locale isn't known by its script.
+const char* UsualScriptOf(const NameParts& parts)
+{
+    for (const UsualScript& row : usual_scripts)
+        if (std::strcmp(row.language, parts.language) == 0 &&
+            std::strcmp(row.region, parts.region) == 0)
+            return row.script;
+    return "";
 }
 
 const LocaleFacts* FindTag(const char* first, const char* second, const char* third)
@@ -115,9 +126,7 @@ const LocaleFacts* FindParts(const NameParts& parts)
             return found;
     if (const LocaleFacts* found = FindTag(parts.language, parts.region, ""))
         return found;
-    char script[ULOC_SCRIPT_CAPACITY];
-    FindScript(parts, script);
-    return FindTag(parts.language, script, parts.region);
+    return FindTag(parts.language, UsualScriptOf(parts), parts.region);
 }
 
 const LocaleFacts& LocaleOfVariables()

@@ -19,13 +19,19 @@ inline BOOL Finish(DWORD code)
     return code == 0;
 }
 
-// Runs the body of a service. Nothing is thrown past it: when memory runs out, the last error is 8
-// and the service returns what it returns on failure.
+// What ends the body of a service from within, with the last error set.
+struct Failed
+{};
+
+// Runs the body of a service. Nothing is thrown past it: when memory runs out, the last error is
+// ERROR_NOT_ENOUGH_MEMORY (8), and the service returns what it returns on failure.
 template <class Result, class Body>
 Result Guarded(Result failure, Body body) noexcept
 {
     try {
         return body();
+    } catch (const Failed&) {
+        return failure;
     } catch (const std::exception&) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return failure;

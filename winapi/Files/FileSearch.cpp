@@ -11,13 +11,11 @@
 #include "Files/Names.h"
 #include "Base/Posix.h"
 #include "Files/Wildcard.h"
+#include "Text/UpperCase.h"
 
 #include <algorithm>
 #include <mutex>
 #include <vector>
-
-#include <dirent.h>
-#include <unicode/uchar.h>
 
 namespace winapi
 {
@@ -77,7 +75,7 @@ void Consider(std::string_view name, WideView pattern, std::vector<Entry>& entri
     if (!wide || IsDots(name) || !FitsPattern(*wide, pattern))
         return;
     for (WCHAR& unit : *wide)
-        unit = static_cast<WCHAR>(u_toupper(unit));
+        unit = UpperCase(unit);
     entries.push_back({std::move(*wide), std::string(name)});
 }
 

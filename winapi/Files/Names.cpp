@@ -74,6 +74,20 @@ std::size_t EndWithoutSeparators(const std::string& path)
     return end;
 }
 
+// Such text is the same in every ANSI code page.
+template <class Char>
+bool IsAscii(std::basic_string_view<Char> text)
+{
+    return std::all_of(text.begin(), text.end(), [](Char c) { return c >= 0 && c < 0x80; });
+}
+
+int Converted(int count)
+{
+    if (count <= 0)
+        throw Failed();
+    return count;
+}
+
 bool IsDirectory(const std::string& path)
 {
     struct stat facts;
@@ -180,24 +194,27 @@ Widened::Widened(LPCSTR narrow) : null(!narrow)
 {
     if (!narrow || !*narrow)
         return;
-    const int size = MultiByteToWideChar(CP_ACP, 0, narrow, -1, nullptr, 0);
-    if (size <= 1)
+    const std::string_view bytes(narrow);
+    if (IsAscii(bytes)) {
+        text.assign(bytes.begin(), bytes.end());
         return;
+    }
+    const int count = static_cast<int>(bytes.size());
+    const int size = Converted(MultiByteToWideChar(CP_ACP, 0, narrow, count, nullptr, 0));
     text.resize(static_cast<std::size_t>(size));
-    MultiByteToWideChar(CP_ACP, 0, narrow, -1, text.data(), size);
-    text.pop_back();
+    Converted(MultiByteToWideChar(CP_ACP, 0, narrow, count, text.data(), size));
 }
 
 std::string Narrowed(WideView text)
 {
-    std::string result;
-    if (text.empty())
-        return result;
+    if (IsAscii(text))
+        return std::string(text.begin(), text.end());
     const int count = static_cast<int>(text.size());
     const int size =
-        WideCharToMultiByte(CP_ACP, 0, text.data(), count, nullptr, 0, nullptr, nullptr);
-    result.resize(static_cast<std::size_t>(std::max(size, 0)));
-    WideCharToMultiByte(CP_ACP, 0, text.data(), count, result.data(), size, nullptr, nullptr);
+        Converted(WideCharToMultiByte(CP_ACP, 0, text.data(), count, nullptr, 0, nullptr, nullptr));
+    std::string result(static_cast<std::size_t>(size), '\0');
+    Converted(
+        WideCharToMultiByte(CP_ACP, 0, text.data(), count, result.data(), size, nullptr, nullptr));
     return result;
 }
 } // namespace winapi

@@ -40,7 +40,8 @@ std::optional<std::string> AbsoluteName(const std::string& path);
 // The current directory; nothing, with the last error set, when it has no name.
 std::optional<std::string> CurrentDirectory();
 
-// Text of the ANSI code page as wide text; null stays null.
+// Text of the ANSI code page as wide text; null stays null. What can't be converted ends the service
+// with the conversion's last error; ASCII always can, and needs no tables.
 class Widened
 {
 public:
@@ -52,7 +53,7 @@ private:
     WideText text;
 };
 
-// Wide text in the ANSI code page.
+// Wide text in the ANSI code page; the same holds for it.
 std::string Narrowed(WideView text);
 
 // Copies a text and its terminator to a caller's buffer. Result: its length; where the room is too

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "Text/CodePageTables.h"
 #include "Text/AnsiPage.h"
@@ -307,6 +308,27 @@ int WideLength(LPCWSTR text)
         end++;
     return static_cast<int>(end - text);
 }
+// ASCII is the same on each ANSI page: it needs no tables, and so doesn't bring in the library that
+// they are made with.
+template <typename From>
+bool IsAsciiOn(UINT page, const From* text, int count)
+{
+    constexpr UINT FIRST = 1250;
+    constexpr UINT LAST = 1258;
+    constexpr UINT others[] = {874, 932, 936, 949, 950};
+    const bool ansi = (page >= FIRST && page <= LAST) ||
+                      std::find(std::begin(others), std::end(others), page) != std::end(others);
+    return ansi && std::all_of(text, text + count, [](From c) { return c < 0x80; });
+}
+
+template <typename From, typename To>
+int CopyAscii(const From* text, int count, To* target, int room)
+{
+    if (!room)
+        return count;
+    std::copy_n(text, std::min(count, room), target);
+    return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
+}
 } // namespace
 
 int MultiByteToWideChar(UINT number, DWORD flags, LPCSTR bytes, int count, LPWSTR units, int room)
@@ -321,12 +343,16 @@ int MultiByteToWideChar(UINT number, DWORD flags, LPCSTR bytes, int count, LPWST
     if (number == CP_UTF7)
         return Utf7ToUnits(flags, bytes, count, units, room);
 
-    const CodePage* const page = FindCodePage(number);
+    const BYTE* const text = reinterpret_cast<const BYTE*>(bytes);
+    const CodePage* page = FindBuilt(number);
+    if (!page && !(flags & ~MB_FLAGS) && IsAsciiOn(number, text, count))
+        return CopyAscii(text, count, units, room);
+    if (!page)
+        page = FindCodePage(number);
     if (!page)
         return 0;
     if (flags & ~MB_FLAGS)
         return Fail(ERROR_INVALID_FLAGS);
-    const BYTE* const text = reinterpret_cast<const BYTE*>(bytes);
     if ((flags & MB_ERR_INVALID_CHARS) && HasUndefined(*page, text, count))
         return Fail(ERROR_NO_UNICODE_TRANSLATION);
     return page->HasPairs() ? PairsToUnits(*page, text, count, units, room)
@@ -346,7 +372,14 @@ int WideCharToMultiByte(UINT number, DWORD flags, LPCWSTR units, int count, LPST
     if (number == CP_UTF7)
         return UnitsToUtf7(flags, units, count, bytes, room, defaultChar || used);
 
-    const CodePage* const page = FindCodePage(number);
+    const CodePage* page = FindBuilt(number);
+    if (!page && !(flags & ~WC_FLAGS) && IsAsciiOn(number, units, count)) {
+        if (used)
+            *used = FALSE;
+        return CopyAscii(units, count, bytes, room);
+    }
+    if (!page)
+        page = FindCodePage(number);
     if (!page)
         return 0;
     if (flags & ~WC_FLAGS)

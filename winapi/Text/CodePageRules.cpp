@@ -1,6 +1,8 @@
 // winapi/Text/CodePageRules.cpp: pages that are made from the tables of others.
 #include "Text/CodePageTables.h"
 
+#include "winapi/Errors/Codes.h"
+
 namespace winapi
 {
 namespace
@@ -86,11 +88,11 @@ void ApplyJohabRule(CodePageDraft& page, const CodePage& korean)
             FillJohabRow(page, korean, lead);
 }
 
-bool ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese)
+DWORD ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese)
 {
     Converter converter("euc-jp-2007");
     if (!converter.IsOpen())
-        return false;
+        return converter.HasHost() ? ERROR_NOT_ENOUGH_MEMORY : ERROR_MOD_NOT_FOUND;
     for (unsigned trail = 0xA1; trail <= 0xDF; trail++)
         page.fromPair[0x8E00 | trail] = static_cast<WCHAR>(0xFF61 + (trail - 0xA1));
     for (unsigned lead = 0xA1; lead <= 0xFE; lead++) {
@@ -101,6 +103,6 @@ bool ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese)
         for (unsigned trail = 0xA1; trail <= 0xFE; trail++)
             page.fromPair[lead << 8 | trail] = Known(japanese, ShiftedPair(lead, trail));
     }
-    return true;
+    return 0;
 }
 } // namespace winapi

@@ -78,14 +78,15 @@ void FillUnit(void* place, WCHAR unit, const BYTE* bytes, int count)
         page.fromUnit[unit] = static_cast<WCHAR>(bytes[0] << 8 | bytes[1]);
 }
 
-bool FillFromConverter(CodePageDraft& page)
+// 0 or the code of the failure; so do those that follow.
+DWORD FillFromConverter(CodePageDraft& page)
 {
     Converter converter(page.facts->converter);
     if (!converter.IsOpen())
-        return false;
+        return converter.HasHost() ? ERROR_NOT_ENOUGH_MEMORY : ERROR_MOD_NOT_FOUND;
     FillBytes(page, converter);
     FillPairs(page, converter);
-    return converter.FromUnits(&page, FillUnit);
+    return converter.FromUnits(&page, FillUnit) ? 0 : ERROR_NOT_ENOUGH_MEMORY;
 }
 
 // The reverse of bytes and pairs; of several codes for a unit the lowest one.
@@ -99,21 +100,34 @@ void FillReverse(CodePageDraft& page)
             page.fromUnit[page.fromByte[byte]] = static_cast<WCHAR>(byte);
 }
 
-bool FillFromRule(CodePageDraft& page)
+DWORD FillFromRule(CodePageDraft& page)
 {
     const bool johab = page.facts->rule == CodePageRule::johab;
     const CodePage* const base = FindCodePage(johab ? 949 : 932);
     if (!base)
-        return false;
+        return GetLastError();
     for (unsigned byte = 0; byte < 0xA0; byte++)
         if (!page.isLead[byte])
             page.fromByte[byte] = static_cast<WCHAR>(byte);
+    DWORD code = 0;
     if (johab)
         ApplyJohabRule(page, *base);
-    else if (!ApplyEucJpRule(page, *base))
-        return false;
+    else
+        code = ApplyEucJpRule(page, *base);
     FillReverse(page);
-    return true;
+    return code;
+}
+
+DWORD FillBeforePatches(CodePageDraft& page)
+{
+    switch (page.facts->rule) {
+    case CodePageRule::icu:
+        return FillFromConverter(page);
+    case CodePageRule::none:
+        return 0;
+    default:
+        return FillFromRule(page);
+    }
 }
 
 void ApplyPatches(CodePageDraft& page)
@@ -126,7 +140,7 @@ void ApplyPatches(CodePageDraft& page)
                 [&page](unsigned code, WCHAR value) { page.fromUnit[code] = value; });
 }
 
-bool Fill(CodePageDraft& page, const CodePageFacts& facts)
+DWORD Fill(CodePageDraft& page, const CodePageFacts& facts)
 {
     page.facts = &facts;
     for (const LeadRange& range : facts.leads)
@@ -137,18 +151,15 @@ bool Fill(CodePageDraft& page, const CodePageFacts& facts)
     if (HasPairs(facts))
         std::fill(std::begin(page.fromPair), std::end(page.fromPair), NO_VALUE);
 
-    if (facts.rule == CodePageRule::icu && !FillFromConverter(page))
-        return false;
-    if ((facts.rule == CodePageRule::johab || facts.rule == CodePageRule::eucjp) &&
-        !FillFromRule(page))
-        return false;
+    if (const DWORD code = FillBeforePatches(page))
+        return code;
     ApplyPatches(page);
     // From here on a byte or a pair without a unit gives the page's undefined unit.
     const WCHAR undefined = facts.undefinedUnit;
     std::replace(std::begin(page.fromByte), std::end(page.fromByte), NO_VALUE, undefined);
     if (HasPairs(facts))
         std::replace(std::begin(page.fromPair), std::end(page.fromPair), NO_VALUE, undefined);
-    return true;
+    return 0;
 }
 
 constexpr unsigned ROW = 256;
@@ -232,12 +243,22 @@ const CodePage* Pack(const CodePageDraft& draft)
     return page;
 }
 
-// Null when the memory can't be had.
+// Null, with the last error set, when they can't be made.
 const CodePage* Build(const CodePageFacts& facts)
 {
+    const CodePage* page = nullptr;
+    DWORD code = ERROR_NOT_ENOUGH_MEMORY;
     CodePageDraft* const draft = static_cast<CodePageDraft*>(std::calloc(1, sizeof(CodePageDraft)));
-    const CodePage* const page = draft && Fill(*draft, facts) ? Pack(*draft) : nullptr;
+    if (draft) {
+        const DWORD failure = Fill(*draft, facts);
+        if (failure)
+            code = failure;
+        else
+            page = Pack(*draft);
+    }
     std::free(draft);
+    if (!page)
+        SetLastError(code);
     return page;
 }
 } // namespace
@@ -252,6 +273,12 @@ const CodePageFacts* FindFacts(UINT page)
     return found != end && found->page == page ? found : nullptr;
 }
 
+const CodePage* FindBuilt(UINT page)
+{
+    const CodePageFacts* const facts = FindFacts(page);
+    return facts ? built[facts - code_pages].load(std::memory_order_acquire) : nullptr;
+}
+
 const CodePage* FindCodePage(UINT number)
 {
     const CodePageFacts* const facts = FindFacts(number);
@@ -264,10 +291,8 @@ const CodePage* FindCodePage(UINT number)
         return page;
     // Two threads may build the same page; one of the results stays. A page may need another one.
     const CodePage* const made = Build(*facts);
-    if (!made) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    if (!made)
         return nullptr;
-    }
     const CodePage* expected = nullptr;
     if (place.compare_exchange_strong(expected, made, std::memory_order_acq_rel))
         return made;

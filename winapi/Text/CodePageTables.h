@@ -2,14 +2,10 @@
 #pragma once
 
 #include "Text/CodePageFacts.h"
-
-struct UConverter;
+#include "Text/Converter.h"
 
 namespace winapi
 {
-// A value of the tables that stands for no value.
-constexpr WCHAR NO_VALUE = 0xFFFF;
-
 inline bool HasPairs(const CodePageFacts& facts)
 {
     return facts.leads[0].first <= facts.leads[0].last;
@@ -59,36 +55,17 @@ struct CodePageDraft
 // The facts of a page; null for an unknown one.
 const CodePageFacts* FindFacts(UINT page);
 
+// The tables of a page if they were built before.
+const CodePage* FindBuilt(UINT page);
+
 // The tables of a page, built at its first use and kept; null, with the last error set, for an
-// unknown page (87) and when the memory for them can't be had (8).
+// unknown page (87), when the memory for them can't be had (8) and without the library of the
+// converters (126).
 const CodePage* FindCodePage(UINT page);
 
 // Fills in what a rule gives for pairs; the tables hold no value yet. The tables of the base page
 // stand ready.
 void ApplyJohabRule(CodePageDraft& page, const CodePage& korean);
-bool ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese);
-
-// A converter of ICU.
-class Converter
-{
-public:
-    explicit Converter(const char* name);
-    ~Converter();
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
-
-    bool IsOpen() const { return handle != nullptr; }
-
-    // The one unit that the bytes give, NO_VALUE where they give none or more.
-    WCHAR ToUnit(const char* bytes, int count);
-    // The same for each of the 256 pairs behind a lead byte.
-    void ToUnits(BYTE lead, WCHAR* units);
-    // Calls apply(place, unit, bytes, count) for each unit that has bytes, in order; false when it
-    // can't be told which have.
-    using Apply = void (*)(void* place, WCHAR unit, const BYTE* bytes, int count);
-    bool FromUnits(void* place, Apply apply);
-
-private:
-    UConverter* handle;
-};
+// Result: 0 or the code of the failure.
+DWORD ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese);
 } // namespace winapi

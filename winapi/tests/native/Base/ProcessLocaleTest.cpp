@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <map>
 
+#include <unicode/uloc.h>
+
 using namespace winapi;
 
 // Tells the code pages, then the bytes that a Cyrillic letter has in the ANSI page.
@@ -99,6 +101,27 @@ TEST(Locale, LocalesWithoutACodePageHaveUtf8)
 {
     EXPECT_EQ("65001 65001 2", CodePagesWith({{"LANG", "hi_IN.UTF-8"}}));
     EXPECT_EQ("65001 65001 2", CodePagesWith({{"LANG", "ka_GE"}}));
+}
+
+// Told without ICU, for asking the code page mustn't load it.
+TEST(Locale, AScriptThatIsntNamedIsTheUsualOneThatIcuKnows)
+{
+    int scripts = 0;
+    for (unsigned i = 0; i < locale_count; i++) {
+        const std::string tag = locales[i].tag;
+        const std::size_t dash = tag.find('-');
+        if (tag.find('-', dash + 1) != dash + 5)
+            continue;
+        const std::string name = tag.substr(0, dash) + "_" + tag.substr(dash + 6);
+        char full[ULOC_FULLNAME_CAPACITY];
+        char script[ULOC_SCRIPT_CAPACITY];
+        UErrorCode error = U_ZERO_ERROR;
+        uloc_addLikelySubtags(name.c_str(), full, sizeof full, &error);
+        uloc_getScript(full, script, sizeof script, &error);
+        EXPECT_EQ(FindLocale(name.c_str()).tag == tag, tag.substr(dash + 1, 4) == script) << tag;
+        scripts++;
+    }
+    EXPECT_EQ(scripts, 29);
 }
 
 TEST(Locale, CodePagesOfAllLocalesExist)

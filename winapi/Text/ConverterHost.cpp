@@ -1,7 +1,7 @@
-// winapi/Text/Converter.cpp
-#include <algorithm>
+// winapi/Text/ConverterHost.cpp
+#include "Text/ConverterHost.h"
 
-#include "Text/CodePageTables.h"
+#include <algorithm>
 
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>
@@ -55,32 +55,35 @@ void ConvertUnits(UConverter* converter, WCHAR first, int count, void* place,
 }
 } // namespace
 
-Converter::Converter(const char* name)
+void* OpenConverter(const char* name)
 {
     UErrorCode error = U_ZERO_ERROR;
-    handle = ucnv_open(name, &error);
-    if (!handle)
-        return;
-    Stop(handle);
-    ucnv_setFallback(handle, true);
+    UConverter* const converter = ucnv_open(name, &error);
+    if (!converter)
+        return nullptr;
+    Stop(converter);
+    ucnv_setFallback(converter, true);
+    return converter;
 }
 
-Converter::~Converter()
+void CloseConverter(void* converter)
 {
-    ucnv_close(handle);
+    ucnv_close(static_cast<UConverter*>(converter));
 }
 
-WCHAR Converter::ToUnit(const char* bytes, int count)
+WCHAR ToUnit(void* converter, const char* bytes, int count)
 {
     UErrorCode error = U_ZERO_ERROR;
     UChar units[4];
-    const int length = ucnv_toUChars(handle, units, 4, bytes, count, &error);
+    const int length =
+        ucnv_toUChars(static_cast<UConverter*>(converter), units, 4, bytes, count, &error);
     return U_SUCCESS(error) && length == 1 ? static_cast<WCHAR>(units[0]) : NO_VALUE;
 }
 
 // A letter behind each pair keeps what a faulty one leaves over from meeting the next.
-void Converter::ToUnits(BYTE lead, WCHAR* units)
+void ToUnits(void* converter, BYTE lead, WCHAR* units)
 {
+    UConverter* const handle = static_cast<UConverter*>(converter);
     constexpr int STEP = 3;
     char bytes[256 * STEP];
     for (int trail = 0; trail < 256; trail++) {
@@ -107,8 +110,9 @@ void Converter::ToUnits(BYTE lead, WCHAR* units)
     }
 }
 
-bool Converter::FromUnits(void* place, Apply apply)
+bool FromUnits(void* converter, void* place, Converter::Apply apply)
 {
+    UConverter* const handle = static_cast<UConverter*>(converter);
     UErrorCode error = U_ZERO_ERROR;
     USet* const known = uset_openEmpty();
     ucnv_getUnicodeSet(handle, known, UCNV_ROUNDTRIP_AND_FALLBACK_SET, &error);

@@ -1,0 +1,206 @@
+// winapi/tests/loaded/Base/HostTest.cpp: the library of what leans on the host's large libraries,
+// as a program meets it that links the shared library.
+#include "../../Support/Calls.h"
+
+#include "Support/ChildProcess.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <latch>
+#include <thread>
+
+#include <dlfcn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr UINT PAGES[] = {1252, 1251, 932, 936, 866, 20932, 1361, 28592};
+
+// Each of these pages has the Cyrillic or the accented letter, so that its tables have to be built.
+bool Converts(UINT page)
+{
+    const WCHAR letters[] = {0x0416, 0x00E9};
+    char bytes[8];
+    BOOL missing = FALSE;
+    const int count = WideCharToMultiByte(page, 0, letters, 2, bytes, 8, nullptr, &missing);
+    WCHAR back[8];
+    return count >= 2 && MultiByteToWideChar(page, 0, bytes, count, back, 8) > 0 &&
+           (back[0] == letters[0] || back[1] == letters[1]);
+}
+
+std::string LibraryPath()
+{
+    Dl_info info{};
+    dladdr(reinterpret_cast<const void*>(&winapi::GetLastError), &info);
+    return info.dli_fname;
+}
+
+bool IsLoaded(const char* name)
+{
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);)
+        if (line.find(name) != std::string::npos)
+            return true;
+    return false;
+}
+
+// Whether a child that this process forks can convert.
+bool ChildConverts(UINT page)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(60); // One that waits for ever is killed.
+        _exit(Converts(page) ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+int RunChild(const char* name)
+{
+    ChildProcess child(name);
+    return child.Wait();
+}
+} // namespace
+
+CHILD_PROCESS(LoadsLate)
+{
+    char bytes[8];
+    WCHAR units[8];
+    std::string told = IsLoaded("libicu") || IsLoaded("libostra-host") ? "early " : "";
+    if (GetACP() != 1252 || MultiByteToWideChar(CP_ACP, 0, "name", 5, units, 8) != 5 ||
+        WideCharToMultiByte(CP_ACP, 0, units, 5, bytes, 8, nullptr, nullptr) != 5)
+        told += "wrong ";
+    WIN32_FIND_DATAA found;
+    FindClose(FindFirstFileA("*", &found));
+    told += IsLoaded("libicu") ? "ascii " : "";
+    told += Converts(1252) && IsLoaded("libicu") && IsLoaded("libostra-host") ? "late" : "never";
+    std::puts(told.c_str());
+    std::fflush(stdout);
+    return 0;
+}
+
+TEST(Host, LibraryIsLoadedByTheFirstCallThatNeedsIt)
+{
+    setenv("LC_ALL", "en_US.UTF-8", 1);
+    ChildProcess child("LoadsLate");
+    EXPECT_EQ(child.ReadLine(), "late");
+    EXPECT_EQ(child.Wait(), 0);
+    unsetenv("LC_ALL");
+}
+
+CHILD_PROCESS(TellsWhatIsMissing)
+{
+    std::printf("%s\n", LibraryPath().c_str());
+    const WCHAR letter[] = {0x00E9};
+    char bytes[8];
+    WCHAR units[8];
+    WIN32_FIND_DATAA found;
+    RunRows({
+        CALL(WideCharToMultiByte(1252, 0, letter, 1, bytes, 8, nullptr, nullptr), 0,
+             ERROR_MOD_NOT_FOUND),
+        CALL(MultiByteToWideChar(1252, 0, "\xE9", 1, units, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(MultiByteToWideChar(1361, 0, "\x88\x61", 2, units, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(MultiByteToWideChar(20932, 0, "\xB0\xA1", 2, units, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(TryOpen("caf\xE9", GENERIC_WRITE, 0, CREATE_NEW), INVALID, ERROR_MOD_NOT_FOUND),
+        // What needs no library goes on.
+        CALL(MultiByteToWideChar(1252, 0, "name", 4, units, 8), 4, 0),
+        CALL(MultiByteToWideChar(CP_UTF8, 0, "\xC3\xA9", 2, units, 8), 1, 0),
+        CALL(TryOpen("file", GENERIC_WRITE, 0, CREATE_NEW), OPENED, 0),
+        CALL(FindFirstFileA("file", &found) != INVALID_HANDLE_VALUE, 1, 0),
+    });
+    std::printf("%s\n", testing::Test::HasFailure() ? "failed" : "as told");
+    std::fflush(stdout);
+    return 0;
+}
+
+TEST(Host, WithoutTheLibraryTheServiceTellsThatAModuleIsMissing)
+{
+    namespace fs = std::filesystem;
+    const fs::path library = LibraryPath();
+    const fs::path alone = fs::current_path() / "alone";
+    fs::create_directory(alone);
+    fs::copy_file(library, alone / library.filename());
+    setenv("LD_LIBRARY_PATH", alone.c_str(), 1);
+    setenv("LC_ALL", "en_US.UTF-8", 1);
+    ChildProcess child("TellsWhatIsMissing");
+    EXPECT_EQ(child.ReadLine(), (alone / library.filename()).string());
+    std::string last;
+    for (std::string line; !(line = child.ReadLine()).empty();)
+        last = line;
+    EXPECT_EQ(last, "as told");
+    EXPECT_EQ(child.Wait(), 0);
+    unsetenv("LD_LIBRARY_PATH");
+    unsetenv("LC_ALL");
+}
+
+CHILD_PROCESS(EightThreads)
+{
+    std::latch start(8);
+    bool converts[8] = {};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&, i] {
+            start.arrive_and_wait();
+            converts[i] = Converts(PAGES[i]);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    return static_cast<int>(std::count(std::begin(converts), std::end(converts), true));
+}
+
+TEST(Host, EightThreadsMayMeetAtTheFirstCall)
+{
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(RunChild("EightThreads"), 8);
+}
+
+CHILD_PROCESS(ForkBefore)
+{
+    const bool child = ChildConverts(932);
+    return child && Converts(932) ? 0 : 1;
+}
+
+CHILD_PROCESS(ForkAfter)
+{
+    return Converts(932) && ChildConverts(932) && ChildConverts(1251) && Converts(936) ? 0 : 1;
+}
+
+CHILD_PROCESS(ForkAmid)
+{
+    std::latch start(5);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&, i] {
+            start.arrive_and_wait();
+            Converts(PAGES[i]);
+        });
+    start.arrive_and_wait();
+    bool all = true;
+    for (UINT page : PAGES)
+        all = ChildConverts(page) && all;
+    for (std::thread& thread : threads)
+        thread.join();
+    return all ? 0 : 1;
+}
+
+TEST(Host, AForkBeforeTheFirstCallLeavesBothSidesWhole)
+{
+    EXPECT_EQ(RunChild("ForkBefore"), 0);
+}
+
+TEST(Host, AForkBehindTheFirstCallLeavesBothSidesWhole)
+{
+    EXPECT_EQ(RunChild("ForkAfter"), 0);
+}
+
+TEST(Host, AForkWhileOthersLoadWaitsForThem)
+{
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(RunChild("ForkAmid"), 0);
+}
