@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Rules about the sources and the built library that no compiler checks.
 
-    policy.py [--nm NM --objdump OBJDUMP --library FILE --objects A.o:B.o:...]
+    policy.py [--nm NM --objdump OBJDUMP --library FILE --objects A.o:B.o:... --services C.o:...]
 
 Prints a line for each breach and exits with 1 if there is one. Without --library only the sources are looked at.
 """
@@ -15,6 +15,16 @@ TOP = pathlib.Path(__file__).resolve().parents[2]
 SOURCE_LINES, HEADER_LINES, TEST_LINES, FUNCTION_LINES = 600, 400, 800, 80
 PLATFORM = re.compile(r"^\s*#\s*(el)?if.*\b(_WIN\d+|WIN32|__linux__|__unix__|__MINGW\w*|__GNUC__|_MSC_VER)\b")
 PROCESSOR = re.compile(r"\w*mmintrin|arm_neon|__builtin_cpu_|vector_size|gnu::target|__(SSE|AVX|i386|x86_64|aarch64|ARM)")
+# The rooms of the services by their floors; those that aren't named stand on top. Files of a floor may
+# include each other.
+ROOM_FLOORS = [{"Errors"}, {"Base"}, {"Text"}, {"Files", "Locale", "Memory", "Process"}]
+# Types, words and numbers that all rooms stand on.
+GROUND = {"winapi/Base/Types.h", "winapi/Base/Words.h", "winapi/Base/Constants.h"}
+LARGE_LIBRARIES = re.compile(r"#include <(unicode/|sqlite3|fontconfig/|ft2build|freetype)")
+RUNTIMES = re.compile(r"(libstdc\+\+|libgcc_s|libm|libc|libpthread|libdl|libatomic|ld-linux[\w-]*)\.so\.\d+$")
+# What the services may take from the C library directly: memory and texts. Calls of the system go through Posix.h.
+PLAIN_CALLS = re.compile(r"_Z|__|_Unwind|_GLOBAL_|(mem|str|pthread_mutex_)\w+$|(malloc|calloc|realloc|free|abort|snprintf|"
+                         r"vsnprintf|pthread_atfork|DllMain|winapi_Test\w+)$")
 GENERATED = re.compile(r"// (Made|Generated) by ")
 breaches = []
 
@@ -169,6 +179,46 @@ def check_names():
                 breach(path, number, f"{kind} {name}: names of this kind begin with {wanted[0]}")
 
 
+def floor(room):
+    return next((number for number, rooms in enumerate(ROOM_FLOORS) if room in rooms), len(ROOM_FLOORS))
+
+
+def check_rooms():
+    """The services' files stand in rooms and include nothing of a higher floor."""
+    inner = re.compile(r'#include "((?:winapi/)?(\w+)/\w+\.(?:h|inc))"')
+    for path in files("winapi", "*.cpp", "*.h"):
+        parts = path.relative_to(TOP / "winapi").parts
+        if parts[0] == "tests":
+            parts = parts[2:] if parts[1] in ("native", "loaded") else parts[1:]
+        elif parts[0] == "include":
+            parts = parts[2:]
+            if path.name == "windows.h":
+                continue
+        if len(parts) != 2 or not parts[0][0].isupper():
+            breach(path, 1, "stands in no room")
+            continue
+        if "tests" in path.parts:
+            continue
+        for number, line in enumerate(path.read_text("utf-8").splitlines(), 1):
+            found = inner.match(line)
+            if found and found.group(1) not in GROUND and floor(found.group(2)) > floor(parts[0]):
+                breach(path, number, f"{parts[0]} stands below {found.group(2)}")
+            if LARGE_LIBRARIES.match(line) and not path.name.endswith("Host.cpp"):
+                breach(path, number, "only what is compiled into libostra-host.so may lean on this library")
+            if line.startswith('#include "') and not found:
+                breach(path, number, "an include names the room")
+
+
+def check_rooms_told():
+    """The services' README has a line for each public header, and none for what isn't there."""
+    readme = TOP / "winapi/README.md"
+    told = set(re.findall(r"`(\w+/\w+\.h)`", readme.read_text("utf-8")))
+    headers = TOP / "winapi/include/winapi"
+    there = {path.relative_to(headers).as_posix() for path in files(headers, "*.h")}
+    for name in sorted(there ^ told):
+        breach(readme, 1, f"{name} is " + ("not told" if name in there else "told and not there"))
+
+
 def check_no_workplace():
     pattern = re.compile(r"\bParts? \d+\.\d+|spec\.md|\.\./shared|/w[o]rk/|/tmp/o[s]tra\b|[Tt]he specification\b")
     listed = subprocess.run(["git", "-C", TOP, "ls-files", "-z"], capture_output=True, text=True)
@@ -239,24 +289,48 @@ def check_exports(nm, library):
         breaches.append(f"doesn't export {name}, which cmake/exports.txt lists")
 
 
+def check_services(nm, objects):
+    for name in objects:
+        if pathlib.Path(name).name.startswith("Posix."):
+            continue
+        for line in output(nm, "-u", name).splitlines():
+            symbol = line.split()[-1]
+            if not PLAIN_CALLS.match(symbol):
+                breaches.append(f"{pathlib.Path(name).name}: {symbol} doesn't go through the table of the host's calls")
+
+
+def check_needed(objdump, library):
+    """The library needs the runtimes of C and C++ and nothing else."""
+    if library.suffix == ".dll":
+        return
+    for name in re.findall(r"^\s*NEEDED\s+(\S+)", output(objdump, "-p", str(library)), re.M):
+        if not RUNTIMES.match(name):
+            breaches.append(f"{library.name} needs {name}")
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--nm")
     parser.add_argument("--objdump")
     parser.add_argument("--library", type=pathlib.Path)
     parser.add_argument("--objects", default="")
+    parser.add_argument("--services", default="")
     arguments = parser.parse_args()
     check_lengths()
     check_sources()
     check_floors()
     check_places()
     check_names()
+    check_rooms()
+    check_rooms_told()
     check_no_workplace()
     if arguments.library:
         check_objects(arguments.nm, arguments.objdump, [name for name in arguments.objects.split(":") if name])
+        check_services(arguments.nm, [name for name in arguments.services.split(":") if name])
         if arguments.library.suffix != ".a":
             check_exports(arguments.nm, arguments.library)
             check_version(arguments.objdump, arguments.library)
+            check_needed(arguments.objdump, arguments.library)
     print("\n".join(breaches + [f"policy: {len(breaches)} breaches"]))
     return 1 if breaches else 0
 

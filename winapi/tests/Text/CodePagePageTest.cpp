@@ -1,4 +1,4 @@
-// winapi/tests/CodePagePageTest.cpp: docs/code-pages.md lists what the services answer.
+// winapi/tests/Text/CodePagePageTest.cpp: docs/code-pages.md lists what the services answer.
 #include <gtest/gtest.h>
 
 #include <windows.h>
