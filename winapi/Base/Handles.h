@@ -59,11 +59,11 @@ private:
     Slot* slot = nullptr;
 };
 
-// Sets last error 6.
+// Sets last error ERROR_INVALID_HANDLE (6).
 void TellInvalidHandle();
 
-// A reference to an object of one kind, T::KIND; empty, with last error 6, when the handle is none
-// of that kind.
+// A reference to an object of one kind, T::KIND; empty, with last error ERROR_INVALID_HANDLE, when
+// the handle is none of that kind.
 template <class T>
 class Reference
 {
@@ -97,11 +97,11 @@ private:
     T* found = nullptr;
 };
 
-// Gives the object a handle. Null, with last error 4, when all 2^24 - 1 are in use; then the object
-// is gone.
+// Gives the object a handle. Null, with last error ERROR_TOO_MANY_OPEN_FILES (4), when all 2^24 - 1
+// are in use; then the object is gone.
 HANDLE MakeHandle(std::unique_ptr<Object> object);
 
-// Closes a search's handle (search), or one of any other kind. False, with last error 6, for what
-// isn't one.
+// Closes a search's handle (search), or one of any other kind. False, with last error
+// ERROR_INVALID_HANDLE, for what isn't one.
 bool ReleaseHandle(HANDLE handle, bool search);
 } // namespace winapi

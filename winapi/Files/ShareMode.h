@@ -27,8 +27,8 @@ struct Lockable
 };
 
 // Announces the rights held and those shared with others (RIGHT_... bits), then asks. Result: 0, or
-// 32 when another holder stands against it; then nothing stays announced. Without rights nothing is
-// announced or refused.
+// ERROR_SHARING_VIOLATION (32) when another holder stands against it; then nothing stays announced.
+// Without rights nothing is announced or refused.
 DWORD Announce(Lockable file, unsigned rights, unsigned shares);
 // Ends the announcement and all byte-range locks.
 void Withdraw(int fd);
@@ -39,8 +39,8 @@ void WithdrawMapping(int fd);
 // Whether another description of the file is mapped.
 bool IsMappedByOthers(int fd);
 
-// Locks a range of bytes for this description alone. Result: 0, or 33 when another holds a part of
-// it.
+// Locks a range of bytes for this description alone. Result: 0, or ERROR_LOCK_VIOLATION (33) when
+// another holds a part of it.
 constexpr off_t LOCKABLE_END = (off_t{1} << 62) - (off_t{8} << 40);
 DWORD LockRange(Lockable file, off_t offset, off_t length);
 void UnlockRange(int fd, off_t offset, off_t length);

@@ -55,8 +55,8 @@ const char16_t* FindText(const ModuleTable& table, UINT id)
     return low < table.count && table.entries[low].id == id ? table.entries[low].text : nullptr;
 }
 
-// The text under the id in any table of the module; null with 1812 for a module without one, 1814
-// without the id.
+// The text under the id in any table of the module; null with ERROR_RESOURCE_DATA_NOT_FOUND (1812)
+// for a module without one, ERROR_RESOURCE_NAME_NOT_FOUND (1814) without the id.
 const char16_t* FindText(HINSTANCE module, UINT id)
 {
     DWORD error = ERROR_RESOURCE_DATA_NOT_FOUND;

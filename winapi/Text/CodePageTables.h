@@ -59,8 +59,9 @@ const CodePageFacts* FindFacts(UINT page);
 const CodePage* FindBuilt(UINT page);
 
 // The tables of a page, built at its first use and kept; null, with the last error set, for an
-// unknown page (87), when the memory for them can't be had (8) and without the library of the
-// converters (126).
+// unknown page (ERROR_INVALID_PARAMETER, 87), when the memory for them can't be had
+// (ERROR_NOT_ENOUGH_MEMORY, 8) and without the library of the converters (ERROR_MOD_NOT_FOUND,
+// 126).
 const CodePage* FindCodePage(UINT page);
 
 // Fills in what a rule gives for pairs; the tables hold no value yet. The tables of the base page

@@ -15,8 +15,10 @@ constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x00001000;
 // FORMAT_MESSAGE_ALLOCATE_BUFFER (lpBuffer is then the address of a pointer, null on failure, to
 // free with LocalFree; nSize the least room in units) and FORMAT_MESSAGE_IGNORE_INSERTS; source,
 // language and arguments are ignored, for the texts are English and have no inserts. Result: units
-// without the terminator. 0 with 317 for an unknown code, 122 for a short buffer, 87 for other
-// flags or a null buffer (8 for the narrow call with a null address), 8 without memory.
+// without the terminator. 0 with ERROR_MR_MID_NOT_FOUND (317) for an unknown code,
+// ERROR_INSUFFICIENT_BUFFER (122) for a short buffer, ERROR_INVALID_PARAMETER (87) for other flags
+// or a null buffer (ERROR_NOT_ENOUGH_MEMORY (8) for the narrow call with a null address),
+// ERROR_NOT_ENOUGH_MEMORY without memory.
 WINAPI_EXPORT DWORD FormatMessageW(DWORD dwFlags, LPCVOID lpSource, DWORD dwMessageId,
                                    DWORD dwLanguageId, LPWSTR lpBuffer, DWORD nSize,
                                    va_list* Arguments);

@@ -15,27 +15,28 @@ constexpr UINT DRIVE_FIXED = 3;
 
 // The name seen from the root, as text only: it need not exist. "." and ".." are folded, the latter
 // not above the root, doubled separators too; one at the end stays, and so do points and blanks.
-// The pointer is set to the last component, null when there is none. 0 with 123 for a null or empty
-// name.
+// The pointer is set to the last component, null when there is none. 0 with ERROR_INVALID_NAME
+// (123) for a null or empty name.
 WINAPI_EXPORT DWORD GetFullPathNameW(LPCWSTR lpFileName, DWORD nBufferLength, LPWSTR lpBuffer,
                                      LPWSTR* lpFilePart);
 WINAPI_EXPORT DWORD GetFullPathNameA(LPCSTR lpFileName, DWORD nBufferLength, LPSTR lpBuffer,
                                      LPSTR* lpFilePart);
 
-// The process's current directory; 0 with 3 when it has been removed, with 1113 when its name isn't
-// UTF-8.
+// The process's current directory; 0 with ERROR_PATH_NOT_FOUND (3) when it has been removed, with
+// ERROR_NO_UNICODE_TRANSLATION (1113) when its name isn't UTF-8.
 WINAPI_EXPORT DWORD GetCurrentDirectoryW(DWORD nBufferLength, LPWSTR lpBuffer);
 WINAPI_EXPORT DWORD GetCurrentDirectoryA(DWORD nBufferLength, LPSTR lpBuffer);
 
-// 267 for a file, 123 for a null or empty name.
+// ERROR_DIRECTORY (267) for a file, ERROR_INVALID_NAME for a null or empty name.
 WINAPI_EXPORT BOOL SetCurrentDirectoryW(LPCWSTR lpPathName);
 WINAPI_EXPORT BOOL SetCurrentDirectoryA(LPCSTR lpPathName);
 
-// One level. 183 when the name is taken. Security attributes are ignored.
+// One level. ERROR_ALREADY_EXISTS (183) when the name is taken. Security attributes are ignored.
 WINAPI_EXPORT BOOL CreateDirectoryW(LPCWSTR lpPathName, LPSECURITY_ATTRIBUTES lpSecurityAttributes);
 WINAPI_EXPORT BOOL CreateDirectoryA(LPCSTR lpPathName, LPSECURITY_ATTRIBUTES lpSecurityAttributes);
 
-// 145 when it isn't empty, 267 for a file, 32 for ".", 123 for a null or empty name.
+// ERROR_DIR_NOT_EMPTY (145) when it isn't empty, ERROR_DIRECTORY for a file,
+// ERROR_SHARING_VIOLATION (32) for ".", ERROR_INVALID_NAME for a null or empty name.
 WINAPI_EXPORT BOOL RemoveDirectoryW(LPCWSTR lpPathName);
 WINAPI_EXPORT BOOL RemoveDirectoryA(LPCSTR lpPathName);
 

@@ -9,15 +9,16 @@
 
 namespace winapi
 {
-// Sets a variable, or with a null value removes it; removing one that isn't there succeeds. 87 for
-// an empty name or one with a "=" behind its first character, 203 for a null name, 1113 for a lone
+// Sets a variable, or with a null value removes it; removing one that isn't there succeeds.
+// ERROR_INVALID_PARAMETER (87) for an empty name or one with a "=" behind its first character,
+// ERROR_ENVVAR_NOT_FOUND (203) for a null name, ERROR_NO_UNICODE_TRANSLATION (1113) for a lone
 // surrogate.
 WINAPI_EXPORT BOOL SetEnvironmentVariableW(LPCWSTR lpName, LPCWSTR lpValue);
 WINAPI_EXPORT BOOL SetEnvironmentVariableA(LPCSTR lpName, LPCSTR lpValue);
 
 // Result: the length of the value; the size needed with the terminator where the room is too small;
-// 0 with 203 when there is no such variable. The last error tells that from an empty value: this
-// leaves it alone.
+// 0 with ERROR_ENVVAR_NOT_FOUND when there is no such variable. The last error tells that from an
+// empty value: this leaves it alone.
 WINAPI_EXPORT DWORD GetEnvironmentVariableW(LPCWSTR lpName, LPWSTR lpBuffer, DWORD nSize);
 WINAPI_EXPORT DWORD GetEnvironmentVariableA(LPCSTR lpName, LPSTR lpBuffer, DWORD nSize);
 } // namespace winapi

@@ -26,19 +26,20 @@ struct StringEntry
 WINAPI_EXPORT void RegisterStringTable(const StringEntry* table, UINT count);
 
 // The module's path; null is the program. Result: units without the terminator; a short buffer is
-// filled and terminated, the result is its size, the last error 122. An unknown module: 0 and 126.
+// filled and terminated, the result is its size, the last error ERROR_INSUFFICIENT_BUFFER (122). An
+// unknown module: 0 and ERROR_MOD_NOT_FOUND (126).
 WINAPI_EXPORT DWORD GetModuleFileNameW(HMODULE hModule, LPWSTR lpFilename, DWORD nSize);
 WINAPI_EXPORT DWORD GetModuleFileNameA(HMODULE hModule, LPSTR lpFilename, DWORD nSize);
 
-// The load address of a module that the process has loaded; null is the program. Null and 126 for
-// an unknown one.
+// The load address of a module that the process has loaded; null is the program. Null and
+// ERROR_MOD_NOT_FOUND for an unknown one.
 WINAPI_EXPORT HMODULE GetModuleHandleA(LPCSTR lpModuleName);
 
 // The text under an id in the string tables of a module, cut to the room; null is the program.
-// Result: units or bytes without the terminator. A missing id: 0 and 1814, the buffer untouched; a
-// module without a table: 0 and
-// 1812. With room 0 the wide call stores a pointer to the text itself in the buffer, the narrow one
-//       fails. Allocates nothing where the text is ASCII.
+// Result: units or bytes without the terminator. A missing id: 0 and ERROR_RESOURCE_NAME_NOT_FOUND
+// (1814), the buffer untouched; a module without a table: 0 and ERROR_RESOURCE_DATA_NOT_FOUND
+// (1812). With room 0 the wide call stores a pointer to the text itself in the buffer, the narrow
+// one fails. Allocates nothing where the text is ASCII.
 WINAPI_EXPORT int LoadStringW(HINSTANCE hInstance, UINT uID, LPWSTR lpBuffer, int cchBufferMax);
 WINAPI_EXPORT int LoadStringA(HINSTANCE hInstance, UINT uID, LPSTR lpBuffer, int cchBufferMax);
 } // namespace winapi
