@@ -26,7 +26,7 @@ install(TARGETS ostra ostra_utf8 winapi EXPORT OstraTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
 install(FILES ${PROJECT_SOURCE_DIR}/resources/utf8/${OSTRA_UTF8_SOURCE} DESTINATION ${OSTRA_UTF8_DIR}
     COMPONENT Development)
-if(NOT WIN32 AND NOT OSTRA_STATIC)
+if(TARGET ostra_host)
     # Nobody links it: the library beside it loads it.
     install(TARGETS ostra_host LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_SKIP)
 endif()

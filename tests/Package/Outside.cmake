@@ -35,7 +35,7 @@ function(run_installed DIRECTORY)
     run(${CMAKE_COMMAND} -E chdir ${DIRECTORY}-package ./outside)
     file(GLOB pc ${DIRECTORY}/lib*/pkgconfig ${DIRECTORY}/lib/*/pkgconfig)
     cmake_path(GET DIRECTORY FILENAME name)
-    run_by_pkg_config(${name}-plain ${pc})
+    run_by_pkg_config(Outside ostra ${WORK}/${name}-plain ${pc})
     message(STATUS "${name}: find_package, pkg-config")
 endfunction()
 

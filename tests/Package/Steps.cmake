@@ -9,11 +9,13 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# Builds a program by pkg-config, as a maker of makefiles would, and runs it: DIRECTORY holds ostra.pc.
-function(run_by_pkg_config NAME DIRECTORY)
+# Builds a source of this folder by pkg-config, as a maker of makefiles would, and runs the program: DIRECTORY holds
+# the .pc files.
+function(run_by_pkg_config PROGRAM PACKAGE OUTPUT DIRECTORY)
     find_program(PKG_CONFIG pkg-config REQUIRED)
     set(pkg_config ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${DIRECTORY})
-    run(${pkg_config} sh -c "${COMPILER} ${FLAGS} -std=c++20 -DPACKAGE_VERSION=\\\"$(${PKG_CONFIG} --modversion ostra)\\\" ${SOURCE}/Outside.cpp -o ${WORK}/${NAME} \
-$(${PKG_CONFIG} --cflags --libs ostra) -Wl,-rpath,$(${PKG_CONFIG} --variable=libdir ostra)")
-    run(${CMAKE_COMMAND} -E chdir ${WORK} ./${NAME})
+    run(${pkg_config} sh -c "${COMPILER} ${FLAGS} -std=c++20 -DPACKAGE_VERSION=\\\"$(${PKG_CONFIG} --modversion ostra)\\\" ${SOURCE}/${PROGRAM}.cpp -o ${OUTPUT} \
+$(${PKG_CONFIG} --cflags --libs ${PACKAGE}) -Wl,-rpath,$(${PKG_CONFIG} --variable=libdir ostra)")
+    get_filename_component(folder ${OUTPUT} DIRECTORY)
+    run(${CMAKE_COMMAND} -E chdir ${folder} ${OUTPUT})
 endfunction()
