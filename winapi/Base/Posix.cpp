@@ -79,6 +79,8 @@ constinit Posix posix = {
     .dlsym = ::dlsym,
     .dlclose = ::dlclose,
     .dladdr = ::dladdr,
+    .dladdr1 = ::dladdr1,
+    .dlinfo = ::dlinfo,
 };
 
 void Descriptor::Reset(int number)

@@ -83,6 +83,8 @@ struct Posix
     void* (*dlsym)(void* module, const char* name);
     int (*dlclose)(void* module);
     int (*dladdr)(const void* address, Dl_info* info);
+    int (*dladdr1)(const void* address, Dl_info* info, void** extra, int flags);
+    int (*dlinfo)(void* module, int request, void* answer);
 };
 
 extern Posix posix;
