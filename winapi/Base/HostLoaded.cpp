@@ -22,7 +22,7 @@ bool FindPath(char (&path)[PATH_MAX + sizeof FILE_NAME])
     if (!posix.dladdr1(FILE_NAME, &info, &module, RTLD_DL_LINKMAP) ||
         posix.dlinfo(module, RTLD_DI_ORIGIN, path) != 0)
         return false;
-    std::strcat(path, FILE_NAME);
+    std::memcpy(path + std::strlen(path), FILE_NAME, sizeof FILE_NAME);
     return true;
 }
 } // namespace
