@@ -4,6 +4,8 @@
 // them.
 #include <Ostra/Ostra.h>
 
+#include <windows.h>
+
 #include "Support/Failure.h"
 #include "Support/Private.h"
 

@@ -4,8 +4,7 @@
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Interlocked.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 #include <atomic>
 #include <cstddef>

@@ -2,8 +2,7 @@
 #pragma once
 
 #include <Ostra/Frame/Export.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 class CT_BranchPool;
 class CT_CString;

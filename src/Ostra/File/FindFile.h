@@ -2,9 +2,8 @@
 #pragma once
 
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/Platform.h>
 #include <Ostra/String/UString.h>
-
-#include <windows.h>
 
 #include <cstddef>
 
@@ -28,7 +27,7 @@ public:
         unsigned n_AccessTime;
         unsigned n_WriteTime;
         unsigned n_Size;
-        t_Unit au_Name[MAX_PATH];
+        t_Unit au_Name[260]; // the room that the system has for a name
     };
 
     // An entry is accepted if n_Include is 0 or has a bit in common with its attributes, and

@@ -37,7 +37,8 @@ struct CT_WideRoad
     };
 
     static const t_Unit* q_Text(const t_String& co_Text) { return co_Text.qcuz_Get(); }
-    static void v_Set(CT_String* pco_Text, const t_Unit* qcuz_Text, unsigned n_Count = -1)
+    static void v_Set(CT_String* pco_Text, const t_Unit* qcuz_Text,
+                      unsigned n_Count = CT_String::ALL)
     {
         pco_Text->v_Set(qcuz_Text, n_Count);
     }
@@ -98,7 +99,8 @@ struct CT_NarrowRoad
     };
 
     static const t_Unit* q_Text(const t_String& co_Text) { return co_Text.qccz_Get(); }
-    static void v_Set(CT_String* pco_Text, const t_Unit* qccz_Text, unsigned n_Count = -1)
+    static void v_Set(CT_String* pco_Text, const t_Unit* qccz_Text,
+                      unsigned n_Count = CT_String::ALL)
     {
         pco_Text->v_Set(qccz_Text, n_Count, -2);
     }

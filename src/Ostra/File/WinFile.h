@@ -3,8 +3,7 @@
 
 #include <Ostra/File/File.h>
 #include <Ostra/Frame/Export.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 #include <cstddef>
 

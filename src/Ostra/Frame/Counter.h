@@ -3,8 +3,7 @@
 
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Interlocked.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 #include <atomic>
 
@@ -33,7 +32,7 @@ public:
     // Change by one; the result is the system's, the new value.
     LONG i4_Inc() { return CT_Interlocked::si4_Inc(i4_Value); }
     LONG i4_Dec() { return CT_Interlocked::si4_Dec(i4_Value); }
-    void v_Set(LONG i4_New) { InterlockedExchange(&i4_Value, i4_New); }
+    void v_Set(LONG i4_New) { std::atomic_ref<LONG>(i4_Value).store(i4_New); }
 
     LONG i4_Get() const
     {

@@ -4,8 +4,7 @@
 #include <Ostra/Frame/Exit.h>
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Init.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 #include <cstdarg>
 

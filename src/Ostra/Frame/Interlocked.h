@@ -1,8 +1,9 @@
 // Ostra/Frame/Interlocked.h: steps of a count that several threads may change.
 #pragma once
 
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
+#include <atomic>
 #include <ext/atomicity.h>
 
 // Changes by one; the results are the new values.
@@ -15,12 +16,12 @@ public:
     static LONG si4_Inc(LONG& i4_Value)
     {
         return sb_IsAlone() ? i4_Value = LONG(DWORD(i4_Value) + 1)
-                            : InterlockedIncrement(&i4_Value);
+                            : std::atomic_ref<LONG>(i4_Value).fetch_add(1) + 1;
     }
     static LONG si4_Dec(LONG& i4_Value)
     {
         return sb_IsAlone() ? i4_Value = LONG(DWORD(i4_Value) - 1)
-                            : InterlockedDecrement(&i4_Value);
+                            : std::atomic_ref<LONG>(i4_Value).fetch_sub(1) - 1;
     }
 
 private:

@@ -4,6 +4,8 @@
 #include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/String/CString.h>
 
+#include <windows.h>
+
 namespace
 {
 constexpr unsigned PATH_ROOM = 1024;
@@ -58,7 +60,7 @@ const CT_UString* CT_OstraDLLMain::spcco_GetProductVersion()
     return nullptr;
 }
 
-BOOL WINAPI DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID)
+BOOL OSTRA_ENTRY DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID)
 {
     if (n_Reason != DLL_PROCESS_ATTACH)
         return 1;

@@ -2,8 +2,7 @@
 #pragma once
 
 #include <Ostra/Frame/Export.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 class CT_CString;
 class CT_ModuleVersion;
@@ -41,4 +40,5 @@ private:
 
 // The module's entry: at process attach hands name and handle to the classes that ask for them.
 // Always 1.
-extern "C" OSTRA_API BOOL WINAPI DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID pv_Reserved);
+extern "C" OSTRA_API BOOL OSTRA_ENTRY DllMain(HINSTANCE h_Instance, DWORD n_Reason,
+                                              LPVOID pv_Reserved);

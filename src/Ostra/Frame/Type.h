@@ -2,8 +2,7 @@
 #pragma once
 
 #include <Ostra/Frame/Export.h>
-
-#include <windows.h>
+#include <Ostra/Frame/Platform.h>
 
 // The record of one class: its name, its specimen object, and the class sub-objects that an object
 // of the class has.

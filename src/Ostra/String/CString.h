@@ -20,11 +20,11 @@ public:
 
     // Empty. The number is a code page, where that of CT_UString is a length.
     CT_CString(unsigned n_NewCodePage = 0) : n_CodePage(n_NewCodePage) {}
-    CT_CString(const char* qccz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
+    CT_CString(const char* qccz_Text, unsigned n_Count = ALL, unsigned n_CodePage = 0);
     // Converts.
-    CT_CString(const unsigned short* qcuz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
+    CT_CString(const unsigned short* qcuz_Text, unsigned n_Count = ALL, unsigned n_CodePage = 0);
     // The same with a u"..." literal.
-    CT_CString(const char16_t* qcuz_New, unsigned n_Count = 0xFFFFFFFF, unsigned n_Page = 0)
+    CT_CString(const char16_t* qcuz_New, unsigned n_Count = ALL, unsigned n_Page = 0)
         : CT_CString(qcuz_Text(qcuz_New), n_Count, n_Page)
     {}
     // Shares the buffer as it stands: it has to hold a terminated text.
@@ -65,10 +65,10 @@ public:
     // A zero character appends nothing. Wide text is converted to the string's code page.
     void v_Append(char c_Append);
     void v_Append(unsigned short u_Append);
-    void v_Append(const char* qccz_Text, unsigned n_Count = -1);
-    void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = -1);
+    void v_Append(const char* qccz_Text, unsigned n_Count = ALL);
+    void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = ALL);
     // The bytes of a CT_CString as they are, whatever its code page.
-    void v_Append(const CT_String* pcco_Text, unsigned n_Count = -1);
+    void v_Append(const CT_String* pcco_Text, unsigned n_Count = ALL);
 
     // ---- The interface of CT_String -----------------------------------------------------------
 
@@ -104,11 +104,11 @@ public:
     // Kept: strings that share the block are cut as well, without a change of their length.
     void vv_StripRight() override;
     void vv_StripLeft() override;
-    int vi_Compare(const CT_String* pcco_Other, unsigned n_From = 0, unsigned n_Count = -1,
+    int vi_Compare(const CT_String* pcco_Other, unsigned n_From = 0, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const override;
-    int vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count = -1,
+    int vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const override;
-    int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
+    int vi_Compare(const char* qccz_Other, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const override;
     using CT_String::vi_Compare;
     // Kept: up to the first character that goes, strings that share the block change as well.

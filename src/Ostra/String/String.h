@@ -6,8 +6,6 @@
 #include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>
 
-#include <windows.h>
-
 #include <cstdarg>
 
 // A zero-terminated text in a shared buffer, in one of two encodings: CT_CString has bytes of a
@@ -29,6 +27,8 @@
 class OSTRA_API CT_String
 {
 public:
+    static constexpr unsigned ALL = 0xFFFFFFFF; // a count: all that there is
+
     // ---- Life -------------------------------------------------------------------------------
 
     virtual const CT_Type* vpcco_GetType() const;
@@ -86,14 +86,14 @@ public:
     virtual void vv_StripRight();
     virtual void vv_StripLeft();
     // Below, at or above 0, by the values of the characters.
-    virtual int vi_Compare(const CT_String* pcco_Other, unsigned n_From = 0, unsigned n_Count = -1,
+    virtual int vi_Compare(const CT_String* pcco_Other, unsigned n_From = 0, unsigned n_Count = ALL,
                            unsigned n_Offset = 0) const;
-    virtual int vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count = -1,
+    virtual int vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count = ALL,
                            unsigned n_Offset = 0) const;
-    virtual int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
+    virtual int vi_Compare(const char* qccz_Other, unsigned n_Count = ALL,
                            unsigned n_Offset = 0) const;
     // The same with a u"..." literal.
-    int vi_Compare(const char16_t* qcuz_Other, unsigned n_Count = 0xFFFFFFFF,
+    int vi_Compare(const char16_t* qcuz_Other, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const
     {
         return vi_Compare(qcuz_Text(qcuz_Other), n_Count, n_Offset);
@@ -126,9 +126,9 @@ public:
     // An empty string with room for that length.
     void v_Set(unsigned n_Length, int b_Keep);
     void v_Set(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage);
-    void v_Set(const unsigned short* qcuz_Text, unsigned n_Count = -1);
+    void v_Set(const unsigned short* qcuz_Text, unsigned n_Count = ALL);
     // The same with a u"..." literal.
-    void v_Set(const char16_t* qcuz_New, unsigned n_Count = 0xFFFFFFFF)
+    void v_Set(const char16_t* qcuz_New, unsigned n_Count = ALL)
     {
         v_Set(qcuz_Text(qcuz_New), n_Count);
     }
@@ -138,22 +138,22 @@ public:
     void v_Set(const CT_Buffer* pcco_Buffer);
 
     // Overwrites from n_Offset on, and cuts the string behind what was written.
-    void v_Replace(const CT_String* pcco_Text, unsigned n_From = 0, unsigned n_Count = -1,
+    void v_Replace(const CT_String* pcco_Text, unsigned n_From = 0, unsigned n_Count = ALL,
                    unsigned n_Offset = 0);
-    void v_Replace(const char* qccz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
-    void v_Replace(const unsigned short* qcuz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
+    void v_Replace(const char* qccz_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
+    void v_Replace(const unsigned short* qcuz_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
 
     // In front of the character at n_Offset, or at the end of the text. Of a string no more is
     // taken than its text.
-    void v_Insert(const char* qccz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
-    void v_Insert(const unsigned short* qcuz_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
-    void v_Insert(const CT_String* pcco_Text, unsigned n_Count = -1, unsigned n_Offset = 0);
+    void v_Insert(const char* qccz_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
+    void v_Insert(const unsigned short* qcuz_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
+    void v_Insert(const CT_String* pcco_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
 
     void v_Append(char c_Append);
     void v_Append(unsigned short u_Append);
-    void v_Append(const char* qccz_Text, unsigned n_Count = -1);
-    void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = -1);
-    void v_Append(const CT_String* pcco_Text, unsigned n_Count = -1);
+    void v_Append(const char* qccz_Text, unsigned n_Count = ALL);
+    void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = ALL);
+    void v_Append(const CT_String* pcco_Text, unsigned n_Count = ALL);
 
     // ---- Buffer ---------------------------------------------------------------------------
 

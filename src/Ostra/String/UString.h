@@ -23,10 +23,10 @@ public:
     // page.
     CT_UString(unsigned n_Length);
     // Converts.
-    CT_UString(const char* qccz_Text, unsigned n_Count = -1, unsigned n_CodePage = 0);
-    CT_UString(const unsigned short* qcuz_Text, unsigned n_Count = -1);
+    CT_UString(const char* qccz_Text, unsigned n_Count = ALL, unsigned n_CodePage = 0);
+    CT_UString(const unsigned short* qcuz_Text, unsigned n_Count = ALL);
     // The same with a u"..." literal.
-    CT_UString(const char16_t* qcuz_New, unsigned n_Count = 0xFFFFFFFF)
+    CT_UString(const char16_t* qcuz_New, unsigned n_Count = ALL)
         : CT_UString(qcuz_Text(qcuz_New), n_Count)
     {}
     // Shares the buffer as it stands: it has to hold a terminated text.
@@ -69,9 +69,9 @@ public:
     // Kept: appends as many units as the text has bytes; where they convert to fewer, zero units
     // fill up.
     void v_Append(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage);
-    void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = -1);
+    void v_Append(const unsigned short* qcuz_Text, unsigned n_Count = ALL);
     // Kept: a CT_CString is converted by code page 0, whatever its own.
-    void v_Append(const CT_String* pcco_Text, unsigned n_Count = -1);
+    void v_Append(const CT_String* pcco_Text, unsigned n_Count = ALL);
 
     // ---- The interface of CT_String -----------------------------------------------------------
 
@@ -107,12 +107,12 @@ public:
     // Kept: strings that share the block are cut as well, without a change of their length.
     void vv_StripRight() override;
     void vv_StripLeft() override;
-    int vi_Compare(const CT_String* pcco_Other, unsigned n_From = 0, unsigned n_Count = -1,
+    int vi_Compare(const CT_String* pcco_Other, unsigned n_From = 0, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const override;
     // With a count, the difference of the first units that differ.
-    int vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count = -1,
+    int vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const override;
-    int vi_Compare(const char* qccz_Other, unsigned n_Count = -1,
+    int vi_Compare(const char* qccz_Other, unsigned n_Count = ALL,
                    unsigned n_Offset = 0) const override;
     using CT_String::vi_Compare;
     // Kept: up to the first character that goes, strings that share the block change as well.

@@ -5,8 +5,6 @@
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Type.h>
 
-#include <windows.h>
-
 #include <cstdarg>
 
 // A speaker with a list of listeners, themselves forums. It speaks to all of them in the order in

@@ -21,6 +21,8 @@ class CT_UString;
 class OSTRA_API CT_StringConvert
 {
 public:
+    static constexpr unsigned ALL = 0xFFFFFFFF; // a count: up to the terminator
+
     // ---- Raw text ---------------------------------------------------------------------------
 
     // Kept: a single byte that converts to a zero unit gives a question mark, an empty text with a
@@ -28,23 +30,23 @@ public:
     static int si_MultiToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count,
                               unsigned n_CodePage);
     static int si_MultiToWideANSI(unsigned short* pu_Out, const char* qccz_In,
-                                  unsigned n_Count = -1);
+                                  unsigned n_Count = ALL);
     // The default character stands for units that the code page doesn't have, and sets the flag;
     // both may be null.
     static int si_WideToMulti(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count,
                               unsigned n_CodePage, const char* qccz_Default, int* pb_Used);
     static int si_WideToMultiANSI(char* pc_Out, const unsigned short* qcuz_In,
-                                  unsigned n_Count = -1);
+                                  unsigned n_Count = ALL);
 
     // One character. A byte without a unit gives any; a unit that isn't one byte, a question mark.
     static unsigned short sus_MultiToWide(char c_In, unsigned n_CodePage);
     static char sc_WideToMulti(unsigned short u_In, unsigned n_CodePage);
 
-    static int si_UTF7ToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count = -1);
-    static int si_WideToUTF7(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count = -1);
+    static int si_UTF7ToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count = ALL);
+    static int si_WideToUTF7(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count = ALL);
     // Adds no terminator. Kept: goes on with a sequence that an earlier text left open.
-    static int si_UTF8ToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count = -1);
-    static int si_WideToUTF8(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count = -1);
+    static int si_UTF8ToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count = ALL);
+    static int si_WideToUTF8(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count = ALL);
 
     // ---- To a string ------------------------------------------------------------------------
 
@@ -52,21 +54,21 @@ public:
     // that came of them.
     static int si_MultiToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count,
                               unsigned n_CodePage);
-    static int si_MultiToWideANSI(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = -1);
+    static int si_MultiToWideANSI(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = ALL);
     // The code page of the target is neither asked nor changed. Kept: a count of -1 makes the
     // string one longer than its text.
     static int si_WideToMulti(CT_CString* pco_Out, const unsigned short* qcuz_In, unsigned n_Count,
                               unsigned n_CodePage, const char* qccz_Default, int* pb_Used);
     static int si_WideToMultiANSI(CT_CString* pco_Out, const unsigned short* qcuz_In,
-                                  unsigned n_Count = -1);
-    static int si_UTF7ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = -1);
+                                  unsigned n_Count = ALL);
+    static int si_UTF7ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = ALL);
     static int si_WideToUTF7(CT_CString* pco_Out, const unsigned short* qcuz_In,
-                             unsigned n_Count = -1);
+                             unsigned n_Count = ALL);
     // Kept: writes no terminator into a block that is large enough; vv_Update follows where that
     // counts.
-    static int si_UTF8ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = -1);
+    static int si_UTF8ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count = ALL);
     static int si_WideToUTF8(CT_CString* pco_Out, const unsigned short* qcuz_In,
-                             unsigned n_Count = -1);
+                             unsigned n_Count = ALL);
 
     // ---- From a string, with the terminator for code pages -----------------------------------
 

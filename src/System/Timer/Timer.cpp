@@ -3,6 +3,8 @@
 
 #include <Ostra/Frame/Report.h>
 
+#include <windows.h>
+
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "System/Timer/Timer";
@@ -20,6 +22,11 @@ void* CT_Timer::operator new(std::size_t n_Size) noexcept
 void CT_Timer::operator delete(void* pv_Object)
 {
     std::free(pv_Object);
+}
+
+void CT_Timer::v_Init()
+{
+    n_Ticks = GetTickCount();
 }
 
 unsigned CT_Timer::n_MillisecondsBetween(const CT_Timer* pcco_Other) const

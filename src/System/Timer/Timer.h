@@ -3,8 +3,6 @@
 
 #include <Ostra/Frame/Export.h>
 
-#include <windows.h>
-
 #include <cstddef>
 
 // One instant of the system's tick count, and its distance from another or from now.
@@ -47,7 +45,7 @@ public:
                  unsigned* pn_Hours, unsigned* pn_Days, const CT_Timer* pcco_Other) const;
 
 private:
-    void v_Init() { n_Ticks = GetTickCount(); }
+    void v_Init();
     void v_Init(const CT_Timer* pcco_Timer) { n_Ticks = pcco_Timer->n_Ticks; }
     void v_Exit() {}
 

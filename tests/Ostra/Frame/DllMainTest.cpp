@@ -2,6 +2,8 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 #include <Ostra/String/CString.h>
 
+#include <windows.h>
+
 #include "Support/Failure.h"
 
 #include <filesystem>

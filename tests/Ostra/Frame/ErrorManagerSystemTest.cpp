@@ -1,6 +1,8 @@
 // tests/Ostra/Frame/ErrorManagerSystemTest.cpp: errors of the system and of sockets.
 #include <Ostra/Frame/ErrorManager.h>
 
+#include <windows.h>
+
 #include "Support/Failure.h"
 #include "Support/Private.h"
 

@@ -2,6 +2,8 @@
 #include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/Frame/OstraDLLMain.h>
 
+#include <windows.h>
+
 #include "Support/Failure.h"
 #include "Support/Gate.h"
 #include "Support/TestStrings.h"

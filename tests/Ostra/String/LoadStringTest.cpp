@@ -3,6 +3,8 @@
 #include <Ostra/String/LoadString.h>
 #include <System/OS/OS.h>
 
+#include <windows.h>
+
 #include "Ostra/String/StringSupport.h"
 #include "Support/TestStrings.h"
 

@@ -1,6 +1,8 @@
 // tests/System/Timer/TimerTest.cpp
 #include <System/Timer/Timer.h>
 
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
 #include "Support/Directory.h"

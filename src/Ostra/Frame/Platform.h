@@ -1,0 +1,35 @@
+// Ostra/Frame/Platform.h: the types of the platform that the interface names.
+//
+// Who calls services includes <windows.h>, which declares the same types again. Its macros and
+// functions are no part of the library's interface, so public headers include this one only.
+#pragma once
+
+// The one place in the library that asks for the platform.
+#ifdef _WIN32
+
+using BOOL = int;
+using LONG = long;
+using DWORD = unsigned long;
+#ifdef _WIN64
+using INT_PTR = long long;
+using LONG_PTR = long long;
+#else
+using INT_PTR = int;
+using LONG_PTR = long;
+#endif
+using LPVOID = void*;
+using HANDLE = void*;
+struct HINSTANCE__;
+using HINSTANCE = HINSTANCE__*;
+
+#define OSTRA_ENTRY __stdcall // how the system calls a module's entry
+
+#else
+
+#include <winapi/Base/Types.h>
+
+#define OSTRA_ENTRY
+
+#endif
+
+struct _BY_HANDLE_FILE_INFORMATION;
