@@ -1,8 +1,6 @@
 // examples/cookbook/utf8.cpp: UTF-8 in and out: texts, arguments, names of files.
 #include <Ostra/Ostra.h>
 
-#include <windows.h>
-
 #include <cstdio>
 
 static void Print(const char* what, const CT_UString& text)
@@ -50,7 +48,6 @@ static void ReadPieces()
 // Ostra::utf8.
 static void NameFile(const char* argument)
 {
-    std::printf("ANSI code page: %u\n", GetACP());
     const CT_CString name(argument);
     CT_WinFile file(&name, 0);
     file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareRead, 1, 0);

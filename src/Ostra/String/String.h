@@ -93,8 +93,7 @@ public:
     virtual int vi_Compare(const char* qccz_Other, unsigned n_Count = ALL,
                            unsigned n_Offset = 0) const;
     // The same with a u"..." literal.
-    int vi_Compare(const char16_t* qcuz_Other, unsigned n_Count = ALL,
-                   unsigned n_Offset = 0) const
+    int vi_Compare(const char16_t* qcuz_Other, unsigned n_Count = ALL, unsigned n_Offset = 0) const
     {
         return vi_Compare(qcuz_Text(qcuz_Other), n_Count, n_Offset);
     }
