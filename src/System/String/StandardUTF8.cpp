@@ -279,7 +279,7 @@ struct st_Work
 template <class Way>
 bool st_Work<Way>::b_TakeUp()
 {
-    typename Way::In ac[Way::MOST_OPEN + 1];
+    typename Way::In ac[Way::MOST_OPEN + 1] = {};
     unsigned n = so_State.n_Open;
     std::copy_n(so_State.ac_Open, n, ac);
     ac[n++] = *pcc_In;
