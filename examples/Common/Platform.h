@@ -10,7 +10,8 @@ namespace common
 // The program's arguments as UTF-8, its own name not among them.
 std::vector<std::string> CommandLine(int count, char** words);
 
-// Makes the standard streams carry the bytes that they are given, as UTF-8.
+// Makes the standard streams carry the bytes that they are given, as UTF-8, and a limit of the size
+// of files a failure like others.
 void PrepareStreams();
 
 // True if the standard error stream is a terminal.

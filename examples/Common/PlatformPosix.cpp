@@ -3,6 +3,8 @@
 
 #include <unistd.h>
 
+#include <csignal>
+
 namespace common
 {
 std::vector<std::string> CommandLine(int count, char** words)
@@ -10,7 +12,12 @@ std::vector<std::string> CommandLine(int count, char** words)
     return {words + (count ? 1 : 0), words + count};
 }
 
-void PrepareStreams() {}
+// Where the system limits the size of files, writing fails then in place of the process's end: the
+// program says so, and takes away what it has begun.
+void PrepareStreams()
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+}
 
 bool IsErrorTerminal()
 {

@@ -5,6 +5,7 @@ FOLDER is made anew; PROGRAM are the paths of the six programs.
 """
 import os
 import pathlib
+import resource
 import shutil
 import signal
 import stat
@@ -72,6 +73,20 @@ class Programs(unittest.TestCase):
                 with open("/dev/full", "wb") as full:
                     answer = run(name, *arguments, stdout=full)
                 self.expect(answer, 1, name.encode() + b": cannot write the output\n")
+
+    def test_a_limit_of_the_size_of_files_is_told_and_leaves_the_old_lexicon(self):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (65536, 65536))
+
+        pathlib.Path("limited.rec").write_bytes(b"old")
+        answer = run("lexicon", "build", "words.tsv", "limited.rec", preexec_fn=limit)
+        self.assertEqual((answer.returncode, answer.stdout, answer.stderr.count(b"\n")), (1, b"", 1), answer.stderr)
+        self.assertTrue(answer.stderr.startswith(b"lexicon: cannot write limited.rec: "), answer.stderr)
+        self.assertEqual(pathlib.Path("limited.rec").read_bytes(), b"old")
+        self.assertFalse(pathlib.Path("limited.rec.new").exists())
+        with open("listed", "wb") as listed:
+            answer = run("lexicon", "list", "words.rec", stdout=listed, preexec_fn=limit)
+        self.expect(answer, 1, b"lexicon: cannot write the output\n")
 
     def test_who_stops_reading_ends_the_program_in_silence(self):
         for name in ("lexicon", "recdump"):
