@@ -30,7 +30,8 @@ if(TARGET ostra_host)
     # Nobody links it: the library beside it loads it.
     install(TARGETS ostra_host LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_SKIP)
 endif()
-set(OSTRA_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Ostra)
+# In its plain form: the package counts the folders up to its prefix, and a dot is none.
+cmake_path(SET OSTRA_PACKAGE_DIR NORMALIZE "${CMAKE_INSTALL_LIBDIR}/cmake/Ostra")
 install(EXPORT OstraTargets NAMESPACE Ostra:: DESTINATION ${OSTRA_PACKAGE_DIR} COMPONENT Development)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/OstraConfig.cmake.in
     ${PROJECT_BINARY_DIR}/OstraConfig.cmake INSTALL_DESTINATION ${OSTRA_PACKAGE_DIR})

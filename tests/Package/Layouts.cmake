@@ -23,3 +23,7 @@ install_layout(absolute "" -D CMAKE_INSTALL_PREFIX=${absolute}/prefix -D CMAKE_I
     -D CMAKE_INSTALL_INCLUDEDIR=${absolute}/headers)
 run_by_pkg_config(Outside ostra ${WORK}/absolute-program ${absolute}/libraries/pkgconfig)
 file(REMOVE_RECURSE ${absolute})
+# Libraries in the prefix itself, which is a dot to CMake: the package finds its way from there, too.
+install_layout(flat "" -D CMAKE_INSTALL_PREFIX=${WORK}/flat -D CMAKE_INSTALL_LIBDIR=.)
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/flat-program -G Ninja -D CMAKE_CXX_COMPILER=${COMPILER}
+    -D Ostra_DIR=${WORK}/flat/cmake/Ostra)
