@@ -63,6 +63,12 @@ file(REMOVE_RECURSE ${WORK})
 build_and_install(shared)
 build_and_install(static -D BUILD_SHARED_LIBS=OFF)
 forbid(libostra.so* ${WORK}/static)
+# A symbol that is unique in the process would keep there for ever a module that is made with the static library.
+file(GLOB_RECURSE archive ${WORK}/static/*/libostra.a)
+run(nm ${archive})
+if(NOT output MATCHES "CT_File" OR output MATCHES " u _Z[^\n]*")
+    message(FATAL_ERROR "the static library has a unique symbol: ${CMAKE_MATCH_0}")
+endif()
 
 # A package of what programs need to run, and one of what they need to be built.
 foreach(component Runtime Development)
