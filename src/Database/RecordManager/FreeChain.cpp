@@ -18,10 +18,25 @@ constexpr unsigned NONE = 0xFFFFFFFF;
 constexpr unsigned LIMIT = 0x7FFFFFFF;
 constexpr unsigned WORDS = 8; // bytes of a block's size and link
 
+// The numbers of a level come in groups of that many, and the level above has one for each group.
+// n_Fits looks at one group.
+constexpr unsigned GROUP = 16;
+
+constexpr std::size_t n_GroupsOf(std::size_t n_Numbers)
+{
+    return (n_Numbers + GROUP - 1) / GROUP;
+}
+
+// Room for a level: its last group is whole, filled up with zeros.
+constexpr std::size_t n_WholeGroups(std::size_t n_Numbers)
+{
+    return n_GroupsOf(n_Numbers) * GROUP;
+}
+
 unsigned n_Largest(const unsigned* pcn_Group)
 {
     int i_Largest = 0;
-    for (unsigned n_At = 0; n_At < 16; ++n_At)
+    for (unsigned n_At = 0; n_At < GROUP; ++n_At)
         i_Largest = std::max(i_Largest, static_cast<int>(pcn_Group[n_At]));
     return static_cast<unsigned>(i_Largest);
 }
@@ -76,10 +91,10 @@ int CT_FreeChain::b_Grow(unsigned n_NewRoom)
 {
     std::size_t n_Numbers = n_NewRoom;
     unsigned n_NewLevels = 0;
-    for (std::size_t n_Level = n_NewRoom;; n_Level = (n_Level + GROUP - 1) / GROUP) {
-        n_Numbers += (n_Level + GROUP - 1) / GROUP * GROUP;
+    for (std::size_t n_Length = n_NewRoom;; n_Length = n_GroupsOf(n_Length)) {
+        n_Numbers += n_WholeGroups(n_Length);
         ++n_NewLevels;
-        if (n_Level <= GROUP)
+        if (n_Length <= GROUP)
             break;
     }
     unsigned* pn_New = static_cast<unsigned*>(std::calloc(n_Numbers, sizeof(unsigned)));
@@ -92,11 +107,11 @@ int CT_FreeChain::b_Grow(unsigned n_NewRoom)
     std::free(pn_Blocks);
     pn_Blocks = pn_New;
     pn_New += n_NewRoom;
-    std::size_t n_Level = n_NewRoom;
-    for (unsigned n_At = 0; n_At < n_NewLevels; ++n_At) {
-        apn_Sizes[n_At] = pn_New;
-        pn_New += (n_Level + GROUP - 1) / GROUP * GROUP;
-        n_Level = (n_Level + GROUP - 1) / GROUP;
+    std::size_t n_Length = n_NewRoom;
+    for (unsigned n_Level = 0; n_Level < n_NewLevels; ++n_Level) {
+        apn_Sizes[n_Level] = pn_New;
+        pn_New += n_WholeGroups(n_Length);
+        n_Length = n_GroupsOf(n_Length);
     }
     n_Room = n_NewRoom;
     n_Levels = n_NewLevels;
@@ -120,18 +135,19 @@ void CT_FreeChain::v_Compact()
     v_Summarize();
 }
 
-// The levels above the sizes.
+// Makes the levels above the sizes: each number there is the largest of its group below.
 void CT_FreeChain::v_Summarize()
 {
-    unsigned n_Size = n_Room;
+    std::size_t n_Length = n_Room;
     for (unsigned n_Level = 1; n_Level < n_Levels; ++n_Level) {
         const unsigned* pcn_Below = apn_Sizes[n_Level - 1];
-        n_Size = (n_Size + GROUP - 1) / GROUP;
-        for (unsigned n_At = 0; n_At < n_Size; ++n_At)
+        n_Length = n_GroupsOf(n_Length);
+        for (std::size_t n_At = 0; n_At < n_Length; ++n_At)
             apn_Sizes[n_Level][n_At] = n_Largest(pcn_Below + n_At * GROUP);
     }
 }
 
+// Sets a size and what the levels above tell of it, up to the first that it doesn't change.
 void CT_FreeChain::v_SetSize(unsigned n_Position, unsigned n_Size)
 {
     unsigned n_Old = apn_Sizes[0][n_Position];
@@ -243,7 +259,7 @@ void CT_FreeChain::v_PopHead()
 // ---- Searching --------------------------------------------------------------------------------
 
 // The nearest position in front of this one with that size or more; NONE for none. First up to
-// where one of the 16 has it, then down to the last that has it.
+// where one of the group has it, then down to the last that has it.
 unsigned CT_FreeChain::n_FindOlder(unsigned n_Position, unsigned n_Need) const
 {
     for (unsigned n_Level = 0; n_Level < n_Levels; ++n_Level) {

@@ -67,7 +67,6 @@ public:
     int b_IsHit(unsigned n_Offset, unsigned n_Size) const;
 
 private:
-    static constexpr unsigned GROUP = 16;
     static constexpr unsigned LEVELS = 8;
 
     unsigned n_BlockOf(unsigned n_Offset) const

@@ -41,6 +41,7 @@ public:
 
     // ---- Construction -----------------------------------------------------------------------
 
+    // Closed: nothing is opened or read before v_Create or v_Open.
     explicit CT_RecordManager(const CT_WinFile* pcco_File);
     CT_RecordManager(const CT_RecordManager&) = delete;
     CT_RecordManager& operator=(const CT_RecordManager&) = delete;
@@ -103,7 +104,9 @@ public:
 
     // ---- Resources --------------------------------------------------------------------------
 
+    // Stores the buffer's used bytes, none among them, under a number that is free.
     void v_AddResource(unsigned n_ID, const CT_Buffer* pcco_Data);
+    // Replaces the bytes of a resource that is there.
     void v_UpdateResource(unsigned n_ID, const CT_Buffer* pcco_Data);
     // The buffer stays as it is if there is no such resource, or none that can be.
     void v_GetResource(unsigned n_ID, CT_Buffer* pco_Buffer);

@@ -80,8 +80,9 @@ unsigned CT_RecordManager::n_TakeFreeBlock(unsigned n_Slot, unsigned n_Need)
     return so_Block.n_Offset;
 }
 
-// The last entry fills the slot. A chain head that moves becomes an ordinary entry, and the block
-// behind it the head.
+// Takes the entry out of the table. The last one fills its slot, so that the table has no gaps. A
+// chain head that moves there becomes an ordinary entry, and the block behind it the head in a new
+// last slot. A head itself is never taken, so without a move there was no chain.
 void CT_RecordManager::v_CloseFreeSlot(unsigned n_Slot)
 {
     const unsigned n_Last = co_FreeBlocks.n_GetCount();
@@ -90,9 +91,9 @@ void CT_RecordManager::v_CloseFreeSlot(unsigned n_Slot)
     co_FreeBlocks.v_GetAt(&so_Last, static_cast<int>(n_Last));
     co_FreeBlocks.v_RemoveAt(n_Last);
     unsigned n_Next = 0;
-    if (n_Slot == n_Last)
+    if (n_Slot == n_Last) {
         v_DropChain();
-    if (n_Slot != n_Last) {
+    } else {
         if (b_Chain) {
             so_Last.n_Length = n_AlignBlockSize(n_Read(so_Last.n_Offset));
             n_Next = n_Read(so_Last.n_Offset + LINK);

@@ -118,10 +118,13 @@ public:
     // Shares, like v_Set.
     void v_Replace(const CT_Buffer* pcco_Buffer);
 
+    // Insert, growing as needed; an offset behind the used end counts as that end. Of another
+    // buffer -1 goes to its used end; a count of bytes is taken as it is.
     void v_Insert(unsigned char c_Byte, unsigned n_Count, unsigned n_Offset);
     void v_Insert(const void* qcv_Data, unsigned n_Count, unsigned n_Offset);
     void v_Insert(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,
                   unsigned n_Offset);
+    // Insert at the used end.
     void v_Append(unsigned char c_Byte);
     void v_Append(const void* qcv_Data, unsigned n_Count);
     void v_Append(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count);

@@ -80,6 +80,7 @@ public:
     CT_CompList(const CT_CompList&) = delete;
     CT_CompList& operator=(const CT_CompList&) = delete;
 
+    // Like the constructors. A new list that finds no memory leaves this one as it was.
     void v_Set(et_ElementSize ec_ElementSize, unsigned n_HandleSize, int b_EmptyStringSupport,
                int b_LongOffsetSupport, unsigned n_Growth, unsigned n_CodePage);
     void v_Set(const CT_CompList* pcco_List);
@@ -93,6 +94,7 @@ public:
 
     unsigned n_GetElementSize() const { return pso_Header->n1_ElementSize; }
     unsigned n_GetHandleSize() const { return pso_Header->n1_HandleSize; }
+    // The bytes of the block that the list takes.
     unsigned n_GetEnd() const { return pso_Header->n_End; }
     unsigned n_GetNrOfEntries() const { return pso_Header->n_NrOfEntries; }
     unsigned n_GetCodePage() const { return pso_Header->n_CodePage; }

@@ -311,12 +311,15 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_LinkAlternatives(st_Reader* pso_Rea
     return lr_Done;
 }
 
-// A jump offset has to lead to the first key with its letter.
+// Takes over the header's jump offsets, one a letter from a to z, 0 for none. A list that is sound
+// keeps this of each: the branch that it names begins with its letter, and is one of those that
+// keys begin with (the first branch and the alternatives behind it), the first there with that
+// letter. Any other would lead a search into the midst of keys: such a block is foreign.
 template <class T>
 CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_TakeJumps(const st_Reader* pcso_Reader,
                                                        const st_CompListHeader* pcso_Header)
 {
-    unsigned an_Wanted[26];
+    unsigned an_Wanted[26]; // the offsets that weren't found to be so
     std::memcpy(an_Wanted, pcso_Header->an4_JumpOffset, sizeof an_Wanted);
     const CT_AlternativeIndex& co_Branches = *pcso_Reader->pco_Branches;
     for (unsigned n_At = 0; n_At < co_Branches.n_GetCount(); n_At++) {
@@ -325,6 +328,7 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_TakeJumps(const st_Reader* pcso_Rea
         if (n_Letter < 26 && an_Wanted[n_Letter] == co_Branches.n_GetTarget(n_At))
             an_Jump[n_Letter] = n_Node + 1;
     }
+    // The branches that keys begin with, in the order of the search.
     for (unsigned n_Node = 0, n_Seen = 0; n_Node < n_Nodes;) {
         const unsigned n_Letter = pso_Nodes[n_Node].n_First - 'a';
         if (n_Letter < 26 && !(n_Seen >> n_Letter & 1)) {

@@ -51,6 +51,7 @@ public:
 
     // ---- Access ---------------------------------------------------------------------------
 
+    // The keys that have a number.
     unsigned n_GetNrOfEntries();
 
     // The key's number; 0xFFFFFFFF for none.

@@ -41,6 +41,7 @@ public:
     // ---- Access ---------------------------------------------------------------------------
 
     unsigned n_GetSize() const { return n_Bits; }
+    // 1 or 0; 0 behind the last word.
     int b_GetBit(unsigned n_Bit) const;
     const CT_Buffer* pcco_GetBuffer() const { return &co_Buffer; }
 
@@ -60,6 +61,7 @@ public:
 
     // ---- Change: one bit ------------------------------------------------------------------
 
+    // Behind the last word nothing is stored.
     void v_SetBit(unsigned n_Bit, int b_Value);
     void v_Toggle(unsigned n_Bit);
     // Or sets the bit, and clears it, xor flips it: with the other value it stays.
@@ -79,6 +81,7 @@ public:
     void v_Complement();
     void v_Toggle() { v_Complement(); }
 
+    // Words that the other set doesn't have count as 0.
     void v_Or(const CT_BitSet* pcco_Set);
     void v_And(const CT_BitSet* pcco_Set);
     void v_Xor(const CT_BitSet* pcco_Set);

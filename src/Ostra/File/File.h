@@ -48,6 +48,28 @@ public:
         e_OriginCurrent = 1,
         e_OriginEnd = 2
     };
+    // Attributes of a file that an open makes, in any combination.
+    enum et_Attribute : unsigned
+    {
+        e_AttributeNormal = 1,
+        e_AttributeArchive = 2,
+        e_AttributeCompressed = 4,
+        e_AttributeHidden = 8,
+        e_AttributeReadOnly = 16,
+        e_AttributeSystem = 32,
+        e_AttributeDirectory = 64,
+        e_AttributeTemporary = 128
+    };
+    // How an open file is worked with, in any combination.
+    enum et_Flag : unsigned
+    {
+        e_FlagWriteThrough = 1,
+        e_FlagOverlapped = 2,
+        e_FlagNoBuffering = 4,
+        e_FlagRandomAccess = 8,
+        e_FlagSequentialScan = 16,
+        e_FlagDeleteOnClose = 32
+    };
     // Direction of the last transfer.
     enum et_FileAccess : int
     {
@@ -58,6 +80,7 @@ public:
 
     // ---- Construction ----------------------------------------------------------------------
 
+    // Without a name, for vv_Set.
     CT_File();
     // n_BufferSize is rounded up to a multiple of 1,024.
     CT_File(const CT_String* pco_Name, unsigned n_BufferSize);
@@ -74,22 +97,26 @@ public:
     virtual void vv_Set(const CT_String* pco_Name, unsigned n_BufferSize);
     virtual void vv_Set();
 
-    // n_Attribut: 1 normal, 2 archive, 4 compressed, 8 hidden, 16 read-only, 32 system, 64
-    // directory, 128 temporary.
-    // n_Flag: 1 write through, 2 overlapped, 4 no buffering, 8 random access, 16 sequential scan,
-    // 32 delete on close.
+    // Opens the file of the full name. n_Attribut takes et_Attribute, n_Flag et_Flag. The offset is
+    // 0, or the end of the file for e_OpenAppend. A failure leaves a closed object closed.
     virtual void vv_Open(et_Access ec_Access, et_Open ec_Open, et_Share ec_Share,
                          unsigned n_Attribut, unsigned n_Flag) = 0;
     virtual void vv_Close() = 0;
+    // Hands what was written to the disk.
     virtual void vv_Flush() = 0;
+    // Delete or rename the file of the full name; on success the object has the new name.
     virtual void vv_Remove() = 0;
     virtual void vv_Rename(const CT_String* pco_NewName) = 0;
-    // Bytes read or written; 0 on failure.
+    // Transfer at the offset, and move it behind what was transferred. Bytes read, fewer at the end
+    // of the file, or written; 0 on failure.
     virtual unsigned vn_Read(void* pv_Data, unsigned n_Size) = 0;
     virtual unsigned vn_Write(const void* pv_Data, unsigned n_Size) = 0;
+    // The size of the file; 0 on failure.
     virtual unsigned vn_GetSize() const = 0;
     virtual unsigned vn_GetOffset() const = 0;
+    // Moves the offset, also behind the end.
     virtual void vv_SetOffset(et_Origin ec_Origin, int i_Offset) = 0;
+    // True at the end of the file or behind it.
     virtual int vb_IsEof() const = 0;
 
     // ---- Names: the full name and its parts always agree -----------------------------------
@@ -100,14 +127,17 @@ public:
     const CT_UString* pcco_GetName() const { return &co_Name; }
     const CT_UString* pcco_GetExtension() const { return &co_Extension; }
 
+    // Copy the text; the other parts follow. An open file stays the one that was opened.
     void v_SetFullName(const CT_String* pco_FullName);
     void v_SetDrive(const CT_String* pco_Drive);
     void v_SetDirectory(const CT_String* pco_Directory);
     void v_SetName(const CT_String* pco_Name);
     void v_SetExtension(const CT_String* pco_Extension);
 
-    // Makes the name absolute.
+    // Makes the name absolute; 60012 for one that the system refuses or whose result has 260
+    // characters or more, which stays as it was.
     void v_FullPath();
+    // Whether a file or directory of the full name is there.
     int b_IsExistent() const;
 
     // ---- State: the arguments of the last successful open ----------------------------------

@@ -14,7 +14,6 @@ static constexpr auto& qccz_Source = qccz_WinFileSource;
 namespace
 {
 constexpr unsigned RENAMED_BUFFER_SIZE = 16384;
-constexpr unsigned FLAG_DELETE_ON_CLOSE = 32;
 
 // Kept: the disposition of the second attempt of an append has no name. Windows doesn't know it and
 // refuses it as such; elsewhere it is an attempt like the first one and tells what is in the way.
@@ -27,13 +26,22 @@ struct st_Bit
 };
 
 constexpr st_Bit aso_Attributes[] = {
-    {1, FILE_ATTRIBUTE_NORMAL},     {2, FILE_ATTRIBUTE_ARCHIVE},     {4, FILE_ATTRIBUTE_COMPRESSED},
-    {8, FILE_ATTRIBUTE_HIDDEN},     {16, FILE_ATTRIBUTE_READONLY},   {32, FILE_ATTRIBUTE_SYSTEM},
-    {64, FILE_ATTRIBUTE_DIRECTORY}, {128, FILE_ATTRIBUTE_TEMPORARY},
+    {CT_File::e_AttributeNormal, FILE_ATTRIBUTE_NORMAL},
+    {CT_File::e_AttributeArchive, FILE_ATTRIBUTE_ARCHIVE},
+    {CT_File::e_AttributeCompressed, FILE_ATTRIBUTE_COMPRESSED},
+    {CT_File::e_AttributeHidden, FILE_ATTRIBUTE_HIDDEN},
+    {CT_File::e_AttributeReadOnly, FILE_ATTRIBUTE_READONLY},
+    {CT_File::e_AttributeSystem, FILE_ATTRIBUTE_SYSTEM},
+    {CT_File::e_AttributeDirectory, FILE_ATTRIBUTE_DIRECTORY},
+    {CT_File::e_AttributeTemporary, FILE_ATTRIBUTE_TEMPORARY},
 };
 constexpr st_Bit aso_Flags[] = {
-    {1, FILE_FLAG_WRITE_THROUGH}, {2, FILE_FLAG_OVERLAPPED},       {4, FILE_FLAG_NO_BUFFERING},
-    {8, FILE_FLAG_RANDOM_ACCESS}, {16, FILE_FLAG_SEQUENTIAL_SCAN}, {32, FILE_FLAG_DELETE_ON_CLOSE},
+    {CT_File::e_FlagWriteThrough, FILE_FLAG_WRITE_THROUGH},
+    {CT_File::e_FlagOverlapped, FILE_FLAG_OVERLAPPED},
+    {CT_File::e_FlagNoBuffering, FILE_FLAG_NO_BUFFERING},
+    {CT_File::e_FlagRandomAccess, FILE_FLAG_RANDOM_ACCESS},
+    {CT_File::e_FlagSequentialScan, FILE_FLAG_SEQUENTIAL_SCAN},
+    {CT_File::e_FlagDeleteOnClose, FILE_FLAG_DELETE_ON_CLOSE},
 };
 
 template <unsigned n_Bits>
@@ -247,7 +255,7 @@ int CT_WinFile::b_Move(const CT_String* pcco_NewName) const
 int CT_WinFile::b_StandsInTheWay() const
 {
     return b_Open && GetLastError() == ERROR_SHARING_VIOLATION &&
-           !(n_OpenFlag & FLAG_DELETE_ON_CLOSE);
+           !(n_OpenFlag & e_FlagDeleteOnClose);
 }
 
 // Renames the file without the handle, if that may help. If it fails the object is open as it was.

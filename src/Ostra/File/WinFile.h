@@ -23,6 +23,7 @@ class OSTRA_API CT_WinFile : public CT_File
 public:
     // ---- Construction ----------------------------------------------------------------------
 
+    // As those of CT_File; nothing is opened.
     CT_WinFile();
     CT_WinFile(const CT_String* pco_Name, unsigned n_BufferSize);
     CT_WinFile(const CT_WinFile* pco_File);
@@ -62,6 +63,7 @@ public:
 
     // The system's pointer stands where the offset was set last.
     HANDLE h_GetHandle() const;
+    // Whether a view is there, and its first byte; null for none.
     int b_GetMapping() const { return pv_Map != 0; }
     void* pv_GetMapping() const;
 
@@ -70,6 +72,7 @@ public:
     // writer's file is cut to n_Size bytes, or keeps the size of the map if that is 0. Where it
     // isn't cut the offset stays, and the system's pointer is moved there.
     void v_SetMapping(int b_Map, unsigned n_Size);
+    // Hands what was written to the view to the file.
     void v_FlushMap();
 
     // ---- Services of the system ------------------------------------------------------------
@@ -81,11 +84,15 @@ public:
     unsigned n_GetAttributes();
     // Copies the file; another file of that name is replaced.
     void v_CopyFile(const CT_String* pco_Target) const;
+    // What the system tells of the open file.
     void v_GetFileInfo(_BY_HANDLE_FILE_INFORMATION* pso_Info);
+    // Locks a range of the open file against other handles, or lets it go; a range that is taken is
+    // an error at once.
     void v_LockFile(unsigned n_From, unsigned n_Length);
     void v_UnlockFile(unsigned n_From, unsigned n_Length);
     // Cuts or extends the file to where the system's file pointer stands.
     void v_SetEndOfFile();
+    // Asks for that many handles; systems of today don't limit them.
     static void sv_SetHandleCount(unsigned n_Count);
 
 private:
@@ -184,12 +191,12 @@ private:
     void* pv_Map;      // the view from offset 0, null for none
     unsigned n_MapSize;
 
-    // In mapped mode transfers don't ask the system, and neither do seeks: its pointer is moved
-    // when it comes to count. That is so until the handle is handed out.
-    mutable unsigned n_ReadEnd;  // up to where the view is read without a look at anything else, 0
-    mutable unsigned n_WriteEnd; // for not at all; the same for writing
+    // In mapped mode transfers and seeks don't ask the system. Its pointer is moved later, when
+    // somebody can see it. That is so until the handle is handed out.
+    mutable unsigned n_ReadEnd;  // reads up to there take the view alone; 0: none do
+    mutable unsigned n_WriteEnd; // writes up to there take the view alone; 0: none do
     mutable unsigned n_Pointer;  // where the system's pointer belongs, if it is late
-    mutable int b_PointerLate;
-    mutable int b_HandleKnown; // handed out since the file was opened
-    mutable int b_ViewKnown;   // handed out since it was made
+    mutable int b_PointerLate;   // the system's pointer stands elsewhere
+    mutable int b_HandleKnown;   // handed out since the file was opened
+    mutable int b_ViewKnown;     // handed out since it was made
 };

@@ -94,7 +94,10 @@ public:
 
     // ---- Access: the thread's set error, else its held one ----------------------------------
 
+    // 0, or an empty text, for a thread without an error and for a position that isn't there. The
+    // message is the record's own, and goes with the error.
     unsigned n_GetErrorCode() const;
+    // The number of the format in its string table; 0 for a format that came as text.
     unsigned n_GetFormatID() const;
     const unsigned short* qcuz_GetErrorMessage() const;
     unsigned n_GetLocationCount() const;

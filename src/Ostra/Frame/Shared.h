@@ -18,6 +18,7 @@ public:
     CT_Shared(const CT_Shared& co_Other) = default;
     CT_Shared& operator=(const CT_Shared& co_Other) = default;
 
+    // Counts one more owner, who has to give the reference back.
     void v_TakeReference();
     // Deletes the object when the count becomes 0. A count of 0 becomes 0xFFFFFFFF and nothing is
     // deleted.

@@ -37,6 +37,7 @@ public:
 
     // ---- Access -----------------------------------------------------------------------------
 
+    // The pointers that the constructor was given.
     const char* qccz_GetName() const;
     const void* pcv_GetObject() const;
     // Entries of the table; runs down to 0 while the specimen is destructed.

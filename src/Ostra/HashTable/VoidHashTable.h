@@ -65,6 +65,7 @@ public:
 
     // ---- Access ---------------------------------------------------------------------------
 
+    // The number of buckets; 0 if there was no memory for them.
     unsigned n_GetTableSize() const
     {
         return co_Buckets.pcco_GetBuffer()->n_GetUsedSize() / unsigned{sizeof(st_HashItem*)};

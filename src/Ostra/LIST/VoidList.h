@@ -22,6 +22,7 @@ public:
 
     // ---- Construction ---------------------------------------------------------------------
 
+    // Empty, for items of n_Item bytes.
     explicit CT_VoidList(unsigned n_Item);
     // Takes the item size and copies all items.
     explicit CT_VoidList(const CT_VoidList* pcco_List);

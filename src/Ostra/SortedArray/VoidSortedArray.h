@@ -25,6 +25,7 @@ class OSTRA_API CT_VoidSortedArray
 public:
     // ---- Construction ---------------------------------------------------------------------
 
+    // Empty, for items of n_Item bytes, with room for n_Size of them.
     CT_VoidSortedArray(unsigned n_Item, int (*pf_Order)(const void*, const void*),
                        unsigned n_Growth, unsigned n_Size);
     // Shares the other's block as it stands, and takes its compare function.
@@ -54,6 +55,7 @@ public:
     int (*pf_GetCompare() const)(const void*, const void*) { return pf_Compare; }
     const CT_VoidArray* pcco_GetArray() const { return &co_Array; }
 
+    // Copies an item out. An index outside the block's room copies nothing.
     void v_GetAt(void* pv_Item, unsigned n_Index) const;
     // Removes item n_Index and inserts the new one, which may land anywhere.
     void v_SetAt(const void* pcv_Item, unsigned n_Index);
@@ -79,6 +81,7 @@ public:
 
     // ---- Storage --------------------------------------------------------------------------
 
+    // Sets the room; items that no longer fit are dropped.
     void v_SetSize(unsigned n_Items);
     void v_SetGrowth(unsigned n_Items);
 

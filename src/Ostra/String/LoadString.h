@@ -21,6 +21,7 @@ class CT_String;
 class OSTRA_API CT_LoadString
 {
 public:
+    // Sets the string, or the area, to the text.
     static void sv_LoadString(CT_String* pco_Out, HINSTANCE h_Instance, unsigned n_ID);
     static void sv_LoadString(unsigned short* pu_Out, unsigned n_Length, HINSTANCE h_Instance,
                               unsigned n_ID);

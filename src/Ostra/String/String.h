@@ -103,9 +103,12 @@ public:
 
     // ---- Length ---------------------------------------------------------------------------
 
+    // Makes the text that long. What is new holds what stood in the block; 0 gives the room back.
     virtual void vv_SetLength(unsigned n_Length);
+    // Characters without the terminator: those of the text, and those that the block has room for.
     virtual unsigned vn_GetLength() const;
     virtual unsigned vn_GetMaximumLength() const;
+    // In characters.
     virtual void vv_SetGrowth(unsigned n_Growth);
     virtual unsigned vn_GetGrowth() const;
 
@@ -148,6 +151,8 @@ public:
     void v_Insert(const unsigned short* qcuz_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
     void v_Insert(const CT_String* pcco_Text, unsigned n_Count = ALL, unsigned n_Offset = 0);
 
+    // Behind the text. Text of the other width is converted by the code page of a CT_CString, and
+    // by page 0 for a CT_UString.
     void v_Append(char c_Append);
     void v_Append(unsigned short u_Append);
     void v_Append(const char* qccz_Text, unsigned n_Count = ALL);
@@ -173,6 +178,7 @@ protected:
     CT_String(const CT_String& co_Other) { co_Buffer = co_Other.co_Buffer; }
     CT_String& operator=(const CT_String& co_Other) = default;
 
+    // The work of v_Set, v_Replace, v_Insert and v_Append, in the encoding of the class.
     virtual void vv_Init(const CT_Buffer* pcco_Buffer);
     virtual void vv_Init(const unsigned short* qcuz_Text, unsigned n_Count);
     virtual void vv_Init(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage);

@@ -1,4 +1,13 @@
 // Ostra/String/TextBuffer.cpp
+//
+// A string is in one of two states. Without a block, used size and room are 0, and it reads as an
+// empty text. With a block the used size counts the terminator: that of an empty text is one
+// character. What changes the length changes the used size with it, by sv_End or by the buffer's
+// own insertion and removal. Only sv_Fill and sv_CutInPlace may put a terminator into the text and
+// leave the used size.
+//
+// What writes takes a block of the string's own before, by sb_SetSize or b_Own, and does nothing if
+// it has none afterwards. Where a shared block is written all the same, it says "Kept".
 #include <Ostra/String/TextBuffer.h>
 
 #include <Ostra/Frame/Report.h>

@@ -172,6 +172,7 @@ public:
 
     // ---- Words, category, block --------------------------------------------------------------
 
+    // The words of the class comment, then one question each with an enumerator as its answer.
     static unsigned short sn2_GetCharacterInformation(unsigned short u_Char);
     static unsigned short sn2_GetLayoutInformation(unsigned short u_Char);
     static unsigned short sn2_GetTextProcessingInformation(unsigned short u_Char);
@@ -231,6 +232,7 @@ public:
     static int sb_IsTPLexical(unsigned short u_Char);
     static int sb_IsTPAlpha(unsigned short u_Char);
 
+    // Whether the layout word is the number of that name; without directionality, LayoutNone.
     static int sb_LayoutNoDirectionality(unsigned short u_Char);
     static int sb_LayoutLeftToRight(unsigned short u_Char);
     static int sb_LayoutRightToLeft(unsigned short u_Char);
@@ -252,6 +254,7 @@ public:
 
     // ---- By sets of characters ---------------------------------------------------------------
 
+    // All characters of the repertoire that serve as the one named, whatever their script.
     static int sb_IsApostrophe(unsigned short u_Char);
     static int sb_IsColon(unsigned short u_Char);
     static int sb_IsComma(unsigned short u_Char);

@@ -20,11 +20,13 @@ public:
     explicit CT_BiWordListIteratorOstra(const CT_BiLingualWordListOstra* pcco_List);
     explicit CT_BiWordListIteratorOstra(const CT_BiWordListIteratorOstra* pcco_Iterator);
 
+    // Like the constructors.
     void v_Set(const CT_BiLingualWordListOstra* pcco_NewList);
     void v_Set(const CT_BiWordListIteratorOstra* pcco_Iterator);
 
     // ---- Access ---------------------------------------------------------------------------
 
+    // In front of the first pair, where there is no text.
     int b_AtHome() const { return n_Number == 0; }
     // On the last pair; on an empty list at home, too.
     int b_AtEnd() const { return n_Number == n_GetCount(); }

@@ -22,6 +22,7 @@ public:
         OS_WINDOWSNT = 4
     };
 
+    // The family; none of the enumerators, 0, before the answers are there.
     static et_OS seo_GetVersion();
     // True where the system's wide calls are to be used.
     static int sb_GetIsWindowsNT();

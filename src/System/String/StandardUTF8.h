@@ -72,6 +72,7 @@ public:
         unsigned short ac_Open[1] = {};
     };
 
+    // The end of a text that was left open is ill-formed: it is refused, or gives one U+FFFD.
     static int sb_PieceToWide(CT_UString* pco_Out, st_ToWide* pso_State, const char* pcc_In,
                               unsigned n_Count = 0xFFFFFFFF, et_IllFormed ec_IllFormed = e_Refuse);
     static int sb_EndToWide(CT_UString* pco_Out, st_ToWide* pso_State,

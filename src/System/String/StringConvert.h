@@ -42,6 +42,7 @@ public:
     static unsigned short sus_MultiToWide(char c_In, unsigned n_CodePage);
     static char sc_WideToMulti(unsigned short u_In, unsigned n_CodePage);
 
+    // Each begins anew, and terminates the text.
     static int si_UTF7ToWide(unsigned short* pu_Out, const char* qccz_In, unsigned n_Count = ALL);
     static int si_WideToUTF7(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count = ALL);
     // Adds no terminator. Kept: goes on with a sequence that an earlier text left open.
@@ -72,6 +73,7 @@ public:
 
     // ---- From a string, with the terminator for code pages -----------------------------------
 
+    // The whole text, by the page given and not by the string's own.
     static int si_MultiToWide(unsigned short* pu_Out, const CT_CString* pcco_In,
                               unsigned n_CodePage);
     static int si_MultiToWideANSI(unsigned short* pu_Out, const CT_CString* pcco_In);
@@ -85,6 +87,7 @@ public:
 
     // ---- From string to string, without the terminator ----------------------------------------
 
+    // The same; what is said above of terminators and lengths of string targets holds.
     static int si_MultiToWide(CT_UString* pco_Out, const CT_CString* pcco_In, unsigned n_CodePage);
     static int si_MultiToWideANSI(CT_UString* pco_Out, const CT_CString* pcco_In);
     static int si_WideToMulti(CT_CString* pco_Out, const CT_UString* pcco_In, unsigned n_CodePage,

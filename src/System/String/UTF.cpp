@@ -76,6 +76,8 @@ CT_UTF::st_UTF7Encoder CT_UTF::sso_Encoder;
 CT_UTF::st_UTF7Decoder CT_UTF::sso_Decoder;
 CT_UTF::st_UTF8Decoder CT_UTF::sso_Sequence;
 
+// Keeps the bits that a call leaves open in its coder's own state; the three static numbers get a
+// copy. Each call works on a copy of the state, so that the compiler holds it in registers.
 void CT_UTF::sv_Save(st_Bits& so_Saved, const st_Bits& so_Bits)
 {
     so_Saved = so_Bits;
@@ -450,13 +452,14 @@ void CT_UTF::sv_UTF8ToWideInit()
     sso_Sequence = {};
 }
 
-// The value that a last byte of that number makes.
+// The value of a sequence of four bytes with that one as its last.
 static unsigned n_ValueWith(unsigned n4_Value, unsigned n_Last)
 {
     return n4_Value + n_Last - OFFSETS[3];
 }
 
-// Of a pair whose last byte is still to come: all that continue a sequence give the same one.
+// Writes the first unit of a pair whose last byte is still to come. That byte has six bits, and the
+// first unit doesn't hold any of them: 0x80 stands for it.
 unsigned short* CT_UTF::st_UTF8Decoder::pu_First(unsigned short* pu) const
 {
     const unsigned n_Value = n_ValueWith(n4_Value, 0x80);
@@ -465,7 +468,8 @@ unsigned short* CT_UTF::st_UTF8Decoder::pu_First(unsigned short* pu) const
     return pu;
 }
 
-// No second unit fits where the last byte makes the value another pair's, or no pair's.
+// Writes the second unit of a pair whose first was written before its last byte was known. A byte
+// that continues no sequence may make the value another pair's, or no pair's: then U+FFFD.
 unsigned short* CT_UTF::st_UTF8Decoder::pu_Second(unsigned short* pu, unsigned n_Last) const
 {
     const unsigned n_Value = n_ValueWith(n4_Value, n_Last);
@@ -503,8 +507,8 @@ int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
     const char* pcc_End = pcc_In + Bytes::sn_Length(pcc_In, n_Count);
     if (sso_Sequence.n_ToCome && pcc_In < pcc_End)
         pu = sso_Sequence.pu_Take(pu, pcc_In, pcc_End);
-    // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too
-    // many.
+    // Eight units are copied, though only the first k of the bytes may be ASCII. The other 8 - k
+    // units are written over: 32 - k bytes are still to come, and every four give one or more.
     while (pcc_End - pcc_In >= 4 * RUN) {
         const unsigned n_ASCII = n_LeadingASCII(pcc_In);
         v_CopyRun(pu, pcc_In);

@@ -16,6 +16,7 @@
 class OSTRA_API CT_UTF
 {
 public:
+    // Each Init forgets what an earlier text left open.
     static void sv_WideToUTF7Init();
     static int si_WideToUTF7(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count);
     // Closes an open run and terminates the text.
@@ -43,7 +44,7 @@ private:
 
     static void sv_Save(st_Bits& so_Saved, const st_Bits& so_Bits);
 
-    // The bits in progress of whichever UTF-7 coder runs.
+    // A copy of the bits of whichever UTF-7 coder ran last. The coders don't read it.
     static unsigned sn4_BitBuffer; // left-aligned
     static int si_BufferBits;
     static unsigned sn4_BufferTemp; // the last value extracted

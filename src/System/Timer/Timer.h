@@ -26,6 +26,7 @@ public:
     CT_Timer& operator=(const CT_Timer& co_Other) = default;
     ~CT_Timer() { v_Exit(); }
 
+    // Like the constructors.
     void v_Set() { v_Init(); }
     void v_Set(const CT_Timer* pcco_Timer) { v_Init(pcco_Timer); }
 
