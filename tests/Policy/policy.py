@@ -236,6 +236,27 @@ def check_no_workplace():
                 breach(path, number, "names what doesn't belong into the project")
 
 
+def headings(text):
+    """The names by which links reach the headings of a page."""
+    found = re.findall(r"^#+ (.*)", re.sub(r"^```.*?^```", "", text, flags=re.M | re.S), re.M)
+    return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in found}
+
+
+def check_pages():
+    """Links between the pages lead to what is there."""
+    pages = [path for folder in ("docs", "winapi", "examples", "benchmarks") for path in files(folder, "*.md")]
+    for path in pages + sorted(TOP.glob("*.md")):
+        text = re.sub(r"^```.*?^```", lambda m: "\n" * m.group(0).count("\n"), path.read_text("utf-8"), flags=re.M | re.S)
+        for number, line in enumerate(text.splitlines(), 1):
+            for target in re.findall(r"\]\((?!https?:)([^)\s]+)\)", line):
+                name, _, heading = target.partition("#")
+                page = path.parent / name if name else path
+                if not page.exists():
+                    breach(path, number, f"{target} leads nowhere")
+                elif heading and heading not in headings(page.read_text("utf-8")):
+                    breach(path, number, f"{target}: the page has no such heading")
+
+
 def output(*command):
     return subprocess.run(command, capture_output=True, text=True, check=True).stdout
 
@@ -323,6 +344,7 @@ def main():
     check_names()
     check_rooms()
     check_rooms_told()
+    check_pages()
     check_no_workplace()
     if arguments.library:
         check_objects(arguments.nm, arguments.objdump, [name for name in arguments.objects.split(":") if name])
