@@ -2,6 +2,7 @@
 #include <Database/RecordManager/FreeChain.h>
 
 #include <Database/RecordManager/SizeSearch.h>
+#include <Ostra/Frame/Counts.h>
 
 #include <algorithm>
 #include <bit>
@@ -12,7 +13,6 @@
 namespace
 {
 constexpr unsigned FIRST_ROOM = 256;
-constexpr unsigned NONE = 0xFFFFFFFF;
 // What is larger isn't held, so that sizes compare as signed numbers, and offsets end within 32
 // bits.
 constexpr unsigned LIMIT = 0x7FFFFFFF;

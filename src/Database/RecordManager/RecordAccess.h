@@ -12,6 +12,9 @@
 // What all sources of the class report as their place.
 inline constexpr char qccz_Source[] = "Database/RecordManager/RecordManager";
 
+// In front of the data of a body or a resource: its size, which counts itself.
+inline constexpr unsigned SIZE_WORD = 4;
+
 // ---- Bytes of the view --------------------------------------------------------------------------
 //
 // Where the view of the file has all of the bytes, nothing can fail and the system isn't asked: a

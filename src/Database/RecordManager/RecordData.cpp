@@ -3,20 +3,17 @@
 #include <Database/RecordManager/RecordManager.h>
 
 #include <Database/RecordManager/RecordAccess.h>
+#include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/Report.h>
 
 #include <algorithm>
 
 namespace
 {
-constexpr unsigned CORRUPT_DATA = 31005;
-constexpr unsigned INVALID_REFERENCE = 31051;
 constexpr unsigned RECORD_MARK = 0xFFFFFFFF;
 // In a head: the offset of the body, and the record's first bytes.
 constexpr unsigned HEAD_BODY = 4;
 constexpr unsigned HEAD_DATA = 8;
-// In front of a body's data: its size, which counts itself.
-constexpr unsigned SIZE_WORD = 4;
 } // namespace
 
 // ---- Finding ----------------------------------------------------------------------------------

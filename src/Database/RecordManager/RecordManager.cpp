@@ -3,6 +3,7 @@
 
 #include <Database/RecordManager/FreeChain.h>
 #include <Database/RecordManager/RecordAccess.h>
+#include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/DatabaseError.h>
 #include <Ostra/Frame/Report.h>
 
@@ -22,8 +23,6 @@ constexpr unsigned ARRAY_GROWTH = 8;
 constexpr unsigned MAP_SIZE = 0xFFFFF;
 constexpr unsigned ATTRIBUTE_NORMAL = 1;
 constexpr unsigned FLAG_RANDOM_ACCESS = 8;
-constexpr unsigned CORRUPT_DATA = 31005;
-constexpr unsigned INVALID_FORMAT = 31050;
 } // namespace
 
 // ---- Construction -----------------------------------------------------------------------------

@@ -3,19 +3,10 @@
 #include <Database/RecordManager/RecordManager.h>
 
 #include <Database/RecordManager/RecordAccess.h>
+#include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/Report.h>
 
 #include <cstring>
-
-namespace
-{
-constexpr unsigned CORRUPT_DATA = 31005;
-constexpr unsigned TOO_MANY_RESOURCES = 31052;
-constexpr unsigned RESOURCE_NOT_FOUND = 31053;
-constexpr unsigned RESOURCE_EXISTS = 31054;
-// In front of a resource's data: its size, which counts itself.
-constexpr unsigned SIZE_WORD = 4;
-} // namespace
 
 // ---- Finding ----------------------------------------------------------------------------------
 

@@ -10,6 +10,7 @@
 #include <Database/RecordManager/RecordAccess.h>
 #include <Database/RecordManager/SizeSearch.h>
 
+#include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/Report.h>
 
 #include <windows.h>
@@ -18,7 +19,6 @@
 
 namespace
 {
-constexpr unsigned CORRUPT_DATA = 31005;
 constexpr unsigned LINK = 4;
 // A chain is put into memory when walking it has cost about as much.
 constexpr unsigned CHAIN_COST = 32;

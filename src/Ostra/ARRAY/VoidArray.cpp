@@ -2,6 +2,7 @@
 #include <Ostra/ARRAY/VoidArray.h>
 
 #include <Ostra/ARRAY/RawItem.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 
 #include <algorithm>
@@ -10,9 +11,6 @@
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/ARRAY/VoidArray";
-
-static constexpr unsigned ALL = 0xFFFFFFFF;
-static constexpr unsigned NONE = 0xFFFFFFFF;
 
 // ---- Construction -------------------------------------------------------------------------
 

@@ -2,6 +2,8 @@
 #include <Ostra/Buffer/Buffer.h>
 
 #include <Ostra/Buffer/Block.h>
+#include <Ostra/Frame/Codes.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 
 #include <algorithm>
@@ -21,9 +23,6 @@ namespace
 {
 constexpr unsigned COPY_GROWTH = 32;
 constexpr unsigned SCRATCH_SIZE = 32;
-constexpr unsigned OUT_OF_MEMORY = 60006;
-constexpr unsigned ALL = 0xFFFFFFFF;
-constexpr unsigned NONE = 0xFFFFFFFF;
 
 void v_Move(char* pc_To, const void* qcv_From, unsigned n_Count)
 {

@@ -3,6 +3,7 @@
 
 #include <Ostra/ARRAY/Pending.h>
 #include <Ostra/Containers/BranchPool.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Print.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
@@ -18,8 +19,6 @@ static_assert(sizeof(CT_AlphaTree::_st_node) == 8 + sizeof(void*));
 
 namespace
 {
-constexpr unsigned NONE = 0xFFFFFFFF;
-
 // An 8-bit character without its sign.
 template <class T>
 inline unsigned short u_Widen(T c)

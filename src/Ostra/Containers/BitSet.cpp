@@ -2,14 +2,10 @@
 #include <Ostra/Containers/BitSet.h>
 
 #include <Ostra/Containers/BitWords.h>
+#include <Ostra/Frame/Counts.h>
 
 #include <algorithm>
 #include <bit>
-
-namespace
-{
-constexpr unsigned NONE = 0xFFFFFFFF;
-} // namespace
 
 // ---- Construction -------------------------------------------------------------------------
 

@@ -1,13 +1,12 @@
 // Ostra/Containers/StringCache.cpp: recently used texts by texts, in a table of fixed size.
 #include <Ostra/Containers/StringCache.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/HashTable/Prime.h>
 #include <Ostra/String/HashFunction.h>
 
 #include <cstdlib>
 #include <cstring>
-
-static constexpr unsigned NONE = 0xFFFFFFFF;
 
 // The key of a slot whose text was freed with another slot. It isn't free, and nothing is found in
 // it.

@@ -3,6 +3,7 @@
 
 #include <Ostra/File/FileSystem.h>
 #include <Ostra/File/Sources.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 
 static constexpr auto& qccz_Source = qccz_FileSource;
@@ -181,7 +182,7 @@ unsigned CT_File::n_Write(const CT_Buffer* pco_Buffer, unsigned n_Size)
     const unsigned n_Used = pco_Buffer->n_GetUsedSize();
     if (!n_Size || !n_Used)
         return 0;
-    if (n_Size == static_cast<unsigned>(-1))
+    if (n_Size == ALL)
         n_Size = n_Used;
     // Kept: what lies behind the used size is written too, if that is asked for; the room is the
     // limit.
@@ -204,7 +205,7 @@ void CT_File::v_Append(const CT_File* pco_Source, unsigned n_ChunkSize)
     if (CT_Report::sb_Failed(qccz_Source))
         return;
     while (pco_From->n_Read(&co_Chunk, n_ChunkSize)) {
-        n_Write(&co_Chunk, -1);
+        n_Write(&co_Chunk, ALL);
         if (CT_Report::sb_Failed(qccz_Source))
             return;
     }

@@ -2,6 +2,7 @@
 #include <Ostra/File/File.h>
 
 #include <Ostra/File/Sources.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Frame/Vector.h>
 #include <Ostra/String/CString.h>
@@ -53,8 +54,6 @@ unsigned n_FindFeed(const t_Unit* pu_Text, unsigned n_At, unsigned n_End)
         ++n_At;
     return n_At;
 }
-
-constexpr unsigned NONE = 0xFFFFFFFF;
 
 // Copies up to the first line feed, and units behind it, two runs at a time. Result: where it is;
 // NONE if it isn't where two runs fit.

@@ -2,6 +2,8 @@
 #include <Ostra/File/FileSystem.h>
 
 #include <Ostra/File/Road.h>
+#include <Ostra/Frame/Codes.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Frame/Text.h>
 
@@ -17,8 +19,6 @@ namespace
 constexpr unsigned ROOM = 260; // of a path, with its terminator
 constexpr unsigned PART = 255; // longest directory, name and extension
 constexpr unsigned DRIVES = 26;
-constexpr unsigned FILE_ERROR = 60003;
-constexpr unsigned SEMANTIC_ERROR = 60012;
 constexpr unsigned short qcuz_Empty[] = {0};
 
 template <class t_Unit>
@@ -169,11 +169,12 @@ constexpr unsigned n_TemporaryRoom(CT_NarrowRoad)
     return ROOM;
 }
 
-// The separator at or behind n_From: the next "\", or the next "/" if no "\" is left; -1 for none.
+// The separator at or behind n_From: the next "\", or the next "/" if no "\" is left; NONE if
+// there is none.
 unsigned n_FindSeparator(const CT_String* pcco_Path, unsigned n_From)
 {
     const unsigned n_Found = pcco_Path->vn_Find('\\', n_From);
-    return n_Found != static_cast<unsigned>(-1) ? n_Found : pcco_Path->vn_Find('/', n_From);
+    return n_Found != NONE ? n_Found : pcco_Path->vn_Find('/', n_From);
 }
 
 // How many characters at n_Head have to go for n_Most to be kept; all directories if that isn't
@@ -183,7 +184,7 @@ unsigned n_DisplayCut(const CT_String* pcco_Path, unsigned n_Head, unsigned n_Mo
     const unsigned n_Length = pcco_Path->vn_GetLength();
     unsigned n_Cut = 0;
     unsigned n_At = n_FindSeparator(pcco_Path, n_Head);
-    while (n_At != static_cast<unsigned>(-1)) {
+    while (n_At != NONE) {
         n_Cut = n_At - n_Head;
         if (n_Length - n_Cut + 3 <= n_Most)
             break;
@@ -243,13 +244,13 @@ void CT_FileSystem::sv_MakePath(CT_String* pco_Path, const CT_String* pco_Drive,
         co_Path.vv_SetMinSize(ROOM, 0);
         if (*co_Drive.q_Get())
             co_Path.v_Append(au_Drive, 2);
-        co_Path.v_Append(co_Directory.q_Get(), -1);
+        co_Path.v_Append(co_Directory.q_Get(), ALL);
         if (*co_Directory.q_Get() && !b_EndsInSeparator<t_Road>(co_Directory.q_Get()))
             co_Path.v_Append(au_Separator, 1);
-        co_Path.v_Append(co_Name.q_Get(), -1);
+        co_Path.v_Append(co_Name.q_Get(), ALL);
         if (*co_Extension.q_Get() && *co_Extension.q_Get() != '.')
             co_Path.v_Append(au_Point, 1);
-        co_Path.v_Append(co_Extension.q_Get(), -1);
+        co_Path.v_Append(co_Extension.q_Get(), ALL);
         t_Road::v_Set(pco_Path, t_Road::q_Text(co_Path));
     });
 }

@@ -3,6 +3,7 @@
 
 #include <Ostra/File/FileSystem.h>
 #include <Ostra/File/Road.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 
 #include <windows.h>
@@ -162,6 +163,6 @@ void CT_FindFile::v_MakeName(CT_String* pco_Name) const
     else
         pco_Name->vv_SetLength(0);
     t_OnRoad([=, this](auto o_Road) {
-        pco_Name->v_Append(so_Record(o_Road, st_DataU, st_DataC).au_Name, -1);
+        pco_Name->v_Append(so_Record(o_Road, st_DataU, st_DataC).au_Name, ALL);
     });
 }

@@ -1,6 +1,7 @@
 // Ostra/Frame/OstraDLLMain.cpp
 #include <Ostra/Frame/OstraDLLMain.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/String/CString.h>
 
@@ -9,8 +10,6 @@
 namespace
 {
 constexpr unsigned PATH_ROOM = 1024;
-constexpr unsigned ALL = 0xFFFFFFFF;
-constexpr unsigned OWN_CODE_PAGE = 0xFFFFFFFE;
 } // namespace
 
 HINSTANCE CT_OstraDLLMain::sh_Instance;

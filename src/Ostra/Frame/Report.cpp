@@ -1,6 +1,7 @@
 // Ostra/Frame/Report.cpp
 #include <Ostra/Frame/Report.h>
 
+#include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/Text.h>
 
 #include <cstddef>
@@ -9,8 +10,6 @@
 
 namespace
 {
-constexpr unsigned OUT_OF_MEMORY = 60006;
-
 // Units of the longest name of a file. A directive takes a unit at least for each word that it asks
 // for, such as the two of a number in a floating point format on a 32-bit system.
 constexpr std::size_t LONGEST_NAME = 259;

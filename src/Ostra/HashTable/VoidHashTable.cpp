@@ -2,6 +2,7 @@
 #include <Ostra/HashTable/VoidHashTable.h>
 
 #include <Ostra/ARRAY/RawItem.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/HashTable/Prime.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/Compare.h>
@@ -11,7 +12,6 @@
 
 static constexpr char qccz_Source[] = "Ostra/HashTable/VoidHashTable";
 
-static constexpr unsigned ALL = 0xFFFFFFFF;
 static constexpr unsigned POINTER = sizeof(void*);
 
 typedef CT_VoidHashTable::st_HashItem st_HashItem;

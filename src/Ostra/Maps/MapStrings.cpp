@@ -1,11 +1,10 @@
 // Ostra/Maps/MapStrings.cpp
 #include <Ostra/Maps/MapStrings.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <System/String/StringConvert.h>
 
 #include <cstring>
-
-static constexpr unsigned ALL = -1;
 
 // Behind the block's header pointers aren't aligned.
 static CT_String* pco_At(const CT_VoidArray& co, unsigned n_Offset)

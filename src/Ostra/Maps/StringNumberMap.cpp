@@ -1,6 +1,7 @@
 // Ostra/Maps/StringNumberMap.cpp: a row of pairs of a string and a number.
 #include <Ostra/Maps/StringNumberMap.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Maps/MapStrings.h>
 
@@ -9,8 +10,6 @@
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/Maps/StringNumberMap";
-
-static constexpr unsigned ALL = -1;
 
 using Bytes = CT_MapText<CT_CString>;
 using Units = CT_MapText<CT_UString>;

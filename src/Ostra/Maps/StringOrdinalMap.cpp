@@ -1,6 +1,7 @@
 // Ostra/Maps/StringOrdinalMap.cpp: a row of strings, each known by its place.
 #include <Ostra/Maps/StringOrdinalMap.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Maps/MapStrings.h>
 #include <Ostra/String/StringScanner.h>
@@ -9,8 +10,6 @@
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "Ostra/Maps/StringOrdinalMap";
-
-static constexpr unsigned ALL = -1;
 
 using Bytes = CT_MapText<CT_CString>;
 using Units = CT_MapText<CT_UString>;

@@ -1,6 +1,7 @@
 // Ostra/Maps/StringStringMap.cpp: a row of pairs of two strings.
 #include <Ostra/Maps/StringStringMap.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Maps/MapStrings.h>
 #include <Ostra/String/StringScanner.h>
@@ -9,8 +10,6 @@
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "Ostra/Maps/StringStringMap";
-
-static constexpr unsigned ALL = -1;
 
 using Bytes = CT_MapText<CT_CString>;
 using Units = CT_MapText<CT_UString>;

@@ -1,6 +1,7 @@
 // Ostra/String/CString.cpp: life, storage and single characters of CT_CString.
 #include <Ostra/String/CString.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/TextBuffer.h>
 #include <Ostra/String/UString.h>
@@ -11,15 +12,13 @@
 using Bytes = CT_TextBuffer<char>;
 
 static constexpr auto qccz_Source = Bytes::SOURCE;
-static constexpr unsigned ALL = -1;
 
 // ---- Construction ---------------------------------------------------------------------------
 
 CT_CString::CT_CString(const char* qccz_Text, unsigned n_Count, unsigned n_NewCodePage)
     : n_CodePage(n_NewCodePage)
 {
-    Bytes::sv_Make(co_Buffer, qccz_Text,
-                   n_Count == ALL ? Bytes::Text::sn_Length(qccz_Text) : n_Count);
+    Bytes::sv_Make(co_Buffer, qccz_Text, Bytes::Text::sn_CountOf(qccz_Text, n_Count));
 }
 
 CT_CString::CT_CString(const unsigned short* qcuz_Text, unsigned n_Count, unsigned n_NewCodePage)
@@ -105,15 +104,13 @@ void CT_CString::vv_Init(unsigned n_Length)
 void CT_CString::vv_Init(const char* qccz_Text, unsigned n_Count, unsigned n_NewCodePage)
 {
     n_CodePage = n_NewCodePage;
-    if (n_Count == ALL)
-        n_Count = Bytes::Text::sn_Length(qccz_Text);
+    n_Count = Bytes::Text::sn_CountOf(qccz_Text, n_Count);
     CT_CString::vv_StringReplace(qccz_Text, n_Count, 0, n_NewCodePage);
 }
 
 void CT_CString::vv_Init(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = CT_TextOperations<unsigned short>::sn_Length(qcuz_Text);
+    n_Count = CT_TextOperations<unsigned short>::sn_CountOf(qcuz_Text, n_Count);
     CT_CString::vv_StringReplace(qcuz_Text, n_Count, 0);
 }
 
@@ -131,7 +128,7 @@ void CT_CString::vv_Init(const CT_String* pcco_Text)
     } else if (pcco_Text->vpv_IsA(CT_UString::spcco_GetType())) {
         CT_CString::vv_Init(static_cast<const CT_UString*>(pcco_Text)->qcuz_Get(),
                             pcco_Text->vn_GetLength());
-        if (n_CodePage == unsigned(-1) || n_CodePage == unsigned(-2))
+        if (n_CodePage == SYSTEM_CODE_PAGE || n_CodePage == OWN_CODE_PAGE)
             n_CodePage = 0;
     }
 }

@@ -1,6 +1,7 @@
 // Ostra/String/CStringText.cpp: what CT_CString does with its text.
 #include <Ostra/String/CString.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/Scratch.h>
 #include <Ostra/String/StringKind.h>
@@ -14,7 +15,6 @@ using Bytes = CT_TextBuffer<char>;
 using Units = CT_TextOperations<unsigned short>;
 
 static constexpr auto qccz_Source = Bytes::SOURCE;
-static constexpr unsigned ALL = -1;
 
 // ---- Replace ----------------------------------------------------------------------------------
 
@@ -121,16 +121,14 @@ void CT_CString::v_Append(unsigned short u_Append)
 
 void CT_CString::v_Append(const char* qccz_Text, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Bytes::Text::sn_Length(qccz_Text);
+    n_Count = Bytes::Text::sn_CountOf(qccz_Text, n_Count);
     if (n_Count)
         Bytes::sv_Append(co_Buffer, qccz_Text, n_Count);
 }
 
 void CT_CString::v_Append(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Units::sn_Length(qcuz_Text);
+    n_Count = Units::sn_CountOf(qcuz_Text, n_Count);
     if (!n_Count)
         return;
     const std::size_t n_Room = CT_CodePages::sn_Room(n_CodePage, n_Count);

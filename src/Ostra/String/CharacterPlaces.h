@@ -30,12 +30,12 @@ public:
         if (pn_Table)
             return pn_Table[an_Rows[n_Row(c)] + Value(c) % ROW];
         const unsigned n = Text::sn_Index(c, qc_Set);
-        n_Compared += n == Text::NONE ? n_Length : n;
+        n_Compared += n == NONE ? n_Length : n;
         if (n_Compared > n_Patience)
             v_MakeTable();
         return n;
     }
-    bool b_Has(Unit c) { return n_Index(c) != Text::NONE; }
+    bool b_Has(Unit c) { return n_Index(c) != NONE; }
 
 private:
     using Value = typename Text::Value;
@@ -71,7 +71,7 @@ void CT_CharacterPlaces<Unit>::v_MakeTable()
     pn_Table = static_cast<unsigned*>(std::malloc(n_Size * sizeof(unsigned)));
     if (!pn_Table)
         return;
-    std::fill_n(pn_Table, n_Size, Text::NONE);
+    std::fill_n(pn_Table, n_Size, NONE);
     for (unsigned n = n_Length; n--;)
         pn_Table[an_Rows[n_Row(qc_Set[n])] + Value(qc_Set[n]) % ROW] = n;
 }

@@ -1,6 +1,7 @@
 // Ostra/String/LoadString.cpp
 #include <Ostra/String/LoadString.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Print.h>
 #include <Ostra/Frame/SystemText.h>
 #include <Ostra/String/CString.h>
@@ -10,8 +11,6 @@
 
 #include <algorithm>
 
-static constexpr unsigned ALL = -1;
-static constexpr unsigned OWN_CODE_PAGE = -2;
 static constexpr unsigned ROOM = 2048;
 static constexpr unsigned MOST = 0x7FFFFFFF; // room that the service takes
 

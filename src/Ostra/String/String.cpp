@@ -1,6 +1,7 @@
 // Ostra/String/String.cpp
 #include <Ostra/String/String.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Print.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/TextOperations.h>
@@ -9,16 +10,11 @@
 
 namespace
 {
-constexpr unsigned ALL = -1;
-constexpr unsigned OWN_CODE_PAGE = -2;
 // Room of a formatted text, terminator included.
 constexpr unsigned FORMAT_ROOM = 2048;
 
-template <class Unit>
-unsigned n_CountOf(const Unit* qc_Text, unsigned n_Count)
-{
-    return n_Count == ALL ? CT_TextOperations<Unit>::sn_Length(qc_Text) : n_Count;
-}
+using Bytes = CT_TextOperations<char>;
+using Units = CT_TextOperations<unsigned short>;
 } // namespace
 
 // ---- Construction ---------------------------------------------------------------------------
@@ -140,7 +136,7 @@ void CT_String::v_Set(const CT_Buffer* pcco_Buffer)
 
 // ---- Replace and insert -------------------------------------------------------------------
 
-// Bytes go in with the code page -1, which a CT_UString takes for the system's.
+// A CT_UString that bytes go into takes them for text in the system's code page.
 
 void CT_String::v_Replace(const CT_String* pcco_Text, unsigned n_From, unsigned n_Count,
                           unsigned n_Offset)
@@ -152,22 +148,22 @@ void CT_String::v_Replace(const CT_String* pcco_Text, unsigned n_From, unsigned 
 
 void CT_String::v_Replace(const char* qccz_Text, unsigned n_Count, unsigned n_Offset)
 {
-    vv_StringReplace(qccz_Text, n_CountOf(qccz_Text, n_Count), n_Offset, ALL);
+    vv_StringReplace(qccz_Text, Bytes::sn_CountOf(qccz_Text, n_Count), n_Offset, SYSTEM_CODE_PAGE);
 }
 
 void CT_String::v_Replace(const unsigned short* qcuz_Text, unsigned n_Count, unsigned n_Offset)
 {
-    vv_StringReplace(qcuz_Text, n_CountOf(qcuz_Text, n_Count), n_Offset);
+    vv_StringReplace(qcuz_Text, Units::sn_CountOf(qcuz_Text, n_Count), n_Offset);
 }
 
 void CT_String::v_Insert(const char* qccz_Text, unsigned n_Count, unsigned n_Offset)
 {
-    vv_StringInsert(qccz_Text, n_CountOf(qccz_Text, n_Count), n_Offset, ALL);
+    vv_StringInsert(qccz_Text, Bytes::sn_CountOf(qccz_Text, n_Count), n_Offset, SYSTEM_CODE_PAGE);
 }
 
 void CT_String::v_Insert(const unsigned short* qcuz_Text, unsigned n_Count, unsigned n_Offset)
 {
-    vv_StringInsert(qcuz_Text, n_CountOf(qcuz_Text, n_Count), n_Offset);
+    vv_StringInsert(qcuz_Text, Units::sn_CountOf(qcuz_Text, n_Count), n_Offset);
 }
 
 void CT_String::v_Insert(const CT_String* pcco_Text, unsigned n_Count, unsigned n_Offset)
@@ -191,14 +187,14 @@ void CT_String::v_Append(unsigned short u_Append)
 
 void CT_String::v_Append(const char* qccz_Text, unsigned n_Count)
 {
-    n_Count = n_CountOf(qccz_Text, n_Count);
+    n_Count = Bytes::sn_CountOf(qccz_Text, n_Count);
     if (n_Count)
-        vv_StringInsert(qccz_Text, n_Count, vn_GetLength(), ALL);
+        vv_StringInsert(qccz_Text, n_Count, vn_GetLength(), SYSTEM_CODE_PAGE);
 }
 
 void CT_String::v_Append(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    n_Count = n_CountOf(qcuz_Text, n_Count);
+    n_Count = Units::sn_CountOf(qcuz_Text, n_Count);
     if (n_Count)
         vv_StringInsert(qcuz_Text, n_Count, vn_GetLength());
 }

@@ -1,6 +1,7 @@
 // Ostra/String/StringScanner.cpp
 #include <Ostra/String/StringScanner.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/TextOperations.h>
@@ -10,8 +11,6 @@
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "Ostra/String/StringScanner";
-
-static constexpr unsigned OWN_CODE_PAGE = -2;
 
 namespace
 {
@@ -80,7 +79,7 @@ private:
     {
         const unsigned n_Rest = n_Length - n_From;
         const unsigned n = Text::sn_Find(qc_Text + n_From, n_Rest, c_Separator);
-        return n == Text::NONE ? n_Rest : n;
+        return n == NONE ? n_Rest : n;
     }
 
     // Goes on to the word behind the piece.

@@ -1,6 +1,7 @@
 // Ostra/String/StringTools.cpp
 #include <Ostra/String/StringTools.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/Scratch.h>
 #include <Ostra/String/TextOperations.h>
@@ -14,9 +15,6 @@ static constexpr char qccz_Source[] = "Ostra/String/StringTools";
 
 using Units = CT_TextOperations<unsigned short>;
 
-static constexpr unsigned ALL = -1;
-static constexpr unsigned NONE = -1;
-static constexpr unsigned OWN_CODE_PAGE = -2;
 static constexpr unsigned NUMBER_WIDTH = 16; // of a field without a width
 
 // ---- Search -----------------------------------------------------------------------------------

@@ -24,9 +24,9 @@ unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, Unit c_Find, unsi
     // The terminator can be found too, also that of a string without a block.
     const unsigned n_Count = std::max(sn_Used(co), 1u);
     if (n_From >= n_Count)
-        return Text::NONE;
+        return NONE;
     const unsigned n = CT_TextSearch<Unit>::sn_Find(spc_Get(co) + n_From, n_Count - n_From, c_Find);
-    return n == Text::NONE ? n : n + n_From;
+    return n == NONE ? n : n + n_From;
 }
 
 template <class Unit>
@@ -35,10 +35,10 @@ unsigned CT_TextBuffer<Unit>::sn_FindFrom(const CT_Buffer& co, const Unit* qc_Fi
     if (!*qc_Find)
         return n_From;
     if (n_From >= sn_Length(co))
-        return Text::NONE;
+        return NONE;
     const unsigned n = CT_TextSearch<Unit>::sn_Find(spc_Get(co) + n_From, sn_Length(co) - n_From,
                                                     qc_Find, Text::sn_Length(qc_Find));
-    return n == Text::NONE ? n : n + n_From;
+    return n == NONE ? n : n + n_From;
 }
 
 // ---- Room -----------------------------------------------------------------------------------
@@ -288,7 +288,7 @@ Unit* CT_TextBuffer<Unit>::spc_Compact(Unit* pc_Rest, Unit* pc_End, const Unit* 
     Unit* pc_Write = pc_Rest;
     while (++pc_Rest < pc_End) {
         const unsigned n = co_Places.n_Index(*pc_Rest);
-        if (n == Text::NONE)
+        if (n == NONE)
             *pc_Write++ = *pc_Rest;
         else if (n < n_To)
             *pc_Write++ = qc_To[n];
@@ -306,7 +306,7 @@ void CT_TextBuffer<Unit>::sv_Translate(CT_Buffer& co, const Unit* qc_From, const
     CT_CharacterPlaces<Unit> co_Places(qc_From, !sb_Inside(co, qc_From));
     for (unsigned n = 0; n < n_Length; ++n) {
         const unsigned n_Index = co_Places.n_Index(pc_Text[n]);
-        if (n_Index == Text::NONE)
+        if (n_Index == NONE)
             continue;
         if (n_Index < n_To) {
             // Kept: a replacement goes into the block as it stands, for all strings that share it.

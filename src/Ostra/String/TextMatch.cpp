@@ -1,11 +1,10 @@
 // Ostra/String/TextMatch.cpp: wildcards in texts that mislead.
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/String/TextOperations.h>
 #include <Ostra/String/TextSearch.h>
 
 namespace
 {
-constexpr unsigned NONE = 0xFFFFFFFF;
-
 // Whether so many characters of the text are those of the pattern, where ? is any one.
 template <class Unit>
 bool b_IsLike(const Unit* qc_Text, const Unit* qc_Pattern, unsigned n_Count)

@@ -1,6 +1,7 @@
 // Ostra/String/TextOperations.h: what is the same for texts of bytes and of 16-bit units. Internal.
 #pragma once
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Vector.h>
 #include <Ostra/String/TextSearch.h>
 
@@ -19,8 +20,6 @@ class CT_TextOperations
 public:
     using Value = std::make_unsigned_t<Unit>;
 
-    static constexpr unsigned NONE = 0xFFFFFFFF;
-
     // ---- Length -----------------------------------------------------------------------------
 
     static unsigned sn_Length(const Unit* qc_Text)
@@ -32,6 +31,11 @@ public:
     }
     // At most n_Max. Neither the text nor the memory behind it need reach that far.
     static unsigned sn_Length(const Unit* qc_Text, unsigned n_Max);
+    // What a count of characters means: ALL is the whole text.
+    static unsigned sn_CountOf(const Unit* qc_Text, unsigned n_Count)
+    {
+        return n_Count == ALL ? sn_Length(qc_Text) : n_Count;
+    }
 
     // ---- Search -----------------------------------------------------------------------------
 

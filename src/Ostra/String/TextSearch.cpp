@@ -1,6 +1,7 @@
 // Ostra/String/TextSearch.cpp
 #include <Ostra/String/TextSearch.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/String/TextOperations.h>
 #include <Ostra/String/TextStrides.h>
 #include <Ostra/String/TwoWay.h>
@@ -11,8 +12,6 @@
 
 namespace
 {
-constexpr unsigned NONE = 0xFFFFFFFF;
-
 // Calls Stop for the place of each hit in order, until it is true; that place, or NONE.
 template <class Unit, class Wanted, class Stop>
 unsigned n_Search(const Unit* qc_Text, unsigned n_Count, Wanted so, Stop b_Stop)

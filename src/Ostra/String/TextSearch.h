@@ -7,10 +7,8 @@ template <class Unit>
 class CT_TextSearch
 {
 public:
-    static constexpr unsigned NONE = 0xFFFFFFFF;
-
     // The first c_Find among the n_Count characters and before the terminator, which can be looked
-    // for too.
+    // for too; NONE where there is none.
     static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, Unit c_Find);
     // The same for a text of n_Find characters, at least one and none of them a terminator.
     static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Find,

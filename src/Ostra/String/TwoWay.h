@@ -1,6 +1,8 @@
 // Ostra/String/TwoWay.h: the search that no text makes slow. Internal.
 #pragma once
 
+#include <Ostra/Frame/Counts.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -11,8 +13,6 @@ template <class Unit>
 class CT_TwoWay
 {
 public:
-    static constexpr unsigned NONE = 0xFFFFFFFF;
-
     // The first place of the n_Find characters among n_Count; terminators are characters here.
     static unsigned sn_Find(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Find,
                             unsigned n_Find);

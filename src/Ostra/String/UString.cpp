@@ -1,6 +1,7 @@
 // Ostra/String/UString.cpp: life, storage and single characters of CT_UString.
 #include <Ostra/String/UString.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/TextBuffer.h>
@@ -12,7 +13,6 @@
 using Units = CT_TextBuffer<unsigned short>;
 
 static constexpr auto qccz_Source = Units::SOURCE;
-static constexpr unsigned ALL = -1;
 
 // ---- Construction ---------------------------------------------------------------------------
 
@@ -28,8 +28,7 @@ CT_UString::CT_UString(const char* qccz_Text, unsigned n_Count, unsigned n_CodeP
 
 CT_UString::CT_UString(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    Units::sv_Make(co_Buffer, qcuz_Text,
-                   n_Count == ALL ? Units::Text::sn_Length(qcuz_Text) : n_Count);
+    Units::sv_Make(co_Buffer, qcuz_Text, Units::Text::sn_CountOf(qcuz_Text, n_Count));
 }
 
 CT_UString::CT_UString(const CT_Buffer* pcco_Buffer) : CT_String(pcco_Buffer) {}
@@ -104,15 +103,13 @@ void CT_UString::vv_Init(unsigned n_Length)
 
 void CT_UString::vv_Init(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage)
 {
-    if (n_Count == ALL)
-        n_Count = CT_TextOperations<char>::sn_Length(qccz_Text);
+    n_Count = CT_TextOperations<char>::sn_CountOf(qccz_Text, n_Count);
     CT_UString::vv_StringReplace(qccz_Text, n_Count, 0, n_CodePage);
 }
 
 void CT_UString::vv_Init(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Units::Text::sn_Length(qcuz_Text);
+    n_Count = Units::Text::sn_CountOf(qcuz_Text, n_Count);
     CT_UString::vv_StringReplace(qcuz_Text, n_Count, 0);
 }
 

@@ -1,6 +1,7 @@
 // Ostra/String/UStringText.cpp: what CT_UString does with its text.
 #include <Ostra/String/UString.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/Scratch.h>
 #include <Ostra/String/StringKind.h>
@@ -13,7 +14,6 @@ using Units = CT_TextBuffer<unsigned short>;
 using Bytes = CT_TextOperations<char>;
 
 static constexpr auto qccz_Source = Units::SOURCE;
-static constexpr unsigned ALL = -1;
 
 // ---- Replace ----------------------------------------------------------------------------------
 
@@ -109,16 +109,14 @@ void CT_UString::v_Append(char c_Append, unsigned n_CodePage)
 
 void CT_UString::v_Append(const unsigned short* qcuz_Text, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Units::Text::sn_Length(qcuz_Text);
+    n_Count = Units::Text::sn_CountOf(qcuz_Text, n_Count);
     if (n_Count)
         Units::sv_Append(co_Buffer, qcuz_Text, n_Count);
 }
 
 void CT_UString::v_Append(const char* qccz_Text, unsigned n_Count, unsigned n_CodePage)
 {
-    if (n_Count == ALL)
-        n_Count = Bytes::sn_Length(qccz_Text);
+    n_Count = Bytes::sn_CountOf(qccz_Text, n_Count);
     if (!n_Count)
         return;
     const CT_Scratch<unsigned short> co_Units(std::size_t(n_Count) + 1);

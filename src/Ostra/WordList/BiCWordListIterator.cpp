@@ -1,15 +1,13 @@
 // Ostra/WordList/BiCWordListIterator.cpp: a walk over a bilingual list of 8-bit words.
 #include <Ostra/WordList/BiCWordListIterator.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/String.h>
 
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "Ostra/WordList/BiCWordListIterator";
-
-static constexpr unsigned ALL = -1;
-static constexpr unsigned OWN_CODE_PAGE = -2;
 
 CT_BiCWordListIterator::CT_BiCWordListIterator(const CT_BiLingualCWordList* pcco_NewList)
     : CT_BiWordListIteratorOstra(pcco_NewList)

@@ -1,12 +1,11 @@
 // Ostra/WordList/BiLingualWordListOstra.cpp: pairs of texts, and the indexes that lead across.
 #include <Ostra/WordList/BiLingualWordListOstra.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/String/TextOperations.h>
 
 #include <algorithm>
 #include <cstdint>
-
-static constexpr unsigned ALL = -1;
 
 // ---- Construction -------------------------------------------------------------------------
 

@@ -1,6 +1,7 @@
 // Ostra/WordList/BiUWordListIterator.cpp: a walk over a bilingual list of 16-bit words.
 #include <Ostra/WordList/BiUWordListIterator.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/UString.h>
 
@@ -8,8 +9,6 @@
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/WordList/BiUWordListIterator";
-
-static constexpr unsigned ALL = -1;
 
 CT_BiUWordListIterator::CT_BiUWordListIterator(const CT_BiLingualUWordList* pcco_NewList)
     : CT_BiWordListIteratorOstra(pcco_NewList)

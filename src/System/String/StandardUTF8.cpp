@@ -1,6 +1,8 @@
 // System/String/StandardUTF8.cpp
 #include <System/String/StandardUTF8.h>
 
+#include <Ostra/Frame/Codes.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/String/CString.h>
@@ -14,9 +16,6 @@
 #include <charconv>
 
 static constexpr char qccz_Source[] = "System/String/StandardUTF8";
-
-static constexpr unsigned SEMANTIC_ERROR = 60012;
-static constexpr unsigned ALL = 0xFFFFFFFF;
 
 // ---- From UTF-8 -----------------------------------------------------------------------------
 
@@ -376,18 +375,16 @@ int CT_StandardUTF8::sb_Whole(typename Way::Target* pco_Out, const typename Way:
     return 1;
 }
 
-template <class Unit>
-static unsigned n_Counted(const Unit* pcc_In, unsigned n_Count)
-{
-    return n_Count == ALL ? CT_TextOperations<Unit>::sn_Length(pcc_In) : n_Count;
-}
+using Bytes = CT_TextOperations<char>;
+using Units = CT_TextOperations<unsigned short>;
 
 // ---- Whole texts ----------------------------------------------------------------------------
 
 int CT_StandardUTF8::sb_ToWide(CT_UString* pco_Out, const char* pcc_In, unsigned n_Count,
                                et_IllFormed ec_IllFormed)
 {
-    return sb_Whole<st_WayToWide>(pco_Out, pcc_In, n_Counted(pcc_In, n_Count), ec_IllFormed);
+    return sb_Whole<st_WayToWide>(pco_Out, pcc_In, Bytes::sn_CountOf(pcc_In, n_Count),
+                                  ec_IllFormed);
 }
 
 int CT_StandardUTF8::sb_ToWide(CT_UString* pco_Out, const CT_CString* pcco_In,
@@ -400,7 +397,8 @@ int CT_StandardUTF8::sb_ToWide(CT_UString* pco_Out, const CT_CString* pcco_In,
 int CT_StandardUTF8::sb_FromWide(CT_CString* pco_Out, const unsigned short* pcu_In,
                                  unsigned n_Count, et_IllFormed ec_IllFormed)
 {
-    return sb_Whole<st_WayFromWide>(pco_Out, pcu_In, n_Counted(pcu_In, n_Count), ec_IllFormed);
+    return sb_Whole<st_WayFromWide>(pco_Out, pcu_In, Units::sn_CountOf(pcu_In, n_Count),
+                                    ec_IllFormed);
 }
 
 int CT_StandardUTF8::sb_FromWide(CT_CString* pco_Out, const CT_UString* pcco_In,
@@ -430,12 +428,12 @@ static unsigned n_FindIllFormed(const typename Way::In* pcc_In, unsigned n_Count
 
 unsigned CT_StandardUTF8::sn_FindIllFormed(const char* pcc_In, unsigned n_Count)
 {
-    return n_FindIllFormed<st_WayToWide>(pcc_In, n_Counted(pcc_In, n_Count));
+    return n_FindIllFormed<st_WayToWide>(pcc_In, Bytes::sn_CountOf(pcc_In, n_Count));
 }
 
 unsigned CT_StandardUTF8::sn_FindIllFormed(const unsigned short* pcu_In, unsigned n_Count)
 {
-    return n_FindIllFormed<st_WayFromWide>(pcu_In, n_Counted(pcu_In, n_Count));
+    return n_FindIllFormed<st_WayFromWide>(pcu_In, Units::sn_CountOf(pcu_In, n_Count));
 }
 
 // ---- Texts in pieces ------------------------------------------------------------------------
@@ -443,7 +441,7 @@ unsigned CT_StandardUTF8::sn_FindIllFormed(const unsigned short* pcu_In, unsigne
 int CT_StandardUTF8::sb_PieceToWide(CT_UString* pco_Out, st_ToWide* pso_State, const char* pcc_In,
                                     unsigned n_Count, et_IllFormed ec_IllFormed)
 {
-    return sb_Piece<st_WayToWide>(pco_Out, pso_State, pcc_In, n_Counted(pcc_In, n_Count),
+    return sb_Piece<st_WayToWide>(pco_Out, pso_State, pcc_In, Bytes::sn_CountOf(pcc_In, n_Count),
                                   ec_IllFormed, false);
 }
 
@@ -457,7 +455,7 @@ int CT_StandardUTF8::sb_PieceFromWide(CT_CString* pco_Out, st_FromWide* pso_Stat
                                       const unsigned short* pcu_In, unsigned n_Count,
                                       et_IllFormed ec_IllFormed)
 {
-    return sb_Piece<st_WayFromWide>(pco_Out, pso_State, pcu_In, n_Counted(pcu_In, n_Count),
+    return sb_Piece<st_WayFromWide>(pco_Out, pso_State, pcu_In, Units::sn_CountOf(pcu_In, n_Count),
                                     ec_IllFormed, false);
 }
 

@@ -1,6 +1,7 @@
 // System/String/StringConvert.cpp: conversion of raw text.
 #include <System/String/StringConvert.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Frame/SystemText.h>
 #include <Ostra/String/TextOperations.h>
@@ -12,8 +13,6 @@ static constexpr auto& qccz_Source = qccz_StringConvertSource;
 
 using Bytes = CT_TextOperations<char>;
 using Units = CT_TextOperations<unsigned short>;
-
-static constexpr unsigned ALL = -1;
 
 // ---- Code pages -------------------------------------------------------------------------------
 
@@ -107,8 +106,7 @@ int CT_StringConvert::si_UTF7ToWide(unsigned short* pu_Out, const char* qccz_In,
     *pu_Out = 0;
     if (!n_Count)
         return 0;
-    if (n_Count == ALL)
-        n_Count = Bytes::sn_Length(qccz_In);
+    n_Count = Bytes::sn_CountOf(qccz_In, n_Count);
     CT_UTF::sv_UTF7ToWideInit();
     const int i_Length = CT_UTF::si_UTF7ToWide(pu_Out, qccz_In, n_Count);
     pu_Out[i_Length] = 0;
@@ -120,8 +118,7 @@ int CT_StringConvert::si_WideToUTF7(char* pc_Out, const unsigned short* qcuz_In,
     *pc_Out = 0;
     if (!n_Count)
         return 0;
-    if (n_Count == ALL)
-        n_Count = Units::sn_Length(qcuz_In);
+    n_Count = Units::sn_CountOf(qcuz_In, n_Count);
     CT_UTF::sv_WideToUTF7Init();
     int i_Length = CT_UTF::si_WideToUTF7(pc_Out, qcuz_In, n_Count);
     i_Length += CT_UTF::si_WideToUTF7Exit(pc_Out + i_Length);
@@ -136,8 +133,7 @@ int CT_StringConvert::si_UTF8ToWide(unsigned short* pu_Out, const char* qccz_In,
     if (!n_Count)
         return 0;
     // Kept: a sequence that an earlier text left open goes on, as the decoder isn't reset here.
-    return CT_UTF::si_UTF8ToWide(pu_Out, qccz_In,
-                                 n_Count == ALL ? Bytes::sn_Length(qccz_In) : n_Count);
+    return CT_UTF::si_UTF8ToWide(pu_Out, qccz_In, Bytes::sn_CountOf(qccz_In, n_Count));
 }
 
 int CT_StringConvert::si_WideToUTF8(char* pc_Out, const unsigned short* qcuz_In, unsigned n_Count)
@@ -145,8 +141,8 @@ int CT_StringConvert::si_WideToUTF8(char* pc_Out, const unsigned short* qcuz_In,
     *pc_Out = 0;
     if (!n_Count)
         return 0;
-    const int i_Length = CT_UTF::si_WideToUTF8(
-        pc_Out, qcuz_In, n_Count == ALL ? Units::sn_Length(qcuz_In) : n_Count);
+    const int i_Length =
+        CT_UTF::si_WideToUTF8(pc_Out, qcuz_In, Units::sn_CountOf(qcuz_In, n_Count));
     if (!i_Length)
         CT_Report::sv_System(qccz_Source);
     return i_Length;
