@@ -2,6 +2,7 @@
 #include <Ostra/CompList/CompList.h>
 
 #include <Ostra/CompList/CompListStream.h>
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 
 #include <cstdlib>
@@ -12,7 +13,6 @@ static constexpr char qccz_Source[] = "Ostra/CompList/CompList";
 static constexpr unsigned MAGIC = 19970101;
 static constexpr unsigned FIRST_POSITION = sizeof(st_CompListHeader);
 static constexpr unsigned MINIMUM_GROWTH = 128;
-static constexpr unsigned NO_HANDLE = 0xFFFFFFFF;
 
 // Stands in for the head of a block that is too short for one, so that such a list reads as having
 // no elements.

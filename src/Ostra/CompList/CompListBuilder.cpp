@@ -3,7 +3,9 @@
 
 #include <Ostra/CompList/CompListStream.h>
 #include <Ostra/CompList/CompListText.h>
+#include <Ostra/CompList/ElementSize.h>
 #include <Ostra/CompList/TypedTrie.h>
+#include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/Frame/Text.h>
 
@@ -11,9 +13,6 @@
 #include <cstring>
 
 static constexpr char qccz_Source[] = "Ostra/CompList/CompListBuilder";
-
-static constexpr unsigned SEMANTIC_ERROR = 60012;
-static constexpr unsigned LIMITS_VIOLATED = 60021;
 
 // ---- Construction -------------------------------------------------------------------------
 
@@ -112,16 +111,11 @@ static CT_LinkedTrie* pco_ReadElements(const CT_CompList* pcco_List,
 static CT_LinkedTrie* pco_ReadTrie(const CT_CompList* pcco_List,
                                    CT_LinkedTrie::et_Result* pec_Result)
 {
-    switch (pcco_List->n_GetElementSize()) {
-    case 1:
-        return pco_ReadElements<unsigned char>(pcco_List, pec_Result);
-    case 2:
-        return pco_ReadElements<unsigned short>(pcco_List, pec_Result);
-    case 4:
-        return pco_ReadElements<unsigned>(pcco_List, pec_Result);
-    }
     *pec_Result = CT_LinkedTrie::lr_Foreign;
-    return 0;
+    return o_ForElement(
+        pcco_List->n_GetElementSize(),
+        [&](auto o_Type) { return pco_ReadElements<decltype(o_Type)>(pcco_List, pec_Result); },
+        []() -> CT_LinkedTrie* { return nullptr; });
 }
 
 void CT_CompListBuilder::v_Init(const CT_CompList* pcco_List)
@@ -213,7 +207,7 @@ int CT_CompListBuilder::b_AddKey(const char* pcc_Key, unsigned n_Handle)
 }
 
 template <class T>
-static T ElementAt(const char* pcc_Key, std::size_t n_At)
+static T o_ElementAt(const char* pcc_Key, std::size_t n_At)
 {
     return static_cast<T>(n_Load<T>(pcc_Key + n_At * sizeof(T)));
 }
@@ -221,8 +215,8 @@ static T ElementAt(const char* pcc_Key, std::size_t n_At)
 template <class T, class t_Test>
 static int b_HoldsAny(const char* pcc_Key, t_Test f_Test)
 {
-    for (std::size_t n_At = 0; const T Element = ElementAt<T>(pcc_Key, n_At); n_At++) {
-        if (f_Test(Element))
+    for (std::size_t n_At = 0; const T o_Element = o_ElementAt<T>(pcc_Key, n_At); n_At++) {
+        if (f_Test(o_Element))
             return 1;
     }
     return 0;
@@ -230,15 +224,12 @@ static int b_HoldsAny(const char* pcc_Key, t_Test f_Test)
 
 int CT_CompListBuilder::b_HoldsReserved(const char* pcc_Key) const
 {
-    switch (so_GetHeader().n1_ElementSize) {
-    case 1:
-        return b_HoldsAny<unsigned char>(pcc_Key, CT_CompList::sb_IsReserved);
-    case 2:
-        return b_HoldsAny<unsigned short>(pcc_Key, CT_CompList::sb_IsReserved);
-    case 4:
-        return b_HoldsAny<unsigned>(pcc_Key, CT_CompList::sb_IsReserved);
-    }
-    return 0;
+    return o_ForElement(
+        so_GetHeader().n1_ElementSize,
+        [&](auto o_Type) {
+            return b_HoldsAny<decltype(o_Type)>(pcc_Key, CT_CompList::sb_IsReserved);
+        },
+        [] { return 0; });
 }
 
 // Whether a list stores only a part of the key, as it measures it in units of two bytes.

@@ -3,6 +3,7 @@
 
 #include <Ostra/CompList/AlternativeIndex.h>
 #include <Ostra/CompList/CompListStream.h>
+#include <Ostra/CompList/ElementSize.h>
 
 // A list of that many bytes has an index while keys are added; a smaller one is scanned as fast.
 static constexpr unsigned INDEXED_SIZE = 1024;
@@ -59,12 +60,9 @@ void CT_CompList::v_RecalcAltPos(unsigned n_Position, unsigned n_Count)
 {
     if (pco_Index)
         v_FollowGap(n_Position, n_Count);
-    else if (n_GetElementSize() == 1)
-        v_RecalcOffsets<unsigned char>(n_Position, n_Count);
-    else if (n_GetElementSize() == 2)
-        v_RecalcOffsets<unsigned short>(n_Position, n_Count);
     else
-        v_RecalcOffsets<unsigned>(n_Position, n_Count);
+        o_ForElement(n_GetElementSize(),
+                     [&](auto o_Type) { v_RecalcOffsets<decltype(o_Type)>(n_Position, n_Count); });
     for (unsigned& n_Jump : pso_Header->an4_JumpOffset) {
         if (n_Jump >= n_Position)
             n_Jump += n_Count;
@@ -122,14 +120,9 @@ int CT_CompList::b_BuildIndex()
     if (!pco_Index || n_GetEnd() != co_Buffer.n_GetUsedSize())
         return 0;
     pco_Index->n_End = n_GetEnd();
-    switch (n_GetElementSize()) {
-    case 1:
-        return b_CollectAlternatives<unsigned char>() && b_VerifyTargets<unsigned char>();
-    case 2:
-        return b_CollectAlternatives<unsigned short>() && b_VerifyTargets<unsigned short>();
-    default:
-        return b_CollectAlternatives<unsigned>() && b_VerifyTargets<unsigned>();
-    }
+    return o_ForElement(n_GetElementSize(), [&](auto o_Type) {
+        return b_CollectAlternatives<decltype(o_Type)>() && b_VerifyTargets<decltype(o_Type)>();
+    });
 }
 
 // Takes all alternatives of the stream; 0 when it doesn't fall into whole items, an offset doesn't

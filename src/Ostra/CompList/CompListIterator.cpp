@@ -3,6 +3,7 @@
 
 #include <Ostra/CompList/CollectedString.h>
 #include <Ostra/CompList/CompListStream.h>
+#include <Ostra/CompList/ElementSize.h>
 
 #include <atomic>
 #include <cstring>
@@ -71,14 +72,9 @@ template <class Unit>
 int CT_CompListIterator::b_WalkElements(CT_Buffer* pco_Text, CT_String* pco_Key,
                                         unsigned* pn_Handle)
 {
-    switch (pcco_List->n_GetElementSize()) {
-    case 1:
-        return b_WalkToEnd<unsigned char, Unit>(pco_Text, pco_Key, pn_Handle);
-    case 2:
-        return b_WalkToEnd<unsigned short, Unit>(pco_Text, pco_Key, pn_Handle);
-    default:
-        return b_WalkToEnd<unsigned, Unit>(pco_Text, pco_Key, pn_Handle);
-    }
+    return o_ForElement(pcco_List->n_GetElementSize(), [&](auto o_Type) {
+        return b_WalkToEnd<decltype(o_Type), Unit>(pco_Text, pco_Key, pn_Handle);
+    });
 }
 
 // Follows the stream to the end of a key. Behind its last element the stream reads as the list end.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Ostra/CompList/CompList.h>
+#include <Ostra/CompList/ElementSize.h>
 
 #include <cstring>
 
@@ -18,15 +19,8 @@ static inline unsigned n_Load(const char* pcc_From)
 
 inline unsigned CT_CompList::n_GetNumber(const char* pcc_From, unsigned n_Size) const
 {
-    switch (n_Size) {
-    case 1:
-        return n_Load<unsigned char>(pcc_From);
-    case 2:
-        return n_Load<unsigned short>(pcc_From);
-    case 4:
-        return n_Load<unsigned>(pcc_From);
-    }
-    return 0;
+    return o_ForElement(
+        n_Size, [&](auto o_Type) { return n_Load<decltype(o_Type)>(pcc_From); }, [] { return 0u; });
 }
 
 // The handle at a position; 0 where the block ends before.

@@ -3,10 +3,10 @@
 
 #include <Ostra/CompList/CompListStream.h>
 #include <Ostra/CompList/CompListText.h>
+#include <Ostra/CompList/ElementSize.h>
+#include <Ostra/Frame/Counts.h>
 
 #include <cstring>
-
-static constexpr unsigned NO_HANDLE = 0xFFFFFFFF;
 
 // ---- Search -------------------------------------------------------------------------------
 
@@ -93,16 +93,13 @@ int CT_CompList::b_AddKey(const char* pcc_Key, unsigned n_Handle)
 unsigned CT_CompList::n_Walk(const char* pcc_Key, et_WalkMode ec_Mode, unsigned n_Handle,
                              unsigned* pn_Matched)
 {
-    switch (n_GetElementSize()) {
-    case 1:
-        return n_WalkElements<unsigned char>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
-    case 2:
-        return n_WalkElements<unsigned short>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
-    case 4:
-        return n_WalkElements<unsigned>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
-    }
-    // Elements of an unknown size read as 0.
-    return n_WalkEmptyKey(ec_Mode, n_Handle, pn_Matched);
+    return o_ForElement(
+        n_GetElementSize(),
+        [&](auto o_Type) {
+            return n_WalkElements<decltype(o_Type)>(pcc_Key, ec_Mode, n_Handle, pn_Matched);
+        },
+        // Elements of an unknown size read as 0.
+        [&] { return n_WalkEmptyKey(ec_Mode, n_Handle, pn_Matched); });
 }
 
 template <class T>
