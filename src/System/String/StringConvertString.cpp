@@ -1,6 +1,7 @@
 // System/String/StringConvertString.cpp: conversion of string objects.
 #include <System/String/StringConvert.h>
 
+#include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/Scratch.h>
@@ -17,7 +18,17 @@ static constexpr auto& qccz_Source = qccz_StringConvertSource;
 using Bytes = CT_TextBuffer<char>;
 using Units = CT_TextBuffer<unsigned short>;
 
-static constexpr unsigned ALL = -1;
+// Lets f_Convert write into n_Bytes of the buffer, and ends the text at the length that it gives.
+template <class t_Text, class t_Convert>
+static int i_Fill(CT_Buffer& co, std::uint64_t n_Bytes, t_Convert f_Convert)
+{
+    auto* p_Out = t_Text::spc_Target(co, n_Bytes);
+    if (!p_Out)
+        return 0;
+    const int i_Length = f_Convert(p_Out);
+    t_Text::sv_End(co, i_Length);
+    return i_Length;
+}
 
 // Codes into the buffer, which has the room that serves most code pages: others need more.
 static int i_Code(CT_Buffer& co, const unsigned short* qcuz_In, unsigned n_Count,
@@ -31,12 +42,10 @@ static int i_Code(CT_Buffer& co, const unsigned short* qcuz_In, unsigned n_Count
     }
     const int i_Length = CT_CodePages::si_WideToMulti(co_Coded.pc_Get(), n_Room, qcuz_In, n_Count,
                                                       n_CodePage, qccz_Default, pb_Used);
-    char* pc_Out = Bytes::spc_Target(co, std::uint64_t(i_Length) + 1);
-    if (!pc_Out)
-        return 0;
-    std::memcpy(pc_Out, co_Coded.pc_Get(), i_Length);
-    Bytes::sv_End(co, i_Length);
-    return i_Length;
+    return i_Fill<Bytes>(co, std::uint64_t(i_Length) + 1, [&](char* pc_Out) {
+        std::memcpy(pc_Out, co_Coded.pc_Get(), i_Length);
+        return i_Length;
+    });
 }
 
 // ---- To a string ------------------------------------------------------------------------------
@@ -44,8 +53,7 @@ static int i_Code(CT_Buffer& co, const unsigned short* qcuz_In, unsigned n_Count
 int CT_StringConvert::si_MultiToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count,
                                      unsigned n_CodePage)
 {
-    if (n_Count == ALL)
-        n_Count = Bytes::Text::sn_Length(qccz_In);
+    n_Count = Bytes::Text::sn_CountOf(qccz_In, n_Count);
     CT_Buffer& co = pco_Out->co_Buffer;
     unsigned short* pu_Out = Units::spc_Target(co, std::uint64_t(n_Count) * 2 + 2);
     if (!pu_Out)
@@ -90,35 +98,23 @@ int CT_StringConvert::si_WideToMultiANSI(CT_CString* pco_Out, const unsigned sho
 
 int CT_StringConvert::si_UTF7ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Bytes::Text::sn_Length(qccz_In);
-    CT_Buffer& co = pco_Out->co_Buffer;
-    unsigned short* pu_Out = Units::spc_Target(co, std::uint64_t(n_Count) * 2 + 2);
-    if (!pu_Out)
-        return 0;
-    const int i_Length = si_UTF7ToWide(pu_Out, qccz_In, n_Count);
-    Units::sv_End(co, i_Length);
-    return i_Length;
+    n_Count = Bytes::Text::sn_CountOf(qccz_In, n_Count);
+    return i_Fill<Units>(
+        pco_Out->co_Buffer, std::uint64_t(n_Count) * 2 + 2,
+        [=](unsigned short* pu_Out) { return si_UTF7ToWide(pu_Out, qccz_In, n_Count); });
 }
 
 int CT_StringConvert::si_WideToUTF7(CT_CString* pco_Out, const unsigned short* qcuz_In,
                                     unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Units::Text::sn_Length(qcuz_In);
-    CT_Buffer& co = pco_Out->co_Buffer;
-    char* pc_Out = Bytes::spc_Target(co, CT_CodePages::sn_CodedRoom(n_Count));
-    if (!pc_Out)
-        return 0;
-    const int i_Length = si_WideToUTF7(pc_Out, qcuz_In, n_Count);
-    Bytes::sv_End(co, i_Length);
-    return i_Length;
+    n_Count = Units::Text::sn_CountOf(qcuz_In, n_Count);
+    return i_Fill<Bytes>(pco_Out->co_Buffer, CT_CodePages::sn_CodedRoom(n_Count),
+                         [=](char* pc_Out) { return si_WideToUTF7(pc_Out, qcuz_In, n_Count); });
 }
 
 int CT_StringConvert::si_UTF8ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Bytes::Text::sn_Length(qccz_In);
+    n_Count = Bytes::Text::sn_CountOf(qccz_In, n_Count);
     CT_Buffer& co = pco_Out->co_Buffer;
     const std::uint64_t n_Bytes = std::uint64_t(n_Count) * 2 + 2;
     // Where the block keeps what it held; there is nothing to keep in a block that is made now.
@@ -139,15 +135,9 @@ int CT_StringConvert::si_UTF8ToWide(CT_UString* pco_Out, const char* qccz_In, un
 int CT_StringConvert::si_WideToUTF8(CT_CString* pco_Out, const unsigned short* qcuz_In,
                                     unsigned n_Count)
 {
-    if (n_Count == ALL)
-        n_Count = Units::Text::sn_Length(qcuz_In);
-    CT_Buffer& co = pco_Out->co_Buffer;
-    char* pc_Out = Bytes::spc_Target(co, std::uint64_t(n_Count) * 3 + 1);
-    if (!pc_Out)
-        return 0;
-    const int i_Length = si_WideToUTF8(pc_Out, qcuz_In, n_Count);
-    Bytes::sv_End(co, i_Length);
-    return i_Length;
+    n_Count = Units::Text::sn_CountOf(qcuz_In, n_Count);
+    return i_Fill<Bytes>(pco_Out->co_Buffer, std::uint64_t(n_Count) * 3 + 1,
+                         [=](char* pc_Out) { return si_WideToUTF8(pc_Out, qcuz_In, n_Count); });
 }
 
 // ---- From a string ------------------------------------------------------------------------
