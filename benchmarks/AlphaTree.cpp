@@ -22,32 +22,13 @@
 #include <datrie/trie.h>
 #endif
 
+#include "Support/Find.h"
 #include "Support/Inputs.h"
 #include "Support/Job.h"
 
 namespace
 {
 typedef std::vector<std::string> Words;
-typedef std::vector<unsigned> Numbers;
-
-template <class Keys, class Find>
-void AddFind(Measure<Numbers>& measure, const char* side, const Keys& keys, Find find)
-{
-    measure.Side(
-        side,
-        [&keys, find] {
-            std::uint64_t sum = 0;
-            for (const auto& key : keys)
-                sum += find(key);
-            return sum;
-        },
-        [&keys, find] {
-            Numbers answers;
-            for (const auto& key : keys)
-                answers.push_back(find(key));
-            return answers;
-        });
-}
 
 #if HAVE_DATRIE
 std::vector<std::vector<AlphaChar>>* DatrieKeys(const Words& words)

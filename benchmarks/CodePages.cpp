@@ -8,8 +8,6 @@
 // page, with all that is made ready for it. Rates are those of the text in the code page.
 #include <System/String/StringConvert.h>
 
-#include <iconv.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <memory>
@@ -20,6 +18,7 @@
 #include <unicode/ucnv.h>
 #endif
 
+#include "Support/Iconv.h"
 #include "Support/Inputs.h"
 #include "Support/Job.h"
 
@@ -88,27 +87,6 @@ private:
 };
 
 // ---- The sides --------------------------------------------------------------------------------
-
-class Iconv
-{
-public:
-    Iconv(const char* to, const char* from) : handle(iconv_open(to, from), iconv_close) {}
-
-    template <class In, class Out>
-    size_t Convert(const In& in, Out& out) const
-    {
-        char* input = const_cast<char*>(reinterpret_cast<const char*>(in.data()));
-        char* output = reinterpret_cast<char*>(out.data());
-        size_t inputLeft = in.size() * sizeof(in[0]);
-        size_t outputLeft = out.size() * sizeof(out[0]);
-        iconv(handle.get(), nullptr, nullptr, nullptr, nullptr);
-        iconv(handle.get(), &input, &inputLeft, &output, &outputLeft);
-        return out.size() - outputLeft / sizeof(out[0]);
-    }
-
-private:
-    std::shared_ptr<void> handle;
-};
 
 #if HAVE_ICU
 std::shared_ptr<UConverter> OpenICU(const char* name)

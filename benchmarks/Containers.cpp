@@ -36,12 +36,12 @@
 #include <absl/container/flat_hash_map.h>
 #endif
 
+#include "Support/Find.h"
 #include "Support/Inputs.h"
 #include "Support/Job.h"
 
 namespace
 {
-typedef std::vector<unsigned> Numbers;
 typedef int (*Order)(const void*, const void*);
 typedef unsigned (*Hash)(const void*, unsigned);
 
@@ -195,26 +195,6 @@ void RegisterSort(const Input& input)
 }
 
 // ---- Hash tables --------------------------------------------------------------------------
-
-// The numbers that a find of each key gives.
-template <class Keys, class Find>
-void AddFind(Measure<Numbers>& measure, const char* side, const Keys& keys, Find find)
-{
-    measure.Side(
-        side,
-        [&keys, find] {
-            std::uint64_t sum = 0;
-            for (const auto& key : keys)
-                sum += find(key);
-            return sum;
-        },
-        [&keys, find] {
-            Numbers answers;
-            for (const auto& key : keys)
-                answers.push_back(find(key));
-            return answers;
-        });
-}
 
 class NumberTable : public CT_VoidHashTable
 {

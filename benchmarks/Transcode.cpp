@@ -8,8 +8,6 @@
 // UTF-16 bytes beside UTF-7.
 #include <System/String/StringConvert.h>
 
-#include <iconv.h>
-
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -30,6 +28,7 @@
 #include <unistr.h>
 #endif
 
+#include "Support/Iconv.h"
 #include "Support/Inputs.h"
 #include "Support/Job.h"
 
@@ -149,31 +148,6 @@ std::u16string AsItIs(const std::u16string& written)
 {
     return written;
 }
-
-// ---- iconv ------------------------------------------------------------------------------------
-
-// A converter that is kept; all of the input at once.
-class Iconv
-{
-public:
-    Iconv(const char* to, const char* from) : handle(iconv_open(to, from), iconv_close) {}
-
-    template <class In, class Out>
-    size_t Convert(const In& in, Out& out) const
-    {
-        char* input = const_cast<char*>(reinterpret_cast<const char*>(in.data()));
-        char* output = reinterpret_cast<char*>(out.data());
-        size_t inputLeft = in.size() * sizeof(in[0]);
-        size_t outputLeft = out.size() * sizeof(out[0]);
-        iconv(handle.get(), nullptr, nullptr, nullptr, nullptr);
-        iconv(handle.get(), &input, &inputLeft, &output, &outputLeft);
-        iconv(handle.get(), nullptr, nullptr, &output, &outputLeft);
-        return out.size() - outputLeft / sizeof(out[0]);
-    }
-
-private:
-    std::shared_ptr<void> handle;
-};
 
 // ---- UTF-8 ------------------------------------------------------------------------------------
 
