@@ -167,11 +167,58 @@ def check_places():
                 said[place] = path
 
 
+# Names as docs/names.md has them: the prefix tells what something is and of what type. One letter does for a counter
+# or a character, upper case is for constants.
+PREFIX = (r"(?=[a-z]+[\d_])s?v?[ap]*(?:q|qc|pc)?"
+          r"(?:(?:v|b|n[1248]?|i4?|l|c|us?|h|e[co]?|co|so|o|f|t)z?)?_")
+NAME = re.compile(rf"{PREFIX}\w|[a-z]$|[A-Z][A-Z0-9_]*$")
+STATIC_NAME = re.compile(rf"s(?!o_){PREFIX}\w|[A-Z][A-Z0-9_]*$")
+# A declaration's type, and the name behind it.
+TYPE = (r"(?:unsigned|signed|int|char|short|long|void|bool|double|float|auto|char16_t|va_list|"
+        r"[A-Z]\w*|(?:CT|st|_st|et|t|T)_\w+|std::\w+)"
+        r"(?:<[^<>;(){}]*>)?(?:::\w+)?(?:\s+(?:const|unsigned|int|char|short|long)\b)*")
+DECLARED = re.compile(rf"(?<![\w:]){TYPE}(?:(?:\s*(?:[*&]+|const\b|\(&))+\s*|\s+)(?:\w+::)*(\w+)\s*(?=[,);=\[{{(:])")
+# Conventions of the language and of the platform.
+OTHER_NAMES = {"operator", "sizeof", "args", "arguments", "copy", "__attribute__", "DllMain", "ostra_version"}
+# Of the interface, which is older than the rule that a static member has an s.
+TOLD_STATICS = {"n4_Search", "pso_FindBranch", "n_GetIndex", "n_GetOffset", "n_GetThread", "n_GetNextPrim"}
+
+
+def check_declared(path, number, line):
+    names = [name for name in DECLARED.findall(line) if not name[0].isdigit()]
+    for name in names:
+        if not NAME.match(name) and name not in OTHER_NAMES and not re.fullmatch(TYPE, name):
+            breach(path, number, f"{name}: docs/names.md tells which prefix it needs")
+    member = re.match(r"\s+(?:\[\[[^\]]*\]\] |\w*FOR_\w+ |inline )*static\b", line)
+    if member and names and path.suffix == ".h" and "operator" not in line and not STATIC_NAME.match(names[0]):
+        if names[0] not in TOLD_STATICS | OTHER_NAMES:
+            breach(path, number, f"{names[0]}: the name of a static member begins with s")
+
+
+def check_enumerators(path, text):
+    # The standard of the characters names its properties, blocks and kinds of information.
+    for found in re.finditer(r"\benum\s+(?!et_(?:Unicode|LayoutProperty|PropertyClass))\w+[^{;()]*{([^}]*)}", text):
+        for part in found.group(1).split(","):
+            name = re.match(r"\s*(\w+)", part)
+            if name and not re.match(r"[a-z]{1,2}_[A-Z0-9]\w*$|[A-Z][A-Z0-9_]*$", name.group(1)):
+                number = text[:found.start(1)].count("\n") + 1
+                breach(path, number, f"{name.group(1)}: an enumerator has two letters of its enumeration")
+
+
 def check_names():
-    for path in files("src", "*.h"):
-        for number, line in enumerate(stripped(path.read_text("utf-8")).splitlines(), 1):
+    """In headers of all that is declared; in sources of what is declared for the whole file."""
+    for path in files("src", "*.h", "*.cpp"):
+        text = path.read_text("utf-8")
+        if GENERATED.match(text):
+            continue
+        text = stripped(text)
+        check_enumerators(path, text)
+        for number, line in enumerate(text.splitlines(), 1):
+            if path.suffix == ".cpp" and line[:1] in ("", " ", "#", "}"):
+                continue
+            check_declared(path, number, line)
             found = re.match(r"\s*(class|struct|enum)\s+(?:class\s+)?(?:OSTRA_API\s+)?(\w+)\b(?!.*;\s*$)", line)
-            if not found:
+            if path.suffix != ".h" or not found:
                 continue
             kind, name = found.groups()
             wanted = {"class": ("CT_",), "struct": ("st_", "_st_", "CT_", "_"), "enum": ("et_",)}[kind]

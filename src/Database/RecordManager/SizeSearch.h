@@ -16,13 +16,13 @@ inline unsigned n_FitsOneByOne(const unsigned* pcn_Sizes, unsigned n_Need)
 
 OSTRA_FOR_MASKS inline unsigned n_FitsByMasks(const unsigned* pcn_Sizes, unsigned n_Need)
 {
-    t_Block<int> aFits[4];
+    t_Block<int> ao_Fits[4];
     for (unsigned n_At = 0; n_At < 4; ++n_At) {
-        t_Block<int> aSizes;
-        CT_Vector::sv_Load(aSizes, pcn_Sizes + 4 * n_At);
-        aFits[n_At] = aSizes > static_cast<int>(n_Need - 1);
+        t_Block<int> ao_Sizes;
+        CT_Vector::sv_Load(ao_Sizes, pcn_Sizes + 4 * n_At);
+        ao_Fits[n_At] = ao_Sizes > static_cast<int>(n_Need - 1);
     }
-    return CT_Vector::sn_Mask(aFits);
+    return CT_Vector::sn_Mask(ao_Fits);
 }
 
 inline unsigned n_Fits(const unsigned* pcn_Sizes, unsigned n_Need)
@@ -54,15 +54,15 @@ OSTRA_FOR_MASKS inline unsigned n_FirstFitByMasks(const char* pcc_Pairs, unsigne
     unsigned n_At = 0;
     for (; n_At + 8 <= n_Count; n_At += 8) {
         const char* pcc_At = pcc_Pairs + n_At * 8;
-        t_Block<int> aSmall[2];
+        t_Block<int> ao_Small[2];
         for (unsigned n_Half = 0; n_Half < 2; ++n_Half) {
-            t_Block<int> aFirst, aSecond;
-            CT_Vector::sv_Load(aFirst, pcc_At + 32 * n_Half);
-            CT_Vector::sv_Load(aSecond, pcc_At + 32 * n_Half + 16);
-            const auto aLengths = __builtin_shufflevector(aFirst, aSecond, 1, 3, 5, 7);
-            aSmall[n_Half] = (aLengths ^ TURN) < i_Need;
+            t_Block<int> ao_First, ao_Second;
+            CT_Vector::sv_Load(ao_First, pcc_At + 32 * n_Half);
+            CT_Vector::sv_Load(ao_Second, pcc_At + 32 * n_Half + 16);
+            const auto ao_Lengths = __builtin_shufflevector(ao_First, ao_Second, 1, 3, 5, 7);
+            ao_Small[n_Half] = (ao_Lengths ^ TURN) < i_Need;
         }
-        const unsigned n_Small = CT_Vector::sn_Mask(aSmall);
+        const unsigned n_Small = CT_Vector::sn_Mask(ao_Small);
         if (n_Small != 0xFFFF)
             return n_At + static_cast<unsigned>(__builtin_ctz(~n_Small)) / 2;
     }

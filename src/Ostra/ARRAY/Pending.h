@@ -21,11 +21,11 @@ public:
     }
 
     // False when the heap is exhausted: the item isn't in.
-    bool b_Push(const T& Item)
+    bool b_Push(const T& o_Item)
     {
         if (n_Count == n_Room && !b_Grow())
             return false;
-        p_Items[n_Count++] = Item;
+        p_Items[n_Count++] = o_Item;
         return true;
     }
     // False with nothing left.

@@ -108,11 +108,11 @@ unsigned CT_VoidArray::n_FindNumber(const void* pcv_Item) const
 {
     const char* pcc_Item = static_cast<const char*>(co_Buffer.qcv_Get());
     const unsigned n_Count = n_GetCount();
-    T Wanted, Found;
-    std::memcpy(&Wanted, pcv_Item, sizeof(T));
+    T o_Wanted, o_Found;
+    std::memcpy(&o_Wanted, pcv_Item, sizeof(T));
     for (unsigned n_Index = 1; n_Index <= n_Count; n_Index++, pcc_Item += sizeof(T)) {
-        std::memcpy(&Found, pcc_Item, sizeof(T));
-        if (Found == Wanted)
+        std::memcpy(&o_Found, pcc_Item, sizeof(T));
+        if (o_Found == o_Wanted)
             return n_Index;
     }
     return 0;

@@ -61,7 +61,7 @@ public:
     // The block with that much real room at least, if the heap has it. The caller is the only
     // holder.
     static char* spc_Reserve(char* pc_Data, unsigned n_Room);
-    static void sv_Delete(char* pc_Data) { std::free(pso_Of(pc_Data)); }
+    static void sv_Delete(char* pc_Data) { std::free(spso_Of(pc_Data)); }
 
 private:
     struct st_Block
@@ -74,10 +74,10 @@ private:
     {
         return (n_Total & -n_Growth) - HEADER_SIZE;
     }
-    static st_Block* pso_Of(char* pc_Data) { return reinterpret_cast<st_Block*>(pc_Data) - 1; }
-    static char* pc_DataOf(st_Block* pso_Block) { return reinterpret_cast<char*>(pso_Block + 1); }
-    static st_Block* pso_Take(st_Block* pso_Old, unsigned n_Room);
-    static st_Block* pso_Grow(st_Block* pso_Old, unsigned n_Room);
+    static st_Block* spso_Of(char* pc_Data) { return reinterpret_cast<st_Block*>(pc_Data) - 1; }
+    static char* spc_DataOf(st_Block* pso_Block) { return reinterpret_cast<char*>(pso_Block + 1); }
+    static st_Block* spso_Take(st_Block* pso_Old, unsigned n_Room);
+    static st_Block* spso_Grow(st_Block* pso_Old, unsigned n_Room);
 };
 
 inline char* CT_Block::spc_New(unsigned n_Maximum)
@@ -89,5 +89,5 @@ inline char* CT_Block::spc_New(unsigned n_Maximum)
     if (!pso_Block)
         return nullptr;
     *pso_Block = {n_Maximum, {1, n_Maximum, 0}};
-    return pc_DataOf(pso_Block);
+    return spc_DataOf(pso_Block);
 }

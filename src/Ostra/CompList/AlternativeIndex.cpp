@@ -64,8 +64,8 @@ int CT_AlternativeIndex::b_Follow(char* pc_Block, unsigned n_Element, unsigned n
         so_Alternative.n_Target += n_Size;
         so_Alternative.n_Position += so_Alternative.n_Position >= n_Position ? n_Size : 0;
         const unsigned n_Offset = so_Alternative.n_Target - so_Alternative.n_Position;
-        const T Offset = static_cast<T>(n_Offset);
-        std::memcpy(pc_Block + so_Alternative.n_Position + n_Element, &Offset, sizeof Offset);
+        const T o_Offset = static_cast<T>(n_Offset);
+        std::memcpy(pc_Block + so_Alternative.n_Position + n_Element, &o_Offset, sizeof o_Offset);
         n_Widest = std::max(n_Widest, n_Offset);
     }
     return n_Widest <= std::numeric_limits<T>::max();

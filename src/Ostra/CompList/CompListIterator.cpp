@@ -119,14 +119,15 @@ void CT_CompListIterator::v_RunAhead(const CT_CompList::st_Stream<T>& so_Stream,
     unsigned n_At = n_Position;
     for (;;) {
         const unsigned n_Element = so_Stream.n_GetElement(n_At);
-        Unit Last;
+        Unit o_Last;
         if (!CT_CompList::sb_IsReserved(n_Element)) {
             if (!co_View.b_Append(n_Element))
                 break;
             n_At += so_Stream.ELEMENT;
         } else if (n_Element == CT_CompList::ec_Alternative && n_At < so_Stream.n_Marks &&
-                   co_View.b_Pop(&Last)) {
-            const st_Branch so_Branch = {n_At, co_View.n_GetLength(), static_cast<unsigned>(Last)};
+                   co_View.b_Pop(&o_Last)) {
+            const st_Branch so_Branch = {n_At, co_View.n_GetLength(),
+                                         static_cast<unsigned>(o_Last)};
             n_Position = n_At;
             v_Push(&so_Branch, so_Stream.n_GetTarget(n_At));
             n_At = n_Position;

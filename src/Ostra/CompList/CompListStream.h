@@ -12,9 +12,9 @@ static constexpr unsigned COPY_GROWTH = 32;
 template <class T>
 static inline unsigned n_Load(const char* pcc_From)
 {
-    T Value;
-    std::memcpy(&Value, pcc_From, sizeof Value);
-    return Value;
+    T o_Value;
+    std::memcpy(&o_Value, pcc_From, sizeof o_Value);
+    return o_Value;
 }
 
 inline unsigned CT_CompList::n_GetNumber(const char* pcc_From, unsigned n_Size) const

@@ -357,8 +357,8 @@ struct CT_TypedTrie<T>::st_Writer
     }
     void v_PutElement(unsigned n_Element)
     {
-        const T Element = static_cast<T>(n_Element);
-        v_Put(&Element, sizeof Element);
+        const T o_Element = static_cast<T>(n_Element);
+        v_Put(&o_Element, sizeof o_Element);
     }
 
     st_CompListHeader* pso_Header;

@@ -108,7 +108,7 @@ void CT_BitSet::v_MaskLastWord()
     if (n_Words == 0 || n_GetHeldWords() < n_Words)
         return;
     // Kept: a size that is a multiple of 32 has the mask of no bits, so its last word becomes 0.
-    const unsigned n_Mask = n_GetMask(n_Bits) - 1;
+    const unsigned n_Mask = sn_GetMask(n_Bits) - 1;
     char* pc_Last = pc_GetWords() + n_Bytes - 4;
     unsigned n_Word;
     std::memcpy(&n_Word, pc_Last, sizeof n_Word);
@@ -116,19 +116,19 @@ void CT_BitSet::v_MaskLastWord()
     std::memcpy(pc_Last, &n_Word, sizeof n_Word);
 }
 
-// Each word becomes Operation(word, the other's word). Words that the other doesn't have are 0.
+// Each word becomes f_Operation(word, the other's word). Words that the other doesn't have are 0.
 template <class T>
-void CT_BitSet::v_Combine(const CT_BitSet* pcco_Set, T Operation)
+void CT_BitSet::v_Combine(const CT_BitSet* pcco_Set, T f_Operation)
 {
     if (!b_TakeOwn())
         return;
     const unsigned n_Held = n_GetHeldWords();
     const unsigned n_Common = n_GetCommonWords(pcco_Set);
     char* pc_Words = pc_GetWords();
-    CT_BitWords::sv_Combine(pc_Words, pcco_Set->pcc_GetWords(), n_Common, Operation);
+    CT_BitWords::sv_Combine(pc_Words, pcco_Set->pcc_GetWords(), n_Common, f_Operation);
     constexpr char ac_None[4] = {};
     for (unsigned n_Index = n_Common; n_Index < n_Held; n_Index++)
-        CT_BitWords::sv_CombinePlain(pc_Words + n_Index * std::size_t(4), ac_None, 1, Operation);
+        CT_BitWords::sv_CombinePlain(pc_Words + n_Index * std::size_t(4), ac_None, 1, f_Operation);
 }
 
 // ---- Access and comparison ----------------------------------------------------------------

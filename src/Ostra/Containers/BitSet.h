@@ -100,7 +100,7 @@ private:
 
     static unsigned n_GetIndex(unsigned n_Bit) { return n_Bit >> 5; }
     static unsigned n_GetOffset(unsigned n_Bit) { return n_Bit & 31; }
-    static unsigned n_GetMask(unsigned n_Bit) { return 1U << n_GetOffset(n_Bit); }
+    static unsigned sn_GetMask(unsigned n_Bit) { return 1U << n_GetOffset(n_Bit); }
     char* pc_GetWords() { return static_cast<char*>(const_cast<void*>(co_Buffer.qcv_Get())); }
     const char* pcc_GetWords() const { return static_cast<const char*>(co_Buffer.qcv_Get()); }
     unsigned n_GetBlockWords() const { return co_Buffer.n_GetUsedSize() / 4; }
@@ -111,7 +111,7 @@ private:
     char* pc_PrepareWord(unsigned n_Bit);
     void v_MaskLastWord();
     template <class T>
-    void v_Combine(const CT_BitSet* pcco_Set, T Operation);
+    void v_Combine(const CT_BitSet* pcco_Set, T f_Operation);
 
     // The order of the members is part of the interface.
     unsigned n_Bits;
@@ -148,7 +148,7 @@ inline void CT_BitSet::v_Or(unsigned n_Bit, int b_Value)
     if (char* pc_Word = pc_PrepareWord(n_Bit)) {
         unsigned n_Word;
         std::memcpy(&n_Word, pc_Word, sizeof n_Word);
-        n_Word |= n_GetMask(n_Bit);
+        n_Word |= sn_GetMask(n_Bit);
         std::memcpy(pc_Word, &n_Word, sizeof n_Word);
     }
 }
@@ -161,7 +161,7 @@ inline void CT_BitSet::v_And(unsigned n_Bit, int b_Value)
         return;
     unsigned n_Word;
     std::memcpy(&n_Word, pc_Word, sizeof n_Word);
-    n_Word &= ~n_GetMask(n_Bit);
+    n_Word &= ~sn_GetMask(n_Bit);
     std::memcpy(pc_Word, &n_Word, sizeof n_Word);
 }
 
@@ -172,7 +172,7 @@ inline void CT_BitSet::v_Xor(unsigned n_Bit, int b_Value)
     if (char* pc_Word = pc_PrepareWord(n_Bit)) {
         unsigned n_Word;
         std::memcpy(&n_Word, pc_Word, sizeof n_Word);
-        n_Word ^= n_GetMask(n_Bit);
+        n_Word ^= sn_GetMask(n_Bit);
         std::memcpy(pc_Word, &n_Word, sizeof n_Word);
     }
 }

@@ -13,9 +13,9 @@ constexpr unsigned RUN = sizeof(Run) / 4; // words of a run
 constexpr unsigned BLOCK = 8 * RUN;       // words that are counted together
 
 template <class T>
-inline void v_Load(T& Value, const char* pcc_Words, unsigned n_Word)
+inline void v_Load(T& o_Value, const char* pcc_Words, unsigned n_Word)
 {
-    CT_Vector::sv_Load(Value, pcc_Words + std::size_t(n_Word) * 4);
+    CT_Vector::sv_Load(o_Value, pcc_Words + std::size_t(n_Word) * 4);
 }
 
 // ---- Counting -----------------------------------------------------------------------------
@@ -42,14 +42,14 @@ inline void v_AddRuns(Run& n_High, Run& n_Low, const char* pcc_Runs)
 
 // Each half becomes the count of its bits: in pairs, in fours, in eights and so on.
 template <class T>
-inline void v_CountBits(T& Value)
+inline void v_CountBits(T& o_Value)
 {
-    Value -= Value >> 1 & 0x5555555555555555;
-    Value = (Value & 0x3333333333333333) + (Value >> 2 & 0x3333333333333333);
-    Value = (Value + (Value >> 4)) & 0x0F0F0F0F0F0F0F0F;
-    Value = (Value + (Value >> 8)) & 0x00FF00FF00FF00FF;
-    Value = (Value + (Value >> 16)) & 0x0000FFFF0000FFFF;
-    Value = (Value + (Value >> 32)) & 0x00000000FFFFFFFF;
+    o_Value -= o_Value >> 1 & 0x5555555555555555;
+    o_Value = (o_Value & 0x3333333333333333) + (o_Value >> 2 & 0x3333333333333333);
+    o_Value = (o_Value + (o_Value >> 4)) & 0x0F0F0F0F0F0F0F0F;
+    o_Value = (o_Value + (o_Value >> 8)) & 0x00FF00FF00FF00FF;
+    o_Value = (o_Value + (o_Value >> 16)) & 0x0000FFFF0000FFFF;
+    o_Value = (o_Value + (o_Value >> 32)) & 0x00000000FFFFFFFF;
 }
 
 inline unsigned n_CountRun(Run& n_Run)
@@ -79,21 +79,21 @@ unsigned n_CountBlocks(const char* pcc_Words, unsigned n_Words)
 
 // ---- Searching ----------------------------------------------------------------------------
 
-// The first word for which Expression(result, number), asked for a run or a word, isn't 0.
+// The first word for which f_Expression(result, number), asked for a run or a word, isn't 0.
 template <class T>
-inline unsigned n_FindWord(unsigned n_Words, T Expression)
+inline unsigned n_FindWord(unsigned n_Words, T f_Expression)
 {
     unsigned n_Word = 0;
     for (; n_Words - n_Word >= 2 * RUN; n_Word += 2 * RUN) {
         Run n_First, n_Second;
-        Expression(n_First, n_Word);
-        Expression(n_Second, n_Word + RUN);
+        f_Expression(n_First, n_Word);
+        f_Expression(n_Second, n_Word + RUN);
         n_First |= n_Second;
         if (!CT_Vector::sb_IsZero(n_First))
             break;
     }
     for (unsigned n_Found; n_Word < n_Words; n_Word++) {
-        Expression(n_Found, n_Word);
+        f_Expression(n_Found, n_Word);
         if (n_Found)
             break;
     }
@@ -117,15 +117,15 @@ unsigned CT_BitWords::sn_Count(const char* pcc_Words, unsigned n_Words)
 unsigned CT_BitWords::sn_Find(const char* pcc_Words, unsigned n_Words)
 {
     return n_FindWord(n_Words,
-                      [=](auto& Found, unsigned n_Word) { v_Load(Found, pcc_Words, n_Word); });
+                      [=](auto& o_Found, unsigned n_Word) { v_Load(o_Found, pcc_Words, n_Word); });
 }
 
 unsigned CT_BitWords::sn_FindBeyond(const char* pcc_Words, const char* pcc_Other, unsigned n_Words)
 {
-    return n_FindWord(n_Words, [=](auto& Found, unsigned n_Word) {
-        v_Load(Found, pcc_Words, n_Word);
-        auto Other = Found;
-        v_Load(Other, pcc_Other, n_Word);
-        Found &= ~Other;
+    return n_FindWord(n_Words, [=](auto& o_Found, unsigned n_Word) {
+        v_Load(o_Found, pcc_Words, n_Word);
+        auto o_Other = o_Found;
+        v_Load(o_Other, pcc_Other, n_Word);
+        o_Found &= ~o_Other;
     });
 }

@@ -27,12 +27,12 @@ void CT_BranchPool::operator delete(void* pv_Object)
 
 // ---- Rooms --------------------------------------------------------------------------------
 
-inline unsigned CT_BranchPool::n_RoomFor(unsigned n_Count)
+inline unsigned CT_BranchPool::sn_RoomFor(unsigned n_Count)
 {
     return n_Count <= SINGLE ? n_Count : std::bit_ceil(n_Count);
 }
 
-inline unsigned CT_BranchPool::n_ClassOf(unsigned n_Room)
+inline unsigned CT_BranchPool::sn_ClassOf(unsigned n_Room)
 {
     return n_Room <= SINGLE ? n_Room
                             : SINGLE + static_cast<unsigned>(std::countr_zero(n_Room / SINGLE));
@@ -42,8 +42,8 @@ inline unsigned CT_BranchPool::n_ClassOf(unsigned n_Room)
 
 st_Node* CT_BranchPool::pso_Grow(st_Node* pso_Nodes, unsigned n_Count)
 {
-    const unsigned n_Room = n_RoomFor(n_Count + 1);
-    if (n_Count && n_RoomFor(n_Count) == n_Room)
+    const unsigned n_Room = sn_RoomFor(n_Count + 1);
+    if (n_Count && sn_RoomFor(n_Count) == n_Room)
         return pso_Nodes;
     st_Node* pso_Grown = pso_Take(n_Room);
     if (!pso_Grown || !n_Count)
@@ -55,8 +55,8 @@ st_Node* CT_BranchPool::pso_Grow(st_Node* pso_Nodes, unsigned n_Count)
 
 void CT_BranchPool::v_Shrink(st_Node* pso_Nodes, unsigned n_Count)
 {
-    const unsigned n_Room = n_RoomFor(n_Count - 1);
-    if (const unsigned n_Less = n_RoomFor(n_Count) - n_Room) {
+    const unsigned n_Room = sn_RoomFor(n_Count - 1);
+    if (const unsigned n_Less = sn_RoomFor(n_Count) - n_Room) {
         v_Give(pso_Nodes + n_Room, n_Less);
         n_Used -= n_Less;
     }
@@ -64,7 +64,7 @@ void CT_BranchPool::v_Shrink(st_Node* pso_Nodes, unsigned n_Count)
 
 void CT_BranchPool::v_Free(st_Node* pso_Nodes, unsigned n_Count)
 {
-    const unsigned n_Nodes = n_RoomFor(n_Count);
+    const unsigned n_Nodes = sn_RoomFor(n_Count);
     v_Give(pso_Nodes, n_Nodes);
     n_Used -= n_Nodes;
     if (!n_Used)
@@ -75,7 +75,7 @@ void CT_BranchPool::v_Free(st_Node* pso_Nodes, unsigned n_Count)
 
 st_Node* CT_BranchPool::pso_Take(unsigned n_Room)
 {
-    st_Node*& pso_First = apso_Free[n_ClassOf(n_Room)];
+    st_Node*& pso_First = apso_Free[sn_ClassOf(n_Room)];
     st_Node* pso_Nodes = pso_First;
     if (pso_Nodes)
         pso_First = pso_Nodes->pso_Branches;
@@ -115,7 +115,7 @@ int CT_BranchPool::b_AddChunk(unsigned n_Nodes)
 
 void CT_BranchPool::v_Give(st_Node* pso_Nodes, unsigned n_Room)
 {
-    st_Node*& pso_First = apso_Free[n_ClassOf(n_Room)];
+    st_Node*& pso_First = apso_Free[sn_ClassOf(n_Room)];
     pso_Nodes->pso_Branches = pso_First;
     pso_First = pso_Nodes;
 }
@@ -163,7 +163,7 @@ void CT_BranchPool::v_CopyWay(st_Node* pso_Node, const st_Node* pso_First)
     while (st_Node* pso_Branches = pso_Node->pso_Branches) {
         if (!f_IsBefore(pso_Branches, pso_First) && f_IsBefore(pso_Branches, pso_Rest))
             return;
-        const unsigned n_Count = pso_Node->n2_NrOfBranches, n_Nodes = n_RoomFor(n_Count);
+        const unsigned n_Count = pso_Node->n2_NrOfBranches, n_Nodes = sn_RoomFor(n_Count);
         st_Node* pso_Copy = pso_Carve(n_Nodes);
         std::memcpy(pso_Copy, pso_Branches, n_Count * sizeof(st_Node));
         std::fill(pso_Copy + n_Count, pso_Copy + n_Nodes, st_Node{});

@@ -53,8 +53,8 @@ private:
         st_Chunk* pso_Previous;
     };
 
-    static unsigned n_RoomFor(unsigned n_Count);
-    static unsigned n_ClassOf(unsigned n_Room);
+    static unsigned sn_RoomFor(unsigned n_Count);
+    static unsigned sn_ClassOf(unsigned n_Room);
     st_Node* pso_Take(unsigned n_Room);
     st_Node* pso_Carve(unsigned n_Room);
     int b_AddChunk(unsigned n_Nodes);

@@ -31,11 +31,11 @@ struct st_Run
     static constexpr unsigned MARK_BITS = CT_Vector::sn_MarkBits(sizeof(t_Unit));
 
     // All bits set in the place of each line feed.
-    static void v_Compare(Pairs& aFound, const t_Unit* pu_Text)
+    static void v_Compare(Pairs& ao_Found, const t_Unit* pu_Text)
     {
-        t_Block<t_Unit> aUnits;
-        CT_Vector::sv_Load(aUnits, pu_Text);
-        aFound = reinterpret_cast<Pairs>(aUnits == t_Unit('\n'));
+        t_Block<t_Unit> ao_Units;
+        CT_Vector::sv_Load(ao_Units, pu_Text);
+        ao_Found = reinterpret_cast<Pairs>(ao_Units == t_Unit('\n'));
     }
 };
 
@@ -45,9 +45,9 @@ unsigned n_FindFeed(const t_Unit* pu_Text, unsigned n_At, unsigned n_End)
 {
     typedef st_Run<t_Unit> Run;
     for (; n_End - n_At >= Run::COUNT; n_At += Run::COUNT) {
-        typename Run::Pairs aFound;
-        Run::v_Compare(aFound, pu_Text + n_At);
-        if (const std::uint64_t n8_Marks = CT_Vector::sn8_Marks(aFound))
+        typename Run::Pairs ao_Found;
+        Run::v_Compare(ao_Found, pu_Text + n_At);
+        if (const std::uint64_t n8_Marks = CT_Vector::sn8_Marks(ao_Found))
             return n_At + std::countr_zero(n8_Marks) / Run::MARK_BITS;
     }
     while (n_At < n_End && pu_Text[n_At] != '\n')
@@ -62,13 +62,13 @@ inline unsigned n_CopyToFeed(t_Unit* pu_To, const t_Unit* pu_Text, unsigned n_En
 {
     typedef st_Run<t_Unit> Run;
     for (unsigned n = 0; n_End - n >= 2 * Run::COUNT; n += 2 * Run::COUNT) {
-        typename Run::Pairs aFirst, aSecond;
-        Run::v_Compare(aFirst, pu_Text + n);
-        Run::v_Compare(aSecond, pu_Text + n + Run::COUNT);
+        typename Run::Pairs ao_First, ao_Second;
+        Run::v_Compare(ao_First, pu_Text + n);
+        Run::v_Compare(ao_Second, pu_Text + n + Run::COUNT);
         std::memcpy(pu_To + n, pu_Text + n, 32);
-        if (const std::uint64_t n8_Any = CT_Vector::sn8_Marks(aFirst | aSecond)) {
+        if (const std::uint64_t n8_Any = CT_Vector::sn8_Marks(ao_First | ao_Second)) {
             // In which run it is can't be foreseen: no branch.
-            const std::uint64_t n8_First = CT_Vector::sn8_Marks(aFirst);
+            const std::uint64_t n8_First = CT_Vector::sn8_Marks(ao_First);
             const std::uint64_t n8_IsSecond = -std::uint64_t(!n8_First);
             const unsigned n_Bit = std::countr_zero(n8_First | (n8_Any & n8_IsSecond));
             return n + (Run::COUNT & unsigned(n8_IsSecond)) + n_Bit / Run::MARK_BITS;

@@ -44,7 +44,7 @@ st_Parts<t_Unit> so_Scan(const t_Unit* q_Path)
     st_Parts<t_Unit> so_Parts = {q_At, q_At, nullptr, q_At};
     for (; *q_At; ++q_At) {
         // The second byte of a double-byte character is no separator and no point.
-        if (t_Road::b_IsLead(*q_At) && q_At[1])
+        if (t_Road::sb_IsLead(*q_At) && q_At[1])
             ++q_At;
         else if (b_IsSeparator(*q_At)) {
             so_Parts.q_Name = q_At + 1;
@@ -63,7 +63,7 @@ void v_SetPart(CT_String* pco_Part, const t_Unit* q_From, const t_Unit* q_To, un
 {
     const unsigned n_Count = static_cast<unsigned>(q_To - q_From);
     if (pco_Part)
-        t_Road::v_Set(pco_Part, q_From, n_Count < n_Most ? n_Count : n_Most);
+        t_Road::sv_Set(pco_Part, q_From, n_Count < n_Most ? n_Count : n_Most);
 }
 
 // True if a separator, and not the second byte of a character, ends the text.
@@ -72,7 +72,7 @@ int b_EndsInSeparator(const t_Unit* q_Text)
 {
     int b_Separator = 0;
     for (; *q_Text; ++q_Text) {
-        const int b_Double = t_Road::b_IsLead(*q_Text) && q_Text[1];
+        const int b_Double = t_Road::sb_IsLead(*q_Text) && q_Text[1];
         b_Separator = !b_Double && b_IsSeparator(*q_Text);
         q_Text += b_Double;
     }
@@ -86,10 +86,10 @@ int i_CurrentPath(t_Unit (&au_Path)[ROOM], unsigned n_Drive)
     const t_Unit u_Letter = static_cast<t_Unit>('A' + n_Drive - 1);
     const t_Unit au_Root[] = {u_Letter, ':', '\\', 0};
     const t_Unit au_Here[] = {u_Letter, ':', '.', 0};
-    if (n_Drive && (n_Drive > DRIVES || t_Road::n_DriveType(au_Root) <= DRIVE_NO_ROOT_DIR))
+    if (n_Drive && (n_Drive > DRIVES || t_Road::sn_DriveType(au_Root) <= DRIVE_NO_ROOT_DIR))
         return EACCES;
-    const DWORD n_Length =
-        n_Drive ? t_Road::n_FullPath(au_Here, au_Path, ROOM) : t_Road::n_CurrentPath(au_Path, ROOM);
+    const DWORD n_Length = n_Drive ? t_Road::sn_FullPath(au_Here, au_Path, ROOM)
+                                   : t_Road::sn_CurrentPath(au_Path, ROOM);
     if (n_Length && n_Length < ROOM)
         return 0;
     au_Path[0] = 0;
@@ -116,7 +116,7 @@ template <class t_Road>
 int b_RememberPath()
 {
     typename t_Road::t_Unit au_Path[ROOM];
-    const DWORD n_Length = t_Road::n_CurrentPath(au_Path, ROOM);
+    const DWORD n_Length = t_Road::sn_CurrentPath(au_Path, ROOM);
     if (!n_Length)
         return 0;
     if (n_Length >= ROOM || (b_IsSeparator(au_Path[0]) && au_Path[0] == au_Path[1]))
@@ -125,14 +125,14 @@ int b_RememberPath()
     if (u_Letter >= 'a' && u_Letter <= 'z')
         u_Letter = static_cast<typename t_Road::t_Unit>(u_Letter - 'a' + 'A');
     const typename t_Road::t_Unit au_Name[] = {'=', u_Letter, ':', 0};
-    return t_Road::b_SetVariable(au_Name, au_Path) != 0;
+    return t_Road::sb_SetVariable(au_Name, au_Path) != 0;
 }
 
 // The temporary directory with a "\" at its end; the area has two units more than its room.
 template <class t_Road, class t_Unit>
 void v_TemporaryPath(t_Unit* pu_Path, unsigned n_Room)
 {
-    DWORD n_Length = t_Road::n_TemporaryPath(pu_Path, n_Room);
+    DWORD n_Length = t_Road::sn_TemporaryPath(pu_Path, n_Room);
     if (n_Length >= n_Room)
         n_Length = 0;
     // Kept: "/" is no end here.
@@ -207,7 +207,7 @@ void CT_FileSystem::sv_GetCurrentPath(CT_String* pco_Path, unsigned n_Drive)
         if (const int i_Error = i_CurrentPath<t_Road>(au_Path, n_Drive))
             CT_Report::sv_Format(qccz_Source, i_Error, FILE_ERROR, qcuz_Empty,
                                  qccz_FailedCall(o_Road), i_Error);
-        t_Road::v_Set(pco_Path, au_Path);
+        t_Road::sv_Set(pco_Path, au_Path);
     });
 }
 
@@ -251,7 +251,7 @@ void CT_FileSystem::sv_MakePath(CT_String* pco_Path, const CT_String* pco_Drive,
         if (*co_Extension.q_Get() && *co_Extension.q_Get() != '.')
             co_Path.v_Append(au_Point, 1);
         co_Path.v_Append(co_Extension.q_Get(), ALL);
-        t_Road::v_Set(pco_Path, t_Road::q_Text(co_Path));
+        t_Road::sv_Set(pco_Path, t_Road::sq_Text(co_Path));
     });
 }
 
@@ -262,10 +262,10 @@ void CT_FileSystem::sv_FullPath(CT_String* pco_Path)
         const typename t_Road::CT_Name co_Path(pco_Path);
         typename t_Road::t_Unit au_Path[ROOM];
         const DWORD n_Length = pco_Path->vn_GetLength()
-                                   ? t_Road::n_FullPath(co_Path.q_Get(), au_Path, ROOM)
-                                   : t_Road::n_CurrentPath(au_Path, ROOM);
+                                   ? t_Road::sn_FullPath(co_Path.q_Get(), au_Path, ROOM)
+                                   : t_Road::sn_CurrentPath(au_Path, ROOM);
         if (n_Length && n_Length < ROOM)
-            t_Road::v_Set(pco_Path, au_Path);
+            t_Road::sv_Set(pco_Path, au_Path);
         else
             CT_Report::sv_Format(qccz_Source, SEMANTIC_ERROR, SEMANTIC_ERROR, qcuz_Empty);
     });

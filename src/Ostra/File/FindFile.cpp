@@ -131,11 +131,11 @@ int CT_FindFile::b_Step(int b_First)
         typename t_Road::t_FindData so_Found;
         if (b_First) {
             const typename t_Road::CT_Name co_Name(&co_Pattern);
-            const HANDLE h_Search = t_Road::h_FindFirst(co_Name, &so_Found);
+            const HANDLE h_Search = t_Road::sh_FindFirst(co_Name, &so_Found);
             i_Handle = reinterpret_cast<INT_PTR>(h_Search);
             if (h_Search == INVALID_HANDLE_VALUE)
                 return 0;
-        } else if (!t_Road::b_FindNext(reinterpret_cast<HANDLE>(i_Handle), &so_Found))
+        } else if (!t_Road::sb_FindNext(reinterpret_cast<HANDLE>(i_Handle), &so_Found))
             return 0;
         v_Take(so_Record(o_Road, st_DataU, st_DataC), so_Found);
         return 1;

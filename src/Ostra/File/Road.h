@@ -36,41 +36,41 @@ struct CT_WideRoad
         CT_UString co_Text;
     };
 
-    static const t_Unit* q_Text(const t_String& co_Text) { return co_Text.qcuz_Get(); }
-    static void v_Set(CT_String* pco_Text, const t_Unit* qcuz_Text,
-                      unsigned n_Count = CT_String::ALL)
+    static const t_Unit* sq_Text(const t_String& co_Text) { return co_Text.qcuz_Get(); }
+    static void sv_Set(CT_String* pco_Text, const t_Unit* qcuz_Text,
+                       unsigned n_Count = CT_String::ALL)
     {
         pco_Text->v_Set(qcuz_Text, n_Count);
     }
-    static int b_IsLead(t_Unit) { return 0; }
+    static int sb_IsLead(t_Unit) { return 0; }
 
     // The services that bring text back: the length of the result, or the room that it needs; 0 on
     // failure.
-    static DWORD n_FullPath(const t_Unit* qcuz_Path, t_Unit* pu_Full, DWORD n_Room)
+    static DWORD sn_FullPath(const t_Unit* qcuz_Path, t_Unit* pu_Full, DWORD n_Room)
     {
         return GetFullPathNameW(qcuz_System(qcuz_Path), n_Room, qcuz_System(pu_Full), nullptr);
     }
-    static DWORD n_CurrentPath(t_Unit* pu_Path, DWORD n_Room)
+    static DWORD sn_CurrentPath(t_Unit* pu_Path, DWORD n_Room)
     {
         return GetCurrentDirectoryW(n_Room, qcuz_System(pu_Path));
     }
-    static DWORD n_TemporaryPath(t_Unit* pu_Path, DWORD n_Room)
+    static DWORD sn_TemporaryPath(t_Unit* pu_Path, DWORD n_Room)
     {
         return GetTempPathW(n_Room, qcuz_System(pu_Path));
     }
-    static UINT n_DriveType(const t_Unit* qcuz_Root)
+    static UINT sn_DriveType(const t_Unit* qcuz_Root)
     {
         return GetDriveTypeW(qcuz_System(qcuz_Root));
     }
-    static BOOL b_SetVariable(const t_Unit* qcuz_Name, const t_Unit* qcuz_Value)
+    static BOOL sb_SetVariable(const t_Unit* qcuz_Name, const t_Unit* qcuz_Value)
     {
         return SetEnvironmentVariableW(qcuz_System(qcuz_Name), qcuz_System(qcuz_Value));
     }
-    static HANDLE h_FindFirst(LPCWSTR qcuz_Pattern, t_FindData* pso_Found)
+    static HANDLE sh_FindFirst(LPCWSTR qcuz_Pattern, t_FindData* pso_Found)
     {
         return FindFirstFileW(qcuz_Pattern, pso_Found);
     }
-    static BOOL b_FindNext(HANDLE h_Search, t_FindData* pso_Found)
+    static BOOL sb_FindNext(HANDLE h_Search, t_FindData* pso_Found)
     {
         return FindNextFileW(h_Search, pso_Found);
     }
@@ -98,36 +98,36 @@ struct CT_NarrowRoad
         CT_CString co_Text;
     };
 
-    static const t_Unit* q_Text(const t_String& co_Text) { return co_Text.qccz_Get(); }
-    static void v_Set(CT_String* pco_Text, const t_Unit* qccz_Text,
-                      unsigned n_Count = CT_String::ALL)
+    static const t_Unit* sq_Text(const t_String& co_Text) { return co_Text.qccz_Get(); }
+    static void sv_Set(CT_String* pco_Text, const t_Unit* qccz_Text,
+                       unsigned n_Count = CT_String::ALL)
     {
         pco_Text->v_Set(qccz_Text, n_Count, -2);
     }
-    static int b_IsLead(t_Unit c_Byte) { return IsDBCSLeadByte(static_cast<BYTE>(c_Byte)); }
+    static int sb_IsLead(t_Unit c_Byte) { return IsDBCSLeadByte(static_cast<BYTE>(c_Byte)); }
 
-    static DWORD n_FullPath(const t_Unit* qccz_Path, t_Unit* pc_Full, DWORD n_Room)
+    static DWORD sn_FullPath(const t_Unit* qccz_Path, t_Unit* pc_Full, DWORD n_Room)
     {
         return GetFullPathNameA(qccz_Path, n_Room, pc_Full, nullptr);
     }
-    static DWORD n_CurrentPath(t_Unit* pc_Path, DWORD n_Room)
+    static DWORD sn_CurrentPath(t_Unit* pc_Path, DWORD n_Room)
     {
         return GetCurrentDirectoryA(n_Room, pc_Path);
     }
-    static DWORD n_TemporaryPath(t_Unit* pc_Path, DWORD n_Room)
+    static DWORD sn_TemporaryPath(t_Unit* pc_Path, DWORD n_Room)
     {
         return GetTempPathA(n_Room, pc_Path);
     }
-    static UINT n_DriveType(const t_Unit* qccz_Root) { return GetDriveTypeA(qccz_Root); }
-    static BOOL b_SetVariable(const t_Unit* qccz_Name, const t_Unit* qccz_Value)
+    static UINT sn_DriveType(const t_Unit* qccz_Root) { return GetDriveTypeA(qccz_Root); }
+    static BOOL sb_SetVariable(const t_Unit* qccz_Name, const t_Unit* qccz_Value)
     {
         return SetEnvironmentVariableA(qccz_Name, qccz_Value);
     }
-    static HANDLE h_FindFirst(LPCSTR qccz_Pattern, t_FindData* pso_Found)
+    static HANDLE sh_FindFirst(LPCSTR qccz_Pattern, t_FindData* pso_Found)
     {
         return FindFirstFileA(qccz_Pattern, pso_Found);
     }
-    static BOOL b_FindNext(HANDLE h_Search, t_FindData* pso_Found)
+    static BOOL sb_FindNext(HANDLE h_Search, t_FindData* pso_Found)
     {
         return FindNextFileA(h_Search, pso_Found);
     }

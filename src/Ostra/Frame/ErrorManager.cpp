@@ -176,7 +176,7 @@ void CT_ErrorManager::v_HoldError()
     st_Error* pso_Error = pso_GetError(pso_SetErrors);
     if (!pso_Error)
         return;
-    v_Unlink(pso_Error, &pso_SetErrors);
+    sv_Unlink(pso_Error, &pso_SetErrors);
     pso_Error->pso_Next = pso_HoldErrors;
     pso_HoldErrors = pso_Error;
 }
@@ -320,7 +320,7 @@ CT_ErrorManager::st_Error* CT_ErrorManager::pso_CreateError()
 void CT_ErrorManager::v_DestroyError(st_Error* pso_Error, st_Error** ppso_List)
 {
     v_DestroyLocations(pso_Error);
-    v_Unlink(pso_Error, ppso_List);
+    sv_Unlink(pso_Error, ppso_List);
     std::memset(pso_Error, 0, sizeof(*pso_Error));
     pso_Error->pso_Next = pso_FreeErrors;
     pso_FreeErrors = pso_Error;
@@ -336,7 +336,7 @@ void CT_ErrorManager::v_DestroyLocations(st_Error* pso_Error)
     }
 }
 
-void CT_ErrorManager::v_Unlink(st_Error* pso_Error, st_Error** ppso_List)
+void CT_ErrorManager::sv_Unlink(st_Error* pso_Error, st_Error** ppso_List)
 {
     while (*ppso_List != pso_Error)
         ppso_List = &(*ppso_List)->pso_Next;

@@ -145,7 +145,7 @@ private:
     void v_AddLocation(st_Error* pso_Error, const char* qccz_File, unsigned n_Line);
     void v_DestroyError(st_Error* pso_Error, st_Error** ppso_List);
     void v_DestroyLocations(st_Error* pso_Error);
-    static void v_Unlink(st_Error* pso_Error, st_Error** ppso_List);
+    static void sv_Unlink(st_Error* pso_Error, st_Error** ppso_List);
     void v_FormatError(st_Error* pso_Error, const unsigned short* qcuz_Format, va_list args);
     void v_SystemError(const unsigned short* qcuz_Format, va_list args);
     void v_SocketError(const unsigned short* qcuz_Format, va_list args);

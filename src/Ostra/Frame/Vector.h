@@ -40,16 +40,16 @@ public:
     // Whether masks are cheap: known to the compiler where every processor has them. What is too
     // short for a choice at run time asks this.
 #if defined(__SSE2__) || defined(__aarch64__)
-    static constexpr bool b_Masks = true;
+    static constexpr bool sb_Masks = true;
 #else
-    static constexpr bool b_Masks = false;
+    static constexpr bool sb_Masks = false;
 #endif
     static bool sb_HasMasks()
     {
 #if OSTRA_HAS_X86
-        return b_Masks || __builtin_cpu_supports("sse2");
+        return sb_Masks || __builtin_cpu_supports("sse2");
 #else
-        return b_Masks;
+        return sb_Masks;
 #endif
     }
     // Whether a function for wide registers, of 32 bytes, may be called. It is one whose loops the
@@ -66,37 +66,37 @@ public:
     // ---- Memory, at any address ---------------------------------------------------------------
 
     template <class t>
-    [[gnu::always_inline]] static void sv_Load(t& Block, const void* pcv_From)
+    [[gnu::always_inline]] static void sv_Load(t& o_Block, const void* pcv_From)
     {
-        std::memcpy(&Block, pcv_From, sizeof(Block));
+        std::memcpy(&o_Block, pcv_From, sizeof(o_Block));
     }
     template <class t>
-    [[gnu::always_inline]] static void sv_Store(void* pv_To, const t& Block)
+    [[gnu::always_inline]] static void sv_Store(void* pv_To, const t& o_Block)
     {
-        std::memcpy(pv_To, &Block, sizeof(Block));
+        std::memcpy(pv_To, &o_Block, sizeof(o_Block));
     }
 
     // ---- Of a block of 16 bytes ---------------------------------------------------------------
 
     template <class t>
-    [[gnu::always_inline]] static bool sb_IsZero(const t& Block)
+    [[gnu::always_inline]] static bool sb_IsZero(const t& o_Block)
     {
-        static_assert(sizeof(Block) == 16);
-        const auto aHalves = reinterpret_cast<t_Block<std::uint64_t>>(Block);
-        return !(aHalves[0] | aHalves[1]);
+        static_assert(sizeof(o_Block) == 16);
+        const auto ao_Halves = reinterpret_cast<t_Block<std::uint64_t>>(o_Block);
+        return !(ao_Halves[0] | ao_Halves[1]);
     }
 
     // What a comparison of bytes or of 16-bit units has given, in a number: four bits for a byte,
     // eight for a unit, the first ones lowest. Not for larger numbers.
     template <class t>
-    [[gnu::always_inline]] static std::uint64_t sn8_Marks(const t& Passed)
+    [[gnu::always_inline]] static std::uint64_t sn8_Marks(const t& o_Passed)
     {
-        static_assert(sizeof(Passed) == 16 && sizeof(Passed[0]) <= 2);
+        static_assert(sizeof(o_Passed) == 16 && sizeof(o_Passed[0]) <= 2);
         // The middle of a pair of bytes has bits of both.
-        const auto aPairs = reinterpret_cast<t_Block<std::uint16_t>>(Passed) >> 4;
-        const auto aMarks = __builtin_convertvector(aPairs, t_Block<std::uint8_t, 8>);
+        const auto ao_Pairs = reinterpret_cast<t_Block<std::uint16_t>>(o_Passed) >> 4;
+        const auto ao_Marks = __builtin_convertvector(ao_Pairs, t_Block<std::uint8_t, 8>);
         std::uint64_t n8_Marks;
-        sv_Store(&n8_Marks, aMarks);
+        sv_Store(&n8_Marks, ao_Marks);
         return n8_Marks;
     }
     // Bits of a number of n_Size bytes in it.
@@ -107,50 +107,52 @@ public:
 
     // The highest bit of each byte, the first byte's lowest.
     template <class t>
-    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t& Block)
+    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t& o_Block)
     {
-        static_assert(sizeof(Block) == 16);
+        static_assert(sizeof(o_Block) == 16);
 #if OSTRA_HAS_X86
-        return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(Block)));
+        return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(o_Block)));
 #else
-        return sn_PlainMask(Block);
+        return sn_PlainMask(o_Block);
 #endif
     }
     // The same of numbers of 32 bits that a comparison has given: 16 bits for two or four blocks.
-    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t_Block<int> (&aPassed)[2])
+    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned
+    sn_Mask(const t_Block<int> (&ao_Passed)[2])
     {
 #if OSTRA_HAS_X86
-        const auto pcaPassed = reinterpret_cast<const __m128i*>(aPassed);
-        return sn_Mask(_mm_packs_epi32(pcaPassed[0], pcaPassed[1]));
+        const auto pcv_Passed = reinterpret_cast<const __m128i*>(ao_Passed);
+        return sn_Mask(_mm_packs_epi32(pcv_Passed[0], pcv_Passed[1]));
 #else
-        return sn_PlainMask(aPassed);
+        return sn_PlainMask(ao_Passed);
 #endif
     }
-    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned sn_Mask(const t_Block<int> (&aPassed)[4])
+    OSTRA_FOR_MASKS [[gnu::always_inline]] static unsigned
+    sn_Mask(const t_Block<int> (&ao_Passed)[4])
     {
 #if OSTRA_HAS_X86
-        const auto pcaPassed = reinterpret_cast<const __m128i*>(aPassed);
-        return sn_Mask(_mm_packs_epi16(_mm_packs_epi32(pcaPassed[0], pcaPassed[1]),
-                                       _mm_packs_epi32(pcaPassed[2], pcaPassed[3])));
+        const auto pcv_Passed = reinterpret_cast<const __m128i*>(ao_Passed);
+        return sn_Mask(_mm_packs_epi16(_mm_packs_epi32(pcv_Passed[0], pcv_Passed[1]),
+                                       _mm_packs_epi32(pcv_Passed[2], pcv_Passed[3])));
 #else
-        return sn_PlainMask(aPassed);
+        return sn_PlainMask(ao_Passed);
 #endif
     }
 
     // The plain ways to the same.
     template <class t>
-    static unsigned sn_PlainMask(const t& Block)
+    static unsigned sn_PlainMask(const t& o_Block)
     {
-        const auto aHalves = reinterpret_cast<t_Block<std::uint64_t>>(Block);
-        return sn_TopBits(aHalves[0]) | sn_TopBits(aHalves[1]) << 8;
+        const auto ao_Halves = reinterpret_cast<t_Block<std::uint64_t>>(o_Block);
+        return sn_TopBits(ao_Halves[0]) | sn_TopBits(ao_Halves[1]) << 8;
     }
     template <unsigned n_Blocks>
-    static unsigned sn_PlainMask(const t_Block<int> (&aPassed)[n_Blocks])
+    static unsigned sn_PlainMask(const t_Block<int> (&ao_Passed)[n_Blocks])
     {
         constexpr unsigned BITS = 4 / n_Blocks;
         unsigned n_Mask = 0;
         for (unsigned n = 0; n < 4 * n_Blocks; ++n)
-            n_Mask |= (aPassed[n / 4][n % 4] & ((1u << BITS) - 1)) << n * BITS;
+            n_Mask |= (ao_Passed[n / 4][n % 4] & ((1u << BITS) - 1)) << n * BITS;
         return n_Mask;
     }
 

@@ -7,9 +7,9 @@
 #include <cstring>
 
 // Behind the block's header pointers aren't aligned.
-static CT_String* pco_At(const CT_VoidArray& co, unsigned n_Offset)
+static CT_String* pco_At(const CT_VoidArray& co_Array, unsigned n_Offset)
 {
-    const char* pcc_Items = static_cast<const char*>(co.pcco_GetBuffer()->qcv_Get());
+    const char* pcc_Items = static_cast<const char*>(co_Array.pcco_GetBuffer()->qcv_Get());
     CT_String* pco_Text;
     std::memcpy(&pco_Text, pcc_Items + std::size_t(n_Offset) * sizeof(pco_Text), sizeof(pco_Text));
     return pco_Text;
@@ -17,18 +17,18 @@ static CT_String* pco_At(const CT_VoidArray& co, unsigned n_Offset)
 
 // ---- Access and search ----------------------------------------------------------------------
 
-CT_String* CT_MapStrings::spco_Get(const CT_VoidArray& co, unsigned n_Index)
+CT_String* CT_MapStrings::spco_Get(const CT_VoidArray& co_Array, unsigned n_Index)
 {
-    return n_Index - 1 < co.n_GetCount() ? pco_At(co, n_Index - 1) : nullptr;
+    return n_Index - 1 < co_Array.n_GetCount() ? pco_At(co_Array, n_Index - 1) : nullptr;
 }
 
-unsigned CT_MapStrings::sn_Find(const CT_VoidArray& co, const CT_String* pcco_Key)
+unsigned CT_MapStrings::sn_Find(const CT_VoidArray& co_Array, const CT_String* pcco_Key)
 {
     if (!pcco_Key)
         return 0;
-    const unsigned n_Count = co.n_GetCount();
+    const unsigned n_Count = co_Array.n_GetCount();
     for (unsigned n_At = 0; n_At < n_Count; ++n_At)
-        if (!pco_At(co, n_At)->vi_Compare(pcco_Key, 0, ALL, 0))
+        if (!pco_At(co_Array, n_At)->vi_Compare(pcco_Key, 0, ALL, 0))
             return n_At + 1;
     return 0;
 }
@@ -42,45 +42,45 @@ const void* CT_MapStrings::spcv_GetText(const CT_String* pcco_Text)
 
 // ---- Change ---------------------------------------------------------------------------------
 
-int CT_MapStrings::sb_Insert(CT_VoidArray& co, const CT_String* pcco_Text)
+int CT_MapStrings::sb_Insert(CT_VoidArray& co_Array, const CT_String* pcco_Text)
 {
-    return pcco_Text && sb_Take(co, pcco_Text->vpco_Create());
+    return pcco_Text && sb_Take(co_Array, pcco_Text->vpco_Create());
 }
 
-int CT_MapStrings::sb_Take(CT_VoidArray& co, CT_String* pco_Text)
+int CT_MapStrings::sb_Take(CT_VoidArray& co_Array, CT_String* pco_Text)
 {
     if (!pco_Text)
         return 0;
-    const unsigned n_Count = co.n_GetCount();
-    co.v_Insert(&pco_Text);
-    if (co.n_GetCount() != n_Count)
+    const unsigned n_Count = co_Array.n_GetCount();
+    co_Array.v_Insert(&pco_Text);
+    if (co_Array.n_GetCount() != n_Count)
         return 1;
     delete pco_Text;
     return 0;
 }
 
-void CT_MapStrings::sv_SetAt(CT_VoidArray& co, const CT_String* pcco_Text, unsigned n_Index)
+void CT_MapStrings::sv_SetAt(CT_VoidArray& co_Array, const CT_String* pcco_Text, unsigned n_Index)
 {
-    CT_String* pco_Text = spco_Get(co, n_Index);
+    CT_String* pco_Text = spco_Get(co_Array, n_Index);
     if (pco_Text && pcco_Text && pco_Text != pcco_Text)
         pco_Text->v_Set(pcco_Text);
 }
 
-void CT_MapStrings::sv_RemoveAt(CT_VoidArray& co, unsigned n_Index)
+void CT_MapStrings::sv_RemoveAt(CT_VoidArray& co_Array, unsigned n_Index)
 {
-    CT_String* pco_Text = spco_Get(co, n_Index);
+    CT_String* pco_Text = spco_Get(co_Array, n_Index);
     if (!pco_Text)
         return;
-    co.v_RemoveAt(n_Index);
+    co_Array.v_RemoveAt(n_Index);
     delete pco_Text;
 }
 
-void CT_MapStrings::sv_RemoveAll(CT_VoidArray& co)
+void CT_MapStrings::sv_RemoveAll(CT_VoidArray& co_Array)
 {
-    const unsigned n_Count = co.n_GetCount();
+    const unsigned n_Count = co_Array.n_GetCount();
     for (unsigned n_At = 0; n_At < n_Count; ++n_At)
-        delete pco_At(co, n_At);
-    co.v_Set(8, 0, 1);
+        delete pco_At(co_Array, n_At);
+    co_Array.v_Set(8, 0, 1);
 }
 
 unsigned short CT_MapStrings::su_Separator(char c_Separator)

@@ -11,22 +11,22 @@ class CT_MapStrings
 {
 public:
     // The string, or null.
-    static CT_String* spco_Get(const CT_VoidArray& co, unsigned n_Index);
+    static CT_String* spco_Get(const CT_VoidArray& co_Array, unsigned n_Index);
     // The index of the first string equal to the key, or 0.
-    static unsigned sn_Find(const CT_VoidArray& co, const CT_String* pcco_Key);
+    static unsigned sn_Find(const CT_VoidArray& co_Array, const CT_String* pcco_Key);
     // Its text as it stands, in bytes or units; an empty text, which reads as one of either, for an
     // empty string or null.
     static const void* spcv_GetText(const CT_String* pcco_Text);
 
     // Appends a new string of the class of this one; false without the memory.
-    static int sb_Insert(CT_VoidArray& co, const CT_String* pcco_Text);
+    static int sb_Insert(CT_VoidArray& co_Array, const CT_String* pcco_Text);
     // Appends this very string, or deletes it and gives false.
-    static int sb_Take(CT_VoidArray& co, CT_String* pco_Text);
+    static int sb_Take(CT_VoidArray& co_Array, CT_String* pco_Text);
     // Replaces the text of a string.
-    static void sv_SetAt(CT_VoidArray& co, const CT_String* pcco_Text, unsigned n_Index);
-    static void sv_RemoveAt(CT_VoidArray& co, unsigned n_Index);
+    static void sv_SetAt(CT_VoidArray& co_Array, const CT_String* pcco_Text, unsigned n_Index);
+    static void sv_RemoveAt(CT_VoidArray& co_Array, unsigned n_Index);
     // Deletes all strings; the array keeps its block.
-    static void sv_RemoveAll(CT_VoidArray& co);
+    static void sv_RemoveAll(CT_VoidArray& co_Array);
 
     // A separator as the unit that stands for it in wide text.
     static unsigned short su_Separator(char c_Separator);

@@ -28,7 +28,7 @@ public:
     unsigned n_Index(Unit c)
     {
         if (pn_Table)
-            return pn_Table[an_Rows[n_Row(c)] + Value(c) % ROW];
+            return pn_Table[an_Rows[sn_Row(c)] + Value(c) % ROW];
         const unsigned n = Text::sn_Index(c, qc_Set);
         n_Compared += n == NONE ? n_Length : n;
         if (n_Compared > n_Patience)
@@ -43,7 +43,7 @@ private:
     static constexpr unsigned ROW = 256;
     static constexpr std::uint64_t PATIENCE = 4096; // characters compared
 
-    static unsigned n_Row(Unit c) { return unsigned(Value(c)) / ROW; }
+    static unsigned sn_Row(Unit c) { return unsigned(Value(c)) / ROW; }
     void v_MakeTable();
 
     const Unit* qc_Set;
@@ -62,7 +62,7 @@ void CT_CharacterPlaces<Unit>::v_MakeTable()
     std::fill_n(an_Rows, ROW, 0);
     unsigned n_Size = ROW;
     for (unsigned n = 0; n < n_Length; ++n) {
-        unsigned& n_Start = an_Rows[n_Row(qc_Set[n])];
+        unsigned& n_Start = an_Rows[sn_Row(qc_Set[n])];
         if (!n_Start) {
             n_Start = n_Size;
             n_Size += ROW;
@@ -73,5 +73,5 @@ void CT_CharacterPlaces<Unit>::v_MakeTable()
         return;
     std::fill_n(pn_Table, n_Size, NONE);
     for (unsigned n = n_Length; n--;)
-        pn_Table[an_Rows[n_Row(qc_Set[n])] + Value(qc_Set[n]) % ROW] = n;
+        pn_Table[an_Rows[sn_Row(qc_Set[n])] + Value(qc_Set[n]) % ROW] = n;
 }

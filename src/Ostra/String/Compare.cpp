@@ -10,9 +10,9 @@ using Units = CT_TextOperations<unsigned short>;
 // ---- Numbers ----------------------------------------------------------------------------------
 
 template <class Number>
-static int si_Order(Number left, Number right)
+static int si_Order(Number o_Left, Number o_Right)
 {
-    return right > left ? -1 : right < left;
+    return o_Right > o_Left ? -1 : o_Right < o_Left;
 }
 
 int CT_Compare::si_CompareN(unsigned n_Left, unsigned n_Right)

@@ -99,14 +99,14 @@ private:
 
 // ---- The two classes --------------------------------------------------------------------------
 
-const char* qc_Get(const CT_CString* pcco)
+const char* qc_Get(const CT_CString* pcco_Text)
 {
-    return pcco->qccz_Get();
+    return pcco_Text->qccz_Get();
 }
 
-const unsigned short* qc_Get(const CT_UString* pcco)
+const unsigned short* qc_Get(const CT_UString* pcco_Text)
 {
-    return pcco->qcuz_Get();
+    return pcco_Text->qcuz_Get();
 }
 
 void v_Set(CT_CString* pco_Out, const char* qccz_Text, unsigned n_Count)
@@ -125,41 +125,41 @@ char c_Separator(unsigned short u_Separator)
 }
 
 template <class... Strings>
-bool b_AreAll(const CT_Type* pcco_Type, const Strings*... pcco)
+bool b_AreAll(const CT_Type* pcco_Type, const Strings*... pcco_Text)
 {
-    return (... && pcco->vpv_IsA(pcco_Type));
+    return (... && pcco_Text->vpv_IsA(pcco_Type));
 }
 
 template <class... Strings>
-bool b_AreBytes(const Strings*... pcco)
+bool b_AreBytes(const Strings*... pcco_Text)
 {
-    return b_AreAll(CT_CString::spcco_GetType(), pcco...);
+    return b_AreAll(CT_CString::spcco_GetType(), pcco_Text...);
 }
 
 template <class... Strings>
-bool b_AreUnits(const Strings*... pcco)
+bool b_AreUnits(const Strings*... pcco_Text)
 {
-    return b_AreAll(CT_UString::spcco_GetType(), pcco...);
+    return b_AreAll(CT_UString::spcco_GetType(), pcco_Text...);
 }
 
-CT_CString* pco_C(CT_String* pco)
+CT_CString* pco_C(CT_String* pco_Text)
 {
-    return static_cast<CT_CString*>(pco);
+    return static_cast<CT_CString*>(pco_Text);
 }
 
-const CT_CString* pco_C(const CT_String* pcco)
+const CT_CString* pco_C(const CT_String* pcco_Text)
 {
-    return static_cast<const CT_CString*>(pcco);
+    return static_cast<const CT_CString*>(pcco_Text);
 }
 
-CT_UString* pco_U(CT_String* pco)
+CT_UString* pco_U(CT_String* pco_Text)
 {
-    return static_cast<CT_UString*>(pco);
+    return static_cast<CT_UString*>(pco_Text);
 }
 
-const CT_UString* pco_U(const CT_String* pcco)
+const CT_UString* pco_U(const CT_String* pcco_Text)
 {
-    return static_cast<const CT_UString*>(pcco);
+    return static_cast<const CT_UString*>(pcco_Text);
 }
 
 // ---- What is the same for both ----------------------------------------------------------------

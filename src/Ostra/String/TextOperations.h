@@ -119,9 +119,9 @@ private:
     [[gnu::always_inline]] static int si_CompareBlocks(const Unit* qc_Left, const Unit* qc_Right,
                                                        unsigned n_Known, unsigned n_Readable);
     static int si_CompareRest(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known);
-    static int si_Order(Value t_Left, Value t_Right)
+    static int si_Order(Value o_Left, Value o_Right)
     {
-        return (t_Left > t_Right) - (t_Left < t_Right);
+        return (o_Left > o_Right) - (o_Left < o_Right);
     }
     static unsigned sn_PassBlocks(const Unit* qc_Text, unsigned n_Max);
 };
@@ -148,8 +148,8 @@ CT_TextOperations<Unit>::sn_PassBlocks(const Unit* qc_Text, unsigned n_Max)
 {
     unsigned n = 0;
     for (; n_Max - n >= BLOCK; n += BLOCK) {
-        const Block aBlock = *reinterpret_cast<const Block*>(qc_Text + n);
-        if (!CT_Vector::sb_IsZero(aBlock == Value(0)))
+        const Block ao_Block = *reinterpret_cast<const Block*>(qc_Text + n);
+        if (!CT_Vector::sb_IsZero(ao_Block == Value(0)))
             break;
     }
     return n;
@@ -159,20 +159,20 @@ CT_TextOperations<Unit>::sn_PassBlocks(const Unit* qc_Text, unsigned n_Max)
 template <class Unit>
 bool CT_TextOperations<Unit>::sb_Any(const Unit* qc_Text, Unit c_Find)
 {
-    Block aBlock;
-    CT_Vector::sv_Load(aBlock, qc_Text);
-    return !CT_Vector::sb_IsZero((aBlock == Value(c_Find)) | (aBlock == Value(0)));
+    Block ao_Block;
+    CT_Vector::sv_Load(ao_Block, qc_Text);
+    return !CT_Vector::sb_IsZero((ao_Block == Value(c_Find)) | (ao_Block == Value(0)));
 }
 
 // A bit for each byte of the characters in which two blocks differ or the left one ends.
 template <class Unit>
 inline unsigned CT_TextOperations<Unit>::sn_Differ(const Unit* qc_Left, const Unit* qc_Right)
 {
-    Block aLeft;
-    Block aRight;
-    CT_Vector::sv_Load(aLeft, qc_Left);
-    CT_Vector::sv_Load(aRight, qc_Right);
-    return CT_Vector::sn_Mask((aLeft != aRight) | (aLeft == Value(0)));
+    Block ao_Left;
+    Block ao_Right;
+    CT_Vector::sv_Load(ao_Left, qc_Left);
+    CT_Vector::sv_Load(ao_Right, qc_Right);
+    return CT_Vector::sn_Mask((ao_Left != ao_Right) | (ao_Left == Value(0)));
 }
 
 template <class Unit>
@@ -180,7 +180,7 @@ inline int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const U
                                                     unsigned n_Known, unsigned n_Readable)
 {
     // Comparing is too short for a choice at run time.
-    if constexpr (CT_Vector::b_Masks)
+    if constexpr (CT_Vector::sb_Masks)
         return si_CompareBlocks(qc_Left, qc_Right, n_Known, n_Readable);
     else
         return si_Compare(qc_Left, qc_Right);

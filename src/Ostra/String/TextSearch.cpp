@@ -14,7 +14,7 @@ namespace
 {
 // Calls Stop for the place of each hit in order, until it is true; that place, or NONE.
 template <class Unit, class Wanted, class Stop>
-unsigned n_Search(const Unit* qc_Text, unsigned n_Count, Wanted so, Stop b_Stop)
+unsigned n_Search(const Unit* qc_Text, unsigned n_Count, Wanted so_Wanted, Stop b_Stop)
 {
     using Strides = CT_TextStrides<Unit>;
     constexpr unsigned BITS = CT_Vector::sn_MarkBits(sizeof(Unit));
@@ -22,11 +22,11 @@ unsigned n_Search(const Unit* qc_Text, unsigned n_Count, Wanted so, Stop b_Stop)
     unsigned n = 0;
     while (n_Count - n >= Strides::BLOCK) {
         if (n % Strides::STRIDE == 0) {
-            n += Strides::sn_Pass(qc_Text + n, n_Count - n, so);
+            n += Strides::sn_Pass(qc_Text + n, n_Count - n, so_Wanted);
             if (n_Count - n < Strides::BLOCK)
                 break;
         }
-        for (std::uint64_t n8_Left = so.n8_GetHits(qc_Text + n); n8_Left;) {
+        for (std::uint64_t n8_Left = so_Wanted.n8_GetHits(qc_Text + n); n8_Left;) {
             const auto n_Place = static_cast<unsigned>(std::countr_zero(n8_Left)) / BITS;
             if (b_Stop(n + n_Place))
                 return n + n_Place;
@@ -35,7 +35,7 @@ unsigned n_Search(const Unit* qc_Text, unsigned n_Count, Wanted so, Stop b_Stop)
         n += Strides::BLOCK;
     }
     for (; n < n_Count; ++n)
-        if (so.b_IsHit(qc_Text + n) && b_Stop(n))
+        if (so_Wanted.b_IsHit(qc_Text + n) && b_Stop(n))
             return n;
     return NONE;
 }
@@ -59,8 +59,8 @@ unsigned CT_TextSearch<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count, con
     constexpr std::uint64_t PATIENCE = 8;
     std::uint64_t n8_Compared = 0;
     bool b_Found = false;
-    const st_Ends<Unit> so{qc_Find[0], qc_Find[n_Find - 1], n_Find - 1};
-    const unsigned n = n_Search(qc_Text, n_Count - n_Find + 1, so, [&](unsigned n_At) {
+    const st_Ends<Unit> so_Wanted{qc_Find[0], qc_Find[n_Find - 1], n_Find - 1};
+    const unsigned n = n_Search(qc_Text, n_Count - n_Find + 1, so_Wanted, [&](unsigned n_At) {
         if (!qc_Text[n_At])
             return true;
         b_Found = !std::memcmp(qc_Text + n_At, qc_Find, n_Find * sizeof(Unit));

@@ -19,9 +19,9 @@ struct st_Character
     // Those of the characters of a block that are hits, as marks.
     [[gnu::always_inline]] std::uint64_t n8_GetHits(const Unit* qc_At) const
     {
-        t_Block<Value> aBlock;
-        CT_Vector::sv_Load(aBlock, qc_At);
-        return CT_Vector::sn8_Marks((aBlock == Value(c_Find)) | (aBlock == Value(0)));
+        t_Block<Value> ao_Block;
+        CT_Vector::sv_Load(ao_Block, qc_At);
+        return CT_Vector::sn8_Marks((ao_Block == Value(c_Find)) | (ao_Block == Value(0)));
     }
 
     Unit c_Find;
@@ -39,12 +39,12 @@ struct st_Ends
     }
     [[gnu::always_inline]] std::uint64_t n8_GetHits(const Unit* qc_At) const
     {
-        t_Block<Value> aFirst;
-        t_Block<Value> aLast;
-        CT_Vector::sv_Load(aFirst, qc_At);
-        CT_Vector::sv_Load(aLast, qc_At + n_Last);
-        return CT_Vector::sn8_Marks(((aFirst == Value(c_First)) & (aLast == Value(c_Last))) |
-                                    (aFirst == Value(0)));
+        t_Block<Value> ao_First;
+        t_Block<Value> ao_Last;
+        CT_Vector::sv_Load(ao_First, qc_At);
+        CT_Vector::sv_Load(ao_Last, qc_At + n_Last);
+        return CT_Vector::sn8_Marks(((ao_First == Value(c_First)) & (ao_Last == Value(c_Last))) |
+                                    (ao_First == Value(0)));
     }
 
     Unit c_First;
@@ -63,28 +63,29 @@ public:
 
     // How many characters lie in strides without a hit.
     template <class Wanted>
-    static unsigned sn_Pass(const Unit* qc_Text, unsigned n_Count, Wanted so)
+    static unsigned sn_Pass(const Unit* qc_Text, unsigned n_Count, Wanted so_Wanted)
     {
-        return CT_Vector::sb_HasWide() ? sn_PassWide(qc_Text, n_Count, so)
-                                       : sn_PassPlain(qc_Text, n_Count, so);
+        return CT_Vector::sb_HasWide() ? sn_PassWide(qc_Text, n_Count, so_Wanted)
+                                       : sn_PassPlain(qc_Text, n_Count, so_Wanted);
     }
 
     // The ways to it.
     template <class Wanted>
-    OSTRA_FOR_WIDE static unsigned sn_PassWide(const Unit* qc_Text, unsigned n_Count, Wanted so)
+    OSTRA_FOR_WIDE static unsigned sn_PassWide(const Unit* qc_Text, unsigned n_Count,
+                                               Wanted so_Wanted)
     {
-        return sn_PassPlain(qc_Text, n_Count, so);
+        return sn_PassPlain(qc_Text, n_Count, so_Wanted);
     }
     template <class Wanted>
     [[gnu::always_inline]] static unsigned sn_PassPlain(const Unit* qc_Text, unsigned n_Count,
-                                                        Wanted so)
+                                                        Wanted so_Wanted)
     {
         using Value = std::make_unsigned_t<Unit>;
         unsigned n = 0;
         for (; n_Count - n >= STRIDE; n += STRIDE) {
             Value n_Any = 0;
             for (unsigned n_At = 0; n_At < STRIDE; ++n_At)
-                n_Any |= so.b_IsHit(qc_Text + n + n_At) ? Value(-1) : Value(0);
+                n_Any |= so_Wanted.b_IsHit(qc_Text + n + n_At) ? Value(-1) : Value(0);
             if (n_Any)
                 break;
         }

@@ -34,28 +34,28 @@ template <class Unit>
 typename CT_TwoWay<Unit>::st_Cut CT_TwoWay<Unit>::sso_MaximumSuffix(const Unit* qc_Find,
                                                                     unsigned n_Find, bool b_Reverse)
 {
-    st_Cut so{0, 1};
+    st_Cut so_Cut{0, 1};
     unsigned n_Other = 1;
     unsigned n_Same = 0;
     while (n_Other + n_Same < n_Find) {
-        const Unit c_Best = qc_Find[so.n_Place + n_Same];
+        const Unit c_Best = qc_Find[so_Cut.n_Place + n_Same];
         const Unit c_Other = qc_Find[n_Other + n_Same];
         if (c_Other == c_Best) {
-            if (++n_Same == so.n_Period) {
-                n_Other += so.n_Period;
+            if (++n_Same == so_Cut.n_Period) {
+                n_Other += so_Cut.n_Period;
                 n_Same = 0;
             }
         } else if ((c_Other < c_Best) != b_Reverse) {
             n_Other += n_Same + 1;
             n_Same = 0;
-            so.n_Period = n_Other - so.n_Place;
+            so_Cut.n_Period = n_Other - so_Cut.n_Place;
         } else {
-            so = {n_Other, 1};
-            n_Other = so.n_Place + 1;
+            so_Cut = {n_Other, 1};
+            n_Other = so_Cut.n_Place + 1;
             n_Same = 0;
         }
     }
-    return so;
+    return so_Cut;
 }
 
 template <class Unit>
@@ -70,12 +70,12 @@ template <class Unit>
 unsigned CT_TwoWay<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Find,
                                   unsigned n_Find)
 {
-    const st_Cut so = sso_Cut(qc_Find, n_Find);
-    const unsigned n_Cut = so.n_Place;
+    const st_Cut so_Cut = sso_Cut(qc_Find, n_Find);
+    const unsigned n_Cut = so_Cut.n_Place;
     // Where the left part repeats by the period too, what was compared once is known behind a move.
-    const bool b_Periodic = n_Cut + so.n_Period <= n_Find &&
-                            !std::memcmp(qc_Find, qc_Find + so.n_Period, n_Cut * sizeof(Unit));
-    const unsigned n_Move = b_Periodic ? so.n_Period : std::max(n_Cut, n_Find - n_Cut) + 1;
+    const bool b_Periodic = n_Cut + so_Cut.n_Period <= n_Find &&
+                            !std::memcmp(qc_Find, qc_Find + so_Cut.n_Period, n_Cut * sizeof(Unit));
+    const unsigned n_Move = b_Periodic ? so_Cut.n_Period : std::max(n_Cut, n_Find - n_Cut) + 1;
     unsigned n_Known = 0;
     for (unsigned n_At = 0; n_Count >= n_Find && n_At <= n_Count - n_Find;) {
         const Unit* const qc_At = qc_Text + n_At;
@@ -93,7 +93,7 @@ unsigned CT_TwoWay<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count, const U
         if (n <= n_Known)
             return n_At;
         n_At += n_Move;
-        n_Known = b_Periodic ? n_Find - so.n_Period : 0;
+        n_Known = b_Periodic ? n_Find - so_Cut.n_Period : 0;
     }
     return NONE;
 }

@@ -37,10 +37,10 @@ enum et_TextProcessingBit : unsigned short
     ALPHABETIC = 0x8000
 };
 
-constexpr unsigned n_Set(std::initializer_list<Properties::et_UnicodeProperty> Members)
+constexpr unsigned n_Set(std::initializer_list<Properties::et_UnicodeProperty> co_Members)
 {
     unsigned n_Bits = 0;
-    for (const Properties::et_UnicodeProperty ec : Members)
+    for (const Properties::et_UnicodeProperty ec : co_Members)
         n_Bits |= 1u << ec;
     return n_Bits;
 }
@@ -134,10 +134,11 @@ void CT_CharProperties::sv_NumericValue(unsigned short u_Char, short& i_Numerato
 {
     const auto pcso_Row = std::lower_bound(
         std::begin(CT_CharRows::NUMERIC), std::end(CT_CharRows::NUMERIC), u_Char,
-        [](const st_CharNumber& so_Row, unsigned short u) { return so_Row.character < u; });
-    const bool b_Hit = pcso_Row != std::end(CT_CharRows::NUMERIC) && pcso_Row->character == u_Char;
-    i_Numerator = b_Hit ? pcso_Row->numerator : 0;
-    i_Denominator = b_Hit ? pcso_Row->denominator : 0;
+        [](const st_CharNumber& so_Row, unsigned short u) { return so_Row.u_Character < u; });
+    const bool b_Hit =
+        pcso_Row != std::end(CT_CharRows::NUMERIC) && pcso_Row->u_Character == u_Char;
+    i_Numerator = b_Hit ? pcso_Row->i_Numerator : 0;
+    i_Denominator = b_Hit ? pcso_Row->i_Denominator : 0;
 }
 
 // ---- Names ------------------------------------------------------------------------------------

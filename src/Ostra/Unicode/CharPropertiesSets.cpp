@@ -3,10 +3,10 @@
 
 // True for a character of the set. A list at compile time becomes comparisons of ranges and bits,
 // without a table.
-template <unsigned short... Members>
+template <unsigned short... u_Members>
 static int b_OneOf(unsigned short u)
 {
-    return ((u == Members) || ...);
+    return ((u == u_Members) || ...);
 }
 
 int CT_CharProperties::sb_IsApostrophe(unsigned short u_Char)

@@ -5,34 +5,34 @@
 
 #include <cstddef>
 
-// A row of a range table: the characters from first to last have the value.
+// A row of a range table: the characters from the first to the last have the value.
 struct st_CharRange
 {
-    unsigned short first;
-    unsigned short last;
-    unsigned short value;
+    unsigned short u_First;
+    unsigned short u_Last;
+    unsigned short u_Value;
 };
 
 // A row of the numeric table.
 struct st_CharNumber
 {
-    unsigned short character;
-    short numerator;
-    short denominator;
+    unsigned short u_Character;
+    short i_Numerator;
+    short i_Denominator;
 };
 
 // A row of a table of pairs.
 struct st_CharMapping
 {
-    unsigned short source;
-    unsigned short target;
+    unsigned short u_Source;
+    unsigned short u_Target;
 };
 
 // A row of the decomposition table: the sequence ends with a zero.
 struct st_CharDecomposition
 {
-    unsigned short source;
-    unsigned short sequence[7];
+    unsigned short u_Source;
+    unsigned short au_Sequence[7];
 };
 
 static_assert(sizeof(st_CharRange) == 6 && sizeof(st_CharNumber) == 6);

@@ -20,18 +20,18 @@ typedef t_Block<unsigned short, 2 * LONG_RUN> LongUnitRun;
 
 inline void v_CopyRun(char* pc_To, const unsigned short* pcu_From)
 {
-    UnitRun aUnits;
-    std::memcpy(&aUnits, pcu_From, sizeof(aUnits));
-    const auto aBytes = __builtin_convertvector(aUnits, ByteRun);
-    std::memcpy(pc_To, &aBytes, sizeof(aBytes));
+    UnitRun ao_Units;
+    std::memcpy(&ao_Units, pcu_From, sizeof(ao_Units));
+    const auto ao_Bytes = __builtin_convertvector(ao_Units, ByteRun);
+    std::memcpy(pc_To, &ao_Bytes, sizeof(ao_Bytes));
 }
 
 inline void v_CopyRun(unsigned short* pu_To, const char* pcc_From)
 {
-    ByteRun aBytes;
-    std::memcpy(&aBytes, pcc_From, sizeof(aBytes));
-    const auto aUnits = __builtin_convertvector(aBytes, UnitRun);
-    std::memcpy(pu_To, &aUnits, sizeof(aUnits));
+    ByteRun ao_Bytes;
+    std::memcpy(&ao_Bytes, pcc_From, sizeof(ao_Bytes));
+    const auto ao_Units = __builtin_convertvector(ao_Bytes, UnitRun);
+    std::memcpy(pu_To, &ao_Units, sizeof(ao_Units));
 }
 
 // Characters before the first whose byte of the word has its top bit set; RUN for none.
@@ -43,11 +43,11 @@ inline unsigned n_Leading(std::uint64_t n8_Marks)
 // How many of the next RUN units are ASCII before the first that isn't.
 inline unsigned n_LeadingASCII(const unsigned short* pcu_In)
 {
-    UnitRun aUnits;
-    std::memcpy(&aUnits, pcu_In, sizeof(aUnits));
-    const auto aMarks = __builtin_convertvector(aUnits > 0x7F, ByteRun);
+    UnitRun ao_Units;
+    std::memcpy(&ao_Units, pcu_In, sizeof(ao_Units));
+    const auto ao_Marks = __builtin_convertvector(ao_Units > 0x7F, ByteRun);
     std::uint64_t n8_Marks;
-    std::memcpy(&n8_Marks, &aMarks, sizeof(n8_Marks));
+    std::memcpy(&n8_Marks, &ao_Marks, sizeof(n8_Marks));
     return n_Leading(n8_Marks);
 }
 
@@ -60,22 +60,22 @@ inline unsigned n_LeadingASCII(const char* pcc_In)
 }
 
 template <class Run>
-bool b_IsZero(const Run& aRun)
+bool b_IsZero(const Run& ao_Run)
 {
-    return CT_Vector::sb_IsZero(aRun);
+    return CT_Vector::sb_IsZero(ao_Run);
 }
 
 // The next LONG_RUN units as bytes; whether all are ASCII.
-inline bool b_Narrow(LongByteRun& aBytes, const unsigned short* pcu_In)
+inline bool b_Narrow(LongByteRun& ao_Bytes, const unsigned short* pcu_In)
 {
-    UnitRun aLow;
-    UnitRun aHigh;
-    std::memcpy(&aLow, pcu_In, sizeof(aLow));
-    std::memcpy(&aHigh, pcu_In + RUN, sizeof(aHigh));
-    if (!b_IsZero((aLow | aHigh) & 0xFF80))
+    UnitRun ao_Low;
+    UnitRun ao_High;
+    std::memcpy(&ao_Low, pcu_In, sizeof(ao_Low));
+    std::memcpy(&ao_High, pcu_In + RUN, sizeof(ao_High));
+    if (!b_IsZero((ao_Low | ao_High) & 0xFF80))
         return false;
-    LongUnitRun aUnits;
-    std::memcpy(&aUnits, pcu_In, sizeof(aUnits));
-    aBytes = __builtin_convertvector(aUnits, LongByteRun);
+    LongUnitRun ao_Units;
+    std::memcpy(&ao_Units, pcu_In, sizeof(ao_Units));
+    ao_Bytes = __builtin_convertvector(ao_Units, LongByteRun);
     return true;
 }

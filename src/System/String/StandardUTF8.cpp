@@ -200,10 +200,10 @@ inline bool b_Take(char*& pc_Out, const unsigned short*& pcu_In, const unsigned 
 const unsigned short* st_WayFromWide::pcc_Run(char*& pc_Out, const unsigned short* pcu_In,
                                               const unsigned short* pcu_End)
 {
-    LongByteRun aBytes;
+    LongByteRun ao_Bytes;
     while (pcu_End - pcu_In >= RUN) {
-        while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(aBytes, pcu_In)) {
-            std::memcpy(pc_Out, &aBytes, sizeof(aBytes));
+        while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(ao_Bytes, pcu_In)) {
+            std::memcpy(pc_Out, &ao_Bytes, sizeof(ao_Bytes));
             pc_Out += LONG_RUN;
             pcu_In += LONG_RUN;
         }

@@ -20,18 +20,18 @@ using Units = CT_TextBuffer<unsigned short>;
 
 // Lets f_Convert write into n_Bytes of the buffer, and ends the text at the length that it gives.
 template <class t_Text, class t_Convert>
-static int i_Fill(CT_Buffer& co, std::uint64_t n_Bytes, t_Convert f_Convert)
+static int i_Fill(CT_Buffer& co_Buffer, std::uint64_t n_Bytes, t_Convert f_Convert)
 {
-    auto* p_Out = t_Text::spc_Target(co, n_Bytes);
+    auto* p_Out = t_Text::spc_Target(co_Buffer, n_Bytes);
     if (!p_Out)
         return 0;
     const int i_Length = f_Convert(p_Out);
-    t_Text::sv_End(co, i_Length);
+    t_Text::sv_End(co_Buffer, i_Length);
     return i_Length;
 }
 
 // Codes into the buffer, which has the room that serves most code pages: others need more.
-static int i_Code(CT_Buffer& co, const unsigned short* qcuz_In, unsigned n_Count,
+static int i_Code(CT_Buffer& co_Buffer, const unsigned short* qcuz_In, unsigned n_Count,
                   unsigned n_CodePage, const char* qccz_Default, int* pb_Used)
 {
     const std::size_t n_Room = CT_CodePages::sn_CodedRoom(n_Count);
@@ -42,7 +42,7 @@ static int i_Code(CT_Buffer& co, const unsigned short* qcuz_In, unsigned n_Count
     }
     const int i_Length = CT_CodePages::si_WideToMulti(co_Coded.pc_Get(), n_Room, qcuz_In, n_Count,
                                                       n_CodePage, qccz_Default, pb_Used);
-    return i_Fill<Bytes>(co, std::uint64_t(i_Length) + 1, [&](char* pc_Out) {
+    return i_Fill<Bytes>(co_Buffer, std::uint64_t(i_Length) + 1, [&](char* pc_Out) {
         std::memcpy(pc_Out, co_Coded.pc_Get(), i_Length);
         return i_Length;
     });
@@ -54,15 +54,15 @@ int CT_StringConvert::si_MultiToWide(CT_UString* pco_Out, const char* qccz_In, u
                                      unsigned n_CodePage)
 {
     n_Count = Bytes::Text::sn_CountOf(qccz_In, n_Count);
-    CT_Buffer& co = pco_Out->co_Buffer;
-    unsigned short* pu_Out = Units::spc_Target(co, std::uint64_t(n_Count) * 2 + 2);
+    CT_Buffer& co_Buffer = pco_Out->co_Buffer;
+    unsigned short* pu_Out = Units::spc_Target(co_Buffer, std::uint64_t(n_Count) * 2 + 2);
     if (!pu_Out)
         return 0;
     const int i_Length = si_MultiToWide(pu_Out, qccz_In, n_Count, n_CodePage);
     // Kept: behind the count of bytes. Where fewer units came of them, the string doesn't end in a
     // zero.
     pu_Out[n_Count] = 0;
-    co.v_SetUsedSize(2 * i_Length + 2);
+    co_Buffer.v_SetUsedSize(2 * i_Length + 2);
     return i_Length;
 }
 
@@ -78,15 +78,15 @@ int CT_StringConvert::si_WideToMulti(CT_CString* pco_Out, const unsigned short* 
     // Kept: the terminator counts, so that the string is one longer than its text.
     if (n_Count == ALL)
         n_Count = Units::Text::sn_Length(qcuz_In) + 1;
-    CT_Buffer& co = pco_Out->co_Buffer;
-    char* pc_Out = Bytes::spc_Target(co, std::uint64_t(n_Count) * 2 + 2);
+    CT_Buffer& co_Buffer = pco_Out->co_Buffer;
+    char* pc_Out = Bytes::spc_Target(co_Buffer, std::uint64_t(n_Count) * 2 + 2);
     if (!pc_Out)
         return 0;
     if (CT_CodePages::sb_NeedsRoom(n_CodePage))
-        return i_Code(co, qcuz_In, n_Count, n_CodePage, qccz_Default, pb_Used);
+        return i_Code(co_Buffer, qcuz_In, n_Count, n_CodePage, qccz_Default, pb_Used);
     const int i_Length =
         si_WideToMulti(pc_Out, qcuz_In, n_Count, n_CodePage, qccz_Default, pb_Used);
-    Bytes::sv_End(co, i_Length);
+    Bytes::sv_End(co_Buffer, i_Length);
     return i_Length;
 }
 
@@ -115,20 +115,20 @@ int CT_StringConvert::si_WideToUTF7(CT_CString* pco_Out, const unsigned short* q
 int CT_StringConvert::si_UTF8ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count)
 {
     n_Count = Bytes::Text::sn_CountOf(qccz_In, n_Count);
-    CT_Buffer& co = pco_Out->co_Buffer;
+    CT_Buffer& co_Buffer = pco_Out->co_Buffer;
     const std::uint64_t n_Bytes = std::uint64_t(n_Count) * 2 + 2;
     // Where the block keeps what it held; there is nothing to keep in a block that is made now.
-    const unsigned n_Held = n_Bytes > co.n_GetMaximumSize() ? 0
-                            : co.n_GetUseCount() > 1        ? co.n_GetUsedSize()
-                                                            : co.n_GetMaximumSize();
-    unsigned short* pu_Out = Units::spc_Target(co, n_Bytes);
+    const unsigned n_Held = n_Bytes > co_Buffer.n_GetMaximumSize() ? 0
+                            : co_Buffer.n_GetUseCount() > 1        ? co_Buffer.n_GetUsedSize()
+                                                                   : co_Buffer.n_GetMaximumSize();
+    unsigned short* pu_Out = Units::spc_Target(co_Buffer, n_Bytes);
     if (!pu_Out)
         return 0;
     const int i_Length = si_UTF8ToWide(pu_Out, qccz_In, n_Count);
     // Kept: no terminator is written over what the block held.
     if (2u * i_Length + 2 > n_Held)
         pu_Out[i_Length] = 0;
-    co.v_SetUsedSize(2 * i_Length + 2);
+    co_Buffer.v_SetUsedSize(2 * i_Length + 2);
     return i_Length;
 }
 

@@ -64,9 +64,9 @@ struct CT_UTF::st_UTF8Decoder
 
     // A last byte that comes alone has room for one unit: the first of its pair is written before.
     bool b_IsFirstOut() const { return n_Trailing == 3 && n_ToCome == 1; }
-    unsigned short* pu_First(unsigned short* pu) const;
-    unsigned short* pu_Second(unsigned short* pu, unsigned n_Last) const;
-    unsigned short* pu_Take(unsigned short* pu, const char*& pcc_In, const char* pcc_End);
+    unsigned short* pu_First(unsigned short* pu_To) const;
+    unsigned short* pu_Second(unsigned short* pu_To, unsigned n_Last) const;
+    unsigned short* pu_Take(unsigned short* pu_To, const char*& pcc_In, const char* pcc_End);
 };
 
 unsigned CT_UTF::sn4_BitBuffer;
@@ -151,22 +151,22 @@ inline char* CT_UTF::st_UTF7Encoder::pc_Close(char* pc_Out)
 namespace
 {
 // Whether each byte is an ASCII character that stands for itself.
-bool b_AreDirect(const LongByteRun& aBytes)
+bool b_AreDirect(const LongByteRun& ao_Bytes)
 {
-    const auto aLetters = (aBytes | 0x20) - 'a' < 26;
-    const auto aDigits = aBytes - ',' <= ':' - ','; // and , - . /
-    const auto aQuotes = aBytes - '\'' <= ')' - '\'';
-    const auto aTabs = aBytes - '\t' <= '\n' - '\t';
-    const auto aOthers = (aBytes == ' ') | (aBytes == '\r') | (aBytes == '?');
-    return b_IsZero(~(aLetters | aDigits | aQuotes | aTabs | aOthers));
+    const auto ao_Letters = (ao_Bytes | 0x20) - 'a' < 26;
+    const auto ao_Digits = ao_Bytes - ',' <= ':' - ','; // and , - . /
+    const auto ao_Quotes = ao_Bytes - '\'' <= ')' - '\'';
+    const auto ao_Tabs = ao_Bytes - '\t' <= '\n' - '\t';
+    const auto ao_Others = (ao_Bytes == ' ') | (ao_Bytes == '\r') | (ao_Bytes == '?');
+    return b_IsZero(~(ao_Letters | ao_Digits | ao_Quotes | ao_Tabs | ao_Others));
 }
 
 // Copies units that stand for themselves.
 char* pc_CopyDirect(char* pc_Out, const unsigned short*& pcu_In, const unsigned short* pcu_End)
 {
-    LongByteRun aBytes;
-    while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(aBytes, pcu_In) && b_AreDirect(aBytes)) {
-        std::memcpy(pc_Out, &aBytes, sizeof(aBytes));
+    LongByteRun ao_Bytes;
+    while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(ao_Bytes, pcu_In) && b_AreDirect(ao_Bytes)) {
+        std::memcpy(pc_Out, &ao_Bytes, sizeof(ao_Bytes));
         pc_Out += LONG_RUN;
         pcu_In += LONG_RUN;
     }
@@ -261,13 +261,13 @@ namespace
 // Copies bytes up to a "+". Kept: one from 0x80 up gives a unit from 0xFF80 up.
 unsigned short* pu_CopyDirect(unsigned short* pu_Out, const char*& pcc_In, const char* pcc_End)
 {
-    SignedByteRun aBytes;
+    SignedByteRun ao_Bytes;
     for (; pcc_End - pcc_In >= LONG_RUN; pcc_In += LONG_RUN) {
-        std::memcpy(&aBytes, pcc_In, sizeof(aBytes));
-        if (!b_IsZero(aBytes == '+'))
+        std::memcpy(&ao_Bytes, pcc_In, sizeof(ao_Bytes));
+        if (!b_IsZero(ao_Bytes == '+'))
             break;
-        const auto aUnits = __builtin_convertvector(aBytes, SignedUnitRun);
-        std::memcpy(pu_Out, &aUnits, sizeof(aUnits));
+        const auto ao_Units = __builtin_convertvector(ao_Bytes, SignedUnitRun);
+        std::memcpy(pu_Out, &ao_Units, sizeof(ao_Units));
         pu_Out += LONG_RUN;
     }
     for (; pcc_In < pcc_End && *pcc_In != '+'; ++pcc_In)
@@ -365,9 +365,9 @@ int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n
     const unsigned short* pcu_End = pcu_In + Units::sn_Length(pcu_In, n_Count);
     // Eight units become eight bytes at least.
     while (pcu_End - pcu_In >= RUN) {
-        LongByteRun aBytes;
-        while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(aBytes, pcu_In)) {
-            std::memcpy(pc, &aBytes, sizeof(aBytes));
+        LongByteRun ao_Bytes;
+        while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(ao_Bytes, pcu_In)) {
+            std::memcpy(pc, &ao_Bytes, sizeof(ao_Bytes));
             pc += LONG_RUN;
             pcu_In += LONG_RUN;
         }
@@ -403,47 +403,47 @@ unsigned n_TrailingOf(unsigned n_First)
 }
 
 // The value of four bytes as units.
-unsigned short* pu_Pair(unsigned short* pu, unsigned n_Value)
+unsigned short* pu_Pair(unsigned short* pu_To, unsigned n_Value)
 {
     if (!b_IsPair(n_Value)) {
-        *pu = REPLACEMENT;
-        return pu + 1;
+        *pu_To = REPLACEMENT;
+        return pu_To + 1;
     }
-    pu[0] = u_High(n_Value);
-    pu[1] = u_Low(n_Value);
-    return pu + 2;
+    pu_To[0] = u_High(n_Value);
+    pu_To[1] = u_Low(n_Value);
+    return pu_To + 2;
 }
 
 // Decodes a first byte from 0xF0 up, behind which stand three more.
-unsigned short* pu_DecodeLong(unsigned short* pu, const char*& pcc_In)
+unsigned short* pu_DecodeLong(unsigned short* pu_To, const char*& pcc_In)
 {
     const unsigned n_First = n_Byte(*pcc_In++);
     if (n_First >= 0xF8) {
-        *pu = REPLACEMENT;
-        return pu + 1;
+        *pu_To = REPLACEMENT;
+        return pu_To + 1;
     }
     pcc_In += 3;
-    return pu_Pair(pu, (n_First << 18) + (n_Byte(pcc_In[-3]) << 12) + (n_Byte(pcc_In[-2]) << 6) +
-                           n_Byte(pcc_In[-1]) - OFFSETS[3]);
+    return pu_Pair(pu_To, (n_First << 18) + (n_Byte(pcc_In[-3]) << 12) + (n_Byte(pcc_In[-2]) << 6) +
+                              n_Byte(pcc_In[-1]) - OFFSETS[3]);
 }
 
 // Decodes a sequence that is there whole.
-inline unsigned short* pu_Decode(unsigned short* pu, const char*& pcc_In)
+inline unsigned short* pu_Decode(unsigned short* pu_To, const char*& pcc_In)
 {
     const unsigned n_First = n_Byte(*pcc_In);
     if (n_First < 0xC0) {
-        *pu = static_cast<unsigned short>(n_First);
+        *pu_To = static_cast<unsigned short>(n_First);
         pcc_In += 1;
     } else if (n_First < 0xE0) {
-        *pu = static_cast<unsigned short>((n_First << 6) + n_Byte(pcc_In[1]) - OFFSETS[1]);
+        *pu_To = static_cast<unsigned short>((n_First << 6) + n_Byte(pcc_In[1]) - OFFSETS[1]);
         pcc_In += 2;
     } else if (n_First < 0xF0) {
-        *pu = static_cast<unsigned short>((n_First << 12) + (n_Byte(pcc_In[1]) << 6) +
-                                          n_Byte(pcc_In[2]) - OFFSETS[2]);
+        *pu_To = static_cast<unsigned short>((n_First << 12) + (n_Byte(pcc_In[1]) << 6) +
+                                             n_Byte(pcc_In[2]) - OFFSETS[2]);
         pcc_In += 3;
     } else
-        return pu_DecodeLong(pu, pcc_In);
-    return pu + 1;
+        return pu_DecodeLong(pu_To, pcc_In);
+    return pu_To + 1;
 }
 } // namespace
 
@@ -460,73 +460,73 @@ static unsigned n_ValueWith(unsigned n4_Value, unsigned n_Last)
 
 // Writes the first unit of a pair whose last byte is still to come. That byte has six bits, and the
 // first unit doesn't hold any of them: 0x80 stands for it.
-unsigned short* CT_UTF::st_UTF8Decoder::pu_First(unsigned short* pu) const
+unsigned short* CT_UTF::st_UTF8Decoder::pu_First(unsigned short* pu_To) const
 {
     const unsigned n_Value = n_ValueWith(n4_Value, 0x80);
     if (b_IsPair(n_Value))
-        *pu++ = u_High(n_Value);
-    return pu;
+        *pu_To++ = u_High(n_Value);
+    return pu_To;
 }
 
 // Writes the second unit of a pair whose first was written before its last byte was known. A byte
 // that continues no sequence may make the value another pair's, or no pair's: then U+FFFD.
-unsigned short* CT_UTF::st_UTF8Decoder::pu_Second(unsigned short* pu, unsigned n_Last) const
+unsigned short* CT_UTF::st_UTF8Decoder::pu_Second(unsigned short* pu_To, unsigned n_Last) const
 {
     const unsigned n_Value = n_ValueWith(n4_Value, n_Last);
     const unsigned n_Written = n_ValueWith(n4_Value, 0x80);
-    *pu = b_IsPair(n_Written) && n_Value >> 10 == n_Written >> 10 ? u_Low(n_Value) : REPLACEMENT;
-    return pu + 1;
+    *pu_To = b_IsPair(n_Written) && n_Value >> 10 == n_Written >> 10 ? u_Low(n_Value) : REPLACEMENT;
+    return pu_To + 1;
 }
 
 // Takes the bytes still to come, of which there is one at least, as far as they go, and writes what
 // comes of them.
-unsigned short* CT_UTF::st_UTF8Decoder::pu_Take(unsigned short* pu, const char*& pcc_In,
+unsigned short* CT_UTF::st_UTF8Decoder::pu_Take(unsigned short* pu_To, const char*& pcc_In,
                                                 const char* pcc_End)
 {
     if (b_IsFirstOut()) {
         n_ToCome = 0;
-        return pu_Second(pu, n_Byte(*pcc_In++));
+        return pu_Second(pu_To, n_Byte(*pcc_In++));
     }
     while (pcc_In < pcc_End) {
         n4_Value += n_Byte(*pcc_In++);
         if (!--n_ToCome) {
             const unsigned n_Value = n4_Value - OFFSETS[n_Trailing];
             if (n_Trailing == 3)
-                return pu_Pair(pu, n_Value);
-            *pu = static_cast<unsigned short>(n_Value);
-            return pu + 1;
+                return pu_Pair(pu_To, n_Value);
+            *pu_To = static_cast<unsigned short>(n_Value);
+            return pu_To + 1;
         }
         n4_Value <<= 6;
     }
-    return b_IsFirstOut() ? pu_First(pu) : pu;
+    return b_IsFirstOut() ? pu_First(pu_To) : pu_To;
 }
 
 int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count)
 {
-    unsigned short* pu = pu_Out;
+    unsigned short* pu_To = pu_Out;
     const char* pcc_End = pcc_In + Bytes::sn_Length(pcc_In, n_Count);
     if (sso_Sequence.n_ToCome && pcc_In < pcc_End)
-        pu = sso_Sequence.pu_Take(pu, pcc_In, pcc_End);
-    // Eight units are copied, though only the first k of the bytes may be ASCII. The other 8 - k
-    // units are written over: 32 - k bytes are still to come, and every four give one or more.
+        pu_To = sso_Sequence.pu_Take(pu_To, pcc_In, pcc_End);
+    // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too
+    // many.
     while (pcc_End - pcc_In >= 4 * RUN) {
         const unsigned n_ASCII = n_LeadingASCII(pcc_In);
-        v_CopyRun(pu, pcc_In);
-        pu += n_ASCII;
+        v_CopyRun(pu_To, pcc_In);
+        pu_To += n_ASCII;
         pcc_In += n_ASCII;
         if (n_ASCII == RUN)
             continue;
         // Up to two ASCII bytes in a row, with which a run may begin.
         while (pcc_End - pcc_In >= 4 && (n_Byte(pcc_In[0]) | n_Byte(pcc_In[1])) >= 0x80)
-            pu = pu_Decode(pu, pcc_In);
+            pu_To = pu_Decode(pu_To, pcc_In);
     }
     while (pcc_In < pcc_End) {
         const unsigned n_Trailing = n_TrailingOf(n_Byte(*pcc_In));
         if (pcc_End - pcc_In <= int(n_Trailing)) {
             sso_Sequence = {n_Trailing, n_Trailing + 1, 0};
-            pu = sso_Sequence.pu_Take(pu, pcc_In, pcc_End);
+            pu_To = sso_Sequence.pu_Take(pu_To, pcc_In, pcc_End);
         } else
-            pu = pu_Decode(pu, pcc_In);
+            pu_To = pu_Decode(pu_To, pcc_In);
     }
-    return static_cast<int>(pu - pu_Out);
+    return static_cast<int>(pu_To - pu_Out);
 }

@@ -24,22 +24,22 @@ using Unit = unsigned short;
 
 int Compare(Unit u, const st_CharRange& row)
 {
-    return u < row.first ? -1 : u > row.last;
+    return u < row.u_First ? -1 : u > row.u_Last;
 }
 
 int Compare(Unit u, const st_CharNumber& row)
 {
-    return int(u) - row.character;
+    return int(u) - row.u_Character;
 }
 
 int Compare(Unit u, const st_CharMapping& row)
 {
-    return int(u) - row.source;
+    return int(u) - row.u_Source;
 }
 
 int Compare(Unit u, const st_CharDecomposition& row)
 {
-    return int(u) - row.source;
+    return int(u) - row.u_Source;
 }
 
 // The search that the rows are ordered for. Its middle of an even number is the last row of the
@@ -65,7 +65,7 @@ template <size_t N>
 unsigned Value(const st_CharRange (&rows)[N], Unit u, unsigned none)
 {
     const st_CharRange* row = Find(rows, u);
-    return row ? row->value : none;
+    return row ? row->u_Value : none;
 }
 
 template <size_t N>
@@ -78,7 +78,7 @@ template <size_t N>
 Unit Target(const st_CharMapping (&rows)[N], Unit u)
 {
     const st_CharMapping* row = Find(rows, u);
-    return row ? row->target : u;
+    return row ? row->u_Target : u;
 }
 
 // Checks each unit; stops at the first one that fails.
@@ -173,11 +173,11 @@ TEST(CharTables, BlockIsThatOfTheRows)
 TEST(CharTables, TheRowOfSpecials1StandsOutOfOrderAndIsNeverFound)
 {
     const auto* row = std::find_if(std::begin(Rows::BLOCK), std::end(Rows::BLOCK),
-                                   [](const st_CharRange& r) { return r.value == 68; });
+                                   [](const st_CharRange& r) { return r.u_Value == 68; });
     ASSERT_EQ(row, std::end(Rows::BLOCK) - 2);
-    EXPECT_EQ(row[-1].value, 67);
-    EXPECT_EQ(row[1].value, 69);
-    EXPECT_EQ(row->first, 0xFEFF);
+    EXPECT_EQ(row[-1].u_Value, 67);
+    EXPECT_EQ(row[1].u_Value, 69);
+    EXPECT_EQ(row->u_First, 0xFEFF);
     EXPECT_EQ(Value(Rows::BLOCK, 0xFEFF, 0), 66u);
 }
 
@@ -200,8 +200,8 @@ TEST(CharTables, NumericValueIsThatOfTheRows)
         short numerator = 99;
         short denominator = 99;
         Properties::sv_NumericValue(u, numerator, denominator);
-        EXPECT_EQ(numerator, row ? row->numerator : 0);
-        EXPECT_EQ(denominator, row ? row->denominator : 0);
+        EXPECT_EQ(numerator, row ? row->i_Numerator : 0);
+        EXPECT_EQ(denominator, row ? row->i_Denominator : 0);
     });
 }
 
@@ -221,12 +221,12 @@ TEST(CharTables, DecompositionIsThatOfTheRows)
     ForEachUnit([&](Unit u) {
         const st_CharDecomposition* row = Find(Rows::DECOMPOSITION, u);
         const std::u16string sequence =
-            row ? reinterpret_cast<const char16_t*>(row->sequence) : u"before";
+            row ? reinterpret_cast<const char16_t*>(row->au_Sequence) : u"before";
         CT_UString result(&before);
         EXPECT_EQ(Mappings::sn_Decompose(u, &result), row ? sequence.size() : 1);
         EXPECT_EQ(Units(result), sequence);
         EXPECT_EQ(Mappings::sn_Decompose(u, nullptr), row ? sequence.size() : 1);
-        EXPECT_EQ(Mappings::su_ToBase(u), row ? row->sequence[0] : u);
+        EXPECT_EQ(Mappings::su_ToBase(u), row ? row->au_Sequence[0] : u);
     });
 }
 
