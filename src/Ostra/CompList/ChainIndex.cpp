@@ -8,7 +8,7 @@
 static constexpr unsigned FIRST_SLOTS = 64;
 static constexpr unsigned MOST_SLOTS = 0x40000000;
 
-CT_ChainIndex::CT_ChainIndex() : pso_Slots(0), n_Slots(0), n_Count(0) {}
+CT_ChainIndex::CT_ChainIndex() : pso_Slots(nullptr), n_Slots(0), n_Count(0) {}
 
 CT_ChainIndex::~CT_ChainIndex()
 {

@@ -81,7 +81,7 @@ void CT_CompList::v_Null()
 {
     b_Changed = 0;
     n_FirstPosition = FIRST_POSITION;
-    pco_Index = 0;
+    pco_Index = nullptr;
     b_Scan = 0;
     v_TakeHeader();
     v_SetOffsetSize();

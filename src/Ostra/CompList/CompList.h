@@ -107,7 +107,7 @@ public:
     int b_IsChanged() const { return b_Changed; }
     int b_IsInNetworkByteOrder() const { return pso_Header->n1_NetworkByteOrder; }
     // The block; null when the list has none.
-    const CT_Buffer* pcco_GetBuffer() const { return co_Buffer.qcv_Get() ? &co_Buffer : 0; }
+    const CT_Buffer* pcco_GetBuffer() const { return co_Buffer.qcv_Get() ? &co_Buffer : nullptr; }
 
     // ---- Search ---------------------------------------------------------------------------
 

@@ -80,8 +80,8 @@ void CT_CompListBuilder::operator delete(void* pv_Object)
 
 void CT_CompListBuilder::v_Null()
 {
-    pco_Trie = 0;
-    pco_List = 0;
+    pco_Trie = nullptr;
+    pco_List = nullptr;
     so_Header = {};
     n_Growth = 0;
     n_Maximum = 0;
@@ -102,7 +102,7 @@ static CT_LinkedTrie* pco_ReadElements(const CT_CompList* pcco_List,
     *pec_Result = pco_Trie ? pco_Trie->ec_Read(pcco_List) : CT_LinkedTrie::lr_Memory;
     if (*pec_Result != CT_LinkedTrie::lr_Done) {
         delete pco_Trie;
-        pco_Trie = 0;
+        pco_Trie = nullptr;
     }
     return pco_Trie;
 }
@@ -144,7 +144,7 @@ void CT_CompListBuilder::v_InitList(const CT_Buffer* pcco_Buffer)
 {
     CT_Buffer co_Own(pcco_Buffer);
     co_Own.v_CopyWeWrite();
-    CT_CompList* pco_New = 0;
+    CT_CompList* pco_New = nullptr;
     if (co_Own.n_GetUseCount() == 1)
         pco_New = new CT_CompList(&co_Own);
     if (!pco_New) {

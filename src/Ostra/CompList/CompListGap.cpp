@@ -16,11 +16,11 @@ char* CT_CompList::pc_InsertBytes(unsigned n_Position, unsigned n_Count)
 {
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
     if (n_Position > n_Used)
-        return 0;
+        return nullptr;
     v_OpenGap(n_Position, n_Count);
     v_TakeHeader();
     if (co_Buffer.n_GetUsedSize() != n_Used + n_Count)
-        return 0;
+        return nullptr;
     pso_Header->n_End += n_Count;
     v_RecalcAltPos(n_Position, n_Count);
     b_Changed = 1;
@@ -197,5 +197,5 @@ void CT_CompList::v_ScanFromNow()
 void CT_CompList::v_DropIndex()
 {
     CT_AlternativeIndex::sv_Delete(pco_Index);
-    pco_Index = 0;
+    pco_Index = nullptr;
 }

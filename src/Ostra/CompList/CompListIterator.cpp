@@ -61,7 +61,7 @@ int CT_CompListIterator::b_GetNext(CT_String* pco_Key, unsigned* pn_Handle)
         return 0;
     const void* pcv_Table = spcv_GetTable(this);
     const int b_Wide = pcv_Table == spcv_Wide.load(std::memory_order_relaxed);
-    CT_Buffer* pco_Text = 0;
+    CT_Buffer* pco_Text = nullptr;
     if (b_Wide || pcv_Table == spcv_Narrow.load(std::memory_order_relaxed))
         pco_Text = const_cast<CT_Buffer*>(vpcco_GetCollectedString()->pcco_GetBuffer());
     return b_Wide ? b_WalkElements<unsigned short>(pco_Text, pco_Key, pn_Handle)

@@ -80,7 +80,7 @@ int CT_CompList::b_Add(const CT_UString* pcco_Key, unsigned n_Handle)
 
 int CT_CompList::b_AddKey(const char* pcc_Key, unsigned n_Handle)
 {
-    if (!n_Walk(pcc_Key, wm_Add, n_Handle, 0))
+    if (!n_Walk(pcc_Key, wm_Add, n_Handle, nullptr))
         return 0;
     pso_Header->n_NrOfEntries++;
     return 1;

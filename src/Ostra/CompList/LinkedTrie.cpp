@@ -15,7 +15,7 @@ static constexpr unsigned LAST_END = 0xFFFFFF00;
 // ---- Life ---------------------------------------------------------------------------------
 
 CT_LinkedTrie::CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset)
-    : pso_Nodes(0),
+    : pso_Nodes(nullptr),
       n_Nodes(0),
       n_NodeRoom(0),
       an_Jump(),

@@ -14,7 +14,7 @@ static constexpr unsigned LONGEST_RUN = 0x3FFFFFFF;
 template <class T>
 CT_TypedTrie<T>::CT_TypedTrie(const CT_CompList* pcco_List)
     : CT_LinkedTrie(pcco_List->n_GetHandleSize(), pcco_List->n_OffsetSize),
-      p_Text(0),
+      p_Text(nullptr),
       n_TextUsed(0),
       n_TextRoom(0)
 {}

@@ -64,7 +64,7 @@ public:
     // The system's pointer stands where the offset was set last.
     HANDLE h_GetHandle() const;
     // Whether a view is there, and its first byte; null for none.
-    int b_GetMapping() const { return pv_Map != 0; }
+    int b_GetMapping() const { return pv_Map != nullptr; }
     void* pv_GetMapping() const;
 
     // Enters mapped mode: a reader's map is the file, a writer's is n_Size doubled until it is

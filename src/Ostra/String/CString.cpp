@@ -81,7 +81,7 @@ const CT_Type* CT_CString::vpcco_GetType() const
 
 void* CT_CString::vpv_IsA(const CT_Type* pcco_Type) const
 {
-    return pcco_Type == &sco_Type ? const_cast<CT_CString*>(this) : 0;
+    return pcco_Type == &sco_Type ? const_cast<CT_CString*>(this) : nullptr;
 }
 
 void* CT_CString::vpv_IsKindOf(const CT_Type* pcco_Type) const

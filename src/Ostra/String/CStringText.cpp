@@ -35,8 +35,8 @@ void CT_CString::vv_StringReplace(const unsigned short* qcuz_Text, unsigned n_Co
     if (!pc_To)
         return;
     if (!CT_CodePages::sb_NeedsRoom(n_CodePage)) {
-        const int i_Length =
-            CT_StringConvert::si_WideToMulti(pc_To, qcuz_Text, n_Count, n_CodePage, 0, 0);
+        const int i_Length = CT_StringConvert::si_WideToMulti(pc_To, qcuz_Text, n_Count, n_CodePage,
+                                                              nullptr, nullptr);
         Bytes::sv_End(co_Buffer, n_Offset + i_Length);
         return;
     }
@@ -48,7 +48,7 @@ void CT_CString::vv_StringReplace(const unsigned short* qcuz_Text, unsigned n_Co
         return;
     }
     const int i_Length = CT_CodePages::si_WideToMulti(co_Coded.pc_Get(), n_Room, qcuz_Text, n_Count,
-                                                      n_CodePage, 0, 0);
+                                                      n_CodePage, nullptr, nullptr);
     Bytes::sv_StringReplace(co_Buffer, co_Coded.pc_Get(), i_Length, n_Offset);
 }
 
@@ -115,7 +115,7 @@ void CT_CString::v_Append(unsigned short u_Append)
         return;
     char ac_Bytes[8];
     const int i_Length = CT_CodePages::si_WideToMulti(
-        ac_Bytes, CT_CodePages::sn_Room(n_CodePage, 1), &u_Append, 1, n_CodePage, 0, 0);
+        ac_Bytes, CT_CodePages::sn_Room(n_CodePage, 1), &u_Append, 1, n_CodePage, nullptr, nullptr);
     CT_CString::v_Append(ac_Bytes, i_Length);
 }
 
@@ -138,7 +138,7 @@ void CT_CString::v_Append(const unsigned short* qcuz_Text, unsigned n_Count)
         return;
     }
     const int i_Length = CT_CodePages::si_WideToMulti(co_Bytes.pc_Get(), n_Room, qcuz_Text, n_Count,
-                                                      n_CodePage, 0, 0);
+                                                      n_CodePage, nullptr, nullptr);
     CT_CString::v_Append(co_Bytes.pc_Get(), i_Length);
 }
 

@@ -42,7 +42,7 @@ const CT_Type* CT_String::vpcco_GetType() const
 
 void* CT_String::vpv_IsA(const CT_Type* pcco_Type) const
 {
-    return pcco_Type == &sco_Type ? const_cast<CT_String*>(this) : 0;
+    return pcco_Type == &sco_Type ? const_cast<CT_String*>(this) : nullptr;
 }
 
 void* CT_String::vpv_IsKindOf(const CT_Type* pcco_Type) const
@@ -52,7 +52,7 @@ void* CT_String::vpv_IsKindOf(const CT_Type* pcco_Type) const
 
 CT_String* CT_String::vpco_Create() const
 {
-    return 0;
+    return nullptr;
 }
 
 // clang-format off

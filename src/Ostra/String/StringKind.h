@@ -22,22 +22,22 @@ inline bool b_IsLike(const CT_String* pcco_Text, const CT_String& co_Specimen)
 inline const CT_CString* pcco_Bytes(const CT_String* pcco_Text)
 {
     if (b_IsLike(pcco_Text, CT_UString::sco_Object))
-        return 0;
+        return nullptr;
     return b_IsLike(pcco_Text, CT_CString::sco_Object) ||
                    pcco_Text->vpv_IsA(CT_CString::spcco_GetType())
                ? static_cast<const CT_CString*>(pcco_Text)
-               : 0;
+               : nullptr;
 }
 
 // The string as one of units; null if it isn't one.
 inline const CT_UString* pcco_Units(const CT_String* pcco_Text)
 {
     if (b_IsLike(pcco_Text, CT_CString::sco_Object))
-        return 0;
+        return nullptr;
     return b_IsLike(pcco_Text, CT_UString::sco_Object) ||
                    pcco_Text->vpv_IsA(CT_UString::spcco_GetType())
                ? static_cast<const CT_UString*>(pcco_Text)
-               : 0;
+               : nullptr;
 }
 
 // The count as far as the text has characters behind n_From.

@@ -113,7 +113,8 @@ Unit* CT_TextBuffer<Unit>::spc_Prepare(CT_Buffer& co_Buffer, std::uint64_t n_Cou
     const auto n_Length =
         static_cast<unsigned>(std::min<std::uint64_t>(n_Count + n_Offset, 0xFFFFFFFF));
     sv_SetMinSize(co_Buffer, n_Length, 1);
-    return n_Length < sn_Room(co_Buffer) && sb_Own(co_Buffer) ? spc_Data(co_Buffer) + n_Offset : 0;
+    return n_Length < sn_Room(co_Buffer) && sb_Own(co_Buffer) ? spc_Data(co_Buffer) + n_Offset
+                                                              : nullptr;
 }
 
 template <class Unit>
@@ -121,7 +122,7 @@ Unit* CT_TextBuffer<Unit>::spc_Target(CT_Buffer& co_Buffer, std::uint64_t n_Byte
 {
     if (!sb_Own(co_Buffer) ||
         (co_Buffer.n_GetMaximumSize() < n_Bytes && !sb_SetSize(co_Buffer, n_Bytes, 0)))
-        return 0;
+        return nullptr;
     return spc_Data(co_Buffer);
 }
 
@@ -221,12 +222,12 @@ template <class Unit>
 Unit* CT_TextBuffer<Unit>::spc_AppendRoom(CT_Buffer& co_Buffer, unsigned n_Count, unsigned n_Factor)
 {
     if (!co_Buffer.n_GetUsedSize() && !sb_SetSize(co_Buffer, 1, 1))
-        return 0;
+        return nullptr;
     const unsigned n_Used = std::max(co_Buffer.n_GetUsedSize(), SIZE);
     const std::uint64_t n_Bytes = n_Used + std::uint64_t(n_Count) * SIZE;
     if (!(n_Bytes > co_Buffer.n_GetMaximumSize() ? sb_SetSize(co_Buffer, n_Factor * n_Bytes, 1)
                                                  : sb_Own(co_Buffer)))
-        return 0;
+        return nullptr;
     Unit* pc_To = spc_Data(co_Buffer) + n_Used / SIZE - 1;
     pc_To[n_Count] = 0;
     co_Buffer.v_SetUsedSize(static_cast<unsigned>(n_Bytes));

@@ -167,12 +167,12 @@ private:
     {
         char* const pc_Data = co_Buffer.pc_Data;
         if (!pc_Data)
-            return 0;
+            return nullptr;
         CT_Buffer::st_BufferData* const pso_Data = co_Buffer.pso_GetData();
         const unsigned n_Used = pso_Data->n_UsedSize;
         const std::uint64_t n_Bytes = n_Used + std::uint64_t(n_Count) * SIZE;
         if (n_Used < SIZE || n_Bytes > pso_Data->n_MaximumSize || co_Buffer.n_ReadUseCount() > 1)
-            return 0;
+            return nullptr;
         pso_Data->n_UsedSize = static_cast<unsigned>(n_Bytes);
         return reinterpret_cast<Unit*>(pc_Data + (n_Used & -SIZE)) - 1;
     }

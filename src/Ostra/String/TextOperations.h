@@ -241,8 +241,8 @@ bool CT_TextOperations<Unit>::sb_Match(const Unit* qc_Text, const Unit* qc_Patte
     // Kept: an empty pattern matches every text.
     if (!*qc_Pattern)
         return true;
-    const Unit* qc_Rest = 0; // the pattern behind the last *
-    const Unit* qc_Retry = 0;
+    const Unit* qc_Rest = nullptr; // the pattern behind the last *
+    const Unit* qc_Retry = nullptr;
     std::ptrdiff_t i_Lost = 0;
     for (;;) {
         if (*qc_Pattern == '*') {

@@ -80,7 +80,7 @@ const CT_Type* CT_UString::vpcco_GetType() const
 
 void* CT_UString::vpv_IsA(const CT_Type* pcco_Type) const
 {
-    return pcco_Type == &sco_Type ? const_cast<CT_UString*>(this) : 0;
+    return pcco_Type == &sco_Type ? const_cast<CT_UString*>(this) : nullptr;
 }
 
 void* CT_UString::vpv_IsKindOf(const CT_Type* pcco_Type) const

@@ -156,7 +156,7 @@ const unsigned short* CT_CharProperties::sqcuz_UnicodePropertyName(et_UnicodePro
 
 const unsigned short* CT_CharProperties::sqcuz_GetCharacterName(unsigned short)
 {
-    return 0;
+    return nullptr;
 }
 
 // ---- By the general category ------------------------------------------------------------------
@@ -393,5 +393,5 @@ int CT_CharProperties::sb_IsSequenceOf(const unsigned short* qcuz_Text,
 int CT_CharProperties::sb_IsSequenceOf(const CT_UString* pcco_Text, int (*b_Test)(unsigned short),
                                        unsigned int n_Start, unsigned int n_Count)
 {
-    return sb_IsSequenceOf(pcco_Text ? pcco_Text->qcuz_Get() : 0, b_Test, n_Start, n_Count);
+    return sb_IsSequenceOf(pcco_Text ? pcco_Text->qcuz_Get() : nullptr, b_Test, n_Start, n_Count);
 }

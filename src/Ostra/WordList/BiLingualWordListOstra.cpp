@@ -105,10 +105,10 @@ const Unit* CT_BiLingualWordListOstra::sqc_Find(const CT_CompList* pcco_Index,
                                                 const CT_Buffer* pcco_Texts, const Unit* qc_Word)
 {
     if (!pcco_Index->pcco_GetBuffer())
-        return 0;
-    const unsigned n_At = pcco_Index->n_Search(qc_Word, 0);
+        return nullptr;
+    const unsigned n_At = pcco_Index->n_Search(qc_Word, nullptr);
     if (n_At >= pcco_Texts->n_GetUsedSize())
-        return 0;
+        return nullptr;
     return reinterpret_cast<const Unit*>(static_cast<const char*>(pcco_Texts->qcv_Get()) + n_At);
 }
 

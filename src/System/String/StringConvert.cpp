@@ -77,7 +77,7 @@ int CT_CodePages::si_WideToMulti(char* pc_Out, std::size_t n_Room, const unsigne
 int CT_StringConvert::si_WideToMultiANSI(char* pc_Out, const unsigned short* qcuz_In,
                                          unsigned n_Count)
 {
-    return si_WideToMulti(pc_Out, qcuz_In, n_Count, 0, 0, 0);
+    return si_WideToMulti(pc_Out, qcuz_In, n_Count, 0, nullptr, nullptr);
 }
 
 // ---- Single characters ------------------------------------------------------------------------
@@ -94,7 +94,7 @@ char CT_StringConvert::sc_WideToMulti(unsigned short u_In, unsigned n_CodePage)
 {
     char c_Out;
     const int i_Length = WideCharToMultiByte(CT_CodePages::sn_Valid(n_CodePage), 0,
-                                             qcuz_System(&u_In), 1, &c_Out, 1, 0, 0);
+                                             qcuz_System(&u_In), 1, &c_Out, 1, nullptr, nullptr);
     // A zero for what isn't one byte would cut texts.
     return i_Length ? c_Out : '?';
 }

@@ -93,7 +93,7 @@ int CT_StringConvert::si_WideToMulti(CT_CString* pco_Out, const unsigned short* 
 int CT_StringConvert::si_WideToMultiANSI(CT_CString* pco_Out, const unsigned short* qcuz_In,
                                          unsigned n_Count)
 {
-    return si_WideToMulti(pco_Out, qcuz_In, n_Count, 0, 0, 0);
+    return si_WideToMulti(pco_Out, qcuz_In, n_Count, 0, nullptr, nullptr);
 }
 
 int CT_StringConvert::si_UTF7ToWide(CT_UString* pco_Out, const char* qccz_In, unsigned n_Count)
@@ -162,7 +162,7 @@ int CT_StringConvert::si_WideToMulti(char* pc_Out, const CT_UString* pcco_In, un
 
 int CT_StringConvert::si_WideToMultiANSI(char* pc_Out, const CT_UString* pcco_In)
 {
-    return si_WideToMulti(pc_Out, pcco_In, 0, 0, 0);
+    return si_WideToMulti(pc_Out, pcco_In, 0, nullptr, nullptr);
 }
 
 int CT_StringConvert::si_UTF7ToWide(unsigned short* pu_Out, const CT_CString* pcco_In)
@@ -207,7 +207,7 @@ int CT_StringConvert::si_WideToMulti(CT_CString* pco_Out, const CT_UString* pcco
 
 int CT_StringConvert::si_WideToMultiANSI(CT_CString* pco_Out, const CT_UString* pcco_In)
 {
-    return si_WideToMulti(pco_Out, pcco_In, 0, 0, 0);
+    return si_WideToMulti(pco_Out, pcco_In, 0, nullptr, nullptr);
 }
 
 int CT_StringConvert::si_UTF7ToWide(CT_UString* pco_Out, const CT_CString* pcco_In)
