@@ -357,7 +357,7 @@ Words ByFrequency(const Words& text)
 {
     std::map<std::string, unsigned> counts;
     for (const std::string& word : text)
-        counts[word]++;
+        ++counts[word];
     Words words;
     for (const auto& entry : counts)
         words.push_back(entry.first);

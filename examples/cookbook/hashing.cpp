@@ -18,7 +18,7 @@ int main()
     for (const char* const& word : text) {
         unsigned count;
         counts.b_Get(&word, &count); // zeros for a word that isn't there
-        count++;
+        ++count;
         counts.b_Insert(&word, &count);
     }
     std::printf("%u words in %u buckets\n", counts.n_GetCount(), counts.n_GetTableSize());

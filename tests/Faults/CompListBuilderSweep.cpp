@@ -34,7 +34,7 @@ std::unique_ptr<State> Many(unsigned element = 1)
     auto state = std::make_unique<State>();
     state->builder.v_Set(CT_CompList::et_ElementSize(element), 2, 0, 1, 128, 0);
     state->list.v_Set(CT_CompList::et_ElementSize(element), 2, 0, 1, 128, 0);
-    for (unsigned number = 0; number < 200; number++)
+    for (unsigned number = 0; number < 200; ++number)
         state->keys.push_back(
             Key(static_cast<char>(33 + number * 31 % 90) + std::to_string(number * 7), element));
     state->added.resize(state->keys.size(), -1);
@@ -43,7 +43,7 @@ std::unique_ptr<State> Many(unsigned element = 1)
 
 void AddAll(State& state)
 {
-    for (std::size_t at = 0; at < state.keys.size(); at++)
+    for (std::size_t at = 0; at < state.keys.size(); ++at)
         state.added[at] = state.builder.b_Add(state.keys[at].data(), 7);
 }
 
@@ -51,7 +51,7 @@ void AddAll(State& state)
 void CheckAll(State& state, bool failed)
 {
     std::size_t missed = 0;
-    for (std::size_t at = 0; at < state.keys.size(); at++) {
+    for (std::size_t at = 0; at < state.keys.size(); ++at) {
         missed += !state.added[at];
         if (state.added[at])
             state.list.b_Add(state.keys[at].data(), 7);

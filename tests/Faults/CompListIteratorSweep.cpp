@@ -25,7 +25,7 @@ struct State
         std::string key = "a key that is long enough to let the string grow once";
         list.b_Add(key.c_str(), 1);
         list.b_Add((key + " more").c_str(), 2);
-        for (unsigned index = 3; index <= KEYS; index++) {
+        for (unsigned index = 3; index <= KEYS; ++index) {
             key[index * 2] = 'x';
             list.b_Add(key.c_str(), index);
             key[index * 2] = 'y';
@@ -41,7 +41,7 @@ struct State
     static std::string Text(const Key& key)
     {
         std::string text;
-        for (unsigned index = 0; index < key.vn_GetLength(); index++)
+        for (unsigned index = 0; index < key.vn_GetLength(); ++index)
             text += key.vc_GetAt(index);
         return text;
     }
@@ -50,7 +50,7 @@ struct State
     void Run()
     {
         while (count < KEYS && walk.b_GetNext(&keys[count], &handles[count]))
-            count++;
+            ++count;
         more = walk.b_GetNext(&spare, nullptr);
     }
 
@@ -70,7 +70,7 @@ void Check(State<Walk, Key>& state, bool failed)
     ASSERT_EQ(state.whole.size(), KEYS);
     EXPECT_TRUE(failed || state.count == KEYS);
     EXPECT_FALSE(state.more);
-    for (unsigned index = 0; index < state.count; index++) {
+    for (unsigned index = 0; index < state.count; ++index) {
         EXPECT_EQ(state.Text(state.keys[index]), state.whole[index]);
         EXPECT_EQ(state.handles[index], state.list.n_Search(state.whole[index].c_str(), nullptr));
     }
@@ -96,7 +96,7 @@ void SweepSet()
         report,
         [] {
             auto state = std::make_unique<State<Walk, Key>>();
-            for (unsigned step = 0; step < 3; step++)
+            for (unsigned step = 0; step < 3; ++step)
                 state->walk.b_GetNext(&state->spare, nullptr);
             return state;
         },

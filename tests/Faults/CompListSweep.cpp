@@ -155,7 +155,7 @@ TEST(CompListSweep, TheIndexIsMissedInSilence)
     };
     const auto prepare = [] {
         auto state = std::make_unique<Long>();
-        for (unsigned number = 0; number < 500; number++)
+        for (unsigned number = 0; number < 500; ++number)
             state->keys.push_back(std::to_string(number * 7919 % 500) + "end");
         return state;
     };
@@ -165,7 +165,7 @@ TEST(CompListSweep, TheIndexIsMissedInSilence)
     const std::string expected = Block(whole->list);
 
     for (const FailingHeap::Mode mode : {FailingHeap::ONCE, FailingHeap::FROM})
-        for (unsigned number = 1, failing = 1; failing > 0; number++) {
+        for (unsigned number = 1, failing = 1; failing > 0; ++number) {
             SCOPED_TRACE(number);
             const auto state = prepare();
             CT_Buffer room(10000, 32);

@@ -171,7 +171,7 @@ TEST(AlphaTreeSweep, AKeyThatFindsNoMemoryIsNotEntered)
     Sweep(
         report, Tree,
         [](CT_AlphaTree& tree) {
-            for (unsigned n = 0; n < TEXTS; n++)
+            for (unsigned n = 0; n < TEXTS; ++n)
                 tree.v_Add(Text(n), 3 + n);
         },
         [](CT_AlphaTree& tree, bool failed) {
@@ -179,13 +179,13 @@ TEST(AlphaTreeSweep, AKeyThatFindsNoMemoryIsNotEntered)
             EXPECT_EQ(tree.n_Search("abc"), 1U);
             EXPECT_EQ(tree.n_Search("abd"), 2U);
             unsigned entries = 2;
-            for (unsigned n = 0; n < TEXTS; n++) {
+            for (unsigned n = 0; n < TEXTS; ++n) {
                 const unsigned value = tree.n_Search(Text(n));
                 EXPECT_TRUE(value == 3 + n || value == NONE);
                 entries += value != NONE;
             }
             EXPECT_EQ(tree.n_GetNrOfEntries(), entries);
-            for (unsigned n = 0; n < TEXTS; n++) {
+            for (unsigned n = 0; n < TEXTS; ++n) {
                 const bool added = tree.n_Search(Text(n)) != NONE;
                 EXPECT_EQ(tree.b_Remove(Text(n)), added);
                 tree.v_Add(Text(n), 4);
@@ -233,21 +233,21 @@ std::string Key(unsigned number)
 
 void AddAll(CT_AlphaTree& tree)
 {
-    for (unsigned n = 0; n < KEYS; n++)
+    for (unsigned n = 0; n < KEYS; ++n)
         tree.v_Add(Key(n).c_str(), n);
 }
 
 // Leaves ten keys, of which the first three begin with the same character.
 void RemoveMost(CT_AlphaTree& tree)
 {
-    for (unsigned n = 10; n < KEYS; n++)
+    for (unsigned n = 10; n < KEYS; ++n)
         EXPECT_EQ(tree.b_Remove(Key(n).c_str()), 1);
 }
 
 void ExpectTen(CT_AlphaTree& tree)
 {
     EXPECT_EQ(tree.n_GetNrOfEntries(), 10U);
-    for (unsigned n = 0; n < 20; n++)
+    for (unsigned n = 0; n < 20; ++n)
         EXPECT_EQ(tree.n_Search(Key(n).c_str()), n < 10 ? n : NONE);
 }
 } // namespace
@@ -267,7 +267,7 @@ TEST(AlphaTreeSweep, MemoryComesBackWhenMostOfItIsUnused)
     FailingHeap::Track();
     AddAll(emptied);
     RemoveMost(emptied);
-    for (unsigned n = 0; n < 10; n++)
+    for (unsigned n = 0; n < 10; ++n)
         emptied.b_Remove(Key(n).c_str());
     EXPECT_EQ(FailingHeap::Live(), 1U);
 }
@@ -278,7 +278,7 @@ TEST(AlphaTreeSweep, RemovingNeedsNoMemory)
     CT_AlphaTree tree;
     AddAll(tree);
     FailingHeap::Arm(1, FailingHeap::FROM);
-    for (unsigned n = 10; n < KEYS; n++)
+    for (unsigned n = 10; n < KEYS; ++n)
         tree.b_Remove(Key(n).c_str());
     EXPECT_GT(FailingHeap::Disarm(), 0U);
     ExpectTen(tree);

@@ -43,7 +43,7 @@ unsigned Reach(const CT_VoidHashTable& table)
         walk.v_GetKey(&key);
         EXPECT_EQ(table.b_Get(&key, &data), 1);
         EXPECT_EQ(data, key);
-        count++;
+        ++count;
     }
     EXPECT_EQ(table.n_GetCount(), count);
     return count;
@@ -179,7 +179,7 @@ TEST(VoidHashTableSweep, SettingWithoutRoomLeavesTheTableEmpty)
 // Shorter data is filled up by way of one item's room.
 TEST(VoidHashTableSweep, ShorterItemsAreTakenWhereThereIsRoom)
 {
-    for (unsigned failing = 1; failing <= 6; failing++) {
+    for (unsigned failing = 1; failing <= 6; ++failing) {
         SCOPED_TRACE(failing);
         const auto source = Colliding();
         CT_VoidHashTable wide(8, 4, CT_VoidHashTable::sn_HashInteger, CompareNumbers, 5);

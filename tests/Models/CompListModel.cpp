@@ -47,7 +47,7 @@ unsigned CompListModel::Search(const std::string& key, unsigned* matched, bool m
 unsigned CompListModel::Number(const std::string& from, unsigned position, unsigned size) const
 {
     unsigned value = 0;
-    for (unsigned index = 0; index < size; index++)
+    for (unsigned index = 0; index < size; ++index)
         value |= static_cast<unsigned>(static_cast<unsigned char>(from.at(position + index)))
                  << 8 * index;
     return value;
@@ -55,7 +55,7 @@ unsigned CompListModel::Number(const std::string& from, unsigned position, unsig
 
 void CompListModel::SetNumber(unsigned position, unsigned size, unsigned value)
 {
-    for (unsigned index = 0; index < size; index++)
+    for (unsigned index = 0; index < size; ++index)
         bytes.at(position + index) = static_cast<char>(value >> 8 * index);
 }
 
@@ -90,7 +90,7 @@ void CompListModel::InsertBytes(unsigned position, unsigned count)
         } else
             q += stored == 10 || stored == 26 ? element + handleSize : element;
     }
-    for (unsigned letter = 0; letter < 26; letter++) {
+    for (unsigned letter = 0; letter < 26; ++letter) {
         const unsigned jump = Number(bytes, JUMPS + 4 * letter, 4);
         if (jump >= position)
             SetNumber(JUMPS + 4 * letter, 4, jump + count);

@@ -16,8 +16,8 @@ typedef std::mt19937 Random;
 inline std::string Bytes(const Word& word, unsigned element)
 {
     std::string key;
-    for (unsigned index = 0; index <= word.size(); index++)
-        for (unsigned n = 0; n < element; n++)
+    for (unsigned index = 0; index <= word.size(); ++index)
+        for (unsigned n = 0; n < element; ++n)
             key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * n);
     return key;
 }
@@ -47,7 +47,7 @@ inline std::vector<Word> Words(Random& random, unsigned size, unsigned count, un
                                unsigned length)
 {
     std::vector<Word> words;
-    for (unsigned index = 0; index < count; index++) {
+    for (unsigned index = 0; index < count; ++index) {
         Word word;
         // Half of the words begin like an earlier one.
         if (!words.empty() && random() % 2) {
@@ -55,7 +55,7 @@ inline std::vector<Word> Words(Random& random, unsigned size, unsigned count, un
             word.resize(random() % (word.size() + 1));
         }
         const unsigned more = random() % (length + 1);
-        for (unsigned added = 0; added < more; added++)
+        for (unsigned added = 0; added < more; ++added)
             word.push_back(Element(random, size, alphabet));
         words.push_back(word);
     }
@@ -73,7 +73,7 @@ inline std::vector<Form> Forms()
     std::vector<Form> forms;
     for (unsigned element : {1u, 2u, 4u})
         for (unsigned handle : {0u, 1u, 2u, 4u})
-            for (int flags = 0; flags < 4; flags++)
+            for (int flags = 0; flags < 4; ++flags)
                 forms.push_back({element, handle, (flags & 1) != 0, (flags & 2) != 0});
     return forms;
 }

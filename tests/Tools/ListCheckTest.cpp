@@ -37,7 +37,7 @@ std::string WithStream(const std::string& hex)
 std::string RandomKey(std::mt19937& random, unsigned element)
 {
     std::string text;
-    for (unsigned length = 1 + random() % 6; length > 0; length--)
+    for (unsigned length = 1 + random() % 6; length > 0; --length)
         text += static_cast<char>('a' + random() % 4);
     std::string key = Key(text, element);
     if (element == 4) // no unit of 0 but the last
@@ -53,14 +53,14 @@ TEST(ListCheck, WhatTheLibraryWritesIsSound)
     std::mt19937 random(seed);
     for (unsigned element : {1u, 2u, 4u})
         for (unsigned handle : {0u, 1u, 2u, 4u})
-            for (int flags = 0; flags < 4; flags++) {
+            for (int flags = 0; flags < 4; ++flags) {
                 SCOPED_TRACE(testing::Message()
                              << element << " " << handle << " " << flags << " OSTRA_SEED=" << seed);
                 CT_CompList list(ElementSize(element), handle, flags & 1, flags & 2, 128, 1252);
                 EXPECT_EQ(CheckList(Block(list)).rule, "");
                 list.b_Add(Key("", element).data(), 7);
                 list.b_Add(Key("", element).data(), 8);
-                for (int count = 0; count < 200; count++) {
+                for (int count = 0; count < 200; ++count) {
                     list.b_Add(RandomKey(random, element).data(), random());
                     const ListVerdict verdict = CheckList(Block(list));
                     ASSERT_TRUE(verdict.sound) << DescribeListVerdict(verdict);
@@ -173,10 +173,10 @@ TEST(ListCheck, TheLibraryCanWorkOnEverythingSound)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     std::mt19937 random(seed);
     unsigned sound = 0;
-    for (unsigned round = 0; round < 2000; round++) {
+    for (unsigned round = 0; round < 2000; ++round) {
         const unsigned element = 1 + round % 2;
         CT_CompList list(ElementSize(element), round % 3, 0, round & 4, 128, 0);
-        for (unsigned keys = 1 + random() % 8; keys > 0; keys--)
+        for (unsigned keys = 1 + random() % 8; keys > 0; --keys)
             list.b_Add(RandomKey(random, element).data(), keys);
         std::string bytes = Block(list);
         const unsigned at = random() % 8 ? 132 + random() % (bytes.size() - 132) : random() % 132;
@@ -185,10 +185,10 @@ TEST(ListCheck, TheLibraryCanWorkOnEverythingSound)
                                                      "abc"[random() % 8]);
         if (!CheckList(bytes).sound)
             continue;
-        sound++;
+        ++sound;
         CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32);
         CT_CompList stored(&buffer);
-        for (int step = 0; step < 20; step++) {
+        for (int step = 0; step < 20; ++step) {
             const std::string key = RandomKey(random, element);
             const unsigned before = stored.n_GetNrOfEntries();
             const bool known = stored.b_Search(key.data(), nullptr);
@@ -208,9 +208,9 @@ TEST(ListCheck, AnyBytesGetAnAnswer)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     std::mt19937 random(seed);
     const std::string example = DataFile("complist-example-grown.hex");
-    for (int round = 0; round < 5000; round++) {
+    for (int round = 0; round < 5000; ++round) {
         std::string bytes = example.substr(0, random() % 4 ? 132 : random() % example.size());
-        for (unsigned count = random() % 40; count > 0; count--)
+        for (unsigned count = random() % 40; count > 0; --count)
             bytes += "\x0A\x0D\x19\x1A\x01\x06"
                      "ab"[random() % 8];
         if (bytes.size() >= 132) {

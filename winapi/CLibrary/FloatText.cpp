@@ -43,7 +43,7 @@ FloatText::FloatText(double value, char conversion, int precision, bool showPoin
             WriteExponent(conversion, point - 1, 3);
     }
     if (conversion == 'A')
-        for (int i = 0; i < digitCount; i++)
+        for (int i = 0; i < digitCount; ++i)
             digits[i] = static_cast<char>(digits[i] >= 'a' ? digits[i] - 0x20 : digits[i]);
 }
 
@@ -74,7 +74,7 @@ void FloatText::MakeHexadecimal(double value)
     if (value != 0)
         binaryExponent = std::max(exponent, 1) - 1023;
     digits[0] = exponent ? '1' : '0';
-    for (digitCount = 1; digitCount < 14; digitCount++)
+    for (digitCount = 1; digitCount < 14; ++digitCount)
         digits[digitCount] = "0123456789abcdef"[bits >> (52 - 4 * digitCount) & 15];
 }
 
@@ -94,8 +94,8 @@ void FloatText::Round(int keep, char half, char last)
     }
     std::memmove(digits + 1, digits, digitCount);
     digits[0] = '1';
-    digitCount++;
-    point++;
+    ++digitCount;
+    ++point;
 }
 
 void FloatText::WriteGeneral(int precision, char letter)
@@ -107,7 +107,7 @@ void FloatText::WriteGeneral(int precision, char letter)
     int shown = precision;
     if (!alternate) {
         while (digitCount > 1 && digits[digitCount - 1] == '0')
-            digitCount--;
+            --digitCount;
         shown = scientific ? digitCount : std::max(digitCount, point);
     }
     if (!scientific) {

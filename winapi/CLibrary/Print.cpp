@@ -74,7 +74,7 @@ private:
     {
         if (next < end)
             *next++ = unit;
-        total++;
+        ++total;
     }
     void Fill(Char unit, std::size_t count)
     {
@@ -113,7 +113,7 @@ template <typename Unit>
 void Printer<Char>::Copy(const Unit* text, std::size_t count)
 {
     const std::size_t stored = std::min(count, static_cast<std::size_t>(end - next));
-    for (std::size_t i = 0; i < stored; i++)
+    for (std::size_t i = 0; i < stored; ++i)
         next[i] = static_cast<Char>(static_cast<std::make_unsigned_t<Unit>>(text[i]));
     next += stored;
     total += count;
@@ -122,7 +122,7 @@ void Printer<Char>::Copy(const Unit* text, std::size_t count)
 template <typename Char>
 void Printer<Char>::PrintDirective()
 {
-    format++;
+    ++format;
     if (*format == '%') {
         Put(*format++);
         return;
@@ -136,7 +136,7 @@ void Printer<Char>::PrintDirective()
     const Char letter = *format;
     if (!letter)
         return;
-    format++;
+    ++format;
     switch (letter) {
     case 'd':
     case 'i':
@@ -181,7 +181,7 @@ void Printer<Char>::PrintDirective()
 template <typename Char>
 void Printer<Char>::ReadFlags(Directive& directive)
 {
-    for (;; format++) {
+    for (;; ++format) {
         switch (*format) {
         case '-':
             directive.left = true;
@@ -209,7 +209,7 @@ template <typename Char>
 int Printer<Char>::ReadNumber()
 {
     int number = 0;
-    for (; *format >= '0' && *format <= '9'; format++)
+    for (; *format >= '0' && *format <= '9'; ++format)
         number = number > INT_MAX / 20 ? INT_MAX / 2 : number * 10 + (*format - '0');
     return number;
 }
@@ -221,7 +221,7 @@ void Printer<Char>::ReadWidth(Directive& directive)
         directive.width = ReadNumber();
         return;
     }
-    format++;
+    ++format;
     const int width = va_arg(args, int);
     directive.left = directive.left || width < 0;
     directive.width = width < 0 ? -std::max(width, -INT_MAX) : width;
@@ -232,12 +232,12 @@ void Printer<Char>::ReadPrecision(Directive& directive)
 {
     if (*format != '.')
         return;
-    format++;
+    ++format;
     if (*format != '*') {
         directive.precision = ReadNumber();
         return;
     }
-    format++;
+    ++format;
     directive.precision = va_arg(args, int);
 }
 
@@ -344,7 +344,7 @@ void Printer<Char>::PrintUnits(const Directive& directive, const Unit* text)
             failed = true;
             return;
         }
-        length++;
+        ++length;
     }
     const std::size_t width = directive.width;
     const std::size_t padding = width > length ? width - length : 0;
@@ -431,7 +431,7 @@ void Printer<Char>::PrintNumber(const Directive& directive, const char* prefix,
 {
     const std::size_t prefixLength = !*prefix ? 0 : prefix[1] ? 2 : 1;
     std::size_t length = prefixLength;
-    for (std::size_t i = 0; i < pieceCount; i++)
+    for (std::size_t i = 0; i < pieceCount; ++i)
         length += pieces[i].count;
     const std::size_t width = directive.width;
     const std::size_t padding = width > length ? width - length : 0;
@@ -442,7 +442,7 @@ void Printer<Char>::PrintNumber(const Directive& directive, const char* prefix,
     Copy(prefix, prefixLength);
     if (zeros)
         Fill('0', padding);
-    for (std::size_t i = 0; i < pieceCount; i++) {
+    for (std::size_t i = 0; i < pieceCount; ++i) {
         if (pieces[i].text)
             Copy(pieces[i].text, pieces[i].count);
         else

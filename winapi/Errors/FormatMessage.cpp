@@ -38,7 +38,7 @@ template <typename Char>
 void Store(const char* text, DWORD length, Char* buffer, DWORD room)
 {
     const DWORD stored = std::min(length + 2, room - 1);
-    for (DWORD i = 0; i < stored; i++)
+    for (DWORD i = 0; i < stored; ++i)
         buffer[i] = static_cast<Char>(i < length ? text[i] : i == length ? '\r' : '\n');
     buffer[stored] = 0;
 }

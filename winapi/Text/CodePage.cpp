@@ -74,7 +74,7 @@ int CountAscii(const Unit* text, int count)
     int passed = 0;
     for (; count - passed >= SHORT; passed += SHORT) {
         unsigned all = 0;
-        for (int i = 0; i < SHORT; i++)
+        for (int i = 0; i < SHORT; ++i)
             all |= text[passed + i];
         if (all > 0x7F)
             break;
@@ -92,7 +92,7 @@ bool BeginsAscii(const Unit* text, int count)
 template <typename From, typename To>
 void Copy(const From* from, int count, To* to)
 {
-    for (int i = 0; i < count; i++)
+    for (int i = 0; i < count; ++i)
         to[i] = static_cast<To>(from[i]);
 }
 
@@ -101,11 +101,11 @@ bool RunToUnits(const ByteRun run, const BYTE* bytes, WCHAR* units)
 {
     const WCHAR distance = static_cast<WCHAR>(run.unit - run.first);
     BYTE others = 0;
-    for (int i = 0; i < TOGETHER; i++)
+    for (int i = 0; i < TOGETHER; ++i)
         others |= ((bytes[i] >= 0x80) & !run.HasByte(bytes[i])) ? 0xFF : 0;
     if (others)
         return false;
-    for (int i = 0; i < TOGETHER; i++)
+    for (int i = 0; i < TOGETHER; ++i)
         units[i] =
             static_cast<WCHAR>(bytes[i] + (bytes[i] >= 0x80 ? distance : static_cast<WCHAR>(0)));
     return true;
@@ -115,11 +115,11 @@ bool RunToBytes(const ByteRun run, const WCHAR* units, BYTE* bytes)
 {
     const WCHAR distance = static_cast<WCHAR>(run.unit - run.first);
     WCHAR others = 0;
-    for (int i = 0; i < TOGETHER; i++)
+    for (int i = 0; i < TOGETHER; ++i)
         others |= ((units[i] >= 0x80) & !run.HasUnit(units[i])) ? 0xFF : 0;
     if (others)
         return false;
-    for (int i = 0; i < TOGETHER; i++)
+    for (int i = 0; i < TOGETHER; ++i)
         bytes[i] =
             static_cast<BYTE>(units[i] - (units[i] >= 0x80 ? distance : static_cast<WCHAR>(0)));
     return true;
@@ -135,7 +135,7 @@ int BytesToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* unit
         const int end = std::min(stored, i + TOGETHER);
         if (whole && RunToUnits(page.run, bytes + i, units + i))
             i = end;
-        for (; i < end; i++)
+        for (; i < end; ++i)
             units[i] = page.fromByte[bytes[i]];
     }
     return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
@@ -165,7 +165,7 @@ int PairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* unit
     if (units && room >= count)
         return AllPairsToUnits(page, bytes, count, units);
     int length = 0;
-    for (const BYTE* const end = bytes + count; bytes != end; length++) {
+    for (const BYTE* const end = bytes + count; bytes != end; ++length) {
         unsigned code;
         const WCHAR unit = ReadCharacter(page, bytes, end, code);
         if (length < room)
@@ -203,7 +203,7 @@ int UnitsToBytes(const CodePage& page, const WCHAR* units, int count, char* byte
         const int end = std::min(looked, i + TOGETHER);
         if (whole && RunToBytes(page.run, units + i, reinterpret_cast<BYTE*>(bytes) + i))
             i = end;
-        for (; i < end; i++) {
+        for (; i < end; ++i) {
             WCHAR code = page.FromUnit(units[i]);
             if (code > 0xFF) {
                 code = other.code;
@@ -226,7 +226,7 @@ bool IsExact(const CodePage& page, WCHAR unit, WCHAR code)
 int UnitsToPairs(const CodePage& page, bool exact, const WCHAR* units, int count, Sink<char>& out,
                  Default& other)
 {
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         WCHAR code = page.FromUnit(units[i]);
         if (code == NO_VALUE || (exact && !IsExact(page, units[i], code))) {
             code = other.code;
@@ -305,7 +305,7 @@ int WideLength(LPCWSTR text)
 {
     LPCWSTR end = text;
     while (*end)
-        end++;
+        ++end;
     return static_cast<int>(end - text);
 }
 // ASCII is the same on each ANSI page: it needs no tables, and so doesn't bring in the library that

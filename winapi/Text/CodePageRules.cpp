@@ -58,12 +58,12 @@ unsigned KoreanRow(unsigned lead, bool second)
 void FillJohabRow(CodePageDraft& page, const CodePage& korean, unsigned lead)
 {
     unsigned place = 0;
-    for (unsigned trail = 0x31; trail <= 0xFE; trail++) {
+    for (unsigned trail = 0x31; trail <= 0xFE; ++trail) {
         if (trail == 0x7F)
             trail = 0x91;
         const unsigned source = KoreanRow(lead, place >= 94) << 8 | (0xA1 + place % 94);
         page.fromPair[lead << 8 | trail] = Known(korean, source);
-        place++;
+        ++place;
     }
 }
 
@@ -81,9 +81,9 @@ unsigned ShiftedPair(unsigned lead, unsigned trail)
 
 void ApplyJohabRule(CodePageDraft& page, const CodePage& korean)
 {
-    for (unsigned pair = 0x8400; pair <= 0xD3FF; pair++)
+    for (unsigned pair = 0x8400; pair <= 0xD3FF; ++pair)
         page.fromPair[pair] = Hangul(pair);
-    for (unsigned lead = 0xD8; lead <= 0xF9; lead++)
+    for (unsigned lead = 0xD8; lead <= 0xF9; ++lead)
         if (page.isLead[lead])
             FillJohabRow(page, korean, lead);
 }
@@ -93,14 +93,14 @@ DWORD ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese)
     Converter converter("euc-jp-2007");
     if (!converter.IsOpen())
         return converter.HasHost() ? ERROR_NOT_ENOUGH_MEMORY : ERROR_MOD_NOT_FOUND;
-    for (unsigned trail = 0xA1; trail <= 0xDF; trail++)
+    for (unsigned trail = 0xA1; trail <= 0xDF; ++trail)
         page.fromPair[0x8E00 | trail] = static_cast<WCHAR>(0xFF61 + (trail - 0xA1));
-    for (unsigned lead = 0xA1; lead <= 0xFE; lead++) {
-        for (unsigned trail = 0x21; trail <= 0x7E; trail++) {
+    for (unsigned lead = 0xA1; lead <= 0xFE; ++lead) {
+        for (unsigned trail = 0x21; trail <= 0x7E; ++trail) {
             const char bytes[] = {'\x8F', static_cast<char>(lead), static_cast<char>(trail | 0x80)};
             page.fromPair[lead << 8 | trail] = converter.ToUnit(bytes, 3);
         }
-        for (unsigned trail = 0xA1; trail <= 0xFE; trail++)
+        for (unsigned trail = 0xA1; trail <= 0xFE; ++trail)
             page.fromPair[lead << 8 | trail] = Known(japanese, ShiftedPair(lead, trail));
     }
     return 0;

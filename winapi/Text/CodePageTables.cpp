@@ -27,12 +27,12 @@ public:
     {
         unsigned last = 0;
         unsigned value = 0;
-        for (; rows; rows--) {
+        for (; rows; --rows) {
             const unsigned first = last + Number();
             last = first + Number();
             const unsigned distance = Number();
             value += distance & 1 ? ~(distance >> 1) : distance >> 1;
-            for (unsigned code = first; code <= last; code++)
+            for (unsigned code = first; code <= last; ++code)
                 apply(code,
                       static_cast<WCHAR>(value == NO_VALUE ? NO_VALUE : value + (code - first)));
         }
@@ -55,7 +55,7 @@ private:
 
 void FillBytes(CodePageDraft& page, Converter& converter)
 {
-    for (unsigned byte = 0; byte < 256; byte++) {
+    for (unsigned byte = 0; byte < 256; ++byte) {
         const char bytes[] = {static_cast<char>(byte)};
         if (!page.isLead[byte])
             page.fromByte[byte] = converter.ToUnit(bytes, 1);
@@ -64,7 +64,7 @@ void FillBytes(CodePageDraft& page, Converter& converter)
 
 void FillPairs(CodePageDraft& page, Converter& converter)
 {
-    for (unsigned lead = 0; lead < 256; lead++)
+    for (unsigned lead = 0; lead < 256; ++lead)
         if (page.isLead[lead])
             converter.ToUnits(static_cast<BYTE>(lead), page.fromPair + (lead << 8));
 }
@@ -106,7 +106,7 @@ DWORD FillFromRule(CodePageDraft& page)
     const CodePage* const base = FindCodePage(johab ? 949 : 932);
     if (!base)
         return GetLastError();
-    for (unsigned byte = 0; byte < 0xA0; byte++)
+    for (unsigned byte = 0; byte < 0xA0; ++byte)
         if (!page.isLead[byte])
             page.fromByte[byte] = static_cast<WCHAR>(byte);
     DWORD code = 0;
@@ -144,7 +144,7 @@ DWORD Fill(CodePageDraft& page, const CodePageFacts& facts)
 {
     page.facts = &facts;
     for (const LeadRange& range : facts.leads)
-        for (unsigned byte = range.first; byte <= range.last; byte++)
+        for (unsigned byte = range.first; byte <= range.last; ++byte)
             page.isLead[byte] = true;
     std::fill(std::begin(page.fromByte), std::end(page.fromByte), NO_VALUE);
     std::fill(std::begin(page.fromUnit), std::end(page.fromUnit), NO_VALUE);
@@ -173,7 +173,7 @@ bool IsEmpty(const WCHAR* row, WCHAR value)
 unsigned CountRows(const WCHAR* table, WCHAR none)
 {
     unsigned count = 1;
-    for (unsigned row = 0; row < 256; row++)
+    for (unsigned row = 0; row < 256; ++row)
         count += !IsEmpty(table + row * ROW, none);
     return count;
 }
@@ -183,7 +183,7 @@ WCHAR* LayRows(const WCHAR* table, WCHAR none, WCHAR* next, const WCHAR* (&rows)
 {
     const WCHAR* const empty = next;
     next = std::fill_n(next, ROW, none);
-    for (unsigned row = 0; row < 256; row++) {
+    for (unsigned row = 0; row < 256; ++row) {
         const WCHAR* const from = table + row * ROW;
         rows[row] = IsEmpty(from, none) ? empty : next;
         if (rows[row] == next)
@@ -201,7 +201,7 @@ bool HasAscii(const CodePageDraft& draft)
 {
     unsigned byte = 0;
     while (byte < 0x80 && IsOwn(draft, byte, byte))
-        byte++;
+        ++byte;
     return byte == 0x80;
 }
 
@@ -209,12 +209,12 @@ bool HasAscii(const CodePageDraft& draft)
 ByteRun FindRun(const CodePageDraft& draft)
 {
     ByteRun best{};
-    for (unsigned first = 0x80; first < 0x100; first++) {
+    for (unsigned first = 0x80; first < 0x100; ++first) {
         const unsigned unit = draft.fromByte[first];
         unsigned length = 0;
         while (first + length < 0x100 && unit + length < 0x10000 &&
                IsOwn(draft, first + length, unit + length))
-            length++;
+            ++length;
         if (length > best.length)
             best = {static_cast<BYTE>(first), static_cast<BYTE>(length), static_cast<WCHAR>(unit)};
     }

@@ -36,7 +36,7 @@ void ConvertUnits(UConverter* converter, WCHAR first, int count, void* place,
     int32_t offsets[MOST * 4];
     for (int from = 0; from < count; from += MOST) {
         const int many = std::min(count - from, MOST);
-        for (int i = 0; i < many; i++)
+        for (int i = 0; i < many; ++i)
             units[i] = static_cast<UChar>(first + from + i);
         const UChar* source = units;
         char* target = bytes;
@@ -48,7 +48,7 @@ void ConvertUnits(UConverter* converter, WCHAR first, int count, void* place,
         const int length = static_cast<int>(target - bytes);
         for (int at = 0, next; at < length; at = next) {
             for (next = at + 1; next < length && offsets[next] == offsets[at];)
-                next++;
+                ++next;
             apply(place, static_cast<WCHAR>(units[offsets[at]]), made + at, next - at);
         }
     }
@@ -86,7 +86,7 @@ void ToUnits(void* converter, BYTE lead, WCHAR* units)
     UConverter* const handle = static_cast<UConverter*>(converter);
     constexpr int STEP = 3;
     char bytes[256 * STEP];
-    for (int trail = 0; trail < 256; trail++) {
+    for (int trail = 0; trail < 256; ++trail) {
         bytes[trail * STEP] = static_cast<char>(lead);
         bytes[trail * STEP + 1] = static_cast<char>(trail);
         bytes[trail * STEP + 2] = 'A';
@@ -102,7 +102,7 @@ void ToUnits(void* converter, BYTE lead, WCHAR* units)
                    &error);
     Stop(handle);
     std::fill_n(units, 256, NO_VALUE);
-    for (int at = 0; at < target - made; at++) {
+    for (int at = 0; at < target - made; ++at) {
         const bool shared = (at && offsets[at - 1] == offsets[at]) ||
                             (at + 1 < target - made && offsets[at + 1] == offsets[at]);
         if (offsets[at] % STEP == 0 && !shared)
@@ -117,7 +117,7 @@ bool FromUnits(void* converter, void* place, Converter::Apply apply)
     USet* const known = uset_openEmpty();
     ucnv_getUnicodeSet(handle, known, UCNV_ROUNDTRIP_AND_FALLBACK_SET, &error);
     Skip(handle);
-    for (int item = 0; U_SUCCESS(error) && item < uset_getItemCount(known); item++) {
+    for (int item = 0; U_SUCCESS(error) && item < uset_getItemCount(known); ++item) {
         UChar32 first;
         UChar32 last;
         UErrorCode none = U_ZERO_ERROR;

@@ -44,7 +44,7 @@ unsigned ReadUtf8(const unsigned char*& next, const unsigned char* end, bool& il
     const int wanted = Continuations(lead);
     unsigned value = wanted > 0 ? lead & (0x3F >> wanted) : lead;
     ill = wanted < 0;
-    for (int i = 0; i < wanted; i++) {
+    for (int i = 0; i < wanted; ++i) {
         if (next == end || (*next & 0xC0) != 0x80) {
             ill = true;
             break;
@@ -149,12 +149,12 @@ Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
             continue;
         }
         if (++bytes != end && *bytes == '-') {
-            bytes++;
+            ++bytes;
             if (!out.Put('+'))
                 return Coding::full;
             continue;
         }
-        for (int value; bytes != end && (value = Base64Value(*bytes)) >= 0; bytes++) {
+        for (int value; bytes != end && (value = Base64Value(*bytes)) >= 0; ++bytes) {
             bits = bits << 6 | static_cast<unsigned>(value);
             held += 6;
             if (held < 16)
@@ -168,7 +168,7 @@ Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
         if (bytes != end && static_cast<unsigned char>(*bytes) < 0x80)
             held = 0;
         if (bytes != end && *bytes == '-')
-            bytes++;
+            ++bytes;
     }
     return Coding::done;
 }
@@ -178,7 +178,7 @@ Coding EncodeUtf7(const WCHAR* units, int count, Sink<char>& out)
     const WCHAR* const end = units + count;
     while (units != end) {
         if (*units == '+') {
-            units++;
+            ++units;
             if (!out.Put('+') || !out.Put('-'))
                 return Coding::full;
             continue;
@@ -192,7 +192,7 @@ Coding EncodeUtf7(const WCHAR* units, int count, Sink<char>& out)
             return Coding::full;
         unsigned bits = 0;
         int held = 0;
-        for (; units != end && *units != '+' && !StandsForItself(*units); units++) {
+        for (; units != end && *units != '+' && !StandsForItself(*units); ++units) {
             bits = bits << 16 | *units;
             for (held += 16; held >= 6; held -= 6)
                 if (!out.Put(BASE64[bits >> (held - 6) & 63]))

@@ -18,7 +18,7 @@ public:
         if (!counts && number > room - count)
             return false;
         if (!counts)
-            for (int i = 0; i < number; i++)
+            for (int i = 0; i < number; ++i)
                 next[count + i] = units[i];
         count += number;
         return true;

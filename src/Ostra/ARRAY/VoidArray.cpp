@@ -155,7 +155,7 @@ void CT_VoidArray::v_Insert(const void* pcv_Item, unsigned n_Count)
     if (n_GetCount() + n_Count > n_GetMaxItems())
         v_SetSize(n_GetCount() + n_Count);
     while (n_Count && b_InsertBytes(pcv_Item, n_Own, co_Buffer.n_GetUsedSize()))
-        n_Count--;
+        --n_Count;
 }
 
 void CT_VoidArray::v_InsertAt(const void* pcv_Item, unsigned n_Index)

@@ -59,7 +59,7 @@ int CT_AlternativeIndex::b_Follow(char* pc_Block, unsigned n_Element, unsigned n
                                   unsigned n_Size)
 {
     unsigned n_Widest = 0;
-    for (unsigned n_At = n_FindTarget(n_Position); n_At < n_Count; n_At++) {
+    for (unsigned n_At = n_FindTarget(n_Position); n_At < n_Count; ++n_At) {
         st_Alternative& so_Alternative = pso_Alternatives[n_At];
         so_Alternative.n_Target += n_Size;
         so_Alternative.n_Position += so_Alternative.n_Position >= n_Position ? n_Size : 0;

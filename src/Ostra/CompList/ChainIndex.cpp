@@ -32,7 +32,7 @@ int CT_ChainIndex::b_MakeRoom(unsigned n_More)
     const unsigned n_Old = n_Slots;
     pso_Slots = pso_New;
     n_Slots = n_NewSlots;
-    for (unsigned n_At = 0; n_At < n_Old; n_At++) {
+    for (unsigned n_At = 0; n_At < n_Old; ++n_At) {
         if (pso_Old[n_At].n_Node)
             *pso_GetSlot(pso_Old[n_At].n_Head, pso_Old[n_At].n_Element) = pso_Old[n_At];
     }
@@ -45,7 +45,7 @@ void CT_ChainIndex::v_Enter(unsigned n_Head, unsigned n_Element, unsigned n_Node
     st_Slot* pso_Slot = pso_GetSlot(n_Head, n_Element);
     if (!pso_Slot->n_Node) {
         *pso_Slot = {n_Head, n_Element, n_Node};
-        n_Count++;
+        ++n_Count;
     }
     st_Slot* pso_Last = pso_GetSlot(n_Head, LAST);
     n_Count += !pso_Last->n_Node;
@@ -62,7 +62,7 @@ CT_ChainIndex::st_Slot* CT_ChainIndex::pso_GetSlot(unsigned n_Head, unsigned n_E
 {
     unsigned n_Hash = n_Head * 0x9E3779B1 + n_Element * 0x85EBCA77;
     n_Hash = (n_Hash ^ n_Hash >> 15) * 0x2C1B3C6D;
-    for (unsigned n_At = n_Hash ^ n_Hash >> 16;; n_At++) {
+    for (unsigned n_At = n_Hash ^ n_Hash >> 16;; ++n_At) {
         st_Slot* pso_Slot = pso_Slots + (n_At & (n_Slots - 1));
         if (!pso_Slot->n_Node || (pso_Slot->n_Head == n_Head && pso_Slot->n_Element == n_Element))
             return pso_Slot;

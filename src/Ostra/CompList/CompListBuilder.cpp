@@ -215,7 +215,7 @@ static T o_ElementAt(const char* pcc_Key, std::size_t n_At)
 template <class T, class t_Test>
 static int b_HoldsAny(const char* pcc_Key, t_Test f_Test)
 {
-    for (std::size_t n_At = 0; const T o_Element = o_ElementAt<T>(pcc_Key, n_At); n_At++) {
+    for (std::size_t n_At = 0; const T o_Element = o_ElementAt<T>(pcc_Key, n_At); ++n_At) {
         if (f_Test(o_Element))
             return 1;
     }
@@ -247,7 +247,7 @@ int CT_CompListBuilder::b_AddLinked(const char* pcc_Key, unsigned n_Handle)
         return b_AddEmptyKey(n_Handle);
     switch (pco_Trie->vec_Add(pcc_Key, n_Handle)) {
     case CT_LinkedTrie::lr_Done:
-        so_Header.n_NrOfEntries++;
+        ++so_Header.n_NrOfEntries;
         return 1;
     case CT_LinkedTrie::lr_Known:
         return 0;
@@ -266,7 +266,7 @@ int CT_CompListBuilder::b_AddEmptyKey(unsigned n_Handle)
         return 0;
     // Kept: an earlier handle is replaced, and yet one more entry is counted.
     so_Header.n_EmptyStringHandle = n_Handle;
-    so_Header.n_NrOfEntries++;
+    ++so_Header.n_NrOfEntries;
     return 1;
 }
 

@@ -158,7 +158,7 @@ int CT_CompList::b_VerifyTargets() const
                                 n_Stored != ec_LeafEnd && n_Stored != ec_Alternative;
         while (b_Character && n_Reached < pco_Index->n_GetCount() &&
                pco_Index->n_GetTarget(n_Reached) == n_At)
-            n_Reached++;
+            ++n_Reached;
         n_Jumps += n_GetJumpOffset(n_Stored) == n_At;
         n_At += so_Stream.n_GetItemSize(n_Stored);
     }

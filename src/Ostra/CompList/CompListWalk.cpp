@@ -82,7 +82,7 @@ int CT_CompList::b_AddKey(const char* pcc_Key, unsigned n_Handle)
 {
     if (!n_Walk(pcc_Key, wm_Add, n_Handle, nullptr))
         return 0;
-    pso_Header->n_NrOfEntries++;
+    ++pso_Header->n_NrOfEntries;
     return 1;
 }
 

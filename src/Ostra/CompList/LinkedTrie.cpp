@@ -80,7 +80,7 @@ int CT_LinkedTrie::b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Pla
     while (pso_Nodes[n_Node].n_First != n_Element && pso_Nodes[n_Node].n_Next &&
            n_Walked < WALKED) {
         n_Node = pso_Nodes[n_Node].n_Next;
-        n_Walked++;
+        ++n_Walked;
     }
     int b_Found = pso_Nodes[n_Node].n_First == n_Element;
     if (!b_Found && pso_Nodes[n_Node].n_Next) {
@@ -106,7 +106,7 @@ void CT_LinkedTrie::v_Append(const st_Place* pcso_Place, unsigned n_Node)
 CT_LinkedTrie::et_Result CT_LinkedTrie::ec_IndexChains()
 {
     et_Result ec_Result = lr_Done;
-    for (unsigned n_Node = 0; n_Node < n_Nodes && ec_Result == lr_Done; n_Node++) {
+    for (unsigned n_Node = 0; n_Node < n_Nodes && ec_Result == lr_Done; ++n_Node) {
         if (!n_Node || !pso_Nodes[n_Node].b_Branch)
             ec_Result = ec_IndexChain(n_Node);
     }

@@ -81,7 +81,7 @@ CT_LinkedTrie::st_Place CT_TypedTrie<T>::so_Follow(const char* pcc_Key) const
         unsigned n_Element = n_GetElement<T>(pcc_Key, ++n_At);
         // An element of the text is never the 0 that ends a key.
         while (n_Within < so_Node.n_Length && p_Run[n_Within] == n_Element) {
-            n_Within++;
+            ++n_Within;
             n_Element = n_GetElement<T>(pcc_Key, ++n_At);
         }
         so_Place.n_Within = n_Within;
@@ -121,7 +121,7 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddTail(const st_Place* pcso_Place,
     const char* pcc_Rest = pcc_Key + std::size_t{pcso_Place->n_Matched} * sizeof(T);
     unsigned n_Rest = 0;
     while (n_Rest <= LONGEST_RUN && n_GetElement<T>(pcc_Rest, n_Rest))
-        n_Rest++;
+        ++n_Rest;
     const int b_First = !n_Nodes;
     const int b_Inside = !b_First && pcso_Place->n_Within < pso_Nodes[pcso_Place->n_Node].n_Length;
     const unsigned n_Mark = b_Inside ? sizeof(T) + n_OffsetBytes : 0;
@@ -301,7 +301,7 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_LinkAlternatives(st_Reader* pso_Rea
     co_Targets.v_Sort();
     if (n_Nodes && co_Targets.n_GetCount() + 1 != co_Branches.n_GetCount())
         return lr_Foreign;
-    for (unsigned n_At = 0; n_At < co_Targets.n_GetCount(); n_At++) {
+    for (unsigned n_At = 0; n_At < co_Targets.n_GetCount(); ++n_At) {
         const unsigned n_From = co_Targets.n_GetPosition(n_At);
         const unsigned n_To = co_Branches.n_GetPosition(n_At + 1);
         if (co_Targets.n_GetTarget(n_At) != co_Branches.n_GetTarget(n_At + 1) || n_From >= n_To)
@@ -322,7 +322,7 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_TakeJumps(const st_Reader* pcso_Rea
     unsigned an_Wanted[26]; // the offsets that weren't found to be so
     std::memcpy(an_Wanted, pcso_Header->an4_JumpOffset, sizeof an_Wanted);
     const CT_AlternativeIndex& co_Branches = *pcso_Reader->pco_Branches;
-    for (unsigned n_At = 0; n_At < co_Branches.n_GetCount(); n_At++) {
+    for (unsigned n_At = 0; n_At < co_Branches.n_GetCount(); ++n_At) {
         const unsigned n_Node = co_Branches.n_GetPosition(n_At);
         const unsigned n_Letter = pso_Nodes[n_Node].n_First - 'a';
         if (n_Letter < 26 && an_Wanted[n_Letter] == co_Branches.n_GetTarget(n_At))
@@ -376,7 +376,7 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::vec_Write(st_CompListHeader* pso_Heade
     st_Writer so_Writer = {pso_Header, reinterpret_cast<char*>(pso_Header),
                            sizeof(st_CompListHeader), pn_Marks};
     int b_Fit = 1;
-    for (unsigned n_Node = 0; n_Node < n_Nodes && b_Fit; n_Node++) {
+    for (unsigned n_Node = 0; n_Node < n_Nodes && b_Fit; ++n_Node) {
         if (!pso_Nodes[n_Node].b_Branch)
             continue;
         b_Fit = b_LeadHere(n_Node, &so_Writer);

@@ -58,7 +58,7 @@ void CT_AlphaTree::v_Delete(_st_node* pso_Node)
     _st_node* pso_Branches = pso_Node->pso_Branches;
     unsigned n_Number = pso_Node->n2_NrOfBranches;
     while (pso_Branches) {
-        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; n_Branch++)
+        for (unsigned n_Branch = 0; n_Branch + 1 < n_Number; ++n_Branch)
             v_Delete(&pso_Branches[n_Branch]);
         const _st_node so_Last = pso_Branches[n_Number - 1];
         pco_Pool->v_Free(pso_Branches, n_Number);
@@ -72,7 +72,7 @@ void CT_AlphaTree::v_Delete(_st_node* pso_Node)
 inline CT_AlphaTree::_st_node*
 CT_AlphaTree::pso_FindBranch(_st_node* pso_Branches, unsigned n_Count, unsigned short u_Character)
 {
-    for (_st_node* pso_End = pso_Branches + n_Count; pso_Branches != pso_End; pso_Branches++)
+    for (_st_node* pso_End = pso_Branches + n_Count; pso_Branches != pso_End; ++pso_Branches)
         if (pso_Branches->u_Character == u_Character)
             return pso_Branches;
     return nullptr;
@@ -123,7 +123,7 @@ void CT_AlphaTree::v_SetValue(_st_node* pso_Node, unsigned n_Value)
 template <class T>
 void CT_AlphaTree::v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value)
 {
-    for (; *qcz_Key; qcz_Key++) {
+    for (; *qcz_Key; ++qcz_Key) {
         const unsigned short u_Character = u_Widen(*qcz_Key);
         const unsigned n_Number = pso_Node->n2_NrOfBranches;
         _st_node* pso_Next = pso_FindBranch(pso_Node->pso_Branches, n_Number, u_Character);
@@ -131,7 +131,7 @@ void CT_AlphaTree::v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value
             pso_Next = pso_AugmentBranches(&pso_Node->pso_Branches, n_Number, u_Character);
             if (!pso_Next)
                 return;
-            pso_Node->n2_NrOfBranches++;
+            ++pso_Node->n2_NrOfBranches;
         }
         pso_Node = pso_Next;
     }
@@ -141,7 +141,7 @@ void CT_AlphaTree::v_Insert(_st_node* pso_Node, const T* qcz_Key, DWORD n4_Value
 template <class T>
 DWORD CT_AlphaTree::n4_Search(_st_node* pso_Node, const T* qcz_Key)
 {
-    for (; *qcz_Key; qcz_Key++) {
+    for (; *qcz_Key; ++qcz_Key) {
         pso_Node =
             pso_FindBranch(pso_Node->pso_Branches, pso_Node->n2_NrOfBranches, u_Widen(*qcz_Key));
         if (!pso_Node)
@@ -157,7 +157,7 @@ int CT_AlphaTree::b_Remove(_st_node* pso_Node, const T* qcz_Key)
 {
     _st_node* pso_Parent = nullptr; // the last node that stays, and the branch of it that may go
     _st_node* pso_First = nullptr;
-    for (; *qcz_Key; qcz_Key++) {
+    for (; *qcz_Key; ++qcz_Key) {
         _st_node* pso_Next =
             pso_FindBranch(pso_Node->pso_Branches, pso_Node->n2_NrOfBranches, u_Widen(*qcz_Key));
         if (!pso_Next)
@@ -221,7 +221,7 @@ struct CT_AlphaTree::st_DumpText
     st_DumpText so_GetKnown() const
     {
         st_DumpText so_Known = *this;
-        for (unsigned n = 0; n < n_Length; n++) {
+        for (unsigned n = 0; n < n_Length; ++n) {
             const T ac_One[] = {ac_Text[n], 0};
             char ac_Form[16];
             if (CT_Print::si_Format(ac_Form, sizeof ac_Form, "%S", ac_One) < 0)
@@ -260,7 +260,7 @@ void CT_AlphaTree::v_DumpBranches(_st_node* pso_Node, st_DumpText<T>* pso_Text)
         pso_Text->v_Cut(so_Now.n_Length);
         while (so_Now.n_Number) {
             pso_Node = so_Now.pso_Branches++;
-            so_Now.n_Number--;
+            --so_Now.n_Number;
             const bool b_Down = !so_Now.n_Number || co_Waiting.b_Push(so_Now);
             v_Dump(pso_Node, pso_Text);
             if (b_Down) {

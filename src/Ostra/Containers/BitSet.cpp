@@ -127,7 +127,7 @@ void CT_BitSet::v_Combine(const CT_BitSet* pcco_Set, T f_Operation)
     char* pc_Words = pc_GetWords();
     CT_BitWords::sv_Combine(pc_Words, pcco_Set->pcc_GetWords(), n_Common, f_Operation);
     constexpr char ac_None[4] = {};
-    for (unsigned n_Index = n_Common; n_Index < n_Held; n_Index++)
+    for (unsigned n_Index = n_Common; n_Index < n_Held; ++n_Index)
         CT_BitWords::sv_CombinePlain(pc_Words + n_Index * std::size_t(4), ac_None, 1, f_Operation);
 }
 

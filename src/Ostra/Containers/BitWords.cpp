@@ -92,7 +92,7 @@ inline unsigned n_FindWord(unsigned n_Words, T f_Expression)
         if (!CT_Vector::sb_IsZero(n_First))
             break;
     }
-    for (unsigned n_Found; n_Word < n_Words; n_Word++) {
+    for (unsigned n_Found; n_Word < n_Words; ++n_Word) {
         f_Expression(n_Found, n_Word);
         if (n_Found)
             break;
@@ -104,7 +104,7 @@ inline unsigned n_FindWord(unsigned n_Words, T f_Expression)
 unsigned CT_BitWords::sn_Count(const char* pcc_Words, unsigned n_Words)
 {
     unsigned n_Count = n_CountBlocks(pcc_Words, n_Words);
-    for (unsigned n_Word = n_Words / BLOCK * BLOCK; n_Word < n_Words; n_Word++) {
+    for (unsigned n_Word = n_Words / BLOCK * BLOCK; n_Word < n_Words; ++n_Word) {
         unsigned n_Found;
         v_Load(n_Found, pcc_Words, n_Word);
         std::uint64_t n8_Bits = n_Found;

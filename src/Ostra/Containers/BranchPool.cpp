@@ -145,7 +145,7 @@ void CT_BranchPool::v_Pack(st_Node* pso_Root)
     // arrays themselves stay as they are, though they are left behind.
     st_Node* const pso_First = co_Packed.pso_Rest;
     co_Packed.v_CopyWay(pso_Root, pso_First);
-    for (st_Node* pso_Node = pso_First; pso_Node != co_Packed.pso_Rest; pso_Node++)
+    for (st_Node* pso_Node = pso_First; pso_Node != co_Packed.pso_Rest; ++pso_Node)
         co_Packed.v_CopyWay(pso_Node, pso_First);
 
     v_Clear();

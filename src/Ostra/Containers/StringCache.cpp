@@ -26,7 +26,7 @@ static unsigned short* quz_Copy(const unsigned short* qcuz_Text)
 {
     std::size_t n_Units = 1;
     while (qcuz_Text[n_Units - 1])
-        n_Units++;
+        ++n_Units;
     void* pv_Copy = std::malloc(n_Units * sizeof(*qcuz_Text));
     if (pv_Copy)
         std::memcpy(pv_Copy, qcuz_Text, n_Units * sizeof(*qcuz_Text));
@@ -96,7 +96,7 @@ CT_StringCache::pso_GetRow(const unsigned short* qcuz_Key) const
 inline unsigned CT_StringCache::n_Find(const st_CacheEntry* pcso_Row,
                                        const unsigned short* qcuz_Key) const
 {
-    for (unsigned n_At = 0; n_At < n_Ways && pcso_Row[n_At].quz_Key; n_At++) {
+    for (unsigned n_At = 0; n_At < n_Ways && pcso_Row[n_At].quz_Key; ++n_At) {
         if (b_IsSame(pcso_Row[n_At].quz_Key, qcuz_Key) && pcso_Row[n_At].quz_Key != &u_Gone)
             return n_At;
     }
@@ -110,7 +110,7 @@ const unsigned short* CT_StringCache::qcuz_Lookup(const unsigned short* qcuz_Key
     if (n_At == NONE)
         return nullptr;
     const st_CacheEntry so_Found = pso_Row[n_At];
-    for (unsigned n_To = n_At; n_To; n_To--)
+    for (unsigned n_To = n_At; n_To; --n_To)
         pso_Row[n_To] = pso_Row[n_To - 1];
     pso_Row[0] = so_Found;
     return so_Found.quz_Value;
@@ -127,7 +127,7 @@ void CT_StringCache::v_Insert(const unsigned short* qcuz_Key, const unsigned sho
     // moves an entry to the front.
     unsigned n_At = 0;
     while (n_At < n_Ways - 1 && pso_Row[n_At].quz_Key)
-        n_At++;
+        ++n_At;
     // The texts may be those of the entry that goes.
     st_CacheEntry so_New = {quz_Copy(qcuz_Key), quz_Copy(qcuz_Value)};
     if (!so_New.quz_Key) {
@@ -147,7 +147,7 @@ void CT_StringCache::v_Remove(const unsigned short* qcuz_Key)
     v_Free(pso_Row, n_At);
     // Kept: free slots aren't copied and only the row's last slot is cleared. In a row that isn't
     // full the last entry stays where it was, too: the row keeps its number of slots in use.
-    for (; n_At + 1 < n_Ways; n_At++) {
+    for (; n_At + 1 < n_Ways; ++n_At) {
         if (pso_Row[n_At + 1].quz_Key)
             pso_Row[n_At] = pso_Row[n_At + 1];
     }
@@ -161,7 +161,7 @@ void CT_StringCache::v_Free(st_CacheEntry* pso_Row, unsigned n_At)
     const st_CacheEntry so_Gone = pso_Row[n_At];
     if (!so_Gone.quz_Key || so_Gone.quz_Key == &u_Gone)
         return;
-    for (unsigned n_Other = 0; n_Other < n_Ways; n_Other++) {
+    for (unsigned n_Other = 0; n_Other < n_Ways; ++n_Other) {
         if (pso_Row[n_Other].quz_Key == so_Gone.quz_Key)
             pso_Row[n_Other] = {&u_Gone, nullptr};
     }
@@ -172,7 +172,7 @@ void CT_StringCache::v_Free(st_CacheEntry* pso_Row, unsigned n_At)
 void CT_StringCache::v_Clear()
 {
     for (unsigned n_First = 0; n_First < n_Slots; n_First += n_Ways) {
-        for (unsigned n_At = 0; n_At < n_Ways; n_At++)
+        for (unsigned n_At = 0; n_At < n_Ways; ++n_At)
             v_Free(paso_Entries + n_First, n_At);
     }
     if (n_Slots)

@@ -145,7 +145,7 @@ void CT_VoidHashTable::v_InsertFrom(const CT_VoidHashTable* pcco_Table, char* pc
     const unsigned n_Key = std::min(n_KeySize, pcco_Table->n_KeySize);
     const unsigned n_Data = std::min(n_DataSize, pcco_Table->n_DataSize);
     const unsigned n_Buckets = pcco_Table->n_GetTableSize();
-    for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; n_Bucket++) {
+    for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; ++n_Bucket) {
         const st_HashItem* pcso_Item = pcco_Table->pso_GetAt(n_Bucket);
         for (; pcso_Item; pcso_Item = pcso_Item->pso_Following) {
             if (!pc_Wide) {
@@ -163,7 +163,7 @@ void CT_VoidHashTable::v_InsertFrom(const CT_VoidHashTable* pcco_Table, char* pc
 void CT_VoidHashTable::v_Exit()
 {
     const unsigned n_Buckets = n_GetTableSize();
-    for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; n_Bucket++) {
+    for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; ++n_Bucket) {
         v_Prefetch(pc_GetBuckets(), n_Bucket, n_Buckets);
         st_HashItem* pso_Item = pso_Load(pc_GetBuckets(), n_Bucket);
         while (pso_Item) {
@@ -265,7 +265,7 @@ int CT_VoidHashTable::b_Insert(const void* pcv_Key, const void* pcv_Data)
         return 0;
     pso_Item->pso_Following = pso_Load(pc_GetBuckets(), so_Place.n_Bucket);
     v_Store(pc_GetBuckets(), so_Place.n_Bucket, pso_Item);
-    n_Count++;
+    ++n_Count;
     n_Collisions += pso_Item->pso_Following != nullptr;
     if (n_GetTableSize() >> 2 < n_Collisions)
         v_Resize(0);
@@ -312,12 +312,12 @@ void CT_VoidHashTable::v_RemoveData(unsigned n_Bucket, st_HashItem* pso_Item,
     // always came.
     if (pso_Previous) {
         pso_Previous->pso_Following = pso_Item->pso_Following;
-        n_Collisions--;
+        --n_Collisions;
     } else {
         v_Store(pc_GetBuckets(), n_Bucket, pso_Item->pso_Following);
     }
     std::free(pso_Item);
-    n_Count--;
+    --n_Count;
 }
 
 // ---- Storage ------------------------------------------------------------------------------
@@ -341,7 +341,7 @@ void CT_VoidHashTable::v_Resize(unsigned n_TableSize)
 void CT_VoidHashTable::v_Move(char* pc_To, unsigned n_TableSize)
 {
     const unsigned n_Buckets = n_GetTableSize();
-    for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; n_Bucket++) {
+    for (unsigned n_Bucket = 1; n_Bucket <= n_Buckets; ++n_Bucket) {
         v_Prefetch(pc_GetBuckets(), n_Bucket, n_Buckets);
         st_HashItem* pso_Item = pso_Load(pc_GetBuckets(), n_Bucket);
         while (pso_Item) {
@@ -353,7 +353,7 @@ void CT_VoidHashTable::v_Move(char* pc_To, unsigned n_TableSize)
                 v_Store(pc_To, n_To, pso_Item);
             } else {
                 std::free(pso_Item);
-                n_Count--;
+                --n_Count;
             }
             pso_Item = pso_Next;
         }

@@ -102,9 +102,9 @@ CT_VoidList::st_Position* CT_VoidList::pso_Skip(st_Position* pso_Position, int i
         n_Steps -= n_Count;
     else if (-2 * n_Steps > n_Count)
         n_Steps += n_Count;
-    for (; n_Steps > 0; n_Steps--)
+    for (; n_Steps > 0; --n_Steps)
         pso_Position = pso_Position->pso_Next ? pso_Position->pso_Next : pso_First;
-    for (; n_Steps < 0; n_Steps++)
+    for (; n_Steps < 0; ++n_Steps)
         pso_Position = pso_Position->pso_Previous ? pso_Position->pso_Previous : pso_Last;
     return pso_Position;
 }
@@ -129,7 +129,7 @@ CT_VoidList::st_Position* CT_VoidList::pso_Find(const void* pcv_Item, unsigned* 
     st_Position* pso_Found = pso_First;
     while (pso_Found && std::memcmp(pso_Found->pcv_Item(), pcv_Item, n_ItemSize)) {
         pso_Found = pso_Found->pso_Next;
-        n_Index++;
+        ++n_Index;
     }
     if (pn_Index)
         *pn_Index = pso_Found ? n_Index : 0;
@@ -191,7 +191,7 @@ inline CT_VoidList::st_Position* CT_VoidList::pso_Link(st_Position* pso_Previous
     pso_New->pso_Previous = pso_Previous;
     (pso_Previous ? pso_Previous->pso_Next : pso_First) = pso_New;
     (pso_Next ? pso_Next->pso_Previous : pso_Last) = pso_New;
-    n_Count++;
+    ++n_Count;
     return pso_New;
 }
 
@@ -215,5 +215,5 @@ void CT_VoidList::v_RemoveAt(void* pv_Item, st_Position* pso_Position)
     (pso_Gone->pso_Previous ? pso_Gone->pso_Previous->pso_Next : pso_First) = pso_Gone->pso_Next;
     (pso_Gone->pso_Next ? pso_Gone->pso_Next->pso_Previous : pso_Last) = pso_Gone->pso_Previous;
     std::free(pso_Gone);
-    n_Count--;
+    --n_Count;
 }

@@ -164,7 +164,7 @@ int CT_VoidSortedArray::b_IsEqual(const CT_VoidSortedArray* pcco_Array) const
     if (n_GetCount() != pcco_Array->n_GetCount() || pf_Compare != pcco_Array->pf_Compare ||
         n_GetItemSize() != pcco_Array->n_GetItemSize())
         return 0;
-    for (unsigned n_Index = 1; n_Index <= n_GetCount(); n_Index++) {
+    for (unsigned n_Index = 1; n_Index <= n_GetCount(); ++n_Index) {
         if (i_Compare(n_Index, pcco_Array->pc_GetItem(n_Index)))
             return 0;
     }
@@ -173,7 +173,7 @@ int CT_VoidSortedArray::b_IsEqual(const CT_VoidSortedArray* pcco_Array) const
 
 int CT_VoidSortedArray::b_IsSorted() const
 {
-    for (unsigned n_Index = 1; n_Index < n_GetCount(); n_Index++) {
+    for (unsigned n_Index = 1; n_Index < n_GetCount(); ++n_Index) {
         if (i_Compare(n_Index, n_Index + 1) > 0)
             return 0;
     }
@@ -269,7 +269,7 @@ unsigned CT_VoidSortedArray::n_Partition(CT_Buffer* pco_Spare, unsigned n_Left,
         return n_Left + static_cast<unsigned>(pcc_Last - pc_First) / n_Item;
     }
     unsigned n_Last = n_Left;
-    for (unsigned n_Index = n_Left + 1; n_Index <= n_Right; n_Index++) {
+    for (unsigned n_Index = n_Left + 1; n_Index <= n_Right; ++n_Index) {
         if (i_Compare(n_Left, n_Index) > 0)
             v_Swap(++n_Last, n_Index, pco_Spare);
     }

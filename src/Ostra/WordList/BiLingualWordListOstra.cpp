@@ -95,7 +95,7 @@ void CT_BiLingualWordListOstra::v_InsertPair(CT_CompList* pco_SourceIndex,
     pco_TargetIndex->b_Add(qc_Target, n_SourceAt);
     co_SourceBuffer.v_Append(qc_Source, n_SourceSize);
     co_TargetBuffer.v_Append(qc_Target, n_TargetSize);
-    n_Count++;
+    ++n_Count;
 }
 
 // The text that the index leads to; null for none.

@@ -57,7 +57,7 @@ int CT_BiWordListIteratorOstra::b_Step()
         n_SourcePosition = n_Behind(pcco_SourceBuffer, n_SourcePosition);
         n_TargetPosition = n_Behind(pcco_TargetBuffer, n_TargetPosition);
     }
-    n_Number++;
+    ++n_Number;
     return 1;
 }
 

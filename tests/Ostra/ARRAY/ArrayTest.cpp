@@ -22,7 +22,7 @@ struct Pair
 std::vector<int> Read(const CT_Array<int>& array)
 {
     std::vector<int> items;
-    for (unsigned index = 1; index <= array.n_GetCount(); index++) {
+    for (unsigned index = 1; index <= array.n_GetCount(); ++index) {
         int item;
         array.v_GetAt(&item, static_cast<int>(index));
         items.push_back(item);
@@ -142,7 +142,7 @@ void CompareWithRule(unsigned growth, std::mt19937& random)
     std::unique_ptr<CT_Array<T>> holder;
     Rule rule{sizeof(T), growth * unsigned{sizeof(T)}};
     std::vector<T> model;
-    for (unsigned step = 0; step < 150; step++) {
+    for (unsigned step = 0; step < 150; ++step) {
         if (random() % 8 == 0) {
             holder.reset(new CT_Array<T>(&array));
             rule.shared = rule.room > 0;

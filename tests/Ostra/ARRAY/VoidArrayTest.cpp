@@ -25,7 +25,7 @@ void Fill(CT_VoidArray& array, const Items& items)
 Items Read(const CT_VoidArray& array)
 {
     Items items(array.n_GetCount());
-    for (unsigned index = 1; index <= items.size(); index++)
+    for (unsigned index = 1; index <= items.size(); ++index)
         array.v_GetAt(&items[index - 1], static_cast<int>(index));
     return items;
 }
@@ -170,7 +170,7 @@ TEST(VoidArray, ItemsOfEverySizeComeOutAsTheyWentIn)
         SCOPED_TRACE(size);
         CT_VoidArray array(size);
         std::vector<std::string> items;
-        for (char item = 'a'; item < 'g'; item++) {
+        for (char item = 'a'; item < 'g'; ++item) {
             std::string text(size, item);
             if (size > 1)
                 text.back() = 'z'; // differs in front alone
@@ -180,7 +180,7 @@ TEST(VoidArray, ItemsOfEverySizeComeOutAsTheyWentIn)
         std::string changed(size, '#');
         array.v_SetAt(changed.data(), 2);
         items[1] = changed;
-        for (int index = 1; index <= 6; index++) {
+        for (int index = 1; index <= 6; ++index) {
             std::string read(size, 0);
             array.v_GetAt(read.data(), index);
             EXPECT_EQ(read, items[static_cast<unsigned>(index) - 1]);
@@ -253,7 +253,7 @@ TEST(VoidArray, AFullArrayAsksForItsCapacityPlusItsGrowth)
         CT_VoidArray array(size, 5, 0);
         const std::string item(size, 'x');
         unsigned room = 0;
-        for (unsigned count = 0; count < 100; count++) {
+        for (unsigned count = 0; count < 100; ++count) {
             if (count == room / size)
                 room = Room((room / size + 5) * size, 5 * size);
             array.v_Insert(item.data());
@@ -265,7 +265,7 @@ TEST(VoidArray, AFullArrayAsksForItsCapacityPlusItsGrowth)
 TEST(VoidArray, InsertAtGrowsLikeInsert)
 {
     CT_VoidArray front(4, 3, 0), back(4, 3, 0);
-    for (int item = 0; item < 50; item++) {
+    for (int item = 0; item < 50; ++item) {
         front.v_InsertAt(&item, 1);
         back.v_Insert(&item);
         ASSERT_EQ(front.n_GetMaxItems(), back.n_GetMaxItems());
@@ -528,7 +528,7 @@ TEST(VoidArray, ReplaceFromItselfTakesTheItemsAsTheyWere)
 TEST(VoidArray, InsertOfItselfTakesTheItemsAsTheyWere)
 {
     for (const bool room : {false, true}) {
-        for (unsigned at = 1; at <= 6; at++) {
+        for (unsigned at = 1; at <= 6; ++at) {
             SCOPED_TRACE(at);
             const auto array = OneToFive(room);
             array->v_Insert(array.get(), 2, 3, at);
@@ -555,7 +555,7 @@ TEST(VoidArray, InsertOfItselfTakesTheItemsAsTheyWere)
 TEST(VoidArray, AMoveFromItselfIsAMoveWithin)
 {
     for (const bool room : {false, true}) {
-        for (unsigned at = 1; at <= 6; at++) {
+        for (unsigned at = 1; at <= 6; ++at) {
             SCOPED_TRACE(at);
             const auto array = OneToFive(room), expected = OneToFive(room);
             array->v_AtInsertMove(at, 2, 3, array.get());
@@ -568,7 +568,7 @@ TEST(VoidArray, AMoveFromItselfIsAMoveWithin)
 TEST(VoidArray, AnItemInItsOwnBlockIsInsertedAsItWas)
 {
     for (const bool room : {false, true}) {
-        for (unsigned from = 1; from <= 5; from++) {
+        for (unsigned from = 1; from <= 5; ++from) {
             SCOPED_TRACE(from);
             const int item = static_cast<int>(from);
             const auto last = OneToFive(room);
@@ -579,7 +579,7 @@ TEST(VoidArray, AnItemInItsOwnBlockIsInsertedAsItWas)
             Items copies = {1, 2, 3, 4, 5};
             copies.insert(copies.end(), 20, item);
             EXPECT_EQ(Read(*many), copies);
-            for (unsigned at = 1; at <= 6; at++) {
+            for (unsigned at = 1; at <= 6; ++at) {
                 const auto array = OneToFive(room);
                 array->v_InsertAt(ItemAt(*array, from), at);
                 Items expected = {1, 2, 3, 4, 5};
@@ -710,11 +710,11 @@ TEST(VoidArray, RandomOperationsAgreeWithAVector)
     const Items items = {100, 101, 102, 103, 104};
     CT_VoidArray source(4);
     Fill(source, items);
-    for (int round = 0; round < 20; round++) {
+    for (int round = 0; round < 20; ++round) {
         CT_VoidArray array(4, 1 + random() % 9, random() % 5);
         Items model;
         std::unique_ptr<CT_VoidArray> holder;
-        for (int step = 0; step < 200; step++) {
+        for (int step = 0; step < 200; ++step) {
             if (random() % 10 == 0)
                 holder.reset(new CT_VoidArray(&array));
             Step(random, array, model, source, items);

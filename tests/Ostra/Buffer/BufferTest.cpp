@@ -110,7 +110,7 @@ TEST(Buffer, ObjectsAreMadeWithNewAndInPlace)
 TEST(Buffer, TheBlockIsTheLeastMultipleOfTheGrowthForEachGrowth)
 {
     for (unsigned growth : {1u, 2u, 3u, 7u, 8u, 12u, 31u, 32u, 33u, 48u, 64u, 1000u, 1024u}) {
-        for (unsigned size = 1; size < 130; size++) {
+        for (unsigned size = 1; size < 130; ++size) {
             unsigned total = growth;
             while (total < size + 12)
                 total += growth;

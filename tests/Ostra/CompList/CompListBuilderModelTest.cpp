@@ -78,7 +78,7 @@ std::vector<std::string> Dictionary(Random& random, unsigned count)
     EXPECT_GT(list.size(), 500u);
     while (list.size() < count) {
         std::string word;
-        for (unsigned syllables = 1 + random() % 4; syllables > 0; syllables--)
+        for (unsigned syllables = 1 + random() % 4; syllables > 0; --syllables)
             word += std::string(starts[random() % 24]) + cores[random() % 10] + ends[random() % 12];
         if (random() % 4 == 0)
             word[0] = static_cast<char>(word[0] & ~0x20);
@@ -95,7 +95,7 @@ void BuildBothWays(const std::vector<std::string>& words, unsigned element)
     unsigned handle = 0;
     for (const std::string& word : words) {
         const std::string key = Key(word, element);
-        handle++;
+        ++handle;
         ASSERT_EQ(builder.b_Add(key.data(), handle), list.b_Add(key.data(), handle));
     }
     ASSERT_EQ(list.n_GetNrOfEntries(), words.size());
@@ -150,7 +150,7 @@ TEST(CompListBuilderModel, AnExistingBlockGoesOnTheSame)
     const unsigned seed = Seed(20261123);
     Random random(seed);
     for (const Form& form : Forms())
-        for (unsigned round = 0; round < 12; round++) {
+        for (unsigned round = 0; round < 12; ++round) {
             SCOPED_TRACE(Trace(form, seed));
             CT_CompList list = NewList(form, 128 << random() % 6);
             std::vector<Word> words = Words(random, form.element, 150, 1 + random() % 26, 6);
@@ -182,9 +182,9 @@ TEST(CompListBuilderModel, LongChainsComeOutTheSame)
         SCOPED_TRACE(Trace(form, seed));
         CT_CompList list = NewList(form, 128);
         auto builder = std::make_unique<CT_CompListBuilder>(&list);
-        for (unsigned number = 0; number < 4000; number++) {
+        for (unsigned number = 0; number < 4000; ++number) {
             Word word;
-            for (unsigned length = 1 + random() % 3; length > 0; length--) {
+            for (unsigned length = 1 + random() % 3; length > 0; --length) {
                 unsigned next = 0;
                 while (next == 0 || IsReserved(next))
                     next = random() % (element == 1 ? 256 : 600);
@@ -206,13 +206,13 @@ TEST(CompListBuilderModel, KeysThatAreCutComeOutTheSame)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
     unsigned added = 0;
-    for (unsigned round = 0; round < 400; round++) {
+    for (unsigned round = 0; round < 400; ++round) {
         const Form form = {4, 2, false, true};
         CT_CompList list = NewList(form, 128);
         CT_CompListBuilder builder(&list);
-        for (unsigned number = 0; number < 30; number++) {
+        for (unsigned number = 0; number < 30; ++number) {
             Word word;
-            for (unsigned length = random() % 5; length > 0; length--) {
+            for (unsigned length = random() % 5; length > 0; --length) {
                 const unsigned unit = 'a' + random() % 3;
                 const unsigned kind = random() % 30;
                 word.push_back(kind == 0 ? unit : kind == 1 ? unit << 16 : unit << 16 | unit);
@@ -233,13 +233,13 @@ TEST(CompListBuilderModel, DamagedBlocksGoOnAsListsDo)
     const unsigned seed = Seed(20261126);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
-    for (unsigned round = 0; round < 3000; round++) {
+    for (unsigned round = 0; round < 3000; ++round) {
         const unsigned element = 1 + round % 2;
         CT_CompList whole(ElementSize(element), 1, 0, round & 2, 128, 0);
         for (const Word& word : Words(random, element, 12, 4, 4))
             whole.b_Add(Bytes(word, element).data(), round);
         std::string bytes = Block(whole);
-        for (unsigned changes = 1 + random() % 2; changes > 0; changes--)
+        for (unsigned changes = 1 + random() % 2; changes > 0; --changes)
             bytes[132 + random() % (bytes.size() - 132)] = "\x0A\x0D\x19\x1A\0ab\x05"[random() % 8];
         if (random() % 4 == 0)
             bytes[16 + 4 * (random() % 4)] = static_cast<char>(132 + random() % 60);
@@ -281,7 +281,7 @@ TEST(CompListBuilderModel, OffsetsThatOutgrowTheirFieldAreReportedWhereTheyAreCu
             const Failure failure = TakeFailure();
             if (failure == LIMIT) {
                 ASSERT_EQ(block.qcv_Get(), nullptr);
-                reported++;
+                ++reported;
                 break;
             }
             ASSERT_EQ(failure, Failure());

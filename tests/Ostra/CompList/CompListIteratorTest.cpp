@@ -47,8 +47,8 @@ struct Pair
     void Add(const Word& word, unsigned handle)
     {
         std::string key;
-        for (unsigned index = 0; index <= word.size(); index++)
-            for (unsigned n = 0; n < element; n++)
+        for (unsigned index = 0; index <= word.size(); ++index)
+            for (unsigned n = 0; n < element; ++n)
                 key += static_cast<char>((index < word.size() ? word[index] : 0) >> 8 * (n % 2));
         list.b_Add(key.data(), handle);
         tree.Add(word, handle);
@@ -104,7 +104,7 @@ void AddExample(Pair& pair)
 Word RandomWord(Random& random, unsigned size, unsigned alphabet, unsigned length)
 {
     Word word;
-    for (unsigned left = random() % (length + 1); left > 0; left--) {
+    for (unsigned left = random() % (length + 1); left > 0; --left) {
         unsigned element = random() % 30 ? 'a' + random() % alphabet : 0x80 + random() % 0x80;
         if (size == 2 && random() % 30 == 0)
             element = 0x100 + random() % 0xFF00;
@@ -194,11 +194,11 @@ TEST(CompListIterator, RandomKeysComeAsTheTreeHasThem)
     const unsigned seed = Seed(5202);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
-    for (unsigned round = 0; round < 400; round++) {
+    for (unsigned round = 0; round < 400; ++round) {
         const unsigned element = 1U << round % 3;
         Pair pair(element, 4, round & 1);
         const unsigned alphabet = 1 + random() % 12, length = 1 + random() % 12;
-        for (unsigned count = random() % 200; count > 0; count--)
+        for (unsigned count = random() % 200; count > 0; --count)
             pair.Add(RandomWord(random, element, alphabet, length), random());
         const Entries expected = pair.tree.Walk();
         if (element == 1) {
@@ -217,7 +217,7 @@ TEST(CompListIterator, ALongListComesAsTheTreeHasIt)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
     Pair pair(2);
-    for (unsigned count = 0; count < 6000; count++)
+    for (unsigned count = 0; count < 6000; ++count)
         pair.Add(RandomWord(random, 2, 26, 14), count);
     CT_UCompListIterator walk(&pair.list);
     const Entries first = Rest<CT_UString>(walk);
@@ -264,7 +264,7 @@ TEST(CompListIterator, AnEmptyListHasNothing)
         CT_UCompListIterator units(&pair.list);
         CT_CString key("before");
         unsigned handle = 77;
-        for (unsigned times = 0; times < 3; times++) {
+        for (unsigned times = 0; times < 3; ++times) {
             EXPECT_EQ(bytes.b_GetNext(&key, &handle), 0);
             EXPECT_EQ(units.b_GetNext(&key, &handle), 0);
         }
@@ -292,9 +292,9 @@ TEST(CompListIterator, BehindTheLastEntryItStays)
     CT_CCompListIterator walk(&pair.list);
     CT_CString key;
     unsigned handle = 0;
-    for (unsigned times = 0; times < 3; times++)
+    for (unsigned times = 0; times < 3; ++times)
         EXPECT_EQ(walk.b_GetNext(&key, &handle), 1);
-    for (unsigned times = 0; times < 5; times++) {
+    for (unsigned times = 0; times < 5; ++times) {
         EXPECT_EQ(walk.b_GetNext(&key, &handle), 0);
         EXPECT_STREQ(key.qccz_Get(), "car");
         EXPECT_EQ(handle, 1U);
@@ -323,11 +323,11 @@ TEST(CompListIterator, SetGoesToAnotherListFromAnywhere)
     AddExample(first);
     second.Add("xy", 7);
     second.Add("xz", 8);
-    for (unsigned steps = 0; steps < 5; steps++) {
+    for (unsigned steps = 0; steps < 5; ++steps) {
         SCOPED_TRACE(steps);
         CT_UCompListIterator walk(&first.list);
         CT_CString key;
-        for (unsigned step = 0; step < steps; step++)
+        for (unsigned step = 0; step < steps; ++step)
             walk.b_GetNext(&key, nullptr);
         walk.vv_Set(&second.list);
         EXPECT_EQ(Keys(walk), "xz=8 xy=7 ");
@@ -337,7 +337,7 @@ TEST(CompListIterator, SetGoesToAnotherListFromAnywhere)
 TEST(CompListIterator, SetKeepsTheRoomOfTheBranches)
 {
     Pair pair(1);
-    for (char letter = 'a'; letter < 'a' + 9; letter++)
+    for (char letter = 'a'; letter < 'a' + 9; ++letter)
         pair.Add(Word{static_cast<unsigned>(letter)}, 1);
     CT_CCompListIterator walk(&pair.list);
     CT_UString key; // of another encoding: the collected string has its block to itself

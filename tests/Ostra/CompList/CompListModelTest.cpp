@@ -39,7 +39,7 @@ Expected Ask(const std::map<Word, unsigned>& map, const Word& key)
     // The longest beginning of the key that is a beginning of a stored one.
     unsigned longest = 0;
     bool goesOn = false; // stored keys go on behind it
-    for (unsigned length = 1; length <= key.size(); length++) {
+    for (unsigned length = 1; length <= key.size(); ++length) {
         const Word beginning(key.begin(), key.begin() + length);
         const auto at = map.lower_bound(beginning);
         if (at == map.end() || at->first.size() < length ||
@@ -61,7 +61,7 @@ TEST(CompListModel, EveryAddGivesTheBytesOfTheModel)
     const unsigned seed = Seed(19970101);
     Random random(seed);
     for (const Form& form : Forms())
-        for (unsigned round = 0; round < 3; round++) {
+        for (unsigned round = 0; round < 3; ++round) {
             SCOPED_TRACE(Trace(form, seed));
             CT_CompList list(ElementSize(form.element), form.handle, form.empty, form.longOffsets,
                              128 << random() % 4, 1252);
@@ -123,7 +123,7 @@ TEST(CompListModel, AStoredListGoesOnAsIfItHadStayed)
     const unsigned seed = Seed(19970101);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
-    for (unsigned round = 0; round < 40; round++) {
+    for (unsigned round = 0; round < 40; ++round) {
         const unsigned element = 1 + round % 2;
         CT_CompList list(ElementSize(element), 4, 0, round & 2, 128, 0);
         CompListModel model(element, 4, false, round & 2, 0);
@@ -151,7 +151,7 @@ TEST(CompListModel, LongListsAreTheModelsBytesAtTheEnd)
     const unsigned seed = Seed(19970101);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
-    for (unsigned round = 0; round < 4; round++) {
+    for (unsigned round = 0; round < 4; ++round) {
         const unsigned element = 1 + round % 2;
         std::vector<Word> words = Words(random, element, 1500, 26, 8);
         if (round < 2)
@@ -161,7 +161,7 @@ TEST(CompListModel, LongListsAreTheModelsBytesAtTheEnd)
         unsigned handle = 0;
         for (const Word& word : words) {
             const std::string key = Bytes(word, element);
-            handle++;
+            ++handle;
             ASSERT_EQ(list.b_Add(key.data(), handle), model.Add(key, handle) ? 1 : 0);
         }
         ASSERT_TRUE(Block(list) == model.bytes) << "a difference of bytes";
@@ -211,7 +211,7 @@ TEST(CompListModel, DamageByReservedElementsIsThatOfTheModel)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
     unsigned longest = 0;
-    for (unsigned round = 0; round < 300; round++) {
+    for (unsigned round = 0; round < 300; ++round) {
         const unsigned element = 1 + round % 2;
         CT_CompList list(ElementSize(element), 1, 0, round & 2, 128, 0);
         CompListModel model(element, 1, false, round & 2, 0);
@@ -221,7 +221,7 @@ TEST(CompListModel, DamageByReservedElementsIsThatOfTheModel)
             model.Add(key, 1);
         }
         ASSERT_TRUE(Block(list) == model.bytes);
-        for (unsigned step = 0; step < 25; step++) {
+        for (unsigned step = 0; step < 25; ++step) {
             if (random() % 4 == 0) {
                 const std::string bytes = Block(list);
                 CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32);
@@ -229,7 +229,7 @@ TEST(CompListModel, DamageByReservedElementsIsThatOfTheModel)
             }
             const unsigned reserved[] = {10, 13, 25, 26};
             Word word;
-            for (unsigned length = 1 + random() % 5; length > 0; length--)
+            for (unsigned length = 1 + random() % 5; length > 0; --length)
                 word.push_back(random() % 12 ? 'a' + random() % 3 : reserved[random() % 4]);
             const std::string key = Bytes(word, element);
             bool added = false;

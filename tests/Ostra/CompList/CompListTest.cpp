@@ -40,7 +40,7 @@ typedef CT_CompList::et_ElementSize ElementSize;
 std::string Number(unsigned value, unsigned size)
 {
     std::string bytes;
-    for (unsigned index = 0; index < size; index++)
+    for (unsigned index = 0; index < size; ++index)
         bytes += static_cast<char>(value >> 8 * index);
     return bytes;
 }
@@ -57,7 +57,7 @@ TEST(CompList, ANewListIsItsHeadAndTheListEnd)
 {
     for (unsigned element : {1u, 2u, 4u})
         for (unsigned handle : {0u, 1u, 2u, 4u})
-            for (int flags = 0; flags < 4; flags++) {
+            for (int flags = 0; flags < 4; ++flags) {
                 SCOPED_TRACE(testing::Message() << element << " " << handle << " " << flags);
                 CT_CompList list(ElementSize(element), handle, flags & 1, flags & 2, 128, 1251);
                 const std::string expected = Number(19970101, 4) + Number(132 + element, 4) +
@@ -184,7 +184,7 @@ TEST(CompList, ABlockWithoutRoomForAHeadReadsAsNothing)
 TEST(CompList, ACutBlockEndsWhereItsBytesEnd)
 {
     const std::string bytes = DataFile("complist-example-grown.hex");
-    for (unsigned size = 127; size < bytes.size(); size++) {
+    for (unsigned size = 127; size < bytes.size(); ++size) {
         SCOPED_TRACE(size);
         const std::string cut = bytes.substr(0, size) + std::string(12, '\0');
         CT_Buffer buffer(cut.data(), static_cast<unsigned>(cut.size()), 1);
@@ -231,7 +231,7 @@ void SearchAndAdd(const std::string& bytes)
 ENDLESS(AlternativesThatLeadBack)
 {
     for (unsigned element : {1u, 2u})
-        for (unsigned back = 1; back <= 2 * element; back++)
+        for (unsigned back = 1; back <= 2 * element; ++back)
             SearchAndAdd(ListThatLeads(element, 0 - back));
 }
 } // namespace

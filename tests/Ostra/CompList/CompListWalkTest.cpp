@@ -198,7 +198,7 @@ TEST_F(CompListWalk, LettersAToZGetAJumpOffset)
 {
     for (const char* key : {"a1", "B1", "{1", "`1", "z1", "m1", "m2"})
         list.b_Add(key, 0);
-    for (char letter = 'a'; letter <= 'z'; letter++) {
+    for (char letter = 'a'; letter <= 'z'; ++letter) {
         const unsigned jump = Jump(letter);
         if (letter == 'a' || letter == 'm' || letter == 'z')
             EXPECT_EQ(Block(list)[jump], letter);

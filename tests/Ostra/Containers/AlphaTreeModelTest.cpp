@@ -65,7 +65,7 @@ void Compare(const AlphaTreePeer::Node& node, const Model& model)
     ASSERT_EQ(node.n_Value, model.value);
     ASSERT_EQ(node.n2_NrOfBranches, model.branches.size());
     ASSERT_EQ(node.pso_Branches == nullptr, model.branches.empty());
-    for (size_t n = 0; n < model.branches.size(); n++) {
+    for (size_t n = 0; n < model.branches.size(); ++n) {
         Compare(node.pso_Branches[n], model.branches[n]);
         if (testing::Test::HasFatalFailure())
             return;
@@ -80,7 +80,7 @@ public:
     void Play()
     {
         key.clear();
-        for (unsigned left = Below(7); left > 0; left--)
+        for (unsigned left = Below(7); left > 0; --left)
             key += u"abc\u00E9"[Below(4)];
         narrow.assign(key.begin(), key.end());
         const unsigned choice = Below(8);
@@ -147,7 +147,7 @@ TEST(AlphaTreeModel, RandomOperationsGiveTheModelsBranches)
     const unsigned seed = Seed(45);
     SCOPED_TRACE("OSTRA_SEED=" + std::to_string(seed));
     Player player(seed);
-    for (unsigned step = 0; step < 20000; step++) {
+    for (unsigned step = 0; step < 20000; ++step) {
         player.Play();
         if (step < 200 || step % 50 == 0)
             player.CompareTrees();
@@ -166,7 +166,7 @@ TEST(AlphaTreeModel, NodesOfManyBranchesGrowAndShrinkLikeTheModel)
     for (const unsigned most : {5U, 40U, 300U, 40U, 1200U}) {
         SCOPED_TRACE(most);
         std::vector<std::u16string> keys;
-        for (unsigned n = 0; n < most; n++)
+        for (unsigned n = 0; n < most; ++n)
             for (const char16_t* rest : {u"", u"xy"})
                 keys.push_back(static_cast<char16_t>(1000 + n) + std::u16string(rest));
         for (const bool adding : {true, false}) {
@@ -196,7 +196,7 @@ TEST(AlphaTreeModel, NodesOfManyBranchesGrowAndShrinkLikeTheModel)
 TEST(AlphaTreeModel, ATreeCanBeDestroyedWithBranchesInEveryRoom)
 {
     CT_AlphaTree tree;
-    for (unsigned short n = 1; n <= 3000; n++) {
+    for (unsigned short n = 1; n <= 3000; ++n) {
         const unsigned short key[] = {n, static_cast<unsigned short>(n % 7 + 1), 0};
         tree.v_Add(key, n);
     }
@@ -216,9 +216,9 @@ TEST(AlphaTreeModel, MemoryComesBackWhenMostOfItIsUnused)
     for (const unsigned many : {2000U, 300U, 5000U}) {
         SCOPED_TRACE(many);
         std::vector<std::u16string> keys;
-        for (unsigned n = 0; n < many; n++) {
+        for (unsigned n = 0; n < many; ++n) {
             std::u16string key;
-            for (unsigned left = random() % 4 + 1; left > 0; left--)
+            for (unsigned left = random() % 4 + 1; left > 0; --left)
                 key += static_cast<char16_t>('a' + random() % (left == 2 ? 200 : 12));
             keys.push_back(key);
         }
@@ -230,7 +230,7 @@ TEST(AlphaTreeModel, MemoryComesBackWhenMostOfItIsUnused)
         const std::size_t most = AlphaTreePeer::Room(tree);
         Compare(AlphaTreePeer::Root(tree), model);
         std::shuffle(keys.begin(), keys.end(), random);
-        for (std::size_t n = 0; n + 20 < keys.size(); n++) {
+        for (std::size_t n = 0; n + 20 < keys.size(); ++n) {
             const auto* text = reinterpret_cast<const unsigned short*>(keys[n].c_str());
             ASSERT_EQ(tree.b_Remove(text), model.Remove(keys[n].c_str()));
             if (n % 50 == 0)
@@ -247,14 +247,14 @@ TEST(AlphaTreeModel, MemoryComesBackWhenMostOfItIsUnused)
 TEST(AlphaTreeModel, AKeyThatComesAndGoesMovesNothing)
 {
     CT_AlphaTree tree;
-    for (unsigned short n = 1; n <= 3000; n++) {
+    for (unsigned short n = 1; n <= 3000; ++n) {
         const unsigned short key[] = {n, 1, 0};
         tree.v_Add(key, n);
     }
-    for (unsigned short n = 3000; n > 20; n--) {
+    for (unsigned short n = 3000; n > 20; --n) {
         const unsigned short key[] = {n, 1, 0};
         unsigned moves = 0;
-        for (unsigned times = 0; times < 4; times++) {
+        for (unsigned times = 0; times < 4; ++times) {
             const std::size_t before = AlphaTreePeer::Room(tree);
             tree.b_Remove(key);
             moves += before != AlphaTreePeer::Room(tree);

@@ -23,7 +23,7 @@ std::string Shape(const Node& node)
     std::string text;
     if (node.n_Value != NONE)
         text += "=" + std::to_string(node.n_Value);
-    for (unsigned n = 0; n < node.n2_NrOfBranches; n++) {
+    for (unsigned n = 0; n < node.n2_NrOfBranches; ++n) {
         const Node& branch = node.pso_Branches[n];
         text += "(" + Narrow(std::u16string(1, branch.u_Character)) + Shape(branch) + ")";
     }
@@ -142,7 +142,7 @@ TEST(AlphaTree, AllFormsOfAKeyReachTheSameNodes)
 {
     const CT_CString bytes("k\xE9y");
     const CT_UString wide(Units(u"k\u00E9y"));
-    for (int form = 0; form < 4; form++) {
+    for (int form = 0; form < 4; ++form) {
         SCOPED_TRACE(form);
         CT_AlphaTree tree;
         switch (form) {
@@ -210,12 +210,12 @@ TEST(AlphaTree, UnitsAreComparedWhole)
 TEST(AlphaTree, ANodeTakesABranchForEachUnit)
 {
     CT_AlphaTree tree;
-    for (unsigned n = 0; n < 9363; n++) {
+    for (unsigned n = 0; n < 9363; ++n) {
         const unsigned unit = 0xFFFF - 7 * n;
         const unsigned short key[] = {static_cast<unsigned short>(unit), 0};
         tree.v_Add(key, unit);
     }
-    for (unsigned unit = 0xFFFF; unit > 0xFFFF - 21; unit--) {
+    for (unsigned unit = 0xFFFF; unit > 0xFFFF - 21; --unit) {
         const unsigned short key[] = {static_cast<unsigned short>(unit), 0};
         EXPECT_EQ(tree.n_Search(key), (0xFFFF - unit) % 7 ? NONE : unit);
     }
@@ -338,7 +338,7 @@ TEST(AlphaTree, CountAndDumpOfADeepTreeTakeLittleStack)
     CT_AlphaTree tree;
     std::u16string key(DEPTH, u'x');
     tree.v_Add(Units(key.c_str()), 9);
-    for (unsigned at = DEPTH - 1; at > 0; at--) {
+    for (unsigned at = DEPTH - 1; at > 0; --at) {
         key.resize(at);
         tree.v_Add(Units((key + u"y").c_str()), at % STEP ? NONE : at / STEP);
     }

@@ -69,7 +69,7 @@ struct Model
     void Combine(const Model& other, Operation operation)
     {
         Own();
-        for (unsigned n = 0; n < words; n++)
+        for (unsigned n = 0; n < words; ++n)
             (*block)[n] = operation(Word(n), other.Word(n));
     }
     void Mask()
@@ -80,13 +80,13 @@ struct Model
     unsigned Count() const
     {
         unsigned count = 0;
-        for (unsigned n = 0; n < words; n++)
+        for (unsigned n = 0; n < words; ++n)
             count += static_cast<unsigned>(std::bitset<32>(Word(n)).count());
         return count;
     }
     unsigned First() const
     {
-        for (unsigned bit = 0; bit < words * 32; bit++)
+        for (unsigned bit = 0; bit < words * 32; ++bit)
             if (Get(bit))
                 return bit;
         return NONE;
@@ -101,7 +101,7 @@ class Players
 public:
     explicit Players(unsigned seed) : random(seed)
     {
-        for (unsigned n = 0; n < SETS; n++)
+        for (unsigned n = 0; n < SETS; ++n)
             Resize(n, 70, false);
     }
 
@@ -119,7 +119,7 @@ public:
 
     void Compare() const
     {
-        for (unsigned n = 0; n < SETS; n++) {
+        for (unsigned n = 0; n < SETS; ++n) {
             SCOPED_TRACE(n);
             const CT_BitSet& set = sets[n];
             const Model& model = models[n];
@@ -127,7 +127,7 @@ public:
             ASSERT_EQ(set.n_GetSize(), model.bits);
             ASSERT_EQ(buffer->n_GetUsedSize(), model.words * 4);
             ASSERT_EQ(buffer->n_GetUseCount(), static_cast<unsigned>(model.Uses()));
-            for (unsigned word = 0; word < model.words; word++) {
+            for (unsigned word = 0; word < model.words; ++word) {
                 unsigned found;
                 std::memcpy(&found, static_cast<const char*>(buffer->qcv_Get()) + 4 * word, 4);
                 ASSERT_EQ(found, model.Word(word)) << "word " << word;
@@ -147,7 +147,7 @@ private:
         if (model.words != models[other].words)
             return;
         bool equal = true, subset = true;
-        for (unsigned word = 0; word < model.words; word++) {
+        for (unsigned word = 0; word < model.words; ++word) {
             equal = equal && model.Word(word) == models[other].Word(word);
             subset = subset && !(model.Word(word) & ~models[other].Word(word));
         }
@@ -270,7 +270,7 @@ TEST(BitSetModel, RandomOperationsGiveTheModelsBitsAndSharing)
     const unsigned seed = Seed(44);
     SCOPED_TRACE("OSTRA_SEED=" + std::to_string(seed));
     Players players(seed);
-    for (unsigned step = 0; step < 20000; step++) {
+    for (unsigned step = 0; step < 20000; ++step) {
         players.Play();
         players.Compare();
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << "step " << step;

@@ -26,7 +26,7 @@ void Fill(CT_BitSet& set, const Bits& bits)
 Bits Read(const CT_BitSet& set)
 {
     Bits bits;
-    for (unsigned bit = 0; bit < set.n_GetSize(); bit++)
+    for (unsigned bit = 0; bit < set.n_GetSize(); ++bit)
         if (set.b_GetBit(bit))
             bits.insert(bit);
     return bits;
@@ -193,7 +193,7 @@ namespace
 void SoilTheHeap()
 {
     std::vector<void*> blocks;
-    for (int round = 0; round < 8; round++)
+    for (int round = 0; round < 8; ++round)
         for (std::size_t size = 24; size < 700; size += 8) {
             blocks.push_back(std::malloc(size));
             std::memset(blocks.back(), 0xFF, size);
@@ -295,7 +295,7 @@ TEST(BitSet, NAssignOf256BitsClearsTheLastWord)
 
 TEST(BitSet, BitsLieInWordsFromTheLowestUp)
 {
-    for (unsigned bit = 0; bit < 100; bit++) {
+    for (unsigned bit = 0; bit < 100; ++bit) {
         SCOPED_TRACE(bit);
         CT_BitSet set(100);
         set.v_SetBit(bit, 1);
@@ -465,7 +465,7 @@ TEST(BitSet, SettingAllBitsClearsTheLastOfWholeWords)
         CT_BitSet set(size);
         set.v_SetBits(1);
         Bits expected;
-        for (unsigned bit = 0; bit < FullCount(size); bit++)
+        for (unsigned bit = 0; bit < FullCount(size); ++bit)
             expected.insert(bit);
         EXPECT_EQ(Read(set), expected);
         EXPECT_EQ(set.n_NrSetBits(), FullCount(size));
@@ -481,7 +481,7 @@ TEST(BitSet, TheComplementClearsTheLastOfWholeWords)
         SCOPED_TRACE(size);
         CT_BitSet set(size), toggled(size);
         Bits expected;
-        for (unsigned bit = 0; bit < size; bit++)
+        for (unsigned bit = 0; bit < size; ++bit)
             if (bit % 3 == 0)
                 set.v_SetBit(bit, 1);
             else if (bit < FullCount(size))
@@ -500,7 +500,7 @@ TEST(BitSet, TheLastWordOfWholeWordsWorksBitByBit)
     CT_BitSet set(64);
     set.v_SetBits(1);
     EXPECT_EQ(ReadWords(set), (Words{NONE, 0}));
-    for (unsigned bit = 32; bit < 64; bit++)
+    for (unsigned bit = 32; bit < 64; ++bit)
         set.v_SetBit(bit, 1);
     EXPECT_EQ(set.n_NrSetBits(), 64U);
     EXPECT_EQ(set.n_NrUnsetBits(), 0U);
@@ -557,7 +557,7 @@ TEST(BitSet, CountsAreThoseOfTheBits)
         SCOPED_TRACE(size);
         CT_BitSet set(size);
         unsigned count = 0;
-        for (unsigned bit = 0; bit < size; bit++) {
+        for (unsigned bit = 0; bit < size; ++bit) {
             const bool value = bit * bit % 7 < 3;
             set.v_SetBit(bit, value);
             count += value;
@@ -617,7 +617,7 @@ TEST(BitSet, ASubsetHasNoBitThatTheOtherLacks)
         for (unsigned bit = 0; bit < size; bit += 1 + size / 50) {
             SCOPED_TRACE(std::to_string(size) + ", bit " + std::to_string(bit));
             CT_BitSet empty(size), set(size), full(size);
-            for (unsigned each = 0; each < size; each++)
+            for (unsigned each = 0; each < size; ++each)
                 full.v_SetBit(each, 1);
             set.v_SetBit(bit, 1);
             EXPECT_TRUE(empty.b_IsSubset(&set));
@@ -666,7 +666,7 @@ TEST(BitSet, SetAlgebraIsThatOfTheBits)
             SCOPED_TRACE(std::string(row.name) + " of " + std::to_string(size));
             CT_BitSet mine(size), other(size);
             Bits expected, others;
-            for (unsigned bit = 0; bit < size; bit++) {
+            for (unsigned bit = 0; bit < size; ++bit) {
                 mine.v_SetBit(bit, bit % 3 == 0);
                 other.v_SetBit(bit, bit % 5 < 2);
                 if (bit % 5 < 2)

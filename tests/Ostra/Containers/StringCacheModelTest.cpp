@@ -27,7 +27,7 @@ public:
         unsigned at = Find(row, key);
         if (at == ways)
             return u"-";
-        for (; at > 0; at--)
+        for (; at > 0; --at)
             std::swap(row[at], row[at - 1]);
         return row->value;
     }
@@ -37,7 +37,7 @@ public:
         Slot* row = RowOfKey(key);
         unsigned at = 0;
         while (at < ways && row[at].number)
-            at++;
+            ++at;
         if (at == ways)
             freed.insert(row[--at].number);
         row[at] = {++last_number, key, value};
@@ -54,7 +54,7 @@ public:
             row[at] = Slot();
             return;
         }
-        for (at++; at < ways; at++) {
+        for (at++; at < ways; ++at) {
             if (row[at].number)
                 row[at - 1] = row[at];
         }
@@ -66,7 +66,7 @@ public:
     std::vector<std::string> Show(unsigned row) const
     {
         std::vector<std::string> out;
-        for (unsigned n = 0; n < ways; n++) {
+        for (unsigned n = 0; n < ways; ++n) {
             const Slot& slot = slots[row * ways + n];
             out.push_back(!slot.number               ? ""
                           : freed.count(slot.number) ? "*"
@@ -87,7 +87,7 @@ private:
     // The index of the key, or the number of ways.
     unsigned Find(const Slot* row, const std::u16string& key) const
     {
-        for (unsigned n = 0; n < ways && row[n].number; n++) {
+        for (unsigned n = 0; n < ways && row[n].number; ++n) {
             if (row[n].key == key && !freed.count(row[n].number))
                 return n;
         }
@@ -111,7 +111,7 @@ void PlayAgainstModel(unsigned seed, unsigned rows, unsigned ways)
         text += static_cast<char16_t>(u'a' + random() % (1 + rows * ways / 2));
         return random() % 4 ? text : text + u"-and-more-of-it";
     };
-    for (unsigned n = 0; n < 5000; n++) {
+    for (unsigned n = 0; n < 5000; ++n) {
         const std::u16string text = key();
         const unsigned play = random() % 100;
         if (play < 45)
@@ -131,7 +131,7 @@ void PlayAgainstModel(unsigned seed, unsigned rows, unsigned ways)
         const unsigned row = RowOf(text, rows);
         ASSERT_EQ(Row(cache, row), model.Show(row)) << "after operation " << n;
     }
-    for (unsigned row = 0; row < rows; row++)
+    for (unsigned row = 0; row < rows; ++row)
         ASSERT_EQ(Row(cache, row), model.Show(row));
 }
 } // namespace

@@ -36,7 +36,7 @@ inline std::string Show(const CacheSlot& slot)
 inline std::vector<std::string> Row(const CT_StringCache& cache, unsigned row)
 {
     std::vector<std::string> out;
-    for (unsigned n = 0; n < cache.n_GetCollisions(); n++)
+    for (unsigned n = 0; n < cache.n_GetCollisions(); ++n)
         out.push_back(Show(Slots(cache)[row * cache.n_GetCollisions() + n]));
     return out;
 }

@@ -332,14 +332,14 @@ TEST(StringCache, WhatIsFreedInOneSlotIsFoundInNone)
 TEST(StringCache, ClearingKeepsTheTable)
 {
     CT_StringCache cache(40, 4);
-    for (char16_t key = u'a'; key <= u'z'; key++)
+    for (char16_t key = u'a'; key <= u'z'; ++key)
         Insert(cache, std::u16string(1, key), u"value");
     const CacheSlot* slots = Slots(cache);
     cache.v_Clear();
     EXPECT_EQ(cache.n_GetSize(), 44u);
     EXPECT_EQ(cache.n_GetCollisions(), 4u);
     EXPECT_EQ(Slots(cache), slots);
-    for (unsigned n = 0; n < 44; n++)
+    for (unsigned n = 0; n < 44; ++n)
         EXPECT_EQ(Show(slots[n]), "");
     Insert(cache, u"a", u"again");
     EXPECT_EQ(Lookup(cache, u"a"), u"again");

@@ -63,9 +63,9 @@ inline Numbers Keys(const CT_VoidHashTable& table, unsigned bucket)
 inline std::string Chains(const CT_VoidHashTable& table)
 {
     std::string chains;
-    for (unsigned bucket = 1; bucket <= table.n_GetTableSize(); bucket++) {
+    for (unsigned bucket = 1; bucket <= table.n_GetTableSize(); ++bucket) {
         const Numbers keys = Keys(table, bucket);
-        for (std::size_t n = 0; n < keys.size(); n++) {
+        for (std::size_t n = 0; n < keys.size(); ++n) {
             if (n == 0)
                 chains += (chains.empty() ? "" : " ") + std::to_string(bucket) + ":";
             chains += (n ? "," : "") + std::to_string(keys[n]);

@@ -97,7 +97,7 @@ TEST(VoidHashIterator, EqualAreTheSamePlacesOfOneTable)
     CT_VoidHashIterator first(&table), second(&table), third(&twin);
     EXPECT_EQ(first.b_IsEqual(&second), 1);
     EXPECT_EQ(first.b_IsEqual(&third), 0);
-    for (int step = 0; step < 4; step++) {
+    for (int step = 0; step < 4; ++step) {
         first.b_Next();
         EXPECT_EQ(first.b_IsEqual(&second), 0);
         second.b_Next();

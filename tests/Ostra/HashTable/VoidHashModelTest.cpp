@@ -68,7 +68,7 @@ struct Model
         bucket = &Bucket(Hash(key, Size()));
         std::size_t n = 0;
         while (n < bucket->size() && Differ((*bucket)[n].key, key))
-            n++;
+            ++n;
         return n;
     }
 
@@ -123,14 +123,14 @@ struct Model
     {
         const auto divides = [&number] {
             const unsigned root = static_cast<unsigned>(std::sqrt(static_cast<double>(number)));
-            for (unsigned n = 2; n <= root; n++) {
+            for (unsigned n = 2; n <= root; ++n) {
                 if (number % n == 0)
                     return true;
             }
             return false;
         };
         while (divides())
-            number++;
+            ++number;
         return number;
     }
 
@@ -269,7 +269,7 @@ private:
             return;
         const std::size_t at = Below(chain.size());
         const CT_VoidHashTable::st_HashItem* item = table.pso_GetAt(bucket);
-        for (std::size_t n = 0; n < at; n++)
+        for (std::size_t n = 0; n < at; ++n)
             item = item->pcso_GetFollowing();
         table.v_RemoveAt(bucket, const_cast<CT_VoidHashTable::st_HashItem*>(item));
         model.RemoveAt(chain, at);
@@ -344,7 +344,7 @@ private:
         ASSERT_EQ(table.n_GetTableSize(), model.Size());
         ASSERT_EQ(table.n_GetCollisions(), model.collisions);
         ASSERT_EQ(table.n_GetCount(), model.Count());
-        for (unsigned bucket = 1; bucket <= model.Size(); bucket++) {
+        for (unsigned bucket = 1; bucket <= model.Size(); ++bucket) {
             const CT_VoidHashTable::st_HashItem* item = table.pso_GetAt(bucket);
             for (const Item& expected : model.Bucket(bucket)) {
                 ASSERT_NE(item, nullptr);
@@ -364,11 +364,11 @@ private:
 
 TEST(VoidHashTableModel, ThousandsOfOperationsGoAsInAModel)
 {
-    for (unsigned round = 0; round < 4; round++) {
+    for (unsigned round = 0; round < 4; ++round) {
         const unsigned seed = Seed(19970418);
         SCOPED_TRACE("OSTRA_SEED " + std::to_string(seed) + ", round " + std::to_string(round));
         Players players(seed + round);
-        for (unsigned n = 0; n < 3000 && !testing::Test::HasFailure(); n++) {
+        for (unsigned n = 0; n < 3000 && !testing::Test::HasFailure(); ++n) {
             players.Play();
             players.ExpectNumbers();
             if (n % 32 == 0)
@@ -386,7 +386,7 @@ TEST(VoidHashTableModel, GrowingTablesHaveTheBucketsOfTheModel)
         SCOPED_TRACE(size);
         CT_VoidHashTable table(DATA, KEY, HashFunction, CompareFunction, size);
         Model model(size);
-        for (unsigned n = 0; n < 1500; n++) {
+        for (unsigned n = 0; n < 1500; ++n) {
             Item item{std::string(KEY, 'x'), "-----"};
             const unsigned number = random() % 3000;
             std::memcpy(item.key.data(), &number, KEY);
@@ -421,7 +421,7 @@ TEST(VoidHashTableModel, TablesOfNumbersGoAsTablesThatCallTheirFunctions)
             data_size, 4, CT_VoidHashTable::sn_HashInteger,
             reinterpret_cast<int (*)(const void*, const void*)>(CT_Compare::si_ComparePN), 0);
         CT_VoidHashTable called(data_size, 4, CalledHash, CalledCompare, 0);
-        for (unsigned n = 0; n < 6000; n++) {
+        for (unsigned n = 0; n < 6000; ++n) {
             if (n == 5)
                 fast.v_Set(7), called.v_Set(7);
             const unsigned key = random() % 2000 * 0x01234567;

@@ -60,7 +60,7 @@ TEST(VoidHashTable, ANewTableHasTheBucketsAskedBePrimeOrNot)
         ExpectNumbers(table, size, 0, 0);
         EXPECT_EQ(table.n_GetDataSize(), 5u);
         EXPECT_EQ(table.n_GetKeySize(), 3u);
-        for (unsigned bucket = 0; bucket <= size + 1; bucket++)
+        for (unsigned bucket = 0; bucket <= size + 1; ++bucket)
             EXPECT_EQ(table.pso_GetAt(bucket), nullptr);
     }
 }
@@ -386,7 +386,7 @@ TEST(VoidHashTable, AForcedSizeIsTakenWhenItsQuarterIsAboveTheCollisions)
         SCOPED_TRACE(std::to_string(row.asked) + " with " + std::to_string(row.collisions));
         Table table(101);
         table.Insert(50, 0);
-        for (unsigned n = 0; n < row.collisions; n++) {
+        for (unsigned n = 0; n < row.collisions; ++n) {
             table.Insert(n, 0);
             table.Insert(n + 101, 0);
         }
@@ -457,25 +457,25 @@ TEST(VoidHashTable, TheSmallestSizesAreDoubledToAPrime)
 // 2 * n is doubled to the first number that has no divisor, found here by trying all of them.
 TEST(VoidHashTable, GrowsToTheNextPrimeOfTheDouble)
 {
-    for (unsigned size = 1; size <= 200; size++) {
+    for (unsigned size = 1; size <= 200; ++size) {
         SCOPED_TRACE(size);
         Table table(size);
         // All in one bucket, one collision above the quarter.
-        for (unsigned n = 0; n <= size / 4 + 1; n++)
+        for (unsigned n = 0; n <= size / 4 + 1; ++n)
             table.Insert(n * size, n);
         unsigned prime = 2 * size;
         const auto divides = [&prime] {
-            for (unsigned n = 2; n < prime; n++) {
+            for (unsigned n = 2; n < prime; ++n) {
                 if (prime % n == 0)
                     return true;
             }
             return false;
         };
         while (divides())
-            prime++;
+            ++prime;
         EXPECT_EQ(table.n_GetTableSize(), prime);
         EXPECT_EQ(table.n_GetCount(), size / 4 + 2);
-        for (unsigned n = 0; n <= size / 4 + 1; n++)
+        for (unsigned n = 0; n <= size / 4 + 1; ++n)
             EXPECT_EQ(table.Has(n * size), 1);
     }
 }
@@ -486,7 +486,7 @@ TEST(VoidHashTable, TheSequenceOfSizesIsFixed)
         4, 4, [](const void* key, unsigned size) { return Number(key) / 2 % size + 1; },
         CompareNumbers, 7);
     Numbers sizes, counts;
-    for (unsigned key = 0; key < 2000; key++) {
+    for (unsigned key = 0; key < 2000; ++key) {
         if (sizes.empty() || sizes.back() != table.n_GetTableSize()) {
             sizes.push_back(table.n_GetTableSize());
             counts.push_back(table.n_GetCount());
@@ -563,8 +563,8 @@ TEST(VoidHashTable, IntegersHashToTheirRemainderPlusOne)
     };
     for (const auto& row : rows)
         EXPECT_EQ(CT_VoidHashTable::sn_HashInteger(&row.key, row.size), row.bucket);
-    for (unsigned size = 0; size < 50; size++) {
-        for (unsigned key = 0; key < 100; key++)
+    for (unsigned size = 0; size < 50; ++size) {
+        for (unsigned key = 0; key < 100; ++key)
             EXPECT_NE(CT_VoidHashTable::sn_HashInteger(&key, size), 0u);
     }
 }
@@ -572,7 +572,7 @@ TEST(VoidHashTable, IntegersHashToTheirRemainderPlusOne)
 TEST(VoidHashTable, IntegersAreReadAtAnyAddress)
 {
     char bytes[12] = {};
-    for (unsigned offset = 0; offset < 8; offset++) {
+    for (unsigned offset = 0; offset < 8; ++offset) {
         const unsigned number = 0x80000001 + offset, above = number + 1;
         std::memcpy(bytes + offset, &number, sizeof(number));
         EXPECT_EQ(CT_VoidHashTable::sn_HashInteger(bytes + offset, 1000), number % 1000 + 1);
@@ -619,7 +619,7 @@ TEST(VoidHashTable, TakesTextsByTheirPointers)
         reinterpret_cast<unsigned (*)(const void*, unsigned)>(CT_HashFunction::sn_HashCasePQCZ),
         reinterpret_cast<int (*)(const void*, const void*)>(CT_Compare::si_CompareCasePQCZ), 7);
     const char* const words[] = {"one", "two", "three", "four", "five", "six", "seven"};
-    for (unsigned n = 0; n < std::size(words); n++)
+    for (unsigned n = 0; n < std::size(words); ++n)
         EXPECT_EQ(table.b_Insert(&words[n], &n), 0);
     const std::string three = "three";
     const char* key = three.c_str();

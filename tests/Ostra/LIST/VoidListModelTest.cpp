@@ -201,7 +201,7 @@ TEST(VoidListModel, ThousandsOfOperationsGoAsInAModel)
         SCOPED_TRACE("OSTRA_SEED " + std::to_string(seed - item_size) + ", items of " +
                      std::to_string(item_size));
         Players players(seed, item_size);
-        for (unsigned n = 0; n < 4000 && !testing::Test::HasFailure(); n++) {
+        for (unsigned n = 0; n < 4000 && !testing::Test::HasFailure(); ++n) {
             players.Play();
             if (n % 16 == 0)
                 players.Compare();

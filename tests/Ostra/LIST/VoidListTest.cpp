@@ -278,16 +278,16 @@ TEST(VoidList, TheListIsARingForSteps)
 TEST(VoidList, StepsOfAnyNumberGoRoundTheRing)
 {
     const std::string items = "abcdefg";
-    for (unsigned count = 1; count <= items.size(); count++) {
+    for (unsigned count = 1; count <= items.size(); ++count) {
         Filled state(items.substr(0, count));
         const CT_VoidList& list = state.list;
         std::vector<Position*> at(1, list.pso_GetFirst());
         while (at.size() < count)
             at.push_back(list.pso_Skip(at.back(), 1));
         std::vector<int> steps = {INT_MIN, INT_MIN + 1, -1000000007, 1000000007, INT_MAX};
-        for (int step = -20; step <= 20; step++)
+        for (int step = -20; step <= 20; ++step)
             steps.push_back(step);
-        for (unsigned from = 0; from < count; from++) {
+        for (unsigned from = 0; from < count; ++from) {
             for (int step : steps) {
                 SCOPED_TRACE(std::to_string(count) + " items, " + std::to_string(step) +
                              " steps from " + std::to_string(from));
@@ -302,7 +302,7 @@ TEST(VoidList, StepsOfAnyNumberGoRoundTheRing)
 TEST(VoidList, IndexesCountFromOneAndGoOnRoundTheRing)
 {
     const std::string items = "abcdef";
-    for (unsigned count = 1; count <= items.size(); count++) {
+    for (unsigned count = 1; count <= items.size(); ++count) {
         SCOPED_TRACE(count);
         Filled state(items.substr(0, count));
         const CT_VoidList& list = state.list;
@@ -310,7 +310,7 @@ TEST(VoidList, IndexesCountFromOneAndGoOnRoundTheRing)
         EXPECT_EQ(list.pso_GetPosition(count), list.pso_GetLast());
         EXPECT_EQ(list.pso_GetPosition(0), list.pso_GetLast());
         EXPECT_EQ(list.pso_GetPosition(count + 1), list.pso_GetFirst());
-        for (unsigned index = 1; index <= 3 * count; index++)
+        for (unsigned index = 1; index <= 3 * count; ++index)
             EXPECT_EQ(ItemAt(list, list.pso_GetPosition(index)), items[(index - 1) % count]);
     }
 }
@@ -342,7 +342,7 @@ TEST(VoidList, CopiesJustTheBytesOfAnItem)
     for (unsigned size : {1u, 2u, 3u, 4u, 5u, 7u, 8u, 9u, 16u, 33u}) {
         SCOPED_TRACE(size);
         std::string first(size, '\0'), second(size, '\0');
-        for (unsigned n = 0; n < size; n++) {
+        for (unsigned n = 0; n < size; ++n) {
             first[n] = static_cast<char>(1 + n);
             second[n] = static_cast<char>(0x80 + n);
         }

@@ -65,7 +65,7 @@ template <class Array>
 Items Read(const Array& array)
 {
     Items items(array.n_GetCount());
-    for (unsigned index = 1; index <= items.size(); index++)
+    for (unsigned index = 1; index <= items.size(); ++index)
         array.v_GetAt(&items[index - 1], index);
     return items;
 }
@@ -117,7 +117,7 @@ void ModelSort(Items& items, unsigned left, unsigned right, Calls& log)
     do {
         swap(left, left + (right - left) / 2);
         unsigned last = left;
-        for (unsigned index = left + 1; index <= right; index++) {
+        for (unsigned index = left + 1; index <= right; ++index) {
             if (Ask(log, items[left - 1], items[index - 1]) > 0)
                 swap(++last, index);
         }
@@ -216,7 +216,7 @@ TEST(VoidSortedArray, FindGivesZeroForWhatIsNotThere)
     EXPECT_EQ(array.n_Find(&key), 0u);
     Fill(array, {5, 1, 3});
     EXPECT_EQ(array.n_Find(&key), 0u);
-    for (int index = 1; index <= 3; index++) {
+    for (int index = 1; index <= 3; ++index) {
         key = 2 * index - 1;
         EXPECT_EQ(array.n_Find(&key), static_cast<unsigned>(index));
     }
@@ -355,7 +355,7 @@ TEST(VoidSortedArray, ItemsOfAnySizeAreSorted)
             source.v_Insert(item.data());
         }
         CT_VoidSortedArray array(&source, Ascending);
-        for (int number = 1; number <= 5; number++) {
+        for (int number = 1; number <= 5; ++number) {
             std::vector<char> item(size);
             array.v_GetAt(item.data(), static_cast<unsigned>(number));
             EXPECT_EQ(Number(item.data()), number);
@@ -380,7 +380,7 @@ Items ReadItems(const CT_VoidSortedArray& array)
 {
     Items items;
     std::vector<char> item(array.n_GetItemSize());
-    for (unsigned index = 1; index <= array.n_GetCount(); index++) {
+    for (unsigned index = 1; index <= array.n_GetCount(); ++index) {
         array.v_GetAt(item.data(), index);
         items.push_back(Number(item.data()));
         EXPECT_EQ(item, Item(items.back(), array.n_GetItemSize()));
@@ -393,7 +393,7 @@ void CompareWithModel(unsigned size, int values, std::mt19937& random)
     CT_VoidSortedArray array(size, Recorded, 1 + random() % 8, 0);
     Items model;
     const unsigned count = random() % 60;
-    for (unsigned step = 0; step < count; step++) {
+    for (unsigned step = 0; step < count; ++step) {
         const int item = static_cast<int>(random() % values);
         Calls log;
         calls.clear();
@@ -426,7 +426,7 @@ TEST(VoidSortedArray, SearchInsertAndSortTakeTheStepsOfTheModel)
     std::mt19937 random(seed);
     for (unsigned size : {4u, 8u, 13u}) {
         SCOPED_TRACE(size);
-        for (int round = 0; round < 80; round++) {
+        for (int round = 0; round < 80; ++round) {
             CompareWithModel(size, round % 2 ? 50 : 1000, random);
             if (testing::Test::HasFatalFailure())
                 return;
@@ -439,7 +439,7 @@ TEST(VoidSortedArray, SearchTakesTheStepsOfTheModelForEachCountAndKey)
 {
     Items model;
     CT_VoidSortedArray array(4, Recorded, 8, 0);
-    for (int count = 0; count <= 70; count++) {
+    for (int count = 0; count <= 70; ++count) {
         for (int key = -5; key <= 10 * count + 5; key += 5) {
             Calls log;
             calls.clear();
@@ -467,7 +467,7 @@ Items KillerOrder(int count, int behind)
         Items larger = items;
         larger.push_back(items[0]);
         larger[0] = last + 1;
-        for (int item = 1; item <= behind; item++)
+        for (int item = 1; item <= behind; ++item)
             larger.push_back(last + 1 + item);
         std::swap(larger[0], larger[(larger.size() - 1) / 2]);
         items = larger;

@@ -43,7 +43,7 @@ void ExpectIndexForm(const CT_CompList* index, unsigned element, Text what)
 std::string RandomText(std::mt19937& random, unsigned letters)
 {
     std::string text;
-    for (unsigned left = random() % 9; left > 0; left--)
+    for (unsigned left = random() % 9; left > 0; --left)
         text += static_cast<char>('a' + random() % letters);
     return text;
 }
@@ -194,7 +194,7 @@ TYPED_TEST(BiLingualWordList, AListMayBeGivenItsOwnTexts)
     typename TypeParam::List list;
     this->Insert(list, "0", "zero");
     std::string last = "0";
-    for (unsigned number = 1; number < 60; number++) {
+    for (unsigned number = 1; number < 60; ++number) {
         const auto* source =
             TypeParam::FindTarget(list, this->Of(number == 1 ? "zero" : last).c_str());
         ASSERT_NE(source, nullptr);
@@ -214,7 +214,7 @@ TYPED_TEST(BiLingualWordList, RandomPairsAreFoundBothWays)
     const unsigned seed = Seed(5301);
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     std::mt19937 random(seed);
-    for (unsigned round = 0; round < 60; round++) {
+    for (unsigned round = 0; round < 60; ++round) {
         typename TypeParam::List list;
         std::unique_ptr<CT_CompList> indexes[2] = {
             std::unique_ptr<CT_CompList>(NewIndex<typename TypeParam::Unit>()),
@@ -222,7 +222,7 @@ TYPED_TEST(BiLingualWordList, RandomPairsAreFoundBothWays)
         std::string sources, targets;
         std::map<std::string, std::string> first, back;
         const unsigned pairs = random() % 120, letters = 1 + random() % 8;
-        for (unsigned count = 0; count < pairs; count++) {
+        for (unsigned count = 0; count < pairs; ++count) {
             const std::string source = RandomText(random, letters);
             const std::string target = RandomText(random, letters);
             this->Insert(list, source, target);
@@ -246,7 +246,7 @@ TYPED_TEST(BiLingualWordList, RandomPairsAreFoundBothWays)
             ASSERT_EQ(this->Source(list, word), text) << word;
         for (const auto& [word, text] : back)
             ASSERT_EQ(this->Target(list, word), text) << word;
-        for (unsigned count = 0; count < 50; count++) {
+        for (unsigned count = 0; count < 50; ++count) {
             const std::string word = RandomText(random, letters + 1);
             ASSERT_EQ(this->Source(list, word), first.count(word) ? first[word] : "(null)");
             ASSERT_EQ(this->Target(list, word), back.count(word) ? back[word] : "(null)");
@@ -261,9 +261,9 @@ TYPED_TEST(BiLingualWordList, ThousandsOfPairsAreTooMany)
     const auto lost = [&](unsigned pairs) {
         typename TypeParam::List list;
         std::vector<std::string> words;
-        for (unsigned count = 0; count < pairs; count++) {
+        for (unsigned count = 0; count < pairs; ++count) {
             std::string word = std::to_string(count) + "-";
-            for (unsigned left = 6; left > 0; left--)
+            for (unsigned left = 6; left > 0; --left)
                 word.insert(word.begin(), static_cast<char>('A' + random() % 26));
             words.push_back(word);
             this->Insert(list, word, word);

@@ -40,7 +40,7 @@ TYPED_TEST(BiWordListIterator, AnEmptyListIsAtHomeAndAtEnd)
 {
     typename TypeParam::List list;
     typename TypeParam::Walk walk(&list);
-    for (unsigned times = 0; times < 3; times++) {
+    for (unsigned times = 0; times < 3; ++times) {
         EXPECT_TRUE(walk.b_AtHome());
         EXPECT_TRUE(walk.b_AtEnd());
         EXPECT_EQ(walk.n_GetCount(), 0U);
@@ -61,7 +61,7 @@ TYPED_TEST(BiWordListIterator, TheFirstPairIsThereAtHomeAndAfterTheFirstStep)
     EXPECT_FALSE(walk.b_AtHome());
     EXPECT_TRUE(walk.b_AtEnd());
     EXPECT_EQ(this->Pair(walk), "cat-Katze");
-    for (unsigned times = 0; times < 3; times++) {
+    for (unsigned times = 0; times < 3; ++times) {
         EXPECT_EQ(walk.b_Next(), 0);
         EXPECT_TRUE(walk.b_AtEnd());
         EXPECT_EQ(this->Pair(walk), "cat-Katze");
@@ -71,10 +71,10 @@ TYPED_TEST(BiWordListIterator, TheFirstPairIsThereAtHomeAndAfterTheFirstStep)
 TYPED_TEST(BiWordListIterator, ThereAreAsManyStepsAsPairs)
 {
     typename TypeParam::List list;
-    for (unsigned number = 0; number < 40; number++)
+    for (unsigned number = 0; number < 40; ++number)
         this->Insert(list, std::to_string(number), std::string(number, 'x'));
     typename TypeParam::Walk walk(&list);
-    for (unsigned number = 1; number <= 40; number++) {
+    for (unsigned number = 1; number <= 40; ++number) {
         EXPECT_EQ(walk.b_Next(), 1);
         EXPECT_EQ(walk.b_AtEnd(), number == 40);
     }
@@ -171,7 +171,7 @@ TYPED_TEST(BiWordListIterator, AnEmptiedListHasStepsWithoutTexts)
     list.v_Set();
     typename TypeParam::Walk walk(&list);
     CT_CString source("x"), target("y");
-    for (unsigned number = 1; number <= 2; number++) {
+    for (unsigned number = 1; number <= 2; ++number) {
         EXPECT_EQ(walk.b_Next(), 1);
         EXPECT_EQ(this->Pair(walk), "-");
         walk.v_Get(&source, &target);
@@ -354,20 +354,20 @@ TEST(BiUWordListIterator, EveryStepIsThatOfTheBytes)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     std::mt19937 random(seed);
     const unsigned short units[] = {'a', 'b', 0x100, 0x4E00, 0x4E2D, 0x6587, 0xFF};
-    for (unsigned round = 0; round < 200; round++) {
+    for (unsigned round = 0; round < 200; ++round) {
         CT_BiLingualUWordList list;
         unsigned pairs = 1 + random() % 12;
-        for (unsigned count = 0; count < pairs; count++) {
+        for (unsigned count = 0; count < pairs; ++count) {
             Units words[2];
             for (Units& word : words)
-                for (unsigned left = random() % 5; left > 0; left--)
+                for (unsigned left = random() % 5; left > 0; --left)
                     word.push_back(units[random() % (round % 2 ? 7 : 5)]);
             Insert(list, words[0], words[1]);
         }
         Side sources(list.pcco_GetSourceBuffer()), targets(list.pcco_GetTargetBuffer());
         CT_BiUWordListIterator walk(&list);
         CT_UString source, target;
-        for (unsigned number = 1; number <= pairs; number++) {
+        for (unsigned number = 1; number <= pairs; ++number) {
             ASSERT_EQ(walk.b_Next(), 1);
             if (number > 1) {
                 sources.Step();

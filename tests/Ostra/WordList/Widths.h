@@ -65,7 +65,7 @@ struct TextsOf : testing::Test
     static std::string Ascii(const Unit* text)
     {
         std::string ascii;
-        for (; text && *text; text++)
+        for (; text && *text; ++text)
             ascii += static_cast<char>(*text);
         return text ? ascii : "(null)";
     }
@@ -96,7 +96,7 @@ struct TextsOf : testing::Test
         std::string bytes;
         for (const char* text : texts)
             for (const Unit unit : Of(text) + Unit(0))
-                for (unsigned n = 0; n < SIZE; n++)
+                for (unsigned n = 0; n < SIZE; ++n)
                     bytes += static_cast<char>(static_cast<unsigned>(unit) >> 8 * n);
         return bytes;
     }

@@ -38,7 +38,7 @@ template <typename Char>
 Printed Seen(int result, const Char* buffer, const Char* end)
 {
     Printed printed{result, {}};
-    for (; buffer != end && *buffer != MARK; buffer++)
+    for (; buffer != end && *buffer != MARK; ++buffer)
         printed.text += sizeof(Char) > 1 && *buffer > 0xFF ? '?' : static_cast<char>(*buffer);
     return printed;
 }

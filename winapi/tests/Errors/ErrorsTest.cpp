@@ -67,7 +67,7 @@ TEST(Errors, EachTextOfTheTableIsTold)
         const std::string expected = text == "-" ? "" : text + "\r\n";
         EXPECT_EQ(expected, NarrowText(std::stoul(code)));
         EXPECT_EQ(Wide(expected), WideText(std::stoul(code)));
-        rows++;
+        ++rows;
     }
     EXPECT_EQ(138, rows);
 }

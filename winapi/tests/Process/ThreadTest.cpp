@@ -18,7 +18,7 @@ TEST(Thread, TicksDoNotRunBackwards)
 {
     const DWORD first = GetTickCount();
     DWORD last = first;
-    for (int i = 0; i < 1000; i++) {
+    for (int i = 0; i < 1000; ++i) {
         const DWORD now = GetTickCount();
         EXPECT_LT(now - last, 0x80000000u);
         last = now;
@@ -40,7 +40,7 @@ TEST(Thread, InterlockedCallsAreWholeBetweenThreads)
 {
     LONG value = 0;
     const auto count = [&value] {
-        for (int i = 0; i < 20000; i++)
+        for (int i = 0; i < 20000; ++i)
             InterlockedIncrement(&value);
     };
     std::thread first(count);

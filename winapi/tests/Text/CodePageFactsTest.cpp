@@ -50,7 +50,7 @@ std::map<unsigned, Facts> ReadFacts()
         facts.undefined = HexNumber(row[3]);
         std::istringstream ranges(row[4]);
         for (std::string range; facts.pairs && ranges >> range;)
-            for (unsigned lead = HexNumber(range); lead <= HexNumber(range.substr(3)); lead++)
+            for (unsigned lead = HexNumber(range); lead <= HexNumber(range.substr(3)); ++lead)
                 facts.leads[lead] = true;
     }
     return pages;
@@ -80,7 +80,7 @@ unsigned CodeOf(UINT page, unsigned unit, BOOL& used)
 void CheckRow(UINT page, const Facts& facts, const Fields& row)
 {
     const unsigned first = HexNumber(row[2]);
-    for (unsigned code = first; code <= HexNumber(row[3]); code++) {
+    for (unsigned code = first; code <= HexNumber(row[3]); ++code) {
         const bool none = row[4] == "-";
         const unsigned value = none ? 0 : HexNumber(row[4]) + code - first;
         if (row[1] == "T") {
@@ -118,12 +118,12 @@ private:
 std::uint32_t DigestOf(UINT page, const Facts& facts)
 {
     Digest digest;
-    for (unsigned lead = 0; lead < 256; lead++) {
+    for (unsigned lead = 0; lead < 256; ++lead) {
         digest.Add(UnitOf(page, lead));
-        for (unsigned trail = 1; facts.leads[lead] && trail < 256; trail++)
+        for (unsigned trail = 1; facts.leads[lead] && trail < 256; ++trail)
             digest.Add(UnitOf(page, lead << 8 | trail));
     }
-    for (unsigned unit = 0; unit < 0x10000; unit++) {
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
         BOOL used = FALSE;
         digest.Add(CodeOf(page, unit, used));
         digest.Add(static_cast<unsigned>(used));
@@ -138,7 +138,7 @@ TEST(CodePageTable, EachPageIsValidAndHasItsLeadBytes)
     for (const auto& [page, facts] : Pages()) {
         SCOPED_TRACE(page);
         EXPECT_TRUE(IsValidCodePage(page));
-        for (unsigned lead = 0; lead < 256; lead++)
+        for (unsigned lead = 0; lead < 256; ++lead)
             EXPECT_EQ(facts.leads[lead], IsDBCSLeadByteEx(page, static_cast<BYTE>(lead)) != 0)
                 << lead;
     }
@@ -157,7 +157,7 @@ static bool IsAsked(UINT number)
 
 TEST(CodePageTable, NoOtherPageIsValid)
 {
-    for (UINT page = 0; page < 65535; page++) {
+    for (UINT page = 0; page < 65535; ++page) {
         if (!IsAsked(page))
             continue;
         EXPECT_EQ(Pages().contains(page), IsValidCodePage(page) != 0) << page;
@@ -171,7 +171,7 @@ TEST(CodePageTable, EachRowOfThePatchesIsAnswered)
         SCOPED_TRACE(testing::PrintToString(row));
         const unsigned page = static_cast<unsigned>(std::stoul(row[0]));
         CheckRow(page, Pages().at(page), row);
-        rows++;
+        ++rows;
         if (HasFailure())
             break;
     }

@@ -25,7 +25,7 @@ class Characters
 public:
     explicit Characters(UINT number) : page(number)
     {
-        for (unsigned unit = 0; unit < 0x10000; unit++) {
+        for (unsigned unit = 0; unit < 0x10000; ++unit) {
             char bytes[4];
             BOOL used = FALSE;
             const int length =
@@ -112,7 +112,7 @@ Text MixedText(unsigned seed, unsigned size)
         unsigned first = chance();
         if (kind == 3)
             length = 1;
-        for (; length; length--)
+        for (; length; --length)
             text += static_cast<Unit>(kind == 0   ? chance() % 128
                                       : kind == 1 ? 0x400 + chance() % 96
                                       : kind == 2 ? first++
@@ -128,10 +128,10 @@ TEST(CodePageText, AllUnitsTogetherConvertLikeEachAlone)
         SCOPED_TRACE(page);
         const Characters characters(page);
         WideString text(19, L'a');
-        for (unsigned unit = 0; unit < 0x10000; unit++)
+        for (unsigned unit = 0; unit < 0x10000; ++unit)
             text += static_cast<WCHAR>(unit);
         CheckUnits(page, characters, text);
-        for (unsigned seed = 0; seed < 8; seed++)
+        for (unsigned seed = 0; seed < 8; ++seed)
             CheckUnits(page, characters, MixedText<WideString>(seed, 100 + 300 * seed));
     }
 }
@@ -142,13 +142,13 @@ TEST(CodePageText, AllBytesAndPairsTogetherConvertLikeEachAlone)
         SCOPED_TRACE(page);
         const Characters characters(page);
         std::string text(19, 'a');
-        for (unsigned code = 0; code < 256; code++)
+        for (unsigned code = 0; code < 256; ++code)
             text += static_cast<char>(code);
-        for (unsigned pair = 0; pair < 0x10000; pair++)
+        for (unsigned pair = 0; pair < 0x10000; ++pair)
             if (IsDBCSLeadByteEx(page, static_cast<BYTE>(pair >> 8)))
                 text += {static_cast<char>(pair >> 8), static_cast<char>(pair)};
         CheckBytes(page, characters, text);
-        for (unsigned seed = 0; seed < 8; seed++)
+        for (unsigned seed = 0; seed < 8; ++seed)
             CheckBytes(page, characters, MixedText<std::string>(seed, 100 + 300 * seed));
     }
 }
@@ -160,7 +160,7 @@ TEST(CodePageText, ShortRoomHoldsTheCharactersThatFit)
         const Characters characters(page);
         const WideString text = MixedText<WideString>(77, 200);
         const std::string bytes = characters.Bytes(text);
-        for (int room = 1; room < static_cast<int>(bytes.size()); room++) {
+        for (int room = 1; room < static_cast<int>(bytes.size()); ++room) {
             std::string out(room, '\0');
             SetLastError(0);
             EXPECT_EQ(0, ToBytes(page, text, out.data(), room, nullptr));
@@ -169,7 +169,7 @@ TEST(CodePageText, ShortRoomHoldsTheCharactersThatFit)
             EXPECT_EQ(bytes.substr(0, room - 1), out.substr(0, room - 1));
         }
         const WideString units = characters.Units(bytes);
-        for (int room = 1; room < static_cast<int>(units.size()); room++) {
+        for (int room = 1; room < static_cast<int>(units.size()); ++room) {
             WideString out(room, 0);
             EXPECT_EQ(0, ToUnits(page, bytes, out.data(), room));
             EXPECT_TRUE(units.substr(0, room) == out);

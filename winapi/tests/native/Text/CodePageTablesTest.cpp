@@ -27,7 +27,7 @@ extern "C" void* __real_calloc(std::size_t count, std::size_t size);
 extern "C" void* __wrap_calloc(std::size_t count, std::size_t size)
 {
     if (size >= sizeof(CodePage)) {
-        tables++;
+        ++tables;
         if (exhausted)
             return nullptr;
     }
@@ -66,7 +66,7 @@ TEST(CodePages, TablesAreBuiltOnce)
     ASSERT_NE(nullptr, page);
     const int before = tables;
     WCHAR unit;
-    for (int i = 0; i < 100; i++)
+    for (int i = 0; i < 100; ++i)
         MultiByteToWideChar(855, 0, "\x86", 1, &unit, 1);
     EXPECT_EQ(before, tables);
     EXPECT_EQ(page, FindCodePage(855));
