@@ -6,10 +6,10 @@
 #include <windows.h>
 #include <shellapi.h>
 
-#include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
 #include <io.h>
+#include <cstdio>
+#include <filesystem>
 #include <string_view>
 
 namespace common

@@ -10,9 +10,9 @@
 #include "Statistics.h"
 #include "Wildcard.h"
 
+#include <Ostra/CompList/UCompListIterator.h>
 #include <Common/Spool.h>
 #include <Common/Utf8.h>
-#include <Ostra/CompList/UCompListIterator.h>
 
 #include <algorithm>
 #include <new>

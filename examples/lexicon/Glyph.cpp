@@ -1,8 +1,8 @@
 // examples/lexicon/Glyph.cpp
 #include "Glyph.h"
 
-#include <Common/Utf8.h>
 #include <Ostra/Unicode/CharProperties.h>
+#include <Common/Utf8.h>
 
 namespace lexicon
 {

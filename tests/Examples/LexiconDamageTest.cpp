@@ -1,9 +1,9 @@
 // tests/Examples/LexiconDamageTest.cpp: files that are no lexicon, or no longer one.
 #include "RunLexicon.h"
 
+#include <Ostra/Frame/Text.h>
 #include <Lexicon.h>
 #include <Storage.h>
-#include <Ostra/Frame/Text.h>
 
 #include "Support/Directory.h"
 

@@ -1,9 +1,9 @@
 // tests/Examples/LexiconErrorTest.cpp: what the commands refuse, and what stays behind.
 #include "RunLexicon.h"
 
-#include <Commands.h>
 #include <Ostra/File/WinFile.h>
 #include <Ostra/Frame/Text.h>
+#include <Commands.h>
 
 #include "Support/Directory.h"
 

@@ -1,12 +1,12 @@
 // tests/Examples/LexiconPartsTest.cpp: the pieces that the commands are made of.
 #include "RunLexicon.h"
 
+#include <Ostra/CompList/CompListBuilder.h>
+#include <Ostra/Frame/Text.h>
+#include <Common/Utf8.h>
 #include <Lexicon.h>
 #include <Progress.h>
 #include <Storage.h>
-#include <Common/Utf8.h>
-#include <Ostra/CompList/CompListBuilder.h>
-#include <Ostra/Frame/Text.h>
 
 #include "Support/Directory.h"
 

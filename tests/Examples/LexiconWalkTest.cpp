@@ -1,11 +1,11 @@
 // tests/Examples/LexiconWalkTest.cpp: what goes over a whole list: patterns and statistics.
 #include "RunLexicon.h"
 
-#include <Statistics.h>
-#include <Common/Utf8.h>
 #include <Ostra/CompList/CCompListIterator.h>
 #include <Ostra/CompList/CompListBuilder.h>
 #include <Ostra/Frame/Text.h>
+#include <Common/Utf8.h>
+#include <Statistics.h>
 
 #include "Support/Directory.h"
 

@@ -1,9 +1,9 @@
 // tests/Examples/RunLexicon.cpp
 #include "RunLexicon.h"
 
+#include <Ostra/Frame/ErrorManager.h>
 #include <Commands.h>
 #include <Common/Utf8.h>
-#include <Ostra/Frame/ErrorManager.h>
 
 #include <windows.h>
 

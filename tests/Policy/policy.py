@@ -99,6 +99,11 @@ def check_sources():
                 breach(path, number, "names a processor's means, which Ostra/Frame/Vector.h alone does")
             if re.search(r"\b(throw|dynamic_cast|typeid)\b", stripped(line)):
                 breach(path, number, "the library throws nothing and asks no language run-time types")
+        own = path.with_suffix(".h").relative_to(TOP / "src").as_posix()
+        includes = re.findall(r"^#include [^\n]*\n\n?", text, re.M)
+        if path.suffix == ".cpp" and path.with_suffix(".h").is_file():
+            if not includes or not re.fullmatch(rf"#include <{own}>\n(\n|$)", includes[0]):
+                breach(path, 1, "its own header is included first, in a block of its own")
         if path.suffix == ".h" and "#pragma once" not in text:
             breach(path, 1, "no #pragma once")
         first = text.split("\n", 1)[0]

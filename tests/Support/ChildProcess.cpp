@@ -12,11 +12,11 @@
 #include <io.h>
 #include <process.h>
 #else
-#include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
 #endif
 
 namespace

@@ -1,8 +1,8 @@
 // tests/Support/Directory.cpp
 #include "Support/Directory.h"
 
-#include <chrono>
 #include <cctype>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <random>

@@ -1,6 +1,6 @@
 // tools/check/listcheck.cpp: tells whether compressed lists are sound.
-#include "Files.h"
 #include "ListCheck.h"
+#include "Files.h"
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 // tools/check/listdump.cpp: prints compressed lists as annotated hex text.
-#include "Files.h"
 #include "ListDump.h"
+#include "Files.h"
 
 #include <cstdio>
 

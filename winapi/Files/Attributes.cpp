@@ -4,9 +4,9 @@
 // programs use for them, as a number in hex digits behind "0x".
 #include "Files/Attributes.h"
 
+#include "Base/Posix.h"
 #include "Errors/Failure.h"
 #include "Files/Names.h"
-#include "Base/Posix.h"
 
 #include <charconv>
 #include <string_view>

@@ -5,11 +5,11 @@
 // looked up when its turn comes; one that has gone by then is left out.
 #include "winapi/Files/FileSearch.h"
 
-#include "Files/Attributes.h"
-#include "Errors/Failure.h"
 #include "Base/Handles.h"
-#include "Files/Names.h"
 #include "Base/Posix.h"
+#include "Errors/Failure.h"
+#include "Files/Attributes.h"
+#include "Files/Names.h"
 #include "Files/Wildcard.h"
 #include "Text/UpperCase.h"
 

@@ -1,6 +1,6 @@
 // winapi/Files/MoveCopyDelete.cpp: deleting, moving and copying files by name.
-#include "Files/Attributes.h"
 #include "Errors/Failure.h"
+#include "Files/Attributes.h"
 #include "Files/Names.h"
 #include "Files/OpenFile.h"
 #include "winapi/Files/File.h"

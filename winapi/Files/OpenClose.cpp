@@ -1,8 +1,8 @@
 // winapi/Files/OpenClose.cpp: handles of files, from CreateFile to CloseHandle.
 #include "winapi/Files/File.h"
 
-#include "Files/Attributes.h"
 #include "Errors/Failure.h"
+#include "Files/Attributes.h"
 #include "Files/Names.h"
 #include "Files/OpenFile.h"
 

@@ -1,8 +1,8 @@
 // winapi/Files/OpenFile.cpp
 #include "Files/OpenFile.h"
 
-#include "Files/Attributes.h"
 #include "Errors/Failure.h"
+#include "Files/Attributes.h"
 #include "Files/Names.h"
 #include "winapi/Files/File.h"
 

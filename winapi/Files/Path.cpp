@@ -1,10 +1,10 @@
 // winapi/Files/Path.cpp: full names, directories, drives.
 #include "winapi/Files/Path.h"
 
+#include "Base/HostVariables.h"
+#include "Base/Posix.h"
 #include "Errors/Failure.h"
 #include "Files/Names.h"
-#include "Base/Posix.h"
-#include "Base/HostVariables.h"
 
 namespace winapi
 {

@@ -1,12 +1,12 @@
 // winapi/Process/Module.cpp
 #include "winapi/Process/Module.h"
 
+#include <sys/auxv.h>
+#include <unistd.h>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <sys/auxv.h>
-#include <unistd.h>
 
 #include "Base/Posix.h"
 #include "winapi/Errors/LastError.h"

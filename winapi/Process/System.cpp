@@ -1,8 +1,8 @@
 // winapi/Process/System.cpp
 #include "winapi/Process/System.h"
 
-#include <cstring>
 #include <unistd.h>
+#include <cstring>
 
 #include "Base/Posix.h"
 #include "winapi/Errors/LastError.h"

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <iterator>
 
-#include "Text/CodePageTables.h"
 #include "Text/AnsiPage.h"
+#include "Text/CodePageTables.h"
 #include "Text/Utf.h"
 #include "winapi/Errors/LastError.h"
 

@@ -3,8 +3,8 @@
 
 #include <Ostra/Frame/Platform.h>
 
-#include <atomic>
 #include <ext/atomicity.h>
+#include <atomic>
 
 // Changes by one; the results are the new values.
 //

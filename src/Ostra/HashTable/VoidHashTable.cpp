@@ -3,8 +3,8 @@
 
 #include <Ostra/ARRAY/RawItem.h>
 #include <Ostra/Frame/Counts.h>
-#include <Ostra/HashTable/Prime.h>
 #include <Ostra/Frame/Report.h>
+#include <Ostra/HashTable/Prime.h>
 #include <Ostra/String/Compare.h>
 
 #include <algorithm>

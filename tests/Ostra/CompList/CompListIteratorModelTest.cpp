@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <Models/CompListKey.h>
-#include <Models/CompListWords.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <Models/CompListKey.h>
+#include <Models/CompListWords.h>
 #include <Support/Directory.h>
 
 namespace

@@ -5,11 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <Models/CompListKey.h>
-#include <Models/KeyTree.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <Models/CompListKey.h>
+#include <Models/KeyTree.h>
 #include <Support/Directory.h>
 #include <Support/Private.h>
 #include <Support/Slots.h>

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <Models/CompListKey.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <Models/CompListKey.h>
 #include <Support/Directory.h>
 #include <Support/Endless.h>
 

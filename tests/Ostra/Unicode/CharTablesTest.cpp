@@ -1,8 +1,8 @@
 // tests/Ostra/Unicode/CharTablesTest.cpp: the tables answer as a search over their rows would.
+#include <Ostra/String/UString.h>
 #include <Ostra/Unicode/CharMappings.h>
 #include <Ostra/Unicode/CharProperties.h>
 #include <Ostra/Unicode/CharRows.h>
-#include <Ostra/String/UString.h>
 
 #include "Support/Private.h"
 

@@ -1,7 +1,7 @@
 // tests/System/Forum/ForumTest.cpp: the class, its list, speaking and arguments.
-#include "System/Forum/Listener.h"
 #include "Support/Private.h"
 #include "Support/Slots.h"
+#include "System/Forum/Listener.h"
 
 #include <Ostra/String/CString.h>
 

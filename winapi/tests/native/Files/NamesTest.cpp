@@ -2,8 +2,8 @@
 #include "../../Support/Calls.h"
 
 #include "Files/Names.h"
-#include "Support/Directory.h"
 #include "Files/Wildcard.h"
+#include "Support/Directory.h"
 
 #include <filesystem>
 #include <random>
