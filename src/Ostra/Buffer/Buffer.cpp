@@ -29,6 +29,14 @@ void v_Move(char* pc_To, const void* qcv_From, unsigned n_Count)
     if (n_Count > 0)
         std::memmove(pc_To, qcv_From, n_Count);
 }
+
+// How many bytes of the block come with it when it moves. Those behind the used ones of a shared
+// block stay where they are, and no copy of it has them.
+unsigned n_GetKeptSize(const CT_Buffer& co)
+{
+    const unsigned n_Used = co.n_GetUsedSize(), n_Room = co.n_GetMaximumSize();
+    return n_Used > n_Room || co.n_GetUseCount() > 1 ? n_Used : n_Room;
+}
 } // namespace
 
 // ---- Construction ---------------------------------------------------------------------------
@@ -273,10 +281,11 @@ void CT_Buffer::v_Replace(unsigned char c_Byte, unsigned n_Count, unsigned n_Off
         std::memset(pc_At, c_Byte, n_Count);
 }
 
-// Bytes of the buffer's own are looked up behind the growth, which may move them.
+// Bytes of the buffer's own, also of its unused room, are looked up behind the growth, which may
+// move them.
 void CT_Buffer::v_ReplaceOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
-    const unsigned n_Held = n_RangeOf(ALL, n_From);
+    const unsigned n_Held = n_GetKeptSize(*this) - n_From;
     if (char* pc_At = pc_ReplaceAt(n_Count, n_Offset))
         v_Move(pc_At, pc_Data + n_From, std::min(n_Count, n_Held));
 }
@@ -284,7 +293,7 @@ void CT_Buffer::v_ReplaceOwn(unsigned n_From, unsigned n_Count, unsigned n_Offse
 void CT_Buffer::v_Replace(const void* qcv_Data, unsigned n_Count, unsigned n_Offset)
 {
     const unsigned n_From = n_PlaceOf(qcv_Data);
-    if (n_From != NONE)
+    if (n_From < n_GetKeptSize(*this))
         v_ReplaceOwn(n_From, n_Count, n_Offset);
     else if (char* pc_At = pc_ReplaceAt(n_Count, n_Offset))
         v_Move(pc_At, qcv_Data, n_Count);
@@ -330,27 +339,29 @@ void CT_Buffer::v_Insert(unsigned char c_Byte, unsigned n_Count, unsigned n_Offs
         std::memset(pc_At, c_Byte, n_Count);
 }
 
-// A range of the buffer's own. The gap moves what lies behind it, and may lie within the range; of
-// a range that passes the used end the gap keeps what it had.
+// A range of the buffer's own. The gap moves the used bytes behind it, and may lie within the range.
+// The room behind the used bytes is read as it stands when the gap is open.
 void CT_Buffer::v_InsertOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
-    const unsigned n_Used = n_GetUsedSize();
+    const unsigned n_Kept = n_GetKeptSize(*this);
+    const unsigned n_Used = n_RangeOf(n_Count, n_From);
     char* pc_At = pc_InsertAt(n_Count, n_Offset);
-    if (!pc_At || n_From >= n_Used)
+    if (!pc_At || n_From >= n_Kept)
         return;
-    const unsigned n_Held = std::min(n_Count, n_Used - n_From);
+    const unsigned n_Held = std::min(n_Count, n_Used);
     const unsigned n_Before = n_Offset > n_From ? std::min(n_Held, n_Offset - n_From) : 0;
     v_Move(pc_At, pc_Data + n_From, n_Before);
     v_Move(pc_At + n_Before, pc_Data + n_From + n_Before + n_Count, n_Held - n_Before);
+    v_Move(pc_At + n_Held, pc_Data + n_From + n_Held, std::min(n_Count, n_Kept - n_From) - n_Held);
 }
 
 void CT_Buffer::v_Insert(const void* qcv_Data, unsigned n_Count, unsigned n_Offset)
 {
     const unsigned n_From = n_PlaceOf(qcv_Data);
-    if (n_From != NONE)
+    if (n_From < n_GetKeptSize(*this))
         v_InsertOwn(n_From, n_Count, n_Offset);
     else if (char* pc_At = pc_InsertAt(n_Count, n_Offset))
-        std::memcpy(pc_At, qcv_Data, n_Count);
+        std::memmove(pc_At, qcv_Data, n_Count);
 }
 
 void CT_Buffer::v_Insert(const CT_Buffer* pcco_Buffer, unsigned n_From, unsigned n_Count,

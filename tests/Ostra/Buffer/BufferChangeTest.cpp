@@ -1,6 +1,8 @@
 // tests/Ostra/Buffer/BufferChangeTest.cpp: overwriting, inserting, removing, moving.
 #include "Ostra/Buffer/BufferText.h"
 
+#include <cstring>
+
 namespace
 {
 constexpr unsigned ALL = 0xFFFFFFFF;
@@ -115,11 +117,12 @@ TEST(BufferChange, ReplaceByItsOwnBytesThatGrowsTakesWhatWasMeant)
     shared.v_Replace(static_cast<const char*>(other.qcv_Get()) + 5, 3, 30);
     EXPECT_EQ(Bytes(shared), twenty + std::string(10, '\0') + "567");
     EXPECT_EQ(Bytes(other), twenty);
-    // What lies behind the used end isn't taken for bytes.
+    // Behind the used end come the bytes of the room.
     CT_Buffer short_one("abcdef", 6, 32);
-    short_one.v_Replace(static_cast<const char*>(short_one.qcv_Get()) + 4, 10, 0);
-    EXPECT_EQ(short_one.n_GetUsedSize(), 10U);
-    EXPECT_EQ(Bytes(short_one).substr(0, 6), "efcdef");
+    char* bytes = static_cast<char*>(const_cast<void*>(short_one.qcv_Get()));
+    std::memset(bytes + 6, 'x', 14);
+    short_one.v_Replace(bytes + 4, 10, 0);
+    EXPECT_EQ(Bytes(short_one), "efxxxxxxxx");
 }
 
 // ---- Insert and append ----------------------------------------------------------------------
@@ -497,4 +500,34 @@ TEST(BufferChange, AtInsertMoveFromAHolderOfTheSameBlock)
     EXPECT_EQ(Bytes(buffer), "ABBCDCDE");
     EXPECT_EQ(Bytes(other), "AE");
     EXPECT_EQ(CT_Buffer::sn_GetAllocCount(), count + 1);
+}
+
+// Bytes that were put there through the address, behind the used ones.
+TEST(BufferChange, BytesOfTheUnusedRoomAreTaken)
+{
+    for (const unsigned count : {3U, 60U}) {
+        SCOPED_TRACE(count);
+        CT_Buffer filled("UVW", 3, 128), replaced(100, 128), appended("A", 1, 128);
+        for (CT_Buffer* buffer : {&filled, &replaced, &appended})
+            std::memset(static_cast<char*>(const_cast<void*>(buffer->qcv_Get())) + 20, 'x', count);
+        filled.v_Insert(static_cast<const char*>(filled.qcv_Get()) + 20, count, 3);
+        EXPECT_EQ(Bytes(filled), "UVW" + std::string(count, 'x'));
+        replaced.v_Replace(static_cast<const char*>(replaced.qcv_Get()) + 20, count, 0);
+        EXPECT_EQ(Bytes(replaced), std::string(count, 'x'));
+        appended.v_Append(static_cast<const char*>(appended.qcv_Get()) + 20, count);
+        EXPECT_EQ(Bytes(appended), "A" + std::string(count, 'x'));
+    }
+}
+
+TEST(BufferChange, BytesOfTheUnusedRoomOfASharedBlockAreTaken)
+{
+    CT_Buffer buffer("UVW", 3, 64);
+    CT_Buffer other(&buffer);
+    const char* room = static_cast<const char*>(buffer.qcv_Get()) + 20;
+    std::memcpy(const_cast<char*>(room), "xyz", 3);
+    buffer.v_Append(room, 3);
+    EXPECT_EQ(Bytes(buffer), "UVWxyz");
+    EXPECT_EQ(Bytes(other), "UVW");
+    other.v_Replace(room, 3, 1);
+    EXPECT_EQ(Bytes(other), "Uxyz");
 }
