@@ -6,7 +6,6 @@
 #include <Ostra/Frame/Report.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -170,19 +169,20 @@ void CT_VoidArray::v_InsertItem(const void* pcv_Item, unsigned n_To)
     b_InsertBytes(pcv_Item, n_Own, n_To);
 }
 
-// Where in the array's own block the item lies, which moves when it grows; NONE elsewhere.
+// Where in the array's own block the item lies, which moves when it grows; NONE elsewhere, and
+// behind the items of a shared block, where it stays.
 unsigned CT_VoidArray::n_OffsetOf(const void* pcv_Item) const
 {
-    const std::uintptr_t n_Offset = reinterpret_cast<std::uintptr_t>(pcv_Item) -
-                                    reinterpret_cast<std::uintptr_t>(co_Buffer.qcv_Get());
-    return n_Offset < co_Buffer.n_GetMaximumSize() ? static_cast<unsigned>(n_Offset) : NONE;
+    const unsigned n_Place = co_Buffer.n_PlaceOf(pcv_Item);
+    return co_Buffer.n_GetUseCount() > 1 && n_Place >= co_Buffer.n_GetUsedSize() ? NONE : n_Place;
 }
 
-// Inserts the bytes of an item, or those at n_Own of the array itself. Whether all was inserted.
+// Inserts the bytes of an item, or those at n_Own of the array's own block, which may have moved.
+// Whether all was inserted.
 int CT_VoidArray::b_InsertBytes(const void* pcv_Item, unsigned n_Own, unsigned n_To)
 {
     if (n_Own != NONE)
-        return b_InsertOwn(n_Own, n_ItemSize, n_To);
+        pcv_Item = static_cast<const char*>(co_Buffer.qcv_Get()) + n_Own;
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
     co_Buffer.v_Insert(pcv_Item, n_ItemSize, n_To);
     return b_Settle(n_Used, n_ItemSize, n_To);

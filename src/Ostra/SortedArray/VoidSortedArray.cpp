@@ -113,8 +113,15 @@ void CT_VoidSortedArray::v_GetAt(void* pv_Item, unsigned n_Index) const
 
 void CT_VoidSortedArray::v_SetAt(const void* pcv_Item, unsigned n_Index)
 {
+    // One of the array's own items may move when the other goes.
+    const auto n_Place = reinterpret_cast<std::uintptr_t>(pcv_Item) -
+                         reinterpret_cast<std::uintptr_t>(pc_GetItem(1));
+    const bool b_Own = n_Place < co_Array.pcco_GetBuffer()->n_GetUsedSize();
+    const CT_Buffer co_Held(b_Own ? pcv_Item : nullptr, b_Own ? n_GetItemSize() : 0, 32);
+    if (b_Own && !co_Held.qcv_Get())
+        return;
     co_Array.v_RemoveAt(n_Index);
-    v_Insert(pcv_Item);
+    v_Insert(b_Own ? co_Held.qcv_Get() : pcv_Item);
 }
 
 // ---- Search and comparison ----------------------------------------------------------------

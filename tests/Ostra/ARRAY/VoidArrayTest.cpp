@@ -726,3 +726,17 @@ TEST(VoidArray, RandomOperationsAgreeWithAVector)
         }
     }
 }
+
+TEST(VoidArray, AnItemThatWasRemovedIsInsertedFromWhereItLay)
+{
+    for (bool shared : {false, true}) {
+        SCOPED_TRACE(shared);
+        CT_VoidArray array(4);
+        Fill(array, {1, 2, 3});
+        const char* data = static_cast<const char*>(array.pcco_GetBuffer()->qcv_Get());
+        array.v_RemoveAt(3);
+        const std::unique_ptr<CT_VoidArray> holder(shared ? new CT_VoidArray(&array) : nullptr);
+        array.v_InsertAt(data + 8, 3);
+        EXPECT_EQ(Read(array), (Items{1, 2, 3}));
+    }
+}

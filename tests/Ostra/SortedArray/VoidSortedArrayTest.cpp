@@ -516,3 +516,21 @@ TEST(VoidSortedArray, AKillerOrderIsSortedInTheStepsOfTheModel)
         EXPECT_TRUE(array.b_IsSorted());
     }
 }
+
+TEST(VoidSortedArray, SetAtTakesAnOwnItemAsItStandsBefore)
+{
+    for (unsigned from : {1u, 2u, 3u, 4u, 5u})
+        for (unsigned at : {1u, 2u, 3u, 4u, 5u}) {
+            SCOPED_TRACE(testing::Message() << "item " << from << " at " << at);
+            Items model = {10, 20, 30, 40, 50};
+            CT_VoidArray source(4);
+            Fill(source, model);
+            CT_VoidSortedArray array(&source, Ascending);
+            const void* data = array.pcco_GetArray()->pcco_GetBuffer()->qcv_Get();
+            const int item = model[from - 1];
+            array.v_SetAt(static_cast<const char*>(data) + (from - 1) * 4, at);
+            CT_VoidSortedArray expected(&source, Ascending);
+            expected.v_SetAt(&item, at);
+            EXPECT_EQ(Read(array), Read(expected));
+        }
+}
