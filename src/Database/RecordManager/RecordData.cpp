@@ -146,6 +146,8 @@ unsigned CT_RecordManager::n_AddRecord(const CT_Buffer* pcco_Data)
         return 0;
     const unsigned n_OldEnd = st_Header.n_Size;
     const unsigned n_HeadSize = st_Header.n_RecordHeaderSize + HEAD_DATA;
+    if (!b_ReserveBody(n_HeadSize, n_BodySize))
+        return 0;
     const unsigned n_InHead =
         HEAD_DATA + std::min(pcco_Data->n_GetUsedSize(), st_Header.n_RecordHeaderSize);
     const unsigned n_Head = n_GetFreeBlock(n_HeadSize);

@@ -256,6 +256,8 @@ private:
 
     int b_IsTableFull() const;
     int b_IsBlockSize(unsigned n_Size) const;
+    int b_ChainHas(unsigned n_Need, int b_Head) const;
+    int b_ReserveBody(unsigned n_HeadSize, unsigned n_BodySize);
     int b_Extend(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size);
     void v_GiveBack(unsigned n_OldEnd, unsigned n_Block, unsigned n_Size);
     st_Given so_BeforeGiving(unsigned n_Block) const;

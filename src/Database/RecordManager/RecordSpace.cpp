@@ -16,10 +16,12 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace
 {
 constexpr unsigned LINK = 4;
+constexpr unsigned MAX_END = 0xFFFFFFFF; // of the blocks
 // A chain is put into memory when walking it has cost about as much.
 constexpr unsigned CHAIN_COST = 32;
 } // namespace
@@ -312,6 +314,43 @@ int CT_RecordManager::b_IsBlockSize(unsigned n_Size) const
     if (n_AlignBlockSize(n_Size) >= n_Size)
         return 1;
     co_File.b_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+    CT_Report::sb_Failed(qccz_Source);
+    return 0;
+}
+
+// Whether a block of the chain, behind its head or with it, is that large.
+int CT_RecordManager::b_ChainHas(unsigned n_Need, int b_Head) const
+{
+    if (!b_HasFreeChain())
+        return 0;
+    st_FreeBlock so_Head;
+    co_FreeBlocks.v_GetAt(&so_Head, static_cast<int>(co_FreeBlocks.n_GetCount()));
+    unsigned n_Block = b_Head ? so_Head.n_Offset : n_Read(so_Head.n_Offset + LINK);
+    unsigned n_Left = st_Header.n_BlockSize ? st_Header.n_Size / st_Header.n_BlockSize : 0;
+    for (; n_Block && n_Left; --n_Left) {
+        if (n_AlignBlockSize(n_Read(n_Block)) >= n_Need)
+            return 1;
+        n_Block = n_Read(n_Block + LINK);
+    }
+    return 0;
+}
+
+// Makes the file reach as far as a new body is written that no free block can have: a refusal comes
+// before anything is taken, or each try would cut a free block for the head. While the file is long
+// enough, or the free space may have the room, there is nothing to do.
+int CT_RecordManager::b_ReserveBody(unsigned n_HeadSize, unsigned n_BodySize)
+{
+    const unsigned n_Head = n_AlignBlockSize(n_HeadSize), n_Body = n_AlignBlockSize(n_BodySize);
+    std::uint64_t n8_End = std::uint64_t{st_Header.n_Size} + n_Head + n_Body;
+    if (!n_BodySize || n8_End <= (co_File.b_GetMapping() ? co_File.n_MapSize : MAX_END) ||
+        n_FindFreeBlock(n_Body) || b_ChainHas(n_Body, 1))
+        return 1;
+    if (n_FindFreeBlock(n_Head) || b_ChainHas(n_Head, 0))
+        n8_End -= n_Head;
+    if (n8_End > MAX_END)
+        co_File.b_RefuseMap(ERROR_NOT_ENOUGH_MEMORY);
+    else if (co_File.b_Reserve(static_cast<unsigned>(n8_End) - n_Body + n_BodySize))
+        return 1;
     CT_Report::sb_Failed(qccz_Source);
     return 0;
 }

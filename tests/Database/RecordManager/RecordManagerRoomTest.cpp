@@ -218,6 +218,35 @@ TEST(RecordManagerRoom, RefusedAdditionGivesTheHeadBack)
     records.Close();
 }
 
+// In a table with room, and in one that has a chain: the head that is refused a body cuts nothing.
+TEST(RecordManagerRoom, RefusedAdditionsCutNoFreeBlocks)
+{
+    const std::string large(3000, 'l');
+    for (unsigned freed : {0u, 130u}) {
+        SCOPED_TRACE(freed);
+        RecordFile records;
+        records.Create(8, 64, 0);
+        const unsigned gone = records.Add(large);
+        std::vector<unsigned> references;
+        for (unsigned i = 0; i < freed; ++i)
+            references.push_back(records.Add("freed"));
+        records.Add("kept");
+        records->v_DeleteRecord(gone);
+        for (unsigned reference : references)
+            records->v_DeleteRecord(reference);
+        const unsigned end = records->n_GetSize();
+        for (unsigned i = 0; i < 100; ++i) {
+            const Endless endless(SIZES[0]);
+            EXPECT_EQ(records->n_AddRecord(&endless), 0u);
+            EXPECT_EQ(TakeCode(), 8u);
+        }
+        records.Add(large);
+        EXPECT_EQ(records->n_GetSize(), end) << "the place of the one that went";
+        records.Close();
+        ExpectSound(ReadBytes("test.rec"));
+    }
+}
+
 // In a table with room, in a full one, and in one that has a chain.
 TEST(RecordManagerRoom, RefusedUpdateLeavesTheOldBody)
 {
