@@ -90,6 +90,8 @@ def check_lengths():
 
 
 def check_sources():
+    everything = (TOP / "src/Ostra/Ostra.h").read_text("utf-8")
+    public = {TOP / "src" / header for header in re.findall(r"#include <(.*)>", everything)}
     for path in files("src", "*.cpp", "*.h"):
         text = path.read_text("utf-8")
         for number, line in enumerate(text.splitlines(), 1):
@@ -97,6 +99,8 @@ def check_sources():
                 breach(path, number, "a platform conditional in the library")
             if PROCESSOR.search(line) and path.name != "Vector.h":
                 breach(path, number, "names a processor's means, which Ostra/Frame/Vector.h alone does")
+            if path in public and re.match(r"\s*#\s*include <(winapi/|windows\.h)", line):
+                breach(path, number, "a public header brings names of the services; Platform.h declares those it needs")
             if re.search(r"\b(throw|dynamic_cast|typeid)\b", stripped(line)):
                 breach(path, number, "the library throws nothing and asks no language run-time types")
         own = path.with_suffix(".h").relative_to(TOP / "src").as_posix()

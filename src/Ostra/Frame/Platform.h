@@ -4,10 +4,15 @@
 // functions are no part of the library's interface, so public headers include this one only.
 #pragma once
 
+using BOOL = int;
+using LPVOID = void*;
+using HANDLE = void*;
+struct HINSTANCE__;
+using HINSTANCE = HINSTANCE__*;
+
 // The one place in the library that asks for the platform.
 #ifdef _WIN32
 
-using BOOL = int;
 using LONG = long;
 using DWORD = unsigned long;
 #ifdef _WIN64
@@ -17,16 +22,17 @@ using LONG_PTR = long long;
 using INT_PTR = int;
 using LONG_PTR = long;
 #endif
-using LPVOID = void*;
-using HANDLE = void*;
-struct HINSTANCE__;
-using HINSTANCE = HINSTANCE__*;
 
 #define OSTRA_ENTRY __stdcall // how the system calls a module's entry
 
 #else
 
-#include <winapi/Base/Types.h>
+#include <cstdint>
+
+using LONG = std::int32_t;
+using DWORD = std::uint32_t;
+using INT_PTR = std::intptr_t;
+using LONG_PTR = std::intptr_t;
 
 #define OSTRA_ENTRY
 
