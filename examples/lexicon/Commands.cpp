@@ -194,6 +194,7 @@ bool Job::Save(Builder* builder, Output* output)
         Progress progress(streams.terminal, "building");
         builder->Save(&output->Fresh(), &progress);
     }
+    output->LeaveToOthers();
     if (!Failing())
         output->Commit();
     return !Failed(SOURCE) || Abandon(output, Operand(1));
@@ -454,6 +455,8 @@ bool Job::WritePicture(const CT_UString& name, const std::string& picture) const
         Write(name, picture);
     else if (output.Take(name) && Write(output.Fresh(), picture))
         output.Commit();
+    else
+        output.LeaveToOthers();
     return !Failed(SOURCE) || Abandon(&output, arguments.output);
 }
 

@@ -154,6 +154,13 @@ bool Output::Replace() const
     return done && closed;
 }
 
+void Output::LeaveToOthers()
+{
+    const CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    if (errors->b_IsSetError() && errors->n_GetErrorCode() == ERROR_SHARING_VIOLATION)
+        taken = false;
+}
+
 void Output::Discard()
 {
     CT_WinFile file(&fresh, FILE_BUFFER);

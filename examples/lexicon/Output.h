@@ -32,6 +32,9 @@ public:
     // set.
     bool Commit();
 
+    // After a failure to write: a file that somebody else is writing at the time stays his.
+    void LeaveToOthers();
+
     // Takes the written file away. The thread has no error set, before and after.
     void Discard();
 

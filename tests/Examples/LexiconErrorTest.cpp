@@ -7,6 +7,8 @@
 
 #include "Support/Directory.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <sstream>
 
@@ -133,6 +135,22 @@ TEST(LexiconErrors, ALeftTemporaryFileIsWrittenOver)
     MakeLexicon("a\tb\n");
     EXPECT_TRUE(ReadBytes("words.rec") == good);
     EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
+}
+
+TEST(LexiconErrors, ATemporaryFileThatSomebodyElseIsWritingStays)
+{
+    MakeLexicon("a\tb\n");
+    const std::string old = ReadBytes("words.rec");
+    // As another build holds it from the flush to the renaming.
+    WriteBytes("words.rec.new", "whole");
+    const HANDLE file = CreateFileA("words.rec.new", GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    const Answer answer = BuildLexicon("c\td\n");
+    CloseHandle(file);
+    EXPECT_TRUE(IsRefusal(answer));
+    EXPECT_TRUE(ReadBytes("words.rec") == old);
+    EXPECT_EQ(ReadBytes("words.rec.new"), "whole");
 }
 
 TEST(LexiconErrors, AWholeLexiconThatNeverGotItsNameIsTakenUp)
