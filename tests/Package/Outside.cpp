@@ -33,6 +33,10 @@ int main()
                   ostra_version() / 100 % 100, ostra_version() % 100);
     if (ostra_version() != OSTRA_VERSION || std::strcmp(version, PACKAGE_VERSION) != 0)
         return 5;
+    // A code page, whose tables come from a library beside this one.
+    const CT_CString greek(u"\u03B1", 0xFFFFFFFF, 1253);
+    if (greek.vn_GetLength() != 1 || greek.c_GetAt(0) != '\xE1')
+        return 6;
     CT_CompList words(CT_CompList::es_Short, 4, 0, 1, 1024, 0);
     CT_UString word(qcuz_Text(u"Gr\u00FC\u00DFe"));
     if (!words.b_Add(&word, 42))
