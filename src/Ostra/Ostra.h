@@ -25,6 +25,7 @@
 #include <Ostra/Frame/Interlocked.h>
 #include <Ostra/Frame/OstraDLLMain.h>
 #include <Ostra/Frame/Platform.h>
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/Frame/Shared.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>

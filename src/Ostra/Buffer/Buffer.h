@@ -5,6 +5,7 @@
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Interlocked.h>
 #include <Ostra/Frame/Platform.h>
+#include <Ostra/Frame/RawCopy.h>
 
 #include <atomic>
 #include <cstddef>
@@ -51,11 +52,11 @@ public:
         if (pc_Data)
             CT_Interlocked::si4_Inc(pso_GetData()->n_UseCount);
     }
-    CT_Buffer(const CT_Buffer&) = delete;
+    // Kept: by reference the two members are copied without a use of the block; the pointer form
+    // and v_Set share.
+    OSTRA_RAW_COPY CT_Buffer(const CT_Buffer& co_Other) = default;
+    OSTRA_RAW_COPY CT_Buffer& operator=(const CT_Buffer& co_Other) = default;
     ~CT_Buffer() { v_DecUseCount(); }
-
-    // Kept: copies the two members without a use of the block; v_Set shares.
-    CT_Buffer& operator=(const CT_Buffer& co_Other) = default;
 
     static void* operator new(std::size_t n_Size) noexcept;
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }

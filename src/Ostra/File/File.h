@@ -3,6 +3,7 @@
 
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/String/UString.h>
 
 // A file with a name of four parts, over primitives that a derived class supplies: lines of 8-bit
@@ -86,6 +87,10 @@ public:
     CT_File(const CT_String* pco_Name, unsigned n_BufferSize);
     // Takes name and buffer size of the other file; closed.
     CT_File(const CT_File* pco_File);
+    // Kept: by reference the members are copied one by one, the names and the work buffer without
+    // a hold on their blocks; the pointer form and vv_Set make a file of its own.
+    OSTRA_RAW_COPY CT_File(const CT_File& co_Other) = default;
+    OSTRA_RAW_COPY CT_File& operator=(const CT_File& co_Other) = default;
 
     // ---- The primitives. The order of these operations is part of the interface. -----------
 

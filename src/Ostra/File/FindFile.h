@@ -3,6 +3,7 @@
 
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Platform.h>
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/String/UString.h>
 
 #include <cstddef>
@@ -33,6 +34,9 @@ public:
     // An entry is accepted if n_Include is 0 or has a bit in common with its attributes, and
     // n_Exclude has none. b_FullPath delivers names with the pattern's directory before them.
     CT_FindFile(CT_String* pco_Pattern, unsigned n_Include, unsigned n_Exclude, int b_FullPath);
+    // Kept: by reference the members are copied, the strings without a hold on their blocks.
+    OSTRA_RAW_COPY CT_FindFile(const CT_FindFile& co_Other) = default;
+    OSTRA_RAW_COPY CT_FindFile& operator=(const CT_FindFile& co_Other) = default;
 
     static void* operator new(std::size_t n_Size) noexcept;
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }

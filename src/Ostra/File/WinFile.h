@@ -4,6 +4,7 @@
 #include <Ostra/File/File.h>
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Platform.h>
+#include <Ostra/Frame/RawCopy.h>
 
 #include <cstddef>
 
@@ -27,6 +28,9 @@ public:
     CT_WinFile();
     CT_WinFile(const CT_String* pco_Name, unsigned n_BufferSize);
     CT_WinFile(const CT_WinFile* pco_File);
+    // Kept: the same for handle, mapping object and view, which both then close.
+    OSTRA_RAW_COPY CT_WinFile(const CT_WinFile& co_Other) = default;
+    OSTRA_RAW_COPY CT_WinFile& operator=(const CT_WinFile& co_Other) = default;
 
     ~CT_WinFile() override;
 

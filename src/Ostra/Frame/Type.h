@@ -3,6 +3,7 @@
 
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Platform.h>
+#include <Ostra/Frame/RawCopy.h>
 
 // The record of one class: its name, its specimen object, and the class sub-objects that an object
 // of the class has.
@@ -32,8 +33,8 @@ public:
     virtual ~CT_Type();
     // Kept: a copy shares the table with its source, and both free it; the library copies no
     // record.
-    CT_Type(const CT_Type& co_Other) = default;
-    CT_Type& operator=(const CT_Type& co_Other) = default;
+    OSTRA_RAW_COPY CT_Type(const CT_Type& co_Other) = default;
+    OSTRA_RAW_COPY CT_Type& operator=(const CT_Type& co_Other) = default;
 
     // ---- Access -----------------------------------------------------------------------------
 

@@ -1,6 +1,7 @@
 // Ostra/String/CString.h: the string of bytes in a code page.
 #pragma once
 
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/String/String.h>
 
 #include <cstddef>
@@ -40,8 +41,8 @@ public:
     // The specimen.
     CT_CString(CT_Type* pco_Type);
     // Kept: copies the members without a hold on the block; the pointer form shares.
-    CT_CString(const CT_CString& co_Other) = default;
-    CT_CString& operator=(const CT_CString& co_Other) = default;
+    OSTRA_RAW_COPY CT_CString(const CT_CString& co_Other) = default;
+    OSTRA_RAW_COPY CT_CString& operator=(const CT_CString& co_Other) = default;
 
     static void* operator new(std::size_t n_Size) noexcept;
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }

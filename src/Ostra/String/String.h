@@ -3,6 +3,7 @@
 
 #include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/Frame/Text.h>
 #include <Ostra/Frame/Type.h>
 
@@ -175,8 +176,8 @@ protected:
     // The specimen.
     CT_String(CT_Type* pco_Type);
     // Kept: copies the members without a hold on the block; the pointer forms share.
-    CT_String(const CT_String& co_Other) { co_Buffer = co_Other.co_Buffer; }
-    CT_String& operator=(const CT_String& co_Other) = default;
+    OSTRA_RAW_COPY CT_String(const CT_String& co_Other) = default;
+    OSTRA_RAW_COPY CT_String& operator=(const CT_String& co_Other) = default;
 
     // The work of v_Set, v_Replace, v_Insert and v_Append, in the encoding of the class.
     virtual void vv_Init(const CT_Buffer* pcco_Buffer);

@@ -1,6 +1,7 @@
 // Ostra/String/UString.h: the string of UTF-16 units.
 #pragma once
 
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/String/String.h>
 
 #include <concepts>
@@ -38,8 +39,8 @@ public:
     // The specimen.
     CT_UString(CT_Type* pco_Type);
     // Kept: copies the members without a hold on the block; the pointer form shares.
-    CT_UString(const CT_UString& co_Other) = default;
-    CT_UString& operator=(const CT_UString& co_Other) = default;
+    OSTRA_RAW_COPY CT_UString(const CT_UString& co_Other) = default;
+    OSTRA_RAW_COPY CT_UString& operator=(const CT_UString& co_Other) = default;
 
     static void* operator new(std::size_t n_Size) noexcept;
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }

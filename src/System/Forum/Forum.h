@@ -3,6 +3,7 @@
 
 #include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Frame/Export.h>
+#include <Ostra/Frame/RawCopy.h>
 #include <Ostra/Frame/Type.h>
 
 #include <cstdarg>
@@ -38,8 +39,8 @@ public:
     // The specimen.
     explicit CT_Forum(CT_Type* pco_Type);
     // Kept: copies the words of the list without a hold on its block; the pointer forms share.
-    CT_Forum(const CT_Forum& co_Other);
-    CT_Forum& operator=(const CT_Forum& co_Other);
+    OSTRA_RAW_COPY CT_Forum(const CT_Forum& co_Other);
+    OSTRA_RAW_COPY CT_Forum& operator=(const CT_Forum& co_Other);
 
     virtual const CT_Type* vpcco_GetType() const;
     // This, if the object is exactly of that class; else null.

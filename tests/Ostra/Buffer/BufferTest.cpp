@@ -1,4 +1,5 @@
 // tests/Ostra/Buffer/BufferTest.cpp: blocks, sizes, sharing; access and search.
+#define OSTRA_RAW_COPIES
 #include <Ostra/Buffer/Buffer.h>
 
 #include "Ostra/Buffer/BufferText.h"
@@ -266,6 +267,17 @@ TEST(Buffer, AssignmentCopiesTheMembersWithoutAUse)
     EXPECT_EQ(copy->n_GetGrowth(), 16U);
     EXPECT_EQ(source.n_GetUseCount(), 1U);
     // The copy is never destructed: it has no hold.
+}
+
+TEST(Buffer, CopyByReferenceIsNoHoldOnTheBlock)
+{
+    const CT_Buffer source("abc", 3, 16);
+    alignas(CT_Buffer) char place[sizeof(CT_Buffer)];
+    const CT_Buffer* copy = new (place) CT_Buffer(source);
+    EXPECT_EQ(copy->qcv_Get(), source.qcv_Get());
+    EXPECT_EQ(copy->n_GetUsedSize(), 3U);
+    EXPECT_EQ(copy->n_GetGrowth(), 16U);
+    EXPECT_EQ(source.n_GetUseCount(), 1U);
 }
 
 TEST(Buffer, TwoThreadsShareReadWriteAndRelease)

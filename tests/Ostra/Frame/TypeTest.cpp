@@ -1,4 +1,5 @@
 // tests/Ostra/Frame/TypeTest.cpp
+#define OSTRA_RAW_COPIES
 #include <Ostra/Frame/Type.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
@@ -83,6 +84,26 @@ TEST(Type, EnteredAddressesBecomeOffsets)
     EXPECT_EQ(type.pv_CastTo(elsewhere, first), elsewhere + 8);
     EXPECT_EQ(type.pv_CastTo(elsewhere, second), elsewhere);
     EXPECT_EQ(type.pv_CastTo(elsewhere, &type), elsewhere);
+}
+
+// The copies are never destructed: they would free the table of their source.
+TEST(Type, ACopySharesTheTableOfItsSource)
+{
+    Others others;
+    CT_Type type = NewRecord();
+    CT_Type::sv_Enter(object + 8, &others.first);
+    CT_Type::sv_Enter(object, &type);
+    type.v_Enter();
+    alignas(CT_Type) unsigned char places[2][sizeof(CT_Type)];
+    const CT_Type* made = new (places[0]) CT_Type(type);
+    CT_Type* assigned = new (places[1]) CT_Type(*made);
+    *assigned = type;
+    for (const CT_Type* copy : {made, static_cast<const CT_Type*>(assigned)}) {
+        EXPECT_STREQ(copy->qccz_GetName(), "Record");
+        EXPECT_EQ(copy->pcv_GetObject(), object);
+        EXPECT_EQ(copy->n_GetTypes(), 2U);
+        EXPECT_EQ(copy->pv_CastTo(elsewhere, &others.first), elsewhere + 8);
+    }
 }
 
 TEST(Type, CastToAnUnlistedAmbiguousOrNullTypeIsNull)

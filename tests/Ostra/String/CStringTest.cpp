@@ -1,4 +1,5 @@
 // tests/Ostra/String/CStringTest.cpp: what the string of bytes does in its own way.
+#define OSTRA_RAW_COPIES
 #include "Ostra/String/StringSupport.h"
 
 #include <new>

@@ -1,4 +1,5 @@
 // tests/Ostra/String/UStringTest.cpp: what the string of units does in its own way.
+#define OSTRA_RAW_COPIES
 #include "Ostra/String/StringSupport.h"
 
 #include <System/String/UTF.h>

@@ -1,4 +1,5 @@
 // tests/System/Forum/ForumTest.cpp: the class, its list, speaking and arguments.
+#define OSTRA_RAW_COPIES
 #include "Support/Private.h"
 #include "Support/Slots.h"
 #include "System/Forum/Listener.h"
