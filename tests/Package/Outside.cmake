@@ -84,5 +84,9 @@ forbid(libostra.so.* ${WORK}/Development)
 file(COPY ${WORK}/Runtime/ DESTINATION ${WORK}/Development)
 run_installed(${WORK}/Development)
 
+find_program(PYTHON python3 REQUIRED)
+run(${PYTHON} ${SOURCE}/headers_test.py --each ${WORK}/shared/include/ostra)
+message(STATUS "${output}")
+
 build_within(add_subdirectory)
 build_within(FetchContent -D BUILD_SHARED_LIBS=OFF)
