@@ -158,6 +158,17 @@ TEST(WinFileArguments, AttributesAndFlagsMakeOneWord)
     }
 }
 
+TEST(WinFileArguments, AttributesAndFlagsHaveNames)
+{
+    EXPECT_EQ(Word(CT_File::e_AttributeNormal, CT_File::e_FlagWriteThrough), 0x80000080U);
+    EXPECT_EQ(Word(CT_File::e_AttributeArchive, CT_File::e_FlagOverlapped), 0x40000020U);
+    EXPECT_EQ(Word(CT_File::e_AttributeCompressed, CT_File::e_FlagNoBuffering), 0x20000800U);
+    EXPECT_EQ(Word(CT_File::e_AttributeHidden, CT_File::e_FlagRandomAccess), 0x10000002U);
+    EXPECT_EQ(Word(CT_File::e_AttributeReadOnly, CT_File::e_FlagSequentialScan), 0x08000001U);
+    EXPECT_EQ(Word(CT_File::e_AttributeSystem, CT_File::e_FlagDeleteOnClose), 0x04000004U);
+    EXPECT_EQ(Word(CT_File::e_AttributeDirectory | CT_File::e_AttributeTemporary, 0), 0x110U);
+}
+
 TEST(WinFileArguments, AClosedFileIsMeasuredWithoutSharing)
 {
     WriteBytes("file", "abc");
