@@ -64,15 +64,15 @@ with open(top / "winapi/Text/CodePageFacts.cpp", "w", encoding="utf-8", newline=
               '#include "Text/CodePageFacts.h"\n\n'
               "namespace winapi\n{\n"
               "// page, default byte, undefined unit, lead bytes, rule, converter, patches: start, rows to and from\n"
-              "const CodePageFacts code_pages[] = {\n")
+              "const CodePageFacts codePages[] = {\n")
     for page, default, undefined, ranges, converter, start, to_count, from_count in pages:
         lead = ", ".join("{0x%02X, 0x%02X}" % part for part in ranges)
         rule = RULES.get(converter, "icu")
         text = f'"{converter}"' if rule == "icu" else "nullptr"
-        out.write(f"    {{{page}, 0x{default:02X}, 0x{undefined:04X}, {{{lead}}}, CodePageRule::{rule}, {text}, "
+        out.write(f"    {{{page}, 0x{default:02X}, 0x{undefined:04X}, {{{lead}}}, CodePageRule::{rule.upper()}, {text}, "
                   f"{start}, {to_count}, {from_count}}},\n")
-    out.write("};\nconst unsigned code_page_count = sizeof code_pages / sizeof code_pages[0];\n\n"
-              "const unsigned char code_page_patches[] = {\n")
+    out.write("};\nconst unsigned codePageCount = sizeof codePages / sizeof codePages[0];\n\n"
+              "const unsigned char codePagePatches[] = {\n")
     for start in range(0, len(stream), 16):
         out.write("    " + ",".join(map(str, stream[start:start + 16])) + ",\n")
     out.write("};\n} // namespace winapi\n")

@@ -20,8 +20,8 @@ with open(top / "winapi/Errors/ErrorTexts.cpp", "w", encoding="utf-8", newline="
               f"{len(rows)} texts. Not edited by hand.\n"
               "// clang-format off\n"
               '#include "Errors/ErrorTexts.h"\n\n'
-              "namespace winapi\n{\nconst ErrorText error_texts[] = {\n")
+              "namespace winapi\n{\nconst ErrorText errorTexts[] = {\n")
     for code, name, text in rows:
         escaped = text.replace("\\", "\\\\").replace('"', '\\"')
         out.write(f'    {{{code}, "{escaped}"}}, // {name}\n')
-    out.write("};\nconst unsigned error_text_count = sizeof error_texts / sizeof error_texts[0];\n} // namespace winapi\n")
+    out.write("};\nconst unsigned errorTextCount = sizeof errorTexts / sizeof errorTexts[0];\n} // namespace winapi\n")

@@ -36,10 +36,10 @@ with open(top / "winapi/Base/LocaleTable.cpp", "w", encoding="utf-8", newline="\
               "const LocaleFacts locales[] = {\n")
     for lcid, tag, ansi, oem, mac in rows:
         out.write(f'    {{0x{lcid:04X}, "{tag}", {ansi}, {oem}, {mac}}},\n')
-    out.write("};\nconst unsigned locale_count = sizeof locales / sizeof locales[0];\n\n"
+    out.write("};\nconst unsigned localeCount = sizeof locales / sizeof locales[0];\n\n"
               "// The home of each language, ascending by language.\n"
-              "const LanguageHome language_homes[] = {\n")
+              "const LanguageHome languageHomes[] = {\n")
     for language, lcid in aliases:
         out.write(f'    {{"{language}", 0x{lcid:04X}}},\n')
-    out.write("};\nconst unsigned language_home_count = sizeof language_homes / sizeof language_homes[0];\n"
+    out.write("};\nconst unsigned languageHomeCount = sizeof languageHomes / sizeof languageHomes[0];\n"
               "} // namespace winapi\n")

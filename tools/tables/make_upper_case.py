@@ -19,8 +19,8 @@ with open(top / "winapi/Text/UpperCaseTable.cpp", "w", encoding="utf-8", newline
               f"{len(rows)} runs. Not edited by hand.\n"
               "// clang-format off\n"
               '#include "Text/UpperCase.h"\n\n'
-              "namespace winapi\n{\nconst UpperCaseRun upper_case_runs[] = {\n")
+              "namespace winapi\n{\nconst UpperCaseRun upperCaseRuns[] = {\n")
     for first, last, step, distance in rows:
         out.write(f"    {{0x{first:04X}, 0x{last:04X}, {step}, {distance}}},\n")
-    out.write("};\nconst unsigned upper_case_run_count = sizeof upper_case_runs / sizeof upper_case_runs[0];\n"
+    out.write("};\nconst unsigned upperCaseRunCount = sizeof upperCaseRuns / sizeof upperCaseRuns[0];\n"
               "} // namespace winapi\n")

@@ -20,7 +20,7 @@ struct Slot
 {
     std::atomic<std::uint64_t> state{0};
     Object* object = nullptr;
-    Slot* next_free = nullptr;
+    Slot* nextFree = nullptr;
     std::uint32_t number = 0;
 };
 
@@ -45,8 +45,8 @@ struct Table
     std::mutex mutex; // What follows.
     std::uint32_t count = 0;
     std::uint32_t free = 0;
-    Slot* first_free = nullptr;
-    Slot* last_free = nullptr;
+    Slot* firstFree = nullptr;
+    Slot* lastFree = nullptr;
 };
 
 constinit Table table;
@@ -90,9 +90,9 @@ struct Value
 void Give(Slot* slot)
 {
     const std::lock_guard lock(table.mutex);
-    slot->next_free = nullptr;
-    (table.last_free ? table.last_free->next_free : table.first_free) = slot;
-    table.last_free = slot;
+    slot->nextFree = nullptr;
+    (table.lastFree ? table.lastFree->nextFree : table.firstFree) = slot;
+    table.lastFree = slot;
     ++table.free;
 }
 
@@ -130,11 +130,11 @@ Slot* Take()
             slot->number = number;
             return slot;
         }
-    Slot* const slot = table.first_free;
+    Slot* const slot = table.firstFree;
     if (slot) {
-        table.first_free = slot->next_free;
-        if (!table.first_free)
-            table.last_free = nullptr;
+        table.firstFree = slot->nextFree;
+        if (!table.firstFree)
+            table.lastFree = nullptr;
         --table.free;
     }
     return slot;

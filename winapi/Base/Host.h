@@ -13,12 +13,12 @@ struct HostTable
 {
     const char* version; // That of the library: both files are of one build.
     // Converters of code pages; Text/Converter.h tells what they do.
-    void* (*open_converter)(const char* name);
-    void (*close_converter)(void* converter);
-    WCHAR (*to_unit)(void* converter, const char* bytes, int count);
-    void (*to_units)(void* converter, BYTE lead, WCHAR* units);
-    bool (*from_units)(void* converter, void* place,
-                       void (*apply)(void* place, WCHAR unit, const BYTE* bytes, int count));
+    void* (*openConverter)(const char* name);
+    void (*closeConverter)(void* converter);
+    WCHAR (*toUnit)(void* converter, const char* bytes, int count);
+    void (*toUnits)(void* converter, BYTE lead, WCHAR* units);
+    bool (*fromUnits)(void* converter, void* place,
+                      void (*apply)(void* place, WCHAR unit, const BYTE* bytes, int count));
 };
 
 // The table for the life of a scope. Scopes exclude each other, and a fork waits for their end: so

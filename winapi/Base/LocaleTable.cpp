@@ -264,10 +264,10 @@ const LocaleFacts locales[] = {
     {0x0435, "zu-ZA", 1252, 850, 10000},
     {0x007F, "", 1252, 437, 10000},
 };
-const unsigned locale_count = sizeof locales / sizeof locales[0];
+const unsigned localeCount = sizeof locales / sizeof locales[0];
 
 // The home of each language, ascending by language.
-const LanguageHome language_homes[] = {
+const LanguageHome languageHomes[] = {
     {"af", 0x0436},
     {"am", 0x045E},
     {"ar", 0x0401},
@@ -401,5 +401,5 @@ const LanguageHome language_homes[] = {
     {"zh", 0x0804},
     {"zu", 0x0435},
 };
-const unsigned language_home_count = sizeof language_homes / sizeof language_homes[0];
+const unsigned languageHomeCount = sizeof languageHomes / sizeof languageHomes[0];
 } // namespace winapi

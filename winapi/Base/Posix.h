@@ -27,7 +27,7 @@ struct Posix
     ssize_t (*write)(int fd, const void* data, size_t size);
     ssize_t (*pread)(int fd, void* data, size_t size, off_t offset);
     ssize_t (*pwrite)(int fd, const void* data, size_t size, off_t offset);
-    ssize_t (*copy_file_range)(int from, off_t* from_offset, int to, off_t* to_offset, size_t size,
+    ssize_t (*copy_file_range)(int from, off_t* fromOffset, int to, off_t* toOffset, size_t size,
                                unsigned flags);
     off_t (*lseek)(int fd, off_t offset, int whence);
     int (*ftruncate)(int fd, off_t size);
@@ -51,7 +51,7 @@ struct Posix
     // Names.
     int (*unlink)(const char* path);
     int (*rename)(const char* from, const char* to);
-    int (*renameat2)(int from_directory, const char* from, int to_directory, const char* to,
+    int (*renameat2)(int fromDirectory, const char* from, int toDirectory, const char* to,
                      unsigned flags);
     int (*mkdir)(const char* path, mode_t mode);
     int (*rmdir)(const char* path);

@@ -14,7 +14,7 @@ constexpr WORD ENGLISH = 0x0409;
 
 const LocaleFacts* FindLcid(WORD lcid)
 {
-    for (unsigned i = 0; i < locale_count; ++i)
+    for (unsigned i = 0; i < localeCount; ++i)
         if (locales[i].lcid == lcid)
             return &locales[i];
     return nullptr;
@@ -22,7 +22,7 @@ const LocaleFacts* FindLcid(WORD lcid)
 
 const LocaleFacts* FindTag(const char* tag)
 {
-    for (unsigned i = 0; i < locale_count; ++i)
+    for (unsigned i = 0; i < localeCount; ++i)
         if (std::strcmp(locales[i].tag, tag) == 0)
             return &locales[i];
     return nullptr;
@@ -30,9 +30,9 @@ const LocaleFacts* FindTag(const char* tag)
 
 const LocaleFacts* FindLanguage(const char* language)
 {
-    for (unsigned i = 0; i < language_home_count; ++i)
-        if (std::strcmp(language_homes[i].language, language) == 0)
-            return FindLcid(language_homes[i].lcid);
+    for (unsigned i = 0; i < languageHomeCount; ++i)
+        if (std::strcmp(languageHomes[i].language, language) == 0)
+            return FindLcid(languageHomes[i].lcid);
     return nullptr;
 }
 

@@ -23,9 +23,9 @@ struct LanguageHome
 };
 
 extern const LocaleFacts locales[];
-extern const unsigned locale_count;
-extern const LanguageHome language_homes[];
-extern const unsigned language_home_count;
+extern const unsigned localeCount;
+extern const LanguageHome languageHomes[];
+extern const unsigned languageHomeCount;
 
 // The locale of a name as the host's variables have it: language[_region][.charset][@modifier].
 // English of the United States where the name is C, POSIX, empty or unknown.

@@ -4,7 +4,7 @@
 
 namespace winapi
 {
-const ErrorText error_texts[] = {
+const ErrorText errorTexts[] = {
     {0, "The operation completed successfully."}, // ERROR_SUCCESS
     {1, "Incorrect function."}, // ERROR_INVALID_FUNCTION
     {2, "The system cannot find the file specified."}, // ERROR_FILE_NOT_FOUND
@@ -144,5 +144,5 @@ const ErrorText error_texts[] = {
     {1816, "Not enough quota is available to process this command."}, // ERROR_NOT_ENOUGH_QUOTA
     {2250, "This network connection does not exist."}, // ERROR_NOT_CONNECTED
 };
-const unsigned error_text_count = sizeof error_texts / sizeof error_texts[0];
+const unsigned errorTextCount = sizeof errorTexts / sizeof errorTexts[0];
 } // namespace winapi

@@ -13,6 +13,6 @@ struct ErrorText
 };
 
 // Ascending by code.
-extern const ErrorText error_texts[];
-extern const unsigned error_text_count;
+extern const ErrorText errorTexts[];
+extern const unsigned errorTextCount;
 } // namespace winapi

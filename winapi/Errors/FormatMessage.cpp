@@ -20,9 +20,9 @@ const char* FindText(DWORD code)
     // A system error may come in its form as a result code.
     if ((code & 0xFFFF0000) == 0x80070000)
         code &= 0xFFFF;
-    const ErrorText* const end = error_texts + error_text_count;
+    const ErrorText* const end = errorTexts + errorTextCount;
     const ErrorText* const found =
-        std::lower_bound(error_texts, end, code,
+        std::lower_bound(errorTexts, end, code,
                          [](const ErrorText& entry, DWORD wanted) { return entry.code < wanted; });
     return found != end && found->code == code ? found->text : nullptr;
 }

@@ -5,26 +5,26 @@ namespace winapi
 {
 namespace
 {
-thread_local DWORD last_error;
+thread_local DWORD lastError;
 }
 
 DWORD GetLastError()
 {
-    return last_error;
+    return lastError;
 }
 
 void SetLastError(DWORD dwErrCode)
 {
-    last_error = dwErrCode;
+    lastError = dwErrCode;
 }
 
 int WSAGetLastError()
 {
-    return static_cast<int>(last_error);
+    return static_cast<int>(lastError);
 }
 
 void WSASetLastError(int iError)
 {
-    last_error = static_cast<DWORD>(iError);
+    lastError = static_cast<DWORD>(iError);
 }
 } // namespace winapi

@@ -98,10 +98,10 @@ FILETIME CreationTime(const struct statx& facts)
 {
     if ((facts.stx_mask & STATX_BTIME) != 0)
         return ToFileTime(facts.stx_btime);
-    const bool written_first = facts.stx_mtime.tv_sec < facts.stx_ctime.tv_sec ||
-                               (facts.stx_mtime.tv_sec == facts.stx_ctime.tv_sec &&
-                                facts.stx_mtime.tv_nsec < facts.stx_ctime.tv_nsec);
-    return ToFileTime(written_first ? facts.stx_mtime : facts.stx_ctime);
+    const bool writtenFirst = facts.stx_mtime.tv_sec < facts.stx_ctime.tv_sec ||
+                              (facts.stx_mtime.tv_sec == facts.stx_ctime.tv_sec &&
+                               facts.stx_mtime.tv_nsec < facts.stx_ctime.tv_nsec);
+    return ToFileTime(writtenFirst ? facts.stx_mtime : facts.stx_ctime);
 }
 
 BOOL SetFileAttributesW(LPCWSTR lpFileName, DWORD dwFileAttributes)

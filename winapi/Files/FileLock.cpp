@@ -60,7 +60,7 @@ DWORD Unlock(OpenFile& file, const OpenFile::Range& range)
 }
 
 // Does one of the two to a range of a file; a range that no file has is an error of the call's own.
-BOOL ChangeLock(HANDLE handle, off_t offset, off_t length, DWORD no_range,
+BOOL ChangeLock(HANDLE handle, off_t offset, off_t length, DWORD noRange,
                 DWORD (*change)(OpenFile&, const OpenFile::Range&))
 {
     return Guarded(FALSE, [&]() -> BOOL {
@@ -68,7 +68,7 @@ BOOL ChangeLock(HANDLE handle, off_t offset, off_t length, DWORD no_range,
         if (!file)
             return FALSE;
         OpenFile::Range range;
-        return Finish(ToRange(offset, length, range) ? change(*file, range) : no_range);
+        return Finish(ToRange(offset, length, range) ? change(*file, range) : noRange);
     });
 }
 } // namespace

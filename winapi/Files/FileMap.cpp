@@ -36,11 +36,11 @@ class Mapping : public Object
 public:
     static constexpr Kind KIND = Kind::MAPPING;
 
-    Mapping(std::shared_ptr<Hold> whole, std::uint64_t bytes, bool may_write)
+    Mapping(std::shared_ptr<Hold> whole, std::uint64_t bytes, bool mayWrite)
         : Object(KIND),
           hold(std::move(whole)),
           size(bytes),
-          writable(may_write)
+          writable(mayWrite)
     {}
 
     const std::shared_ptr<Hold> hold;
@@ -59,7 +59,7 @@ struct View
 struct Views
 {
     std::mutex mutex;
-    std::map<std::uintptr_t, View> by_address;
+    std::map<std::uintptr_t, View> byAddress;
 };
 
 Views& AllViews()
@@ -141,8 +141,8 @@ void* MapView(const Mapping& mapping, DWORD access, std::uint64_t offset, std::u
     try {
         Views& views = AllViews();
         const std::lock_guard lock(views.mutex);
-        views.by_address.insert_or_assign(reinterpret_cast<std::uintptr_t>(address),
-                                          View{size, mapping.hold});
+        views.byAddress.insert_or_assign(reinterpret_cast<std::uintptr_t>(address),
+                                         View{size, mapping.hold});
     } catch (...) {
         posix.munmap(address, size);
         throw;
@@ -153,11 +153,11 @@ void* MapView(const Mapping& mapping, DWORD access, std::uint64_t offset, std::u
 // The view that an address lies in.
 std::map<std::uintptr_t, View>::iterator FindView(Views& views, std::uintptr_t address)
 {
-    auto found = views.by_address.upper_bound(address);
-    if (found == views.by_address.begin())
-        return views.by_address.end();
+    auto found = views.byAddress.upper_bound(address);
+    if (found == views.byAddress.begin())
+        return views.byAddress.end();
     --found;
-    return address - found->first < found->second.size ? found : views.by_address.end();
+    return address - found->first < found->second.size ? found : views.byAddress.end();
 }
 
 // How many bytes of a view lie from an address on; 0 when it is in none.
@@ -166,7 +166,7 @@ std::size_t RestOfView(std::uintptr_t address)
     Views& views = AllViews();
     const std::lock_guard lock(views.mutex);
     const auto found = FindView(views, address);
-    return found == views.by_address.end() ? 0 : found->second.size - (address - found->first);
+    return found == views.byAddress.end() ? 0 : found->second.size - (address - found->first);
 }
 } // namespace
 
@@ -218,9 +218,9 @@ BOOL UnmapViewOfFile(LPCVOID lpBaseAddress)
         Views& views = AllViews();
         std::unique_lock lock(views.mutex);
         const auto found = FindView(views, reinterpret_cast<std::uintptr_t>(lpBaseAddress));
-        if (found == views.by_address.end())
+        if (found == views.byAddress.end())
             return Finish(ERROR_INVALID_ADDRESS);
-        const auto node = views.by_address.extract(found);
+        const auto node = views.byAddress.extract(found);
         lock.unlock();
         posix.munmap(reinterpret_cast<void*>(node.key()), node.mapped().size);
         return TRUE;

@@ -142,7 +142,7 @@ void CopyFacts(int from, const struct stat& facts, int to)
         posix.fchmod(to, ModeWith(target.st_mode, FILE_ATTRIBUTE_READONLY));
 }
 
-DWORD Copy(const std::string& from, const std::string& to, bool fail_if_exists)
+DWORD Copy(const std::string& from, const std::string& to, bool failIfExists)
 {
     HeldFile source;
     struct stat facts;
@@ -159,7 +159,7 @@ DWORD Copy(const std::string& from, const std::string& to, bool fail_if_exists)
             OpenHeld({.path = to,
                       .rights = RIGHT_WRITE,
                       .shares = 0,
-                      .disposition = DWORD(fail_if_exists ? CREATE_NEW : CREATE_ALWAYS),
+                      .disposition = DWORD(failIfExists ? CREATE_NEW : CREATE_ALWAYS),
                       .mode = (facts.st_mode & 0777) | 0200},
                      target))
         return code;

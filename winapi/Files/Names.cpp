@@ -130,10 +130,10 @@ std::optional<WideText> FromUtf8(std::string_view text)
     return result;
 }
 
-std::optional<std::string> HostName(LPCWSTR name, DWORD code_if_empty)
+std::optional<std::string> HostName(LPCWSTR name, DWORD codeIfEmpty)
 {
     if (!name || !*name) {
-        SetLastError(code_if_empty);
+        SetLastError(codeIfEmpty);
         return {};
     }
     auto path = ToUtf8(name);

@@ -19,8 +19,8 @@ std::optional<std::string> ToUtf8(WideView text);
 std::optional<WideText> FromUtf8(std::string_view text);
 
 // The host's form of a name: UTF-8, every `\` a `/`. Nothing, with the last error set, when the
-// name is null or empty (code_if_empty) or holds a lone surrogate (ERROR_INVALID_NAME, 123).
-std::optional<std::string> HostName(LPCWSTR name, DWORD code_if_empty = ERROR_PATH_NOT_FOUND);
+// name is null or empty (codeIfEmpty) or holds a lone surrogate (ERROR_INVALID_NAME, 123).
+std::optional<std::string> HostName(LPCWSTR name, DWORD codeIfEmpty = ERROR_PATH_NOT_FOUND);
 
 // The system error that stands for an error number of the host after a call with a name: a missing
 // entry of an existing directory is ERROR_FILE_NOT_FOUND (2), a missing directory

@@ -53,8 +53,8 @@ int OpenExisting(const OpenRequest& request, int flags)
 
 int OpenNew(const OpenRequest& request, int flags)
 {
-    const bool read_only = (request.flags & FILE_ATTRIBUTE_READONLY) != 0;
-    const mode_t mode = read_only ? request.mode & ~mode_t{0222} : request.mode;
+    const bool readOnly = (request.flags & FILE_ATTRIBUTE_READONLY) != 0;
+    const mode_t mode = readOnly ? request.mode & ~mode_t{0222} : request.mode;
     return OpenAgain(request.path.c_str(), flags | O_CREAT, mode);
 }
 
@@ -63,13 +63,13 @@ int OpenNew(const OpenRequest& request, int flags)
 int OpenOrCreate(const OpenRequest& request, bool& existed)
 {
     const int flags = OpenFlags(request);
-    const bool may_create =
+    const bool mayCreate =
         request.disposition != OPEN_EXISTING && request.disposition != TRUNCATE_EXISTING;
     for (int i = 0; i < CREATION_TRIES; ++i) {
         existed = request.disposition != CREATE_NEW;
         if (existed) {
             const int fd = OpenExisting(request, flags);
-            if (fd >= 0 || errno != ENOENT || !may_create)
+            if (fd >= 0 || errno != ENOENT || !mayCreate)
                 return fd;
         }
         existed = false;
@@ -159,7 +159,7 @@ Doomed& AllDoomed()
 // Deletes the file under the name that it was opened by, unless another has that name now.
 void DeleteByName(const OpenFile& file)
 {
-    const char* const path = file.path_to_delete.c_str();
+    const char* const path = file.pathToDelete.c_str();
     struct stat mine;
     struct stat named;
     if (posix.fstat(file.Fd(), &mine) == 0 && posix.stat(path, &named) == 0 &&
@@ -243,7 +243,7 @@ void OpenFile::Opened(const OpenRequest& request)
     name = LastComponent(request.path);
     positioned = S_ISREG(held.mode) || posix.lseek(Fd(), 0, SEEK_CUR) != -1;
     if ((request.flags & FILE_FLAG_DELETE_ON_CLOSE) != 0) {
-        path_to_delete = AbsoluteName(request.path).value_or(request.path);
+        pathToDelete = AbsoluteName(request.path).value_or(request.path);
         Doom(*this);
     }
     if ((request.flags & FILE_FLAG_RANDOM_ACCESS) != 0)
@@ -254,7 +254,7 @@ void OpenFile::Opened(const OpenRequest& request)
 
 void OpenFile::Closed()
 {
-    if (!path_to_delete.empty())
+    if (!pathToDelete.empty())
         DeleteDoomed(*this);
     held.Release();
 }

@@ -59,7 +59,7 @@ public:
         off_t length;
     };
 
-    explicit OpenFile(unsigned all_rights) : Object(KIND), rights(all_rights) {}
+    explicit OpenFile(unsigned allRights) : Object(KIND), rights(allRights) {}
     ~OpenFile() override { OpenFile::Closed(); }
     void Closed() override; // Does nothing the second time.
 
@@ -77,7 +77,7 @@ public:
     const unsigned rights;
     HeldFile held;
     std::string name; // Last component of its path.
-    std::string path_to_delete;
+    std::string pathToDelete;
 
     std::mutex transfer; // Held throughout a transfer, which moves the position.
     off_t position = 0;

@@ -72,9 +72,9 @@ DWORD CodeOfDirectory(int error, const std::string& path)
 DWORD CodeOfNoDirectory(int error, const std::string& path)
 {
     struct stat facts;
-    const bool is_file =
+    const bool isFile =
         error == ENOTDIR && posix.stat(path.c_str(), &facts) == 0 && !S_ISDIR(facts.st_mode);
-    return is_file ? ERROR_DIRECTORY : CodeOf(error, path);
+    return isFile ? ERROR_DIRECTORY : CodeOf(error, path);
 }
 DWORD CodeOfRemoval(int error, const std::string& path)
 {

@@ -97,10 +97,10 @@ void Mark(Lockable file, int region)
 // Calls for the region of each right in the set, from the given first region on, until one call
 // returns true.
 template <class Call>
-bool ForRights(unsigned rights, int first_region, Call call)
+bool ForRights(unsigned rights, int firstRegion, Call call)
 {
     for (int i = 0; i < 3; ++i)
-        if ((rights & 1U << i) != 0 && call(first_region + i))
+        if ((rights & 1U << i) != 0 && call(firstRegion + i))
             return true;
     return false;
 }

@@ -28,11 +28,11 @@ bool FitsPattern(WideView name, WideView pattern)
         char before = 0; // What the row above had one place to the left.
         for (std::size_t i = 0; i <= name.size(); ++i) {
             const char above = reached[i];
-            const bool at_point = i == name.size() || name[i] == '.';
+            const bool atPoint = i == name.size() || name[i] == '.';
             if (mark == '*')
                 reached[i] = above | (i > 0 ? reached[i - 1] : 0);
             else if (mark == '?')
-                reached[i] = before | (above & at_point);
+                reached[i] = before | (above & atPoint);
             else
                 reached[i] = before & (i > 0 && name[i - 1] == mark);
             before = above;

@@ -9,10 +9,10 @@ extern "C"
     extern WINAPI_EXPORT const winapi::HostTable ostra_host;
     constexpr winapi::HostTable ostra_host = {
         .version = OSTRA_VERSION,
-        .open_converter = winapi::OpenConverter,
-        .close_converter = winapi::CloseConverter,
-        .to_unit = winapi::ToUnit,
-        .to_units = winapi::ToUnits,
-        .from_units = winapi::FromUnits,
+        .openConverter = winapi::OpenConverter,
+        .closeConverter = winapi::CloseConverter,
+        .toUnit = winapi::ToUnit,
+        .toUnits = winapi::ToUnits,
+        .fromUnits = winapi::FromUnits,
     };
 }

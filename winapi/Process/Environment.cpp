@@ -60,11 +60,11 @@ DWORD SetHidden(WideView name, LPCWSTR value)
 
 DWORD SetOnHost(WideView name, LPCWSTR value)
 {
-    const auto host_name = ToUtf8(name);
-    const auto host_value = ToUtf8(value ? WideView(value) : WideView());
-    if (!host_name || !host_value)
+    const auto hostName = ToUtf8(name);
+    const auto hostValue = ToUtf8(value ? WideView(value) : WideView());
+    if (!hostName || !hostValue)
         return ERROR_NO_UNICODE_TRANSLATION;
-    const int error = SetHostVariable(host_name->c_str(), value ? host_value->c_str() : nullptr);
+    const int error = SetHostVariable(hostName->c_str(), value ? hostValue->c_str() : nullptr);
     return error == 0 ? 0 : CodeOf(error);
 }
 
@@ -76,8 +76,8 @@ std::optional<WideText> Get(WideView name)
         const auto found = table.variables.find(KeyOf(name));
         return found == table.variables.end() ? std::nullopt : std::optional(found->second);
     }
-    const auto host_name = ToUtf8(name);
-    const auto value = host_name ? HostVariable(host_name->c_str()) : std::nullopt;
+    const auto hostName = ToUtf8(name);
+    const auto value = hostName ? HostVariable(hostName->c_str()) : std::nullopt;
     return value ? FromUtf8(*value) : std::nullopt;
 }
 

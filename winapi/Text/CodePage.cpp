@@ -29,9 +29,9 @@ int Fail(DWORD error)
 template <typename Unit>
 int Finish(Coding coding, const Sink<Unit>& out)
 {
-    if (coding == Coding::done)
+    if (coding == Coding::DONE)
         return out.Count();
-    return Fail(coding == Coding::ill ? ERROR_NO_UNICODE_TRANSLATION : ERROR_INSUFFICIENT_BUFFER);
+    return Fail(coding == Coding::ILL ? ERROR_NO_UNICODE_TRANSLATION : ERROR_INSUFFICIENT_BUFFER);
 }
 
 // The unit of the character at bytes and the character's code; moves behind it. A lead byte at the

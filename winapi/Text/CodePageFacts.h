@@ -9,10 +9,10 @@ namespace winapi
 // What a page's table is made of before its patches.
 enum class CodePageRule : unsigned char
 {
-    icu,   // an ICU converter
-    johab, // Hangul by its letters, the rest from page 949
-    eucjp, // shifted rows of page 932, the third set from an ICU converter
-    none   // nothing
+    ICU,   // an ICU converter
+    JOHAB, // Hangul by its letters, the rest from page 949
+    EUCJP, // shifted rows of page 932, the third set from an ICU converter
+    NONE   // nothing
 };
 
 struct LeadRange
@@ -30,15 +30,15 @@ struct CodePageFacts
     CodePageRule rule;
     const char* converter;
     unsigned
-        patchStart; // place in code_page_patches: rows from bytes to units, then from units to bytes
+        patchStart; // place in codePagePatches: rows from bytes to units, then from units to bytes
     unsigned patchRowsTo;
     unsigned patchRowsFrom;
 };
 
 // Ascending by page.
-extern const CodePageFacts code_pages[];
-extern const unsigned code_page_count;
+extern const CodePageFacts codePages[];
+extern const unsigned codePageCount;
 
 // The encoding is told by tools/tables/make_codepages.py.
-extern const unsigned char code_page_patches[];
+extern const unsigned char codePagePatches[];
 } // namespace winapi

@@ -19,7 +19,7 @@ constinit std::atomic<const CodePage*> built[MOST_PAGES];
 class PatchReader
 {
 public:
-    explicit PatchReader(unsigned start) : next(code_page_patches + start) {}
+    explicit PatchReader(unsigned start) : next(codePagePatches + start) {}
 
     // Calls apply(code, value) for each code of so many rows.
     template <typename Apply>
@@ -102,7 +102,7 @@ void FillReverse(CodePageDraft& page)
 
 DWORD FillFromRule(CodePageDraft& page)
 {
-    const bool johab = page.facts->rule == CodePageRule::johab;
+    const bool johab = page.facts->rule == CodePageRule::JOHAB;
     const CodePage* const base = FindCodePage(johab ? 949 : 932);
     if (!base)
         return GetLastError();
@@ -121,9 +121,9 @@ DWORD FillFromRule(CodePageDraft& page)
 DWORD FillBeforePatches(CodePageDraft& page)
 {
     switch (page.facts->rule) {
-    case CodePageRule::icu:
+    case CodePageRule::ICU:
         return FillFromConverter(page);
-    case CodePageRule::none:
+    case CodePageRule::NONE:
         return 0;
     default:
         return FillFromRule(page);
@@ -265,9 +265,9 @@ const CodePage* Build(const CodePageFacts& facts)
 
 const CodePageFacts* FindFacts(UINT page)
 {
-    const CodePageFacts* const end = code_pages + code_page_count;
+    const CodePageFacts* const end = codePages + codePageCount;
     const CodePageFacts* const found =
-        std::lower_bound(code_pages, end, page, [](const CodePageFacts& facts, UINT wanted) {
+        std::lower_bound(codePages, end, page, [](const CodePageFacts& facts, UINT wanted) {
             return facts.page < wanted;
         });
     return found != end && found->page == page ? found : nullptr;
@@ -276,7 +276,7 @@ const CodePageFacts* FindFacts(UINT page)
 const CodePage* FindBuilt(UINT page)
 {
     const CodePageFacts* const facts = FindFacts(page);
-    return facts ? built[facts - code_pages].load(std::memory_order_acquire) : nullptr;
+    return facts ? built[facts - codePages].load(std::memory_order_acquire) : nullptr;
 }
 
 const CodePage* FindCodePage(UINT number)
@@ -286,7 +286,7 @@ const CodePage* FindCodePage(UINT number)
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
     }
-    std::atomic<const CodePage*>& place = built[facts - code_pages];
+    std::atomic<const CodePage*>& place = built[facts - codePages];
     if (const CodePage* page = place.load(std::memory_order_acquire))
         return page;
     // Two threads may build the same page; one of the results stays. A page may need another one.

@@ -12,11 +12,11 @@ constexpr WCHAR NO_VALUE = 0xFFFF;
 class Converter
 {
 public:
-    explicit Converter(const char* name) : handle(host ? host->open_converter(name) : nullptr) {}
+    explicit Converter(const char* name) : handle(host ? host->openConverter(name) : nullptr) {}
     ~Converter()
     {
         if (handle)
-            host->close_converter(handle);
+            host->closeConverter(handle);
     }
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
@@ -25,13 +25,13 @@ public:
     bool IsOpen() const { return handle != nullptr; }
 
     // The one unit that the bytes give, NO_VALUE where they give none or more.
-    WCHAR ToUnit(const char* bytes, int count) { return host->to_unit(handle, bytes, count); }
+    WCHAR ToUnit(const char* bytes, int count) { return host->toUnit(handle, bytes, count); }
     // The same for each of the 256 pairs behind a lead byte.
-    void ToUnits(BYTE lead, WCHAR* units) { host->to_units(handle, lead, units); }
+    void ToUnits(BYTE lead, WCHAR* units) { host->toUnits(handle, lead, units); }
     // Calls apply(place, unit, bytes, count) for each unit that has bytes, in order; false when it
     // can't be told which have.
     using Apply = void (*)(void* place, WCHAR unit, const BYTE* bytes, int count);
-    bool FromUnits(void* place, Apply apply) { return host->from_units(handle, place, apply); }
+    bool FromUnits(void* place, Apply apply) { return host->fromUnits(handle, place, apply); }
 
 private:
     const Host host;

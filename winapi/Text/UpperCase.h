@@ -15,8 +15,8 @@ struct UpperCaseRun
 };
 
 // Ascending; ASCII is left out.
-extern const UpperCaseRun upper_case_runs[];
-extern const unsigned upper_case_run_count;
+extern const UpperCaseRun upperCaseRuns[];
+extern const unsigned upperCaseRunCount;
 
 // The unit itself where it has no upper case of one unit.
 WCHAR UpperCase(WCHAR unit);

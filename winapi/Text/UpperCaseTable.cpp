@@ -4,7 +4,7 @@
 
 namespace winapi
 {
-const UpperCaseRun upper_case_runs[] = {
+const UpperCaseRun upperCaseRuns[] = {
     {0x00B5, 0x00B5, 1, 743},
     {0x00E0, 0x00F6, 1, -32},
     {0x00F8, 0x00FE, 1, -32},
@@ -195,5 +195,5 @@ const UpperCaseRun upper_case_runs[] = {
     {0xAB70, 0xABBF, 1, -38864},
     {0xFF41, 0xFF5A, 1, -32},
 };
-const unsigned upper_case_run_count = sizeof upper_case_runs / sizeof upper_case_runs[0];
+const unsigned upperCaseRunCount = sizeof upperCaseRuns / sizeof upperCaseRuns[0];
 } // namespace winapi

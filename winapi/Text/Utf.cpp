@@ -116,11 +116,11 @@ Coding DecodeUtf8(const char* bytes, int count, bool strict, Sink<WCHAR>& out)
         bool ill;
         const unsigned value = ReadUtf8(next, end, ill);
         if (ill && strict)
-            return Coding::ill;
+            return Coding::ILL;
         if (!PutCharacter(out, value))
-            return Coding::full;
+            return Coding::FULL;
     }
-    return Coding::done;
+    return Coding::DONE;
 }
 
 Coding EncodeUtf8(const WCHAR* units, int count, bool strict, Sink<char>& out)
@@ -130,11 +130,11 @@ Coding EncodeUtf8(const WCHAR* units, int count, bool strict, Sink<char>& out)
         bool ill;
         const unsigned value = ReadUtf16(units, end, ill);
         if (ill && strict)
-            return Coding::ill;
+            return Coding::ILL;
         if (!PutUtf8(out, value))
-            return Coding::full;
+            return Coding::FULL;
     }
-    return Coding::done;
+    return Coding::DONE;
 }
 
 Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
@@ -145,13 +145,13 @@ Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
     while (bytes != end) {
         if (*bytes != '+') {
             if (!out.Put(static_cast<unsigned char>(*bytes++)))
-                return Coding::full;
+                return Coding::FULL;
             continue;
         }
         if (++bytes != end && *bytes == '-') {
             ++bytes;
             if (!out.Put('+'))
-                return Coding::full;
+                return Coding::FULL;
             continue;
         }
         for (int value; bytes != end && (value = Base64Value(*bytes)) >= 0; ++bytes) {
@@ -161,7 +161,7 @@ Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
                 continue;
             held -= 16;
             if (!out.Put(static_cast<WCHAR>(bits >> held)))
-                return Coding::full;
+                return Coding::FULL;
         }
         // Kept: a byte above 127 ends the stretch, but what it left of a unit goes on in the next
         // one.
@@ -170,7 +170,7 @@ Coding DecodeUtf7(const char* bytes, int count, Sink<WCHAR>& out)
         if (bytes != end && *bytes == '-')
             ++bytes;
     }
-    return Coding::done;
+    return Coding::DONE;
 }
 
 Coding EncodeUtf7(const WCHAR* units, int count, Sink<char>& out)
@@ -180,29 +180,29 @@ Coding EncodeUtf7(const WCHAR* units, int count, Sink<char>& out)
         if (*units == '+') {
             ++units;
             if (!out.Put('+') || !out.Put('-'))
-                return Coding::full;
+                return Coding::FULL;
             continue;
         }
         if (StandsForItself(*units)) {
             if (!out.Put(static_cast<char>(*units++)))
-                return Coding::full;
+                return Coding::FULL;
             continue;
         }
         if (!out.Put('+'))
-            return Coding::full;
+            return Coding::FULL;
         unsigned bits = 0;
         int held = 0;
         for (; units != end && *units != '+' && !StandsForItself(*units); ++units) {
             bits = bits << 16 | *units;
             for (held += 16; held >= 6; held -= 6)
                 if (!out.Put(BASE64[bits >> (held - 6) & 63]))
-                    return Coding::full;
+                    return Coding::FULL;
         }
         if (held && !out.Put(BASE64[bits << (6 - held) & 63]))
-            return Coding::full;
+            return Coding::FULL;
         if (!out.Put('-'))
-            return Coding::full;
+            return Coding::FULL;
     }
-    return Coding::done;
+    return Coding::DONE;
 }
 } // namespace winapi

@@ -37,9 +37,9 @@ private:
 // How a conversion ended.
 enum class Coding
 {
-    done,
-    ill, // ill-formed text, and the caller refuses it
-    full // no room for the next character
+    DONE,
+    ILL, // ill-formed text, and the caller refuses it
+    FULL // no room for the next character
 };
 
 // Ill-formed bytes become U+FFFD: a lead byte with the continuation bytes behind it, the first of

@@ -107,7 +107,7 @@ TEST(Locale, LocalesWithoutACodePageHaveUtf8)
 TEST(Locale, AScriptThatIsntNamedIsTheUsualOneThatIcuKnows)
 {
     int scripts = 0;
-    for (unsigned i = 0; i < locale_count; ++i) {
+    for (unsigned i = 0; i < localeCount; ++i) {
         const std::string tag = locales[i].tag;
         const std::size_t dash = tag.find('-');
         if (tag.find('-', dash + 1) != dash + 5)
@@ -126,8 +126,8 @@ TEST(Locale, AScriptThatIsntNamedIsTheUsualOneThatIcuKnows)
 
 TEST(Locale, CodePagesOfAllLocalesExist)
 {
-    EXPECT_EQ(256u, locale_count);
-    for (unsigned i = 0; i < locale_count; ++i) {
+    EXPECT_EQ(256u, localeCount);
+    for (unsigned i = 0; i < localeCount; ++i) {
         SCOPED_TRACE(locales[i].tag);
         for (UINT page : {locales[i].ansiPage, locales[i].oemPage, locales[i].macPage})
             EXPECT_TRUE(page < 3 || IsValidCodePage(page)) << page;
@@ -136,7 +136,7 @@ TEST(Locale, CodePagesOfAllLocalesExist)
 
 TEST(Locale, EachLanguageHasAHome)
 {
-    for (unsigned i = 0; i < language_home_count; ++i)
-        EXPECT_EQ(language_homes[i].lcid, FindLocale(language_homes[i].language).lcid)
-            << language_homes[i].language;
+    for (unsigned i = 0; i < languageHomeCount; ++i)
+        EXPECT_EQ(languageHomes[i].lcid, FindLocale(languageHomes[i].language).lcid)
+            << languageHomes[i].language;
 }
