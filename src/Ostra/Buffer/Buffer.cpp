@@ -32,10 +32,10 @@ void v_Move(char* pc_To, const void* qcv_From, unsigned n_Count)
 
 // How many bytes of the block come with it when it moves. Those behind the used ones of a shared
 // block stay where they are, and no copy of it has them.
-unsigned n_GetKeptSize(const CT_Buffer& co)
+unsigned n_GetKeptSize(const CT_Buffer& co_Source)
 {
-    const unsigned n_Used = co.n_GetUsedSize(), n_Room = co.n_GetMaximumSize();
-    return n_Used > n_Room || co.n_GetUseCount() > 1 ? n_Used : n_Room;
+    const unsigned n_Used = co_Source.n_GetUsedSize(), n_Room = co_Source.n_GetMaximumSize();
+    return n_Used > n_Room || co_Source.n_GetUseCount() > 1 ? n_Used : n_Room;
 }
 } // namespace
 
@@ -339,8 +339,8 @@ void CT_Buffer::v_Insert(unsigned char c_Byte, unsigned n_Count, unsigned n_Offs
         std::memset(pc_At, c_Byte, n_Count);
 }
 
-// A range of the buffer's own. The gap moves the used bytes behind it, and may lie within the range.
-// The room behind the used bytes is read as it stands when the gap is open.
+// A range of the buffer's own. The gap moves the used bytes behind it, and may lie within the
+// range. The room behind the used bytes is read as it stands when the gap is open.
 void CT_Buffer::v_InsertOwn(unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
     const unsigned n_Kept = n_GetKeptSize(*this);
