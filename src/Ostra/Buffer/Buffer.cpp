@@ -226,7 +226,7 @@ void CT_Buffer::v_SetSize(unsigned n_Size, int b_Keep)
         return;
     }
     if (!b_Resize) {
-        if (n_Used > 0)
+        if (pc_Data)
             std::memcpy(pc_New, pc_Data, std::min(n_Used, n_GetMaximumSize()));
         v_DecUseCount();
     }
