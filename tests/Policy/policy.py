@@ -23,7 +23,7 @@ GROUND = {"winapi/Base/Types.h", "winapi/Base/Words.h", "winapi/Base/Constants.h
 LARGE_LIBRARIES = re.compile(r"#include <(unicode/|sqlite3|fontconfig/|ft2build|freetype)")
 RUNTIMES = re.compile(r"(libstdc\+\+|libgcc_s|libm|libc|libpthread|libdl|libatomic|ld-linux[\w-]*)\.so\.\d+$")
 # What the services may take from the C library directly: memory and texts. Calls of the system go through Posix.h.
-PLAIN_CALLS = re.compile(r"_Z|__|_Unwind|_GLOBAL_|(mem|str|pthread_mutex_)\w+$|(malloc|calloc|realloc|free|abort|snprintf|"
+PLAIN_CALLS = re.compile(r"_Z|__|_Unwind|_GLOBAL_|(mem|str|pthread_mutex_)\w+$|(malloc|calloc|realloc|free|abort|bcmp|snprintf|"
                          r"vsnprintf|pthread_atfork|DllMain|winapi_(Test|Program)\w+)$")
 GENERATED = re.compile(r"// (Made|Generated) by ")
 breaches = []
