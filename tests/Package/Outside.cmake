@@ -85,7 +85,7 @@ file(COPY ${WORK}/Runtime/ DESTINATION ${WORK}/Development)
 run_installed(${WORK}/Development)
 
 find_program(PYTHON python3 REQUIRED)
-run(${PYTHON} ${SOURCE}/headers_test.py --each ${WORK}/shared/include/ostra)
+run(${PYTHON} ${SOURCE}/headers_test.py ${WORK}/shared/include/ostra)
 message(STATUS "${output}")
 
 build_within(add_subdirectory)
