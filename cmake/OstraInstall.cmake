@@ -60,7 +60,7 @@ endif()
 # What is linked into the shared library has to be named for the static one.
 if(OSTRA_STATIC)
     set(OSTRA_PC_CFLAGS " -DOSTRA_STATIC_DEFINE")
-    set(OSTRA_PC_REQUIRES "Requires: icu-uc\n")
+    set(OSTRA_PC_REQUIRES "Requires: ${OSTRA_HOST_MODULES}\n")
     set(OSTRA_PC_LIBS " -lstdc++ -lm -lpthread -ldl")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ostra.pc.in ${PROJECT_BINARY_DIR}/ostra.pc @ONLY)

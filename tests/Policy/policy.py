@@ -123,7 +123,10 @@ def check_sources():
 FLOORS = [["Ostra/Frame"], ["Ostra/Buffer"], ["System/OS"], ["System/String"], ["Ostra/String"],
           ["Ostra/Unicode", "Ostra/ARRAY"], ["Ostra/SortedArray", "Ostra/LIST", "Ostra/HashTable"],
           ["Ostra/Containers", "Ostra/Maps", "Ostra/CompList", "Ostra/Pattern"], ["Ostra/WordList"],
-          ["Ostra/File"], ["Database/RecordManager"], ["System/Forum", "System/Timer"], ["Ostra"]]
+          ["Ostra/File"], ["Ostra/Input", "Ostra/Output"], ["Ostra/TestOut"], ["Database/RecordManager"],
+          ["System/LocaleInfo"], ["System/Time"],
+          ["System/DDE", "System/FontManager", "System/Forum", "System/IniFile", "System/ModuleVersion",
+           "System/Registry", "System/Timer"], ["Ostra"]]
 # What includes from above, and why.
 UPWARD = {
     # All static objects of the library stand in one source, in the order of their construction.
