@@ -11,6 +11,7 @@
 #include "winapi/Files/FileMap.h"
 #include "winapi/Files/FileSearch.h"
 #include "winapi/Files/Path.h"
+#include "winapi/Memory/Global.h"
 #include "winapi/Process/Clock.h"
 #include "winapi/Process/Environment.h"
 #include "winapi/Process/Module.h"

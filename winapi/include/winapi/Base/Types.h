@@ -35,6 +35,7 @@ using DWORD_PTR = std::uintptr_t;
 
 using HANDLE = void*;
 using HLOCAL = void*;
+using HGLOBAL = void*;
 struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
