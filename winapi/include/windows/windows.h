@@ -18,5 +18,6 @@
 #include "winapi/Process/System.h"
 #include "winapi/Process/Thread.h"
 #include "winapi/Text/CodePage.h"
+#include "winapi/Text/TextTest.h"
 
 using namespace winapi;
