@@ -1,0 +1,111 @@
+// winapi/Locale/LocaleInfo.h: what is known of a locale.
+#pragma once
+
+#include "winapi/Locale/Locale.h"
+
+using LCTYPE = DWORD;
+
+namespace winapi
+{
+constexpr LCTYPE LOCALE_NOUSEROVERRIDE = 0x80000000;
+constexpr LCTYPE LOCALE_USE_CP_ACP = 0x40000000;
+constexpr LCTYPE LOCALE_RETURN_NUMBER = 0x20000000;
+
+constexpr LCTYPE LOCALE_ILANGUAGE = 0x01;
+constexpr LCTYPE LOCALE_SLANGUAGE = 0x02;
+constexpr LCTYPE LOCALE_SABBREVLANGNAME = 0x03;
+constexpr LCTYPE LOCALE_SNATIVELANGNAME = 0x04;
+constexpr LCTYPE LOCALE_ICOUNTRY = 0x05;
+constexpr LCTYPE LOCALE_SCOUNTRY = 0x06;
+constexpr LCTYPE LOCALE_SABBREVCTRYNAME = 0x07;
+constexpr LCTYPE LOCALE_SNATIVECTRYNAME = 0x08;
+constexpr LCTYPE LOCALE_IDEFAULTLANGUAGE = 0x09;
+constexpr LCTYPE LOCALE_IDEFAULTCOUNTRY = 0x0A;
+constexpr LCTYPE LOCALE_IDEFAULTCODEPAGE = 0x0B;
+constexpr LCTYPE LOCALE_SLIST = 0x0C;
+constexpr LCTYPE LOCALE_IMEASURE = 0x0D;
+constexpr LCTYPE LOCALE_SDECIMAL = 0x0E;
+constexpr LCTYPE LOCALE_STHOUSAND = 0x0F;
+constexpr LCTYPE LOCALE_SGROUPING = 0x10;
+constexpr LCTYPE LOCALE_IDIGITS = 0x11;
+constexpr LCTYPE LOCALE_ILZERO = 0x12;
+constexpr LCTYPE LOCALE_SNATIVEDIGITS = 0x13;
+constexpr LCTYPE LOCALE_SCURRENCY = 0x14;
+constexpr LCTYPE LOCALE_SINTLSYMBOL = 0x15;
+constexpr LCTYPE LOCALE_SMONDECIMALSEP = 0x16;
+constexpr LCTYPE LOCALE_SMONTHOUSANDSEP = 0x17;
+constexpr LCTYPE LOCALE_SMONGROUPING = 0x18;
+constexpr LCTYPE LOCALE_ICURRDIGITS = 0x19;
+constexpr LCTYPE LOCALE_IINTLCURRDIGITS = 0x1A;
+constexpr LCTYPE LOCALE_ICURRENCY = 0x1B;
+constexpr LCTYPE LOCALE_INEGCURR = 0x1C;
+constexpr LCTYPE LOCALE_SDATE = 0x1D;
+constexpr LCTYPE LOCALE_STIME = 0x1E;
+constexpr LCTYPE LOCALE_SSHORTDATE = 0x1F;
+constexpr LCTYPE LOCALE_SLONGDATE = 0x20;
+constexpr LCTYPE LOCALE_IDATE = 0x21;
+constexpr LCTYPE LOCALE_ILDATE = 0x22;
+constexpr LCTYPE LOCALE_ITIME = 0x23;
+constexpr LCTYPE LOCALE_ICENTURY = 0x24;
+constexpr LCTYPE LOCALE_ITLZERO = 0x25;
+constexpr LCTYPE LOCALE_IDAYLZERO = 0x26;
+constexpr LCTYPE LOCALE_IMONLZERO = 0x27;
+constexpr LCTYPE LOCALE_S1159 = 0x28;
+constexpr LCTYPE LOCALE_S2359 = 0x29;
+// Day 1 is Monday; the names of the other days and months follow theirs.
+constexpr LCTYPE LOCALE_SDAYNAME1 = 0x2A;
+constexpr LCTYPE LOCALE_SDAYNAME7 = 0x30;
+constexpr LCTYPE LOCALE_SABBREVDAYNAME1 = 0x31;
+constexpr LCTYPE LOCALE_SABBREVDAYNAME7 = 0x37;
+constexpr LCTYPE LOCALE_SMONTHNAME1 = 0x38;
+constexpr LCTYPE LOCALE_SMONTHNAME12 = 0x43;
+constexpr LCTYPE LOCALE_SABBREVMONTHNAME1 = 0x44;
+constexpr LCTYPE LOCALE_SABBREVMONTHNAME12 = 0x4F;
+constexpr LCTYPE LOCALE_SPOSITIVESIGN = 0x50;
+constexpr LCTYPE LOCALE_SNEGATIVESIGN = 0x51;
+constexpr LCTYPE LOCALE_IPOSSIGNPOSN = 0x52;
+constexpr LCTYPE LOCALE_INEGSIGNPOSN = 0x53;
+constexpr LCTYPE LOCALE_IPOSSYMPRECEDES = 0x54;
+constexpr LCTYPE LOCALE_IPOSSEPBYSPACE = 0x55;
+constexpr LCTYPE LOCALE_INEGSYMPRECEDES = 0x56;
+constexpr LCTYPE LOCALE_INEGSEPBYSPACE = 0x57;
+constexpr LCTYPE LOCALE_FONTSIGNATURE = 0x58;
+constexpr LCTYPE LOCALE_SISO639LANGNAME = 0x59;
+constexpr LCTYPE LOCALE_SISO3166CTRYNAME = 0x5A;
+constexpr LCTYPE LOCALE_IGEOID = 0x5B;
+constexpr LCTYPE LOCALE_SNAME = 0x5C;
+constexpr LCTYPE LOCALE_SENGLANGUAGE = 0x1001;
+constexpr LCTYPE LOCALE_SENGCOUNTRY = 0x1002;
+constexpr LCTYPE LOCALE_STIMEFORMAT = 0x1003;
+constexpr LCTYPE LOCALE_IDEFAULTANSICODEPAGE = 0x1004;
+constexpr LCTYPE LOCALE_ITIMEMARKPOSN = 0x1005;
+constexpr LCTYPE LOCALE_SYEARMONTH = 0x1006;
+constexpr LCTYPE LOCALE_SENGCURRNAME = 0x1007;
+constexpr LCTYPE LOCALE_SNATIVECURRNAME = 0x1008;
+constexpr LCTYPE LOCALE_ICALENDARTYPE = 0x1009;
+constexpr LCTYPE LOCALE_IPAPERSIZE = 0x100A;
+constexpr LCTYPE LOCALE_IOPTIONALCALENDAR = 0x100B;
+constexpr LCTYPE LOCALE_IFIRSTDAYOFWEEK = 0x100C;
+constexpr LCTYPE LOCALE_IFIRSTWEEKOFYEAR = 0x100D;
+constexpr LCTYPE LOCALE_SMONTHNAME13 = 0x100E;
+constexpr LCTYPE LOCALE_SABBREVMONTHNAME13 = 0x100F;
+constexpr LCTYPE LOCALE_INEGNUMBER = 0x1010;
+constexpr LCTYPE LOCALE_IDEFAULTMACCODEPAGE = 0x1011;
+constexpr LCTYPE LOCALE_IDEFAULTEBCDICCODEPAGE = 0x1012;
+
+// A fact as text with its terminator. Result: units or bytes with the terminator (a text that is
+// empty: 1); with size 0 the size needed. 0 with ERROR_INSUFFICIENT_BUFFER (122) for too little
+// room; ERROR_INVALID_FLAGS (1004) for a fact that isn't known; ERROR_INVALID_PARAMETER (87) for an
+// unknown locale, a negative size, or a null buffer with a size; ERROR_MOD_NOT_FOUND (126) for a
+// text without the library that has it, ERROR_NOT_ENOUGH_MEMORY (8) without memory. The locale may
+// be one of the ids that stand for the process's.
+//
+// LOCALE_FONTSIGNATURE is no text but eight words of 32 bits, without a terminator: 16 units.
+// LOCALE_RETURN_NUMBER gives a number as a DWORD, and refuses what is no number with
+// ERROR_INVALID_FLAGS. LOCALE_NOUSEROVERRIDE changes nothing: nobody overrides anything.
+//
+// The 8-bit text is in the locale's own ANSI code page, in the process's where the locale has none
+// or with LOCALE_USE_CP_ACP.
+WINAPI_EXPORT int GetLocaleInfoW(LCID Locale, LCTYPE LCType, LPWSTR lpLCData, int cchData);
+WINAPI_EXPORT int GetLocaleInfoA(LCID Locale, LCTYPE LCType, LPSTR lpLCData, int cchData);
+} // namespace winapi
