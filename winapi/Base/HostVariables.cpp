@@ -37,4 +37,17 @@ int SetHostVariable(const char* name, const char* value)
     const int result = value ? posix.setenv(name, value, 1) : posix.unsetenv(name);
     return result == 0 ? 0 : errno;
 }
+
+bool HostZone::Follow()
+{
+    const std::lock_guard lock(mutex);
+    const char* const now = posix.getenv("TZ");
+    if (state == (now ? SET : UNSET) && (!now || std::strncmp(value, now, sizeof value - 1) == 0))
+        return false;
+    state = now ? SET : UNSET;
+    if (now)
+        std::strncpy(value, now, sizeof value - 1);
+    posix.tzset();
+    return true;
+}
 } // namespace winapi

@@ -18,4 +18,23 @@ bool CopyHostVariable(const char* name, char* buffer, std::size_t room);
 
 // Sets a variable, or with a null value removes it. Result: 0 or the host's error number.
 int SetHostVariable(const char* name, const char* value);
+
+// The value of TZ as it was when it was last looked at.
+class HostZone
+{
+public:
+    // When the variable has changed since then, or nobody has looked yet, lets the host's C library
+    // read it. Result: whether that was so.
+    bool Follow();
+
+private:
+    enum State : char
+    {
+        UNKNOWN,
+        UNSET,
+        SET
+    };
+    State state = UNKNOWN;
+    char value[256] = "";
+};
 } // namespace winapi

@@ -68,6 +68,8 @@ struct Posix
     int (*msync)(void* address, size_t size, int flags);
     // Time.
     int (*clock_gettime)(clockid_t clock, struct timespec* now);
+    void (*tzset)();
+    struct tm* (*localtime_r)(const time_t* moment, struct tm* date);
     int (*nanosleep)(const struct timespec* span, struct timespec* rest);
     // The process, its threads and its variables.
     pid_t (*gettid)();
