@@ -31,6 +31,15 @@ bool CopyHostVariable(const char* name, char* buffer, std::size_t room)
     return length != 0;
 }
 
+std::vector<std::string> HostVariables()
+{
+    const std::lock_guard lock(mutex);
+    std::vector<std::string> variables;
+    for (char** variable = posix.environment(); variable && *variable; ++variable)
+        variables.emplace_back(*variable);
+    return variables;
+}
+
 int SetHostVariable(const char* name, const char* value)
 {
     const std::lock_guard lock(mutex);

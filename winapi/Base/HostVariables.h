@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace winapi
 {
@@ -15,6 +16,9 @@ std::optional<std::string> HostVariable(const char* name);
 // The same without memory: copies as much of the value as fits, with a terminator. Result: whether
 // there is such a variable with a value that isn't empty.
 bool CopyHostVariable(const char* name, char* buffer, std::size_t room);
+
+// All of them, as name=value.
+std::vector<std::string> HostVariables();
 
 // Sets a variable, or with a null value removes it. Result: 0 or the host's error number.
 int SetHostVariable(const char* name, const char* value);

@@ -1,11 +1,14 @@
 // winapi/Base/Posix.cpp
 #include "Base/Posix.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
+#include <spawn.h>
 #include <sys/auxv.h>
 #include <sys/mman.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -21,6 +24,28 @@ int Open(const char* path, int flags, mode_t mode)
 int Lock(int fd, int command, struct flock* lock)
 {
     return ::fcntl(fd, command, lock);
+}
+
+char** Environment()
+{
+    return ::environ;
+}
+
+int Spawn(pid_t* process, const char* program, int output, char* const* arguments,
+          char* const* variables)
+{
+    posix_spawn_file_actions_t actions;
+    if (const int error = ::posix_spawn_file_actions_init(&actions))
+        return error;
+    int error = ::posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    if (!error)
+        error = ::posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    if (!error)
+        error = ::posix_spawn_file_actions_adddup2(&actions, output, 1);
+    if (!error)
+        error = ::posix_spawnp(process, program, &actions, nullptr, arguments, variables);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return error;
 }
 } // namespace
 
@@ -77,6 +102,11 @@ constinit Posix posix = {
     .getenv = ::getenv,
     .setenv = ::setenv,
     .unsetenv = ::unsetenv,
+    .environment = Environment,
+    .posix_spawnp = Spawn,
+    .waitpid = ::waitpid,
+    .pipe2 = ::pipe2,
+    .raise = ::raise,
     .dlopen = ::dlopen,
     .dlsym = ::dlsym,
     .dlclose = ::dlclose,

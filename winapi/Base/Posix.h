@@ -80,6 +80,14 @@ struct Posix
     char* (*getenv)(const char* name);
     int (*setenv)(const char* name, const char* value, int overwrite);
     int (*unsetenv)(const char* name);
+    char** (*environment)(); // The variables themselves.
+    // Looks for the program as a shell does. Its output goes to that descriptor; it has no input,
+    // and what it says of errors is lost. The error number is the result.
+    int (*posix_spawnp)(pid_t* process, const char* program, int output, char* const* arguments,
+                        char* const* variables);
+    pid_t (*waitpid)(pid_t process, int* status, int options);
+    int (*pipe2)(int ends[2], int flags);
+    int (*raise)(int signal);
     // Modules.
     void* (*dlopen)(const char* path, int flags);
     void* (*dlsym)(void* module, const char* name);

@@ -39,6 +39,8 @@ using HGLOBAL = void*;
 struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
+struct HWND__;
+using HWND = HWND__*;
 
 struct FILETIME
 {
