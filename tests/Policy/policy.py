@@ -131,6 +131,12 @@ FLOORS = [["Ostra/Frame"], ["Ostra/Buffer"], ["System/OS"], ["System/String"], [
 UPWARD = {
     # All static objects of the library stand in one source, in the order of their construction.
     "Ostra/Frame/StartUp.cpp": ["Ostra/Buffer", "Ostra/String", "System/OS", "System/Forum"],
+    # Errors are told in texts, and the manager keeps the formatters of threads in an array: these
+    # stand above it and report through it.
+    "Ostra/Frame/ErrorManager.h": ["Ostra/ARRAY"],
+    "Ostra/Frame/ErrorManager.cpp": ["Ostra/String"],
+    "Ostra/Frame/ErrorManagerSystem.cpp": ["System/OS"],
+    "Ostra/Frame/ErrorManagerWindow.cpp": ["Ostra/String", "System/OS"],
     # The module's name is a text.
     "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String"],
     # The forms that take string objects; those of raw text stand below the strings.

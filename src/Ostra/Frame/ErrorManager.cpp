@@ -2,7 +2,8 @@
 #include <Ostra/Frame/ErrorManager.h>
 
 #include <Ostra/Frame/Print.h>
-#include <Ostra/Frame/SystemText.h>
+#include <Ostra/String/LoadString.h>
+#include <Ostra/String/UString.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -24,6 +25,7 @@ unsigned short CT_ErrorManager::sau_LoadBuffer[LOAD_ROOM];
 // ---- Life -----------------------------------------------------------------------------------
 
 CT_ErrorManager::CT_ErrorManager(unsigned n_ErrorCount, unsigned n_LocationCount)
+    : co_Threads(sizeof(st_Thread*))
 {
     v_Null();
     v_Init(n_ErrorCount, n_LocationCount);
@@ -77,6 +79,12 @@ void CT_ErrorManager::v_Init(unsigned n_ErrorCount, unsigned n_LocationCount)
 
 void CT_ErrorManager::v_Exit()
 {
+    st_Thread* pso_Thread;
+    for (unsigned n_Index = co_Threads.n_GetCount(); n_Index; --n_Index) {
+        co_Threads.v_GetAt(&pso_Thread, static_cast<int>(n_Index));
+        std::free(pso_Thread);
+    }
+    co_Threads.v_Set(0, 0, 0);
     std::free(paso_Errors);
     std::free(paso_Locations);
     v_Null();
@@ -110,14 +118,17 @@ void CT_ErrorManager::v_SetError(unsigned n_Code, HINSTANCE h_Instance, unsigned
     st_Error* pso_Error = pso_CreateNewError(n_Code, h_Instance, n_FormatID);
     if (!pso_Error)
         return;
-    // A formatter that the thread has registered is asked here.
-    sau_LoadBuffer[0] = 0;
-    if (pso_Error->h_Instance)
-        LoadStringW(pso_Error->h_Instance, n_FormatID, qcuz_System(sau_LoadBuffer), LOAD_ROOM);
     va_list args;
     va_start(args, n_FormatID);
-    v_FormatError(pso_Error, sau_LoadBuffer, args);
+    if (!b_FormatByThread(pso_Error, n_FormatID, args)) {
+        sau_LoadBuffer[0] = 0;
+        if (pso_Error->h_Instance)
+            CT_LoadString::sv_LoadString(sau_LoadBuffer, LOAD_ROOM, pso_Error->h_Instance,
+                                         n_FormatID);
+        CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, sau_LoadBuffer, args);
+    }
     va_end(args);
+    v_SetPrefix(pso_Error);
 }
 
 void CT_ErrorManager::v_SetError(unsigned n_Code, const unsigned short* qcuz_Format, ...)
@@ -125,19 +136,18 @@ void CT_ErrorManager::v_SetError(unsigned n_Code, const unsigned short* qcuz_For
     st_Error* pso_Error = pso_CreateNewError(n_Code, nullptr, 0);
     if (!pso_Error)
         return;
-    // A formatter that the thread has registered is asked here, with the code in both places.
     va_list args;
     va_start(args, qcuz_Format);
-    v_FormatError(pso_Error, qcuz_Format, args);
+    // Kept: a formatter sees the code in both places, and so can't tell a text from a number.
+    if (!b_FormatByThread(pso_Error, n_Code, args) && qcuz_Format)
+        CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, qcuz_Format, args);
     va_end(args);
+    v_SetPrefix(pso_Error);
 }
 
-void CT_ErrorManager::v_FormatError(st_Error* pso_Error, const unsigned short* qcuz_Format,
-                                    va_list args)
+void CT_ErrorManager::v_SetPrefix(st_Error* pso_Error)
 {
     unsigned short au_Message[MESSAGE_ROOM] = {};
-    if (qcuz_Format)
-        CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, qcuz_Format, args);
     CT_Print::si_Format(au_Message, MESSAGE_ROOM, sau_ErrorFormat, pso_Error->n_ErrorCode,
                         pso_Error->au_Message);
     std::memcpy(pso_Error->au_Message, au_Message, sizeof(au_Message));
@@ -156,6 +166,30 @@ void CT_ErrorManager::v_SetMessageError(const unsigned short* qcuz_Format, va_li
     st_Error* pso_Error = pso_CreateNewError(0, nullptr, 0);
     if (pso_Error && qcuz_Format)
         CT_Print::si_Print(pso_Error->au_Message, MESSAGE_ROOM, qcuz_Format, args);
+}
+
+void CT_ErrorManager::v_SetMessageError(const char* qccz_Format, ...)
+{
+    // An error that is dropped has no use for a format.
+    if (pso_GetError(pso_SetErrors))
+        return;
+    const CT_UString co_Format(qccz_Format ? qccz_Format : "", CT_String::ALL, 0);
+    va_list args;
+    va_start(args, qccz_Format);
+    v_SetMessageError(co_Format.qcuz_Get(), args);
+    va_end(args);
+}
+
+void CT_ErrorManager::v_SetMessageError(const char* qccz_Format, va_list args)
+{
+    st_Error* pso_Error = pso_CreateNewError(0, nullptr, 0);
+    if (!pso_Error || !qccz_Format)
+        return;
+    char acz_Message[MESSAGE_ROOM];
+    CT_Print::si_Print(acz_Message, MESSAGE_ROOM, qccz_Format, args);
+    const unsigned n_Length = static_cast<unsigned>(std::strlen(acz_Message));
+    for (unsigned n_At = 0; n_At <= n_Length; ++n_At)
+        pso_Error->au_Message[n_At] = static_cast<unsigned char>(acz_Message[n_At]);
 }
 
 // ---- Managing the thread's error ------------------------------------------------------------

@@ -1,6 +1,7 @@
 // Ostra/Frame/ErrorManager.h: the failure protocol of the library.
 #pragma once
 
+#include <Ostra/ARRAY/VoidArray.h>
 #include <Ostra/Frame/Exit.h>
 #include <Ostra/Frame/Export.h>
 #include <Ostra/Frame/Init.h>
@@ -51,6 +52,18 @@ public:
         int b_Ignore;                   // hides the error from b_IsSetError
     };
 
+    // Writes the message of an error into an area of n_Room bytes: the text that the prefix is put
+    // in front of. Result: 0 where the manager is to write it from the format. An error that comes
+    // as text passes its code in both numbers.
+    using Formatter = int (*)(unsigned short* pu_Message, unsigned n_Room, unsigned n_Code,
+                              unsigned n_FormatID, va_list args);
+
+    struct st_Thread
+    {
+        unsigned n_Thread;
+        Formatter pf_Format; // may be null
+    };
+
     // ---- Life -------------------------------------------------------------------------------
 
     // The instance of the process; null before the library's start-up and after its end.
@@ -68,6 +81,10 @@ public:
     // Code 0 and the bare text, without a prefix; a null format means an empty text.
     void v_SetMessageError(const unsigned short* qcuz_Format, ...);
     void v_SetMessageError(const unsigned short* qcuz_Format, va_list args);
+    // Kept: the first converts the format by code page 0 and formats wide, so its %s takes wide
+    // text; the second formats 8-bit text, of up to 1,023 bytes, and makes a unit of each byte.
+    void v_SetMessageError(const char* qccz_Format, ...);
+    void v_SetMessageError(const char* qccz_Format, va_list args);
     // The thread's last system error with the system's text for it, which is empty for a code that
     // the system doesn't know; with a format, its text follows in brackets. Sets the last error to
     // 0, even when the thread has an error already.
@@ -76,6 +93,27 @@ public:
     // The same for the last socket error and sqcuz_GetSocketError.
     void v_SetSocketError();
     void v_SetSocketError(const unsigned short* qcuz_Format, ...);
+
+    // ---- Formatters of threads ----------------------------------------------------------------
+
+    // From now on the errors of that thread (v_SetError, not messages and system errors) are
+    // offered to the formatter, which a later registration of the thread hides. Reports 60006 when
+    // the heap is exhausted.
+    void v_TakeThread(Formatter pf_Format, unsigned n_Thread);
+    // Takes the latest registration of the thread back; the error of the thread stays.
+    void v_GiveThread(unsigned n_Thread);
+
+    // ---- Showing it to the user ---------------------------------------------------------------
+
+    // Shows message and trail of the thread's set error, else of its held one, in a message box and
+    // waits for the answer. The title is a text, or where that is null the text of that number in
+    // the string table of the error's module; 0 for none. The flags are MessageBox's: buttons and
+    // icon. IDABORT (3) ends the process by abort, IDRETRY (4) stops in a debugger and ends the
+    // process where there is none. Result: the button's number; 0 without an error, with no box; on
+    // Linux -1 without a display or zenity, with title and text on the standard error stream. One
+    // thread at a time: title and text lie in an area of the process, of 1,024 units.
+    int i_ErrorLocationWindow(unsigned n_TitleID, const unsigned short* qcuz_Title,
+                              unsigned n_Flags) const;
 
     // ---- Managing the thread's error --------------------------------------------------------
 
@@ -146,8 +184,17 @@ private:
     void v_DestroyError(st_Error* pso_Error, st_Error** ppso_List);
     void v_DestroyLocations(st_Error* pso_Error);
     static void sv_Unlink(st_Error* pso_Error, st_Error** ppso_List);
-    void v_FormatError(st_Error* pso_Error, const unsigned short* qcuz_Format, va_list args);
+    void v_SetPrefix(st_Error* pso_Error);
+    unsigned n_GetThreadIndex(unsigned n_Thread) const;
+    const st_Thread* pso_GetThread(unsigned n_Thread) const;
+    int b_FormatByThread(st_Error* pso_Error, unsigned n_FormatID, va_list args);
+    unsigned n_WriteTitle(unsigned n_TitleID, const unsigned short* qcuz_Title,
+                          const st_Error* pcso_Error) const;
+    void v_WriteText(unsigned n_At, const st_Error* pcso_Error) const;
+    unsigned n_WriteTrail(unsigned n_At, const st_Location* pcso_Location) const;
     void v_SystemError(const unsigned short* qcuz_Format, va_list args);
+    void v_WideSystemError(unsigned n_Code, const unsigned short* qcuz_Format, va_list args);
+    void v_NarrowSystemError(unsigned n_Code, const unsigned short* qcuz_Format, va_list args);
     void v_SocketError(const unsigned short* qcuz_Format, va_list args);
     void v_SystemError(unsigned n_Code, const unsigned short* qcuz_Text,
                        const unsigned short* qcuz_Format, va_list args);
@@ -164,7 +211,7 @@ private:
     unsigned n_Locations;
     st_Location* paso_Locations; // the one block of n_Locations records
     st_Location* pso_FreeLocations;
-    // The formatters that threads have registered belong here.
+    CT_VoidArray co_Threads; // of pointers to st_Thread
     int b_InterruptOnError;
     int b_DebugMessageOnError;
 
@@ -174,4 +221,5 @@ private:
     static CT_Exit sco_Exit;
     static const unsigned short sau_ErrorFormat[];
     static unsigned short sau_LoadBuffer[];
+    static unsigned short sau_MessageBuffer[]; // title and text of the window
 };

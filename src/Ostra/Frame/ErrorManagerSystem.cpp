@@ -4,11 +4,15 @@
 #include <Ostra/Frame/Print.h>
 #include <Ostra/Frame/SystemText.h>
 #include <Ostra/Frame/Text.h>
+#include <System/OS/OS.h>
+
+#include <algorithm>
 
 namespace
 {
 constexpr unsigned MESSAGE_ROOM = sizeof(CT_ErrorManager::st_Error::au_Message) / 2;
 constexpr DWORD NEUTRAL_DEFAULT = 0x400;
+constexpr DWORD SYSTEM_TEXT = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM;
 
 struct st_SocketError
 {
@@ -112,12 +116,39 @@ void CT_ErrorManager::v_SetSocketError(const unsigned short* qcuz_Format, ...)
 void CT_ErrorManager::v_SystemError(const unsigned short* qcuz_Format, va_list args)
 {
     const unsigned n_Code = GetLastError();
+    if (CT_OS::sb_GetIsWindowsNT())
+        v_WideSystemError(n_Code, qcuz_Format, args);
+    else
+        v_NarrowSystemError(n_Code, qcuz_Format, args);
+    SetLastError(0);
+}
+
+void CT_ErrorManager::v_WideSystemError(unsigned n_Code, const unsigned short* qcuz_Format,
+                                        va_list args)
+{
     unsigned short* pu_Text = nullptr;
-    FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, n_Code,
-                   NEUTRAL_DEFAULT, reinterpret_cast<LPWSTR>(&pu_Text), 0, nullptr);
+    FormatMessageW(SYSTEM_TEXT, nullptr, n_Code, NEUTRAL_DEFAULT,
+                   reinterpret_cast<LPWSTR>(&pu_Text), 0, nullptr);
     v_SystemError(n_Code, pu_Text, qcuz_Format, args);
     LocalFree(pu_Text);
-    SetLastError(0);
+}
+
+// The text is converted in an area of its own, and by the service: a report takes nothing from the
+// heap, and the conversion must not report.
+void CT_ErrorManager::v_NarrowSystemError(unsigned n_Code, const unsigned short* qcuz_Format,
+                                          va_list args)
+{
+    char* pc_Text = nullptr;
+    const unsigned n_Bytes =
+        std::min<unsigned>(FormatMessageA(SYSTEM_TEXT, nullptr, n_Code, NEUTRAL_DEFAULT,
+                                          reinterpret_cast<LPSTR>(&pc_Text), 0, nullptr),
+                           MESSAGE_ROOM - 1);
+    unsigned short auz_Text[MESSAGE_ROOM] = {};
+    if (n_Bytes)
+        MultiByteToWideChar(CP_ACP, 0, pc_Text, static_cast<int>(n_Bytes), qcuz_System(auz_Text),
+                            static_cast<int>(MESSAGE_ROOM - 1));
+    LocalFree(pc_Text);
+    v_SystemError(n_Code, n_Bytes ? auz_Text : nullptr, qcuz_Format, args);
 }
 
 void CT_ErrorManager::v_SocketError(const unsigned short* qcuz_Format, va_list args)
