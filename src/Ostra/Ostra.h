@@ -32,6 +32,10 @@
 #include <Ostra/Frame/Version.h>
 #include <Ostra/HashTable/VoidHashIterator.h>
 #include <Ostra/HashTable/VoidHashTable.h>
+#include <Ostra/Input/FileInput.h>
+#include <Ostra/Input/Input.h>
+#include <Ostra/Input/MappedFileInput.h>
+#include <Ostra/Input/MemoryInput.h>
 #include <Ostra/LIST/VoidList.h>
 #include <Ostra/Maps/StringNumberMap.h>
 #include <Ostra/Maps/StringOrdinalMap.h>
