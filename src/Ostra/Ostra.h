@@ -40,6 +40,11 @@
 #include <Ostra/Maps/StringNumberMap.h>
 #include <Ostra/Maps/StringOrdinalMap.h>
 #include <Ostra/Maps/StringStringMap.h>
+#include <Ostra/Output/FileOutput.h>
+#include <Ostra/Output/HugeOutput.h>
+#include <Ostra/Output/MemoryOutput.h>
+#include <Ostra/Output/Output.h>
+#include <Ostra/Output/StringOutput.h>
 #include <Ostra/Pattern/Pattern.h>
 #include <Ostra/SortedArray/VoidSortedArray.h>
 #include <Ostra/String/CString.h>
