@@ -64,6 +64,7 @@
 #include <Ostra/WordList/BiUWordListIterator.h>
 #include <Ostra/WordList/BiWordListIteratorOstra.h>
 #include <System/Forum/Forum.h>
+#include <System/LocaleInfo/Language.h>
 #include <System/OS/OS.h>
 #include <System/String/StandardUTF8.h>
 #include <System/String/StringConvert.h>

@@ -37,6 +37,23 @@ void Require(bool condition, const char* what)
     std::_Exit(99);
 }
 
+// Whether the list of language codes is there.
+bool KnowsLanguages()
+{
+    CT_Language::et_Primary primary{};
+    return CT_Language::sb_GetPrimary(&primary, "DE") && primary == 7;
+}
+
+// The blocks that the list of language codes has taken.
+unsigned BlocksOfLanguages()
+{
+    const unsigned before = CT_Buffer::sn_GetAllocCount();
+    CT_CompList list(CT_CompList::es_Byte, 1, 0, 0, 128, 0);
+    for (unsigned row = 0; row <= CT_Language::sn_GetPrimaryCount(); ++row)
+        list.b_Add(CT_Language::sqccz_GetLanguageCode(CT_Language::et_Primary{row}), row);
+    return CT_Buffer::sn_GetAllocCount() - before;
+}
+
 bool HasModule()
 {
     return CT_OstraDLLMain::sh_GetInstance() != nullptr;
@@ -58,12 +75,14 @@ struct Before
                 "a version before the start");
         Require(!HasModule(), "a module before the start");
         Require(CT_Buffer::sn_GetAllocCount() == 0, "blocks before the start");
+        Require(!KnowsLanguages(), "language codes before the start");
         Require(!can_ask_the_unborn || CT_CString::spcco_GetType()->n_GetTypes() == 0,
                 "types before the start");
     }
     ~Before()
     {
         Require(CT_ErrorManager::spco_Get() == nullptr, "a manager after the end");
+        Require(!KnowsLanguages(), "language codes after the end");
         Require(!can_ask_the_unborn || CT_UString::spcco_GetType()->n_GetTypes() == 0,
                 "types after the end");
         Require(!can_ask_the_unborn || CT_CString::spcco_GetType()->n_GetTypes() == 0,
@@ -83,7 +102,10 @@ struct Between
         Require(CT_OS::seo_GetVersion() != 0, "no family behind the statics");
         Require(CT_UString::spcco_GetType()->n_GetTypes() == 2, "no types behind the statics");
         Require(CT_Forum::spcco_GetType()->n_GetTypes() == 1, "no types behind the statics");
-        Require(CT_Buffer::sn_GetAllocCount() == 0, "the statics make blocks");
+        const unsigned blocks = CT_Buffer::sn_GetAllocCount();
+        Require(blocks == BlocksOfLanguages(),
+                "the statics make other blocks than the list of codes");
+        Require(KnowsLanguages(), "no language codes behind the statics");
         Require(!HasModule(), "a module before its entry has run");
         Require(!*CT_OstraDLLMain::spcco_GetModuleName()->qccz_Get(), "a name before the entry");
         is_processor_count_hidden = false;
@@ -94,6 +116,7 @@ struct Between
     ~Between()
     {
         Require(CT_ErrorManager::spco_Get() != nullptr, "no manager before the end");
+        Require(KnowsLanguages(), "no language codes before the end");
         Require(CT_UString::spcco_GetType()->n_GetTypes() == 2, "no types before the end");
         Require(CT_Forum::spcco_GetType()->n_GetTypes() == 1, "no types before the end");
     }

@@ -130,7 +130,8 @@ FLOORS = [["Ostra/Frame"], ["Ostra/Buffer"], ["System/OS"], ["System/String"], [
 # What includes from above, and why.
 UPWARD = {
     # All static objects of the library stand in one source, in the order of their construction.
-    "Ostra/Frame/StartUp.cpp": ["Ostra/Buffer", "Ostra/String", "System/OS", "System/Forum"],
+    "Ostra/Frame/StartUp.cpp": ["Ostra/Buffer", "Ostra/String", "System/OS", "System/Forum",
+                                 "System/LocaleInfo"],
     # Errors are told in texts, and the manager keeps the formatters of threads in an array: these
     # stand above it and report through it.
     "Ostra/Frame/ErrorManager.h": ["Ostra/ARRAY"],

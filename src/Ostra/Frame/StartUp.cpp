@@ -10,6 +10,7 @@
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 #include <System/Forum/Forum.h>
+#include <System/LocaleInfo/Language.h>
 #include <System/OS/OS.h>
 
 #define OSTRA_STARTUP __attribute__((init_priority(1000)))
@@ -36,6 +37,9 @@ CT_Exit CT_ErrorManager::sco_Exit OSTRA_STARTUP("CT_ErrorManager", "sv_Exit",
 CT_Type CT_Forum::sco_Type OSTRA_STARTUP(qcz_Name("CT_Forum"), &CT_Forum::sco_Object,
                                          sizeof(CT_Forum));
 CT_Forum CT_Forum::sco_Object OSTRA_STARTUP(&CT_Forum::sco_Type);
+
+CT_Init CT_Language::sco_Init OSTRA_STARTUP("CT_Language", "sv_Init", CT_Language::sv_Init);
+CT_Exit CT_Language::sco_Exit OSTRA_STARTUP("CT_Language", "sv_Exit", CT_Language::sv_Exit);
 
 CT_Init CT_OS::sco_Init OSTRA_STARTUP("CT_OS", "sv_Init", CT_OS::sv_Init);
 
