@@ -64,7 +64,9 @@
 #include <Ostra/WordList/BiUWordListIterator.h>
 #include <Ostra/WordList/BiWordListIteratorOstra.h>
 #include <System/Forum/Forum.h>
+#include <System/LocaleInfo/FormatString.h>
 #include <System/LocaleInfo/Language.h>
+#include <System/LocaleInfo/LocaleInfo.h>
 #include <System/OS/OS.h>
 #include <System/String/StandardUTF8.h>
 #include <System/String/StringConvert.h>
