@@ -1,8 +1,11 @@
 // tests/Faults/LocaleInfoSweep.cpp: languages, locales and numbers with an exhausted heap.
+#include <System/LocaleInfo/FormatString.h>
 #include <System/LocaleInfo/Language.h>
+#include <System/LocaleInfo/LocaleInfo.h>
 
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <System/OS/OS.h>
 
 #include "Faults/Sweep.h"
 #include "Ostra/String/StringSupport.h"
@@ -111,4 +114,52 @@ TEST(LocaleInfoSweep, LanguageTextsThatFindNoRoomLeaveTheString)
             },
             "ES_DO");
     }
+}
+
+TEST(LocaleInfoSweep, AFactThatFindsNoRoomLeavesTheString)
+{
+    for (const bool wide : {false, true}) {
+        SCOPED_TRACE(wide);
+        SweepString(
+            wide,
+            [](CT_String* out) {
+                CT_LocaleInfo::sb_GetLocaleInfo(0x0409, CT_LocaleInfo::lt_EnglishCountry, out);
+            },
+            "United States");
+    }
+}
+
+TEST(LocaleInfoSweep, ANumberThatFindsNoRoomLeavesTheString)
+{
+    for (const bool wide : {false, true}) {
+        SCOPED_TRACE(wide);
+        SweepString(
+            wide,
+            [](CT_String* out) { CT_FormatString::sb_FormatNumber(out, 1234567U, 0x0409, 2, 3); },
+            "1,234,567.00");
+        SweepString(
+            wide,
+            [](CT_String* out) { CT_FormatString::sb_FormatNumber(out, -0.5F, 0x0407, 2, 3); },
+            "-0,50");
+    }
+}
+
+// What could not be had is left out, and the error tells it.
+TEST(LocaleInfoSweep, ValuesOfAllLocalesThatFindNoRoomAreFewer)
+{
+    if (!CT_OS::sb_GetIsWindowsNT())
+        GTEST_SKIP() << "without wide calls there are no values";
+    CT_UString whole;
+    CT_LocaleInfo::sv_CollectValues(CT_LocaleInfo::lt_Calendar, 0, &whole);
+    Sweep(
+        {"Ostra/Buffer/Buffer", "Ostra/String/UString", "Ostra/ARRAY/VoidArray"},
+        [] { return std::make_unique<CT_UString>(); },
+        [](CT_UString& out) {
+            CT_LocaleInfo::sv_CollectValues(CT_LocaleInfo::lt_Calendar, 0, &out);
+        },
+        [&whole](CT_UString& out, bool failed) {
+            EXPECT_TRUE(failed || Text(out) == Text(whole));
+            CT_LocaleInfo::sv_CollectValues(CT_LocaleInfo::lt_Calendar, 0, &out);
+            EXPECT_EQ(Text(out), Text(whole));
+        });
 }

@@ -10,12 +10,15 @@ if(NAME STREQUAL fault_tests)
         target_sources(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/resources/StringTable.rc)
     endif()
     if(NOT WIN32)
-        # Services whose arguments and answers FileArgumentsTest.cpp looks at, by the names that the linker knows.
+        # Services whose arguments and answers FileArgumentsTest.cpp and LocaleServicesTest.cpp look at, by the names
+        # that the linker knows.
         foreach(service
                 CREATE_FILE_W=_ZN6winapi11CreateFileWEPKtjjP19SECURITY_ATTRIBUTESjjPv
                 CREATE_FILE_A=_ZN6winapi11CreateFileAEPKcjjP19SECURITY_ATTRIBUTESjjPv
                 FIND_FIRST_FILE_W=_ZN6winapi14FindFirstFileWEPKtP16WIN32_FIND_DATAW
-                FIND_FIRST_FILE_A=_ZN6winapi14FindFirstFileAEPKcP16WIN32_FIND_DATAA)
+                FIND_FIRST_FILE_A=_ZN6winapi14FindFirstFileAEPKcP16WIN32_FIND_DATAA
+                GET_LOCALE_INFO_A=_ZN6winapi14GetLocaleInfoAEjjPci
+                GET_NUMBER_FORMAT_A=_ZN6winapi16GetNumberFormatAEjjPKcPK11_numberfmtAPci)
             string(REPLACE "=" ";" parts ${service})
             list(GET parts 0 macro)
             list(GET parts 1 symbol)

@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <charconv>
 
 static constexpr unsigned ROOM = 64; // of numbers as text, before and behind the formatter
@@ -54,13 +55,13 @@ int CT_FormatString::sb_FormatText(CT_String* pco_Out, const char* qccz_Number, 
     unsigned n_LeadingZero = 0;
     if (!CT_LocaleInfo::sb_GetLocaleInfo(n_Locale, CT_LocaleInfo::lt_LeadingZero, &n_LeadingZero))
         return 0;
-    unsigned n_NegativeOrder = 0;
+    unsigned n_NegativeOrder = 1; // -1
     CT_LocaleInfo::sb_GetLocaleInfo(n_Locale, CT_LocaleInfo::lt_NegativeNumber, &n_NegativeOrder);
     st_Separator so_Decimal = so_GetSeparator(n_Locale, CT_LocaleInfo::lt_Decimal, '.');
     st_Separator so_Thousand = so_GetSeparator(n_Locale, CT_LocaleInfo::lt_Thousand, 0);
-    const NUMBERFMTA so_Format = {
-        n_Digits,       n_LeadingZero, n_Grouping, so_Decimal.acz_Text, so_Thousand.acz_Text,
-        n_NegativeOrder};
+    // More decimals than there is room for, which fail all the same, may be too many for the system.
+    const NUMBERFMTA so_Format = {std::min(n_Digits, ROOM), n_LeadingZero,        n_Grouping,
+                                  so_Decimal.acz_Text,      so_Thousand.acz_Text, n_NegativeOrder};
 
     // Kept: the formatter works for the user's locale, not for the one asked for, and what it can't
     // write is an empty text with a result of 1.
