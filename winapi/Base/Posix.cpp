@@ -68,6 +68,7 @@ constinit Posix posix = {
     .statx = ::statx,
     .fchmod = ::fchmod,
     .chmod = ::chmod,
+    .fchown = ::fchown,
     .futimens = ::futimens,
     .getxattr = ::getxattr,
     .setxattr = ::setxattr,

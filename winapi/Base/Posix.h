@@ -41,6 +41,7 @@ struct Posix
     int (*statx)(int directory, const char* path, int flags, unsigned mask, struct statx* facts);
     int (*fchmod)(int fd, mode_t mode);
     int (*chmod)(const char* path, mode_t mode);
+    int (*fchown)(int fd, uid_t owner, gid_t group);
     int (*futimens)(int fd, const struct timespec times[2]);
     ssize_t (*getxattr)(const char* path, const char* name, void* value, size_t size);
     int (*setxattr)(const char* path, const char* name, const void* value, size_t size, int flags);

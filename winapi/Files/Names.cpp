@@ -190,31 +190,33 @@ std::optional<std::string> AbsoluteName(const std::string& path)
     return result;
 }
 
-Widened::Widened(LPCSTR narrow) : null(!narrow)
+WideText Widen(std::string_view bytes, UINT page)
 {
-    if (!narrow || !*narrow)
-        return;
-    const std::string_view bytes(narrow);
-    if (IsAscii(bytes)) {
-        text.assign(bytes.begin(), bytes.end());
-        return;
-    }
+    if (IsAscii(bytes))
+        return WideText(bytes.begin(), bytes.end());
     const int count = static_cast<int>(bytes.size());
-    const int size = Converted(MultiByteToWideChar(CP_ACP, 0, narrow, count, nullptr, 0));
-    text.resize(static_cast<std::size_t>(size));
-    Converted(MultiByteToWideChar(CP_ACP, 0, narrow, count, text.data(), size));
+    const int size = Converted(MultiByteToWideChar(page, 0, bytes.data(), count, nullptr, 0));
+    WideText text(static_cast<std::size_t>(size), 0);
+    Converted(MultiByteToWideChar(page, 0, bytes.data(), count, text.data(), size));
+    return text;
 }
 
-std::string Narrowed(WideView text)
+Widened::Widened(LPCSTR narrow) : null(!narrow)
+{
+    if (narrow)
+        text = Widen(narrow, CP_ACP);
+}
+
+std::string Narrowed(WideView text, UINT page)
 {
     if (IsAscii(text))
         return std::string(text.begin(), text.end());
     const int count = static_cast<int>(text.size());
     const int size =
-        Converted(WideCharToMultiByte(CP_ACP, 0, text.data(), count, nullptr, 0, nullptr, nullptr));
+        Converted(WideCharToMultiByte(page, 0, text.data(), count, nullptr, 0, nullptr, nullptr));
     std::string result(static_cast<std::size_t>(size), '\0');
     Converted(
-        WideCharToMultiByte(CP_ACP, 0, text.data(), count, result.data(), size, nullptr, nullptr));
+        WideCharToMultiByte(page, 0, text.data(), count, result.data(), size, nullptr, nullptr));
     return result;
 }
 } // namespace winapi

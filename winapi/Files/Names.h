@@ -40,6 +40,10 @@ std::optional<std::string> AbsoluteName(const std::string& path);
 // The current directory; nothing, with the last error set, when it has no name.
 std::optional<std::string> CurrentDirectory();
 
+// Text of a code page as wide text. What can't be converted ends the service with the conversion's
+// last error; ASCII always can, and needs no tables.
+WideText Widen(std::string_view bytes, UINT page);
+
 // Text of the ANSI code page as wide text; null stays null. What can't be converted ends the service
 // with the conversion's last error; ASCII always can, and needs no tables.
 class Widened
@@ -53,8 +57,8 @@ private:
     WideText text;
 };
 
-// Wide text in the ANSI code page; the same holds for it.
-std::string Narrowed(WideView text);
+// Wide text in a code page, the ANSI one if none is told; the same holds for it.
+std::string Narrowed(WideView text, UINT page = 0);
 
 // Copies a text and its terminator to a caller's buffer. Result: its length; where the room is too
 // small, the size needed, and nothing is written.

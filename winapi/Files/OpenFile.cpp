@@ -215,6 +215,13 @@ DWORD OpenHeld(const OpenRequest& request, HeldFile& held)
     return 0;
 }
 
+DWORD CheckRegular(const std::string& path)
+{
+    struct stat facts;
+    const bool other = posix.stat(path.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode);
+    return other ? ERROR_ACCESS_DENIED : 0;
+}
+
 DWORD HoldForDelete(const std::string& path, HeldFile& held)
 {
     struct statx facts;

@@ -44,6 +44,10 @@ struct HeldFile
 // Opens or creates as told. Result: 0 or the code of the failure.
 DWORD OpenHeld(const OpenRequest& request, HeldFile& held);
 
+// ERROR_ACCESS_DENIED for what is there and no regular file: opening a pipe would wait, and a device
+// may have no end.
+DWORD CheckRegular(const std::string& path);
+
 // Takes hold of an existing file or directory, a symbolic link itself and not its target, for
 // deleting or renaming. Result: 0 or the code of the failure. What can't be opened at all is taken
 // as not held by anyone.

@@ -12,6 +12,7 @@
 #include "winapi/Errors/LastError.h"
 #include "winapi/Process/Thread.h"
 
+#include <algorithm>
 #include <ctime>
 
 namespace winapi
@@ -24,8 +25,10 @@ constexpr int MAPPED = 0;
 constexpr int HELD = 1;
 constexpr int DENIED = 4;
 constexpr off_t LOCKED = FIRST_REGION + 7 * REGION;
+constexpr off_t TURNS = FIRST_REGION - 2; // one byte each
 constexpr int TRIES = 5;
 constexpr int FREE_BYTE_TRIES = 8;
+constexpr time_t TURN_SECONDS = 10;
 
 static_assert(LOCKED + LOCKABLE_END < INT64_MAX);
 
@@ -55,6 +58,13 @@ bool IsLockedByOthers(int fd, off_t start, off_t length)
     lock.l_len = length;
     return Retried([&] { return posix.fcntl(fd, F_OFD_GETLK, &lock); }) == 0 &&
            lock.l_type != F_UNLCK;
+}
+
+time_t Seconds()
+{
+    timespec now = {};
+    posix.clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec;
 }
 
 constexpr bool IsRefusal(int error)
@@ -188,5 +198,18 @@ DWORD LockRange(Lockable file, off_t offset, off_t length)
 void UnlockRange(int fd, off_t offset, off_t length)
 {
     SetLock(fd, F_UNLCK, LOCKED + offset, length);
+}
+
+DWORD TakeTurn(Lockable file, Turn turn, bool shared)
+{
+    const short type = shared ? F_RDLCK : F_WRLCK;
+    const off_t place = TURNS + static_cast<int>(turn);
+    const time_t end = Seconds() + TURN_SECONDS;
+    for (int i = 0; IsRefusal(SetLock(file.fd, type, place, 1)); i = std::min(i + 1, TRIES)) {
+        if (Seconds() > end)
+            return ERROR_SHARING_VIOLATION;
+        WaitBefore(i);
+    }
+    return 0;
 }
 } // namespace winapi

@@ -44,4 +44,14 @@ bool IsMappedByOthers(int fd);
 constexpr off_t LOCKABLE_END = (off_t{1} << 62) - (off_t{8} << 40);
 DWORD LockRange(Lockable file, off_t offset, off_t length);
 void UnlockRange(int fd, off_t offset, off_t length);
+
+// What those take turns at who replace a file as a whole: the rewriting, and its contents, which
+// readers share. A turn is waited for, and ends with the descriptor. Result: 0, or
+// ERROR_SHARING_VIOLATION after ten seconds.
+enum class Turn
+{
+    REWRITING,
+    CONTENTS,
+};
+DWORD TakeTurn(Lockable file, Turn turn, bool shared);
 } // namespace winapi

@@ -26,6 +26,7 @@
 #include "winapi/Process/Module.h"
 #include "winapi/Process/System.h"
 #include "winapi/Process/Thread.h"
+#include "winapi/Profile/Profile.h"
 #include "winapi/Text/CodePage.h"
 #include "winapi/Text/TextTest.h"
 
