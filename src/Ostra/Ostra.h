@@ -67,6 +67,7 @@
 #include <System/LocaleInfo/FormatString.h>
 #include <System/LocaleInfo/Language.h>
 #include <System/LocaleInfo/LocaleInfo.h>
+#include <System/IniFile/IniFile.h>
 #include <System/OS/OS.h>
 #include <System/String/StandardUTF8.h>
 #include <System/String/StringConvert.h>
