@@ -9,6 +9,8 @@
 
 namespace winapi
 {
+struct LocaleHost;
+
 struct HostTable
 {
     const char* version; // That of the library: both files are of one build.
@@ -19,6 +21,7 @@ struct HostTable
     void (*toUnits)(void* converter, BYTE lead, WCHAR* units);
     bool (*fromUnits)(void* converter, void* place,
                       void (*apply)(void* place, WCHAR unit, const BYTE* bytes, int count));
+    const LocaleHost* locale; // Locale/LocaleTexts.h
 };
 
 // The table for the life of a scope. Scopes exclude each other, and a fork waits for their end: so

@@ -1,6 +1,7 @@
 // winapi/Base/ProcessLocale.cpp
 #include "Base/ProcessLocale.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -14,10 +15,8 @@ constexpr WORD ENGLISH = 0x0409;
 
 const LocaleFacts* FindLcid(WORD lcid)
 {
-    for (unsigned i = 0; i < localeCount; ++i)
-        if (locales[i].lcid == lcid)
-            return &locales[i];
-    return nullptr;
+    const int place = PlaceOfLocale(lcid);
+    return place < 0 ? nullptr : &locales[place];
 }
 
 const LocaleFacts* FindTag(const char* tag)
@@ -138,6 +137,14 @@ const LocaleFacts& LocaleOfVariables()
     return FindLocale(name);
 }
 } // namespace
+
+int PlaceOfLocale(DWORD lcid)
+{
+    const LocaleId* const end = localeIds + localeIdCount;
+    const LocaleId* const found = std::lower_bound(
+        localeIds, end, lcid, [](const LocaleId& id, DWORD wanted) { return id.lcid < wanted; });
+    return found != end && found->lcid == lcid ? found->locale : -1;
+}
 
 const LocaleFacts& FindLocale(const char* name)
 {

@@ -22,10 +22,23 @@ struct LanguageHome
     WORD lcid;
 };
 
+// An id and the place of its locale in the table.
+struct LocaleId
+{
+    DWORD lcid;
+    BYTE locale;
+};
+
+// In the order in which they are enumerated; the last one is the invariant locale, which isn't.
 extern const LocaleFacts locales[];
 extern const unsigned localeCount;
 extern const LanguageHome languageHomes[];
 extern const unsigned languageHomeCount;
+extern const LocaleId localeIds[];
+extern const unsigned localeIdCount;
+
+// The place of the locale that has the data of an id; -1 for one without.
+int PlaceOfLocale(DWORD lcid);
 
 // The locale of a name as the host's variables have it: language[_region][.charset][@modifier].
 // English of the United States where the name is C, POSIX, empty or unknown.

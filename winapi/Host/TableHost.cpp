@@ -1,6 +1,7 @@
 // winapi/Host/TableHost.cpp: the table of what leans on the host's large libraries.
 #include "Base/Host.h"
 
+#include "Locale/LocaleTextsHost.h"
 #include "Text/ConverterHost.h"
 #include "winapi/Base/Words.h"
 
@@ -14,5 +15,6 @@ extern "C"
         .toUnit = winapi::ToUnit,
         .toUnits = winapi::ToUnits,
         .fromUnits = winapi::FromUnits,
+        .locale = &winapi::localeHost,
     };
 }

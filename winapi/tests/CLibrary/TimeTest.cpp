@@ -34,9 +34,9 @@ TEST(Time, TheMomentIsStoredAndReturned)
 TEST(Time, AMomentBefore1970HasNoDate)
 {
     const __time64_t before = -1;
-    const __time64_t far = -100'000'000'000;
+    const __time64_t wayBefore = -100'000'000'000;
     EXPECT_EQ(_localtime64(&before), nullptr);
-    EXPECT_EQ(_localtime64(&far), nullptr);
+    EXPECT_EQ(_localtime64(&wayBefore), nullptr);
     const __time64_t first = 0;
     ASSERT_NE(_localtime64(&first), nullptr);
     EXPECT_EQ(_localtime64(&first)->tm_year, 70);
