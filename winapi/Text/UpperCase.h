@@ -1,12 +1,12 @@
-// winapi/Text/UpperCase.h: the upper case of single units.
+// winapi/Text/UpperCase.h: the upper and the lower case of single units.
 #pragma once
 
 #include "winapi/Base/Types.h"
 
 namespace winapi
 {
-// Units from first to last, each one or each second one, whose upper case lies that far off.
-struct UpperCaseRun
+// Units from first to last, each one or each second one, whose other case lies that far off.
+struct CaseRun
 {
     WCHAR first;
     WCHAR last;
@@ -15,9 +15,12 @@ struct UpperCaseRun
 };
 
 // Ascending; ASCII is left out.
-extern const UpperCaseRun upperCaseRuns[];
+extern const CaseRun upperCaseRuns[];
 extern const unsigned upperCaseRunCount;
+extern const CaseRun lowerCaseRuns[];
+extern const unsigned lowerCaseRunCount;
 
-// The unit itself where it has no upper case of one unit.
+// The unit itself where it has no upper, or lower, case of one unit.
 WCHAR UpperCase(WCHAR unit);
+WCHAR LowerCase(WCHAR unit);
 } // namespace winapi

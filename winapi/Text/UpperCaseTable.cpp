@@ -1,10 +1,10 @@
-// Made by tools/tables/make_upper_case.py from data/winapi/upper-case.tsv: 189 runs. Not edited by hand.
+// Made by tools/tables/make_letter_case.py from data/winapi/upper-case.tsv: 189 runs. Not edited by hand.
 // clang-format off
 #include "Text/UpperCase.h"
 
 namespace winapi
 {
-const UpperCaseRun upperCaseRuns[] = {
+const CaseRun upperCaseRuns[] = {
     {0x00B5, 0x00B5, 1, 743},
     {0x00E0, 0x00F6, 1, -32},
     {0x00F8, 0x00FE, 1, -32},

@@ -12,3 +12,12 @@ TEST(UpperCase, EachUnitHasIcus)
         ASSERT_EQ(winapi::UpperCase(static_cast<WCHAR>(unit)), wanted) << std::hex << unit;
     }
 }
+
+TEST(LowerCase, EachUnitHasIcus)
+{
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        const UChar32 lower = u_tolower(static_cast<UChar32>(unit));
+        const unsigned wanted = lower < 0x10000 ? static_cast<unsigned>(lower) : unit;
+        ASSERT_EQ(winapi::LowerCase(static_cast<WCHAR>(unit)), wanted) << std::hex << unit;
+    }
+}
