@@ -22,6 +22,10 @@ void DirectoryListener::OnTestStart(const testing::TestInfo&)
     const fs::path directory = root / std::to_string(++number);
     fs::create_directories(directory);
     fs::current_path(directory);
+#ifndef _WIN32
+    // What the services keep for the user.
+    setenv("XDG_DATA_HOME", (root / ("data" + std::to_string(number))).c_str(), 1);
+#endif
 }
 
 void DirectoryListener::OnTestEnd(const testing::TestInfo&)
@@ -29,6 +33,7 @@ void DirectoryListener::OnTestEnd(const testing::TestInfo&)
     std::error_code ignored;
     fs::current_path(home);
     fs::remove_all(root / std::to_string(number), ignored);
+    fs::remove_all(root / ("data" + std::to_string(number)), ignored);
 }
 
 void DirectoryListener::OnTestProgramEnd(const testing::UnitTest&)

@@ -1,4 +1,5 @@
-// tests/Support/Directory.h: each test runs in an empty directory of its own.
+// tests/Support/Directory.h: each test runs in an empty directory of its own, and on Linux with an
+// empty registry of its own.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -18,6 +18,7 @@ enum class Kind : unsigned char
     FILE,
     MAPPING,
     SEARCH,
+    KEY,
 };
 
 // What a handle stands for. It lives until the handle is closed and nobody holds a Reference any

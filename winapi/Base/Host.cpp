@@ -13,10 +13,13 @@ namespace
 {
 constinit std::mutex mutex; // What follows.
 const HostTable* loaded;
+void (*closeBeforeFork)();
 
 void Lock()
 {
     mutex.lock();
+    if (closeBeforeFork)
+        closeBeforeFork();
 }
 
 void Unlock()
@@ -44,5 +47,10 @@ Host::Host()
 Host::~Host()
 {
     mutex.unlock();
+}
+
+void Host::BeforeForks(void (*close)())
+{
+    closeBeforeFork = close;
 }
 } // namespace winapi

@@ -10,6 +10,7 @@
 namespace winapi
 {
 struct LocaleHost;
+struct DatabaseTable;
 
 struct HostTable
 {
@@ -21,7 +22,8 @@ struct HostTable
     void (*toUnits)(void* converter, BYTE lead, WCHAR* units);
     bool (*fromUnits)(void* converter, void* place,
                       void (*apply)(void* place, WCHAR unit, const BYTE* bytes, int count));
-    const LocaleHost* locale; // Locale/LocaleTexts.h
+    const LocaleHost* locale;      // Locale/LocaleTexts.h
+    const DatabaseTable* database; // Base/Database.h
 };
 
 // The table for the life of a scope. Scopes exclude each other, and a fork waits for their end: so
@@ -34,6 +36,9 @@ public:
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
+
+    // What a fork is to find closed: called within a scope, before each fork from now on.
+    static void BeforeForks(void (*close)());
 
     explicit operator bool() const { return table != nullptr; }
     const HostTable* operator->() const { return table; }

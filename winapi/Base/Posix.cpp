@@ -96,6 +96,7 @@ constinit Posix posix = {
     .localtime_r = ::localtime_r,
     .nanosleep = ::nanosleep,
     .gettid = ::gettid,
+    .geteuid = ::geteuid,
     .sched_getaffinity = ::sched_getaffinity,
     .sysconf = ::sysconf,
     .getauxval = ::getauxval,

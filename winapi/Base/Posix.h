@@ -74,6 +74,7 @@ struct Posix
     int (*nanosleep)(const struct timespec* span, struct timespec* rest);
     // The process, its threads and its variables.
     pid_t (*gettid)();
+    uid_t (*geteuid)();
     int (*sched_getaffinity)(pid_t thread, size_t size, cpu_set_t* processors);
     long (*sysconf)(int name);
     unsigned long (*getauxval)(unsigned long type);

@@ -1,6 +1,7 @@
 // winapi/Host/TableHost.cpp: the table of what leans on the host's large libraries.
 #include "Base/Host.h"
 
+#include "Base/DatabaseHost.h"
 #include "Locale/LocaleTextsHost.h"
 #include "Text/ConverterHost.h"
 #include "winapi/Base/Words.h"
@@ -16,5 +17,6 @@ extern "C"
         .toUnits = winapi::ToUnits,
         .fromUnits = winapi::FromUnits,
         .locale = &winapi::localeHost,
+        .database = &winapi::databaseTable,
     };
 }

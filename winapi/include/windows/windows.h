@@ -27,6 +27,7 @@
 #include "winapi/Process/System.h"
 #include "winapi/Process/Thread.h"
 #include "winapi/Profile/Profile.h"
+#include "winapi/Registry/Registry.h"
 #include "winapi/Text/CodePage.h"
 #include "winapi/Text/TextTest.h"
 
