@@ -69,6 +69,7 @@
 #include <System/LocaleInfo/LocaleInfo.h>
 #include <System/IniFile/IniFile.h>
 #include <System/OS/OS.h>
+#include <System/Registry/Registry.h>
 #include <System/String/StandardUTF8.h>
 #include <System/String/StringConvert.h>
 #include <System/String/UTF.h>

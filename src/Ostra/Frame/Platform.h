@@ -9,6 +9,8 @@ using LPVOID = void*;
 using HANDLE = void*;
 struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
+struct HKEY__;
+using HKEY = HKEY__*;
 
 // The one place in the library that asks for the platform.
 #ifdef _WIN32
