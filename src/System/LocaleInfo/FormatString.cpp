@@ -59,7 +59,7 @@ int CT_FormatString::sb_FormatText(CT_String* pco_Out, const char* qccz_Number, 
     CT_LocaleInfo::sb_GetLocaleInfo(n_Locale, CT_LocaleInfo::lt_NegativeNumber, &n_NegativeOrder);
     st_Separator so_Decimal = so_GetSeparator(n_Locale, CT_LocaleInfo::lt_Decimal, '.');
     st_Separator so_Thousand = so_GetSeparator(n_Locale, CT_LocaleInfo::lt_Thousand, 0);
-    // More decimals than there is room for, which fail all the same, may be too many for the system.
+    // More decimals than there is room for fail all the same, and may be too many for the system.
     const NUMBERFMTA so_Format = {std::min(n_Digits, ROOM), n_LeadingZero,        n_Grouping,
                                   so_Decimal.acz_Text,      so_Thousand.acz_Text, n_NegativeOrder};
 
