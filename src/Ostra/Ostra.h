@@ -16,6 +16,7 @@
 #include <Ostra/File/File.h>
 #include <Ostra/File/FileSystem.h>
 #include <Ostra/File/FindFile.h>
+#include <Ostra/File/StdFile.h>
 #include <Ostra/File/WinFile.h>
 #include <Ostra/Frame/Counter.h>
 #include <Ostra/Frame/DatabaseError.h>

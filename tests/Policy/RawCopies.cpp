@@ -67,6 +67,12 @@ void WinFile(CT_WinFile& left, CT_WinFile& right)
     left = right;           // warns
 }
 
+void StdFile(CT_StdFile& left, CT_StdFile& right)
+{
+    CT_StdFile copy(right); // warns
+    left = right;           // warns
+}
+
 void FindFile(CT_FindFile& left, CT_FindFile& right)
 {
     CT_FindFile copy(right); // warns

@@ -4,6 +4,7 @@
 #include "winapi/Base/Types.h"
 
 #include <cerrno>
+#include <cstdio>
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -63,6 +64,12 @@ struct Posix
     ssize_t (*readlink)(const char* path, char* target, size_t size);
     int (*chdir)(const char* path);
     char* (*getcwd)(char* buffer, size_t size);
+    // Streams.
+    std::FILE* (*fdopen)(int fd, const char* mode);
+    int (*fclose)(std::FILE* stream);
+    int (*setvbuf)(std::FILE* stream, char* buffer, int mode, size_t size);
+    off_t (*ftello)(std::FILE* stream);
+    int (*fseeko)(std::FILE* stream, off_t offset, int origin);
     // Memory.
     void* (*mmap)(void* address, size_t size, int protection, int flags, int fd, off_t offset);
     int (*munmap)(void* address, size_t size);

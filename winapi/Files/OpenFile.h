@@ -31,6 +31,12 @@ struct HeldFile
 
     // Ends the announcement at once, though the descriptor be used elsewhere still.
     void Release();
+    // Gives the descriptor away. Its announcement ends when it is closed.
+    int HandOver()
+    {
+        announced = false;
+        return fd.Release();
+    }
     Lockable ForLocks() const { return {fd.Get(), readable, writable}; }
 
     Descriptor fd;

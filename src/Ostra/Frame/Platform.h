@@ -15,6 +15,8 @@ using HKEY = HKEY__*;
 // The one place in the library that asks for the platform.
 #ifdef _WIN32
 
+#include <sys/stat.h> // _stat has another name there, as wide as the program's times are
+
 using LONG = long;
 using DWORD = unsigned long;
 #ifdef _WIN64
@@ -37,6 +39,8 @@ using INT_PTR = std::intptr_t;
 using LONG_PTR = std::intptr_t;
 
 #define OSTRA_ENTRY
+
+struct _stat;
 
 #endif
 

@@ -7,6 +7,7 @@
 #include "winapi/CLibrary/Print.h"
 #include "winapi/CLibrary/Time.h"
 #include "winapi/Dialogs/MessageBox.h"
+#include "winapi/CLibrary/Stream.h"
 #include "winapi/Errors/FormatMessage.h"
 #include "winapi/Errors/LastError.h"
 #include "winapi/Files/File.h"
