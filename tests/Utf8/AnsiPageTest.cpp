@@ -126,3 +126,15 @@ TEST(AnsiPage, ArgumentsOfMainHaveIt)
         EXPECT_EQ(child.Wait(), 0) << name.bytes;
     }
 }
+
+// Facts of a locale without a code page come in that of the process, where a character may be several
+// bytes. The format of a number has room for one.
+TEST(AnsiPage, ASeparatorOfSeveralBytesIsLeftOut)
+{
+    constexpr unsigned armenian = 0x042B;
+    char thousand[8] = {};
+    ASSERT_EQ(GetLocaleInfoA(armenian, LOCALE_STHOUSAND, thousand, sizeof(thousand)), 3);
+    CT_UString out;
+    EXPECT_EQ(CT_FormatString::sb_FormatNumber(&out, 1234567U, armenian, 1, 3), 1);
+    EXPECT_EQ(Ascii(out), "1234567,0");
+}
