@@ -64,6 +64,8 @@
 #include <Ostra/WordList/BiLingualWordListOstra.h>
 #include <Ostra/WordList/BiUWordListIterator.h>
 #include <Ostra/WordList/BiWordListIteratorOstra.h>
+#include <System/FontManager/FontManager.h>
+#include <System/FontManager/LogicalFont.h>
 #include <System/Forum/Forum.h>
 #include <System/LocaleInfo/FormatString.h>
 #include <System/LocaleInfo/Language.h>

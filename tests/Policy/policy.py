@@ -131,15 +131,15 @@ FLOORS = [["Ostra/Frame"], ["Ostra/Buffer"], ["System/OS"], ["System/String"], [
 UPWARD = {
     # All static objects of the library stand in one source, in the order of their construction.
     "Ostra/Frame/StartUp.cpp": ["Ostra/Buffer", "Ostra/String", "System/OS", "System/Forum",
-                                 "System/LocaleInfo"],
+                                 "System/LocaleInfo", "System/FontManager"],
     # Errors are told in texts, and the manager keeps the formatters of threads in an array: these
     # stand above it and report through it.
     "Ostra/Frame/ErrorManager.h": ["Ostra/ARRAY"],
     "Ostra/Frame/ErrorManager.cpp": ["Ostra/String"],
     "Ostra/Frame/ErrorManagerSystem.cpp": ["System/OS"],
     "Ostra/Frame/ErrorManagerWindow.cpp": ["Ostra/String", "System/OS"],
-    # The module's name is a text.
-    "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String"],
+    # The module's name is a text; the font manager takes its handle.
+    "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String", "System/FontManager"],
     # The forms that take string objects; those of raw text stand below the strings.
     "System/String/StringConvertString.cpp": ["Ostra/String"],
     "System/String/StandardUTF8.cpp": ["Ostra/String"],

@@ -19,6 +19,8 @@ enum class Kind : unsigned char
     MAPPING,
     SEARCH,
     KEY,
+    FONT,
+    DEVICE_CONTEXT,
 };
 
 // What a handle stands for. It lives until the handle is closed and nobody holds a Reference any

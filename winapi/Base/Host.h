@@ -11,6 +11,7 @@ namespace winapi
 {
 struct LocaleHost;
 struct DatabaseTable;
+struct FontTable;
 
 struct HostTable
 {
@@ -24,6 +25,7 @@ struct HostTable
                       void (*apply)(void* place, WCHAR unit, const BYTE* bytes, int count));
     const LocaleHost* locale;      // Locale/LocaleTexts.h
     const DatabaseTable* database; // Base/Database.h
+    const FontTable* fonts;        // Fonts/FaceHost.h
 };
 
 // The table for the life of a scope. Scopes exclude each other, and a fork waits for their end: so

@@ -2,6 +2,7 @@
 #include "Base/Host.h"
 
 #include "Base/DatabaseHost.h"
+#include "Fonts/FaceHost.h"
 #include "Locale/LocaleTextsHost.h"
 #include "Text/ConverterHost.h"
 #include "winapi/Base/Words.h"
@@ -18,5 +19,6 @@ extern "C"
         .fromUnits = winapi::FromUnits,
         .locale = &winapi::localeHost,
         .database = &winapi::databaseTable,
+        .fonts = &winapi::fontTable,
     };
 }

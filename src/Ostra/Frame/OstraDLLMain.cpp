@@ -4,6 +4,7 @@
 #include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/String/CString.h>
+#include <System/FontManager/FontManager.h>
 
 #include <windows.h>
 
@@ -70,6 +71,6 @@ BOOL OSTRA_ENTRY DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID)
     CT_OstraDLLMain::sv_SetModuleName(ac_Path);
     CT_OstraDLLMain::sv_SetInstance(h_Instance);
     CT_ErrorManager::sv_SetInstance(h_Instance);
-    // The font manager takes the handle here.
+    CT_FontManager::sv_Init(h_Instance);
     return 1;
 }

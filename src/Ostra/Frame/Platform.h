@@ -11,6 +11,10 @@ struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
 struct HKEY__;
 using HKEY = HKEY__*;
+struct HDC__;
+using HDC = HDC__*;
+struct HFONT__;
+using HFONT = HFONT__*;
 
 // The one place in the library that asks for the platform.
 #ifdef _WIN32
@@ -45,3 +49,7 @@ struct _stat;
 #endif
 
 struct _BY_HANDLE_FILE_INFORMATION;
+struct tagENUMLOGFONTA;
+struct tagLOGFONTA;
+struct tagNEWTEXTMETRICA;
+struct tagTEXTMETRICA;

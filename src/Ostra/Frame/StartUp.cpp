@@ -9,6 +9,7 @@
 #include <Ostra/Frame/OstraDLLMain.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
+#include <System/FontManager/FontManager.h>
 #include <System/Forum/Forum.h>
 #include <System/LocaleInfo/Language.h>
 #include <System/OS/OS.h>
@@ -33,6 +34,9 @@ CT_Init CT_ErrorManager::sco_Init OSTRA_STARTUP("CT_ErrorManager", "sv_Init",
                                                 CT_ErrorManager::sv_Init);
 CT_Exit CT_ErrorManager::sco_Exit OSTRA_STARTUP("CT_ErrorManager", "sv_Exit",
                                                 CT_ErrorManager::sv_Exit);
+
+CT_Exit CT_FontManager::sco_Exit OSTRA_STARTUP("CT_FontManager", "sv_Exit",
+                                               CT_FontManager::sv_Exit);
 
 CT_Type CT_Forum::sco_Type OSTRA_STARTUP(qcz_Name("CT_Forum"), &CT_Forum::sco_Object,
                                          sizeof(CT_Forum));

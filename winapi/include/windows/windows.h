@@ -21,6 +21,7 @@
 #include "winapi/Locale/Locale.h"
 #include "winapi/Locale/LocaleInfo.h"
 #include "winapi/Locale/NumberFormat.h"
+#include "winapi/Fonts/Font.h"
 #include "winapi/Process/Clock.h"
 #include "winapi/Process/Debug.h"
 #include "winapi/Process/Environment.h"

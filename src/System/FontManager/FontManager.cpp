@@ -1,0 +1,290 @@
+// System/FontManager/FontManager.cpp: the pool of fonts.
+#include <System/FontManager/FontManager.h>
+
+#include <Ostra/Frame/Counts.h>
+#include <Ostra/Frame/Report.h>
+#include <Ostra/String/CString.h>
+#include <Ostra/String/UString.h>
+#include <System/FontManager/LogicalFont.h>
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+static constexpr char qccz_Source[] = "System/FontManager/FontManager";
+
+static constexpr unsigned FONTS = 32;           // places of a new pool
+static constexpr unsigned GROWTH = 8;           // of the pool
+static constexpr unsigned LIST_GROWTH = 128;    // of the list of families, in bytes
+static constexpr int RESOLUTION = 90;           // the device's dots per inch, up and down
+static constexpr unsigned ICON_TITLE_FONT = 31; // a setting of the system
+static constexpr int POINTS_PER_INCH = 72;
+static constexpr unsigned ANY_CHARSET = 1;
+static constexpr int TRUETYPE = 4; // a kind of font
+static constexpr DWORD STYLE_ITALIC = 0x01;
+static constexpr DWORD STYLE_BOLD = 0x20;
+
+CT_FontManager* CT_FontManager::spco_FontManager;
+HINSTANCE CT_FontManager::sh_Instance;
+
+// The whole screen, for the life of a scope.
+namespace
+{
+class CT_Screen
+{
+public:
+    CT_Screen() : h_Window(GetDesktopWindow()), h_DC(GetDC(h_Window)) {}
+    ~CT_Screen() { ReleaseDC(h_Window, h_DC); }
+    CT_Screen(const CT_Screen&) = delete;
+    CT_Screen& operator=(const CT_Screen&) = delete;
+    HDC h_Get() const { return h_DC; }
+
+private:
+    HWND h_Window;
+    HDC h_DC;
+};
+} // namespace
+
+// ---- The one object -----------------------------------------------------------------------
+
+void* CT_FontManager::operator new(std::size_t n_Size) noexcept
+{
+    return CT_Report::spv_New(n_Size, qccz_Source);
+}
+
+void CT_FontManager::operator delete(void* pv_Object)
+{
+    std::free(pv_Object);
+}
+
+CT_FontManager::CT_FontManager(unsigned n_Fonts)
+    : co_Fonts(sizeof(CT_LogicalFont*), GROWTH, 0),
+      co_Families(CT_CompList::es_Byte, 4, 0, 0, LIST_GROWTH, 0),
+      b_IsRead(false)
+{
+    v_Null();
+    v_Init(n_Fonts);
+}
+
+void CT_FontManager::v_Null()
+{
+    pco_SystemFont = nullptr;
+    pco_SystemDefaultFont = nullptr;
+}
+
+void CT_FontManager::v_Init(unsigned n_Fonts)
+{
+    n_MaxFonts = n_Fonts;
+}
+
+void CT_FontManager::sv_Init(HINSTANCE h_Instance)
+{
+    sh_Instance = h_Instance;
+    spco_FontManager = new CT_FontManager(FONTS);
+}
+
+CT_FontManager* CT_FontManager::spco_GetFontManager()
+{
+    // Not at start-up: a library that is being loaded must not wait for the system's fonts, and
+    // few programs ask for them.
+    if (spco_FontManager && !spco_FontManager->b_IsRead)
+        spco_FontManager->v_ReadSystem();
+    return spco_FontManager;
+}
+
+void CT_FontManager::sv_Exit()
+{
+    delete spco_FontManager;
+    spco_FontManager = nullptr;
+}
+
+void CT_FontManager::v_Exit()
+{
+    for (unsigned n = co_Fonts.n_GetCount(); n; --n)
+        delete pco_GetAt(n);
+    delete pco_SystemFont;
+    delete pco_SystemDefaultFont;
+    v_Null();
+}
+
+static int CALLBACK i_EnumFonts(const LOGFONTA* pcso_Font, const TEXTMETRICA* pcso_Metric,
+                                DWORD n_Type, LPARAM l_Context)
+{
+    return CT_FontManager::sb_EnumFonts(
+        reinterpret_cast<ENUMLOGFONTA*>(const_cast<LOGFONTA*>(pcso_Font)),
+        reinterpret_cast<NEWTEXTMETRICA*>(const_cast<TEXTMETRICA*>(pcso_Metric)),
+        static_cast<int>(n_Type), reinterpret_cast<st_FontsFamilies*>(l_Context));
+}
+
+static int CALLBACK i_EnumFamily(const LOGFONTA* pcso_Font, const TEXTMETRICA* pcso_Metric,
+                                 DWORD n_Type, LPARAM l_Context)
+{
+    return CT_FontManager::sb_EnumFamily(
+        reinterpret_cast<ENUMLOGFONTA*>(const_cast<LOGFONTA*>(pcso_Font)),
+        reinterpret_cast<NEWTEXTMETRICA*>(const_cast<TEXTMETRICA*>(pcso_Metric)),
+        static_cast<int>(n_Type), reinterpret_cast<st_FontsFamilies*>(l_Context));
+}
+
+void CT_FontManager::v_ReadSystem()
+{
+    b_IsRead = true;
+    const CT_Screen co_Screen;
+    const HDC h_DC = co_Screen.h_Get();
+    CT_UString co_Name;
+    pco_SystemFont = new CT_LogicalFont(sh_Instance, h_DC, &co_Name, ANY_CHARSET, 0, 0, 0, 0, 0);
+    unsigned n_Size = 0;
+    sv_GetSystemDefaultFont(&co_Name, &n_Size);
+    pco_SystemDefaultFont =
+        new CT_LogicalFont(sh_Instance, h_DC, &co_Name, ANY_CHARSET, n_Size, 0, 0, 0, 0);
+    st_FontsFamilies so_Context = {h_DC, &co_Families, 0, 0};
+    EnumFontFamiliesA(h_DC, nullptr, i_EnumFonts, reinterpret_cast<LPARAM>(&so_Context));
+}
+
+int CT_FontManager::sb_EnumFonts(tagENUMLOGFONTA* pso_Font, tagNEWTEXTMETRICA*, int,
+                                 st_FontsFamilies* pso_Context)
+{
+    EnumFontFamiliesA(pso_Context->h_DC, pso_Font->elfLogFont.lfFaceName, i_EnumFamily,
+                      reinterpret_cast<LPARAM>(pso_Context));
+    return 1;
+}
+
+int CT_FontManager::sb_EnumFamily(tagENUMLOGFONTA* pso_Font, tagNEWTEXTMETRICA* pso_Metric,
+                                  int i_Type, st_FontsFamilies* pso_Context)
+{
+    const char* const qccz_Face = pso_Font->elfLogFont.lfFaceName;
+    char ac_Key[LF_FACESIZE + LF_FACESIZE];
+    if (i_Type == TRUETYPE)
+        std::snprintf(ac_Key, sizeof(ac_Key), "%s %s", qccz_Face,
+                      reinterpret_cast<const char*>(pso_Font->elfStyle));
+    else
+        std::snprintf(ac_Key, sizeof(ac_Key), "%s", qccz_Face);
+    unsigned n_Value = static_cast<unsigned>(std::strlen(qccz_Face));
+    if (!pso_Context->b_NoBold && pso_Metric->ntmFlags & STYLE_BOLD)
+        n_Value |= 1U << 16;
+    if (!pso_Context->b_NoItalic && pso_Metric->ntmFlags & STYLE_ITALIC)
+        n_Value |= 1U << 24;
+    pso_Context->pco_Families->b_Add(ac_Key, n_Value);
+    return 1;
+}
+
+// ---- The pool -----------------------------------------------------------------------------
+
+CT_LogicalFont* CT_FontManager::pco_GetAt(unsigned n_Position) const
+{
+    CT_LogicalFont* pco_Font = nullptr;
+    co_Fonts.v_GetAt(&pco_Font, static_cast<int>(n_Position));
+    return pco_Font;
+}
+
+CT_LogicalFont* CT_FontManager::pco_Hire(HDC h_DC, const CT_String* pcco_Name, unsigned n_Charset,
+                                         unsigned n_Size, int b_Bold, int b_Italic, int b_Underline,
+                                         int b_StrikeOut)
+{
+    if (!pcco_Name->vn_GetLength())
+        return pco_SystemFont;
+    CT_UString co_Name(pcco_Name);
+    sv_StripCharsetSpecifier(&co_Name, n_Charset);
+    const unsigned n_Resolution = static_cast<unsigned>(GetDeviceCaps(h_DC, RESOLUTION));
+
+    unsigned n = co_Fonts.n_GetCount();
+    while (n && !pco_GetAt(n)->b_IsEqual(&co_Name, n_Charset, n_Size, b_Bold, b_Italic, b_Underline,
+                                         b_StrikeOut, n_Resolution))
+        --n;
+    CT_LogicalFont* pco_Font;
+    if (n) {
+        pco_Font = pco_GetAt(n);
+        v_MoveToEnd(n);
+    } else {
+        pco_Font = new CT_LogicalFont(sh_Instance, h_DC, &co_Name, n_Charset, n_Size, b_Bold,
+                                      b_Italic, b_Underline, b_StrikeOut);
+        if (!pco_Font)
+            return nullptr;
+        v_MakeRoom();
+        co_Fonts.v_Insert(&pco_Font);
+    }
+    pco_Font->v_Lock();
+    return pco_Font;
+}
+
+// Keeps a font from being the next to go. With free places in the pool none goes.
+void CT_FontManager::v_MoveToEnd(unsigned n_Position)
+{
+    if (n_Position >= n_MaxFonts || co_Fonts.n_GetCount() != n_MaxFonts)
+        return;
+    CT_LogicalFont* const pco_Font = pco_GetAt(n_Position);
+    co_Fonts.v_RemoveAt(n_Position);
+    co_Fonts.v_Insert(&pco_Font);
+}
+
+// In a full pool the oldest font that nobody has hired goes; if there is none, the pool grows.
+void CT_FontManager::v_MakeRoom()
+{
+    if (co_Fonts.n_GetCount() != n_MaxFonts)
+        return;
+    for (unsigned n = 1; n <= n_MaxFonts; ++n) {
+        CT_LogicalFont* const pco_Font = pco_GetAt(n);
+        if (pco_Font->b_IsLocked())
+            continue;
+        delete pco_Font;
+        co_Fonts.v_RemoveAt(n);
+        return;
+    }
+    ++n_MaxFonts;
+}
+
+void CT_FontManager::v_Fire(CT_LogicalFont* pco_Font)
+{
+    if (pco_Font && pco_Font != pco_SystemFont)
+        pco_Font->v_Unlock();
+}
+
+void CT_FontManager::v_FreeUnused()
+{
+    for (unsigned n = co_Fonts.n_GetCount(); n; --n) {
+        CT_LogicalFont* const pco_Font = pco_GetAt(n);
+        if (pco_Font->b_IsLocked())
+            continue;
+        co_Fonts.v_RemoveAt(n);
+        delete pco_Font;
+    }
+}
+
+// ---- Questions ----------------------------------------------------------------------------
+
+int CT_FontManager::b_StripFlagFont(const CT_String* pcco_Name, unsigned* pn_Length, int* pb_Bold,
+                                    int* pb_Italic)
+{
+    const CT_CString co_Name(pcco_Name);
+    const unsigned n_Value = co_Families.n_Search(&co_Name, nullptr);
+    *pn_Length = n_Value ? n_Value & 0xFFFF : pcco_Name->vn_GetLength();
+    // Kept: a name that isn't in the list has the value 0xFFFFFFFF, which is taken apart like any.
+    *pb_Bold = static_cast<int>(n_Value >> 16 & 0xFF);
+    *pb_Italic = static_cast<int>(n_Value >> 24);
+    return n_Value != 0;
+}
+
+HFONT CT_FontManager::h_GetSystemFont() const
+{
+    return pco_SystemFont ? pco_SystemFont->h_GetHandle() : nullptr;
+}
+
+HFONT CT_FontManager::h_GetSystemDefaultFont() const
+{
+    return pco_SystemDefaultFont ? pco_SystemDefaultFont->h_GetHandle() : nullptr;
+}
+
+void CT_FontManager::sv_GetSystemDefaultFont(CT_String* pco_Name, unsigned* pn_Size)
+{
+    LOGFONTA so_Font = {};
+    SystemParametersInfoA(ICON_TITLE_FONT, sizeof(so_Font), &so_Font, 0);
+    pco_Name->v_Set(so_Font.lfFaceName, ALL, OWN_CODE_PAGE);
+    if (!pn_Size)
+        return;
+    const CT_Screen co_Screen;
+    const int i_Resolution = GetDeviceCaps(co_Screen.h_Get(), RESOLUTION);
+    *pn_Size = i_Resolution
+                   ? static_cast<unsigned>(-(so_Font.lfHeight * POINTS_PER_INCH) / i_Resolution)
+                   : 0;
+}
