@@ -1,4 +1,4 @@
-// System/FontManager/LogicalFont.h: a font as the system realised it, and the widths of texts in it.
+// System/FontManager/LogicalFont.h: a font as the system realised it, and widths of texts in it.
 #pragma once
 
 #include <Ostra/Frame/Export.h>
