@@ -1,9 +1,9 @@
 // examples/lexicon/Builder.cpp
 #include "Builder.h"
 
-#include "Failure.h"
 #include "Lexicon.h"
 
+#include <Common/Failure.h>
 #include <Common/Utf8.h>
 
 #include <Ostra/CompList/CompListBuilder.h>
@@ -12,6 +12,8 @@
 
 namespace lexicon
 {
+using namespace common;
+
 namespace
 {
 constexpr char SOURCE[] = "lexicon/Builder";

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "Input.h"
-#include "Progress.h"
 #include "Storage.h"
 
 #include <Ostra/Buffer/Buffer.h>
+#include <Common/Progress.h>
 
 #include <cstdint>
 #include <string_view>
@@ -44,15 +44,16 @@ public:
     void Add(const Pair& pair);
 
     // Makes both sides and stores them in a new record file; false with an error set.
-    bool Save(const CT_String* name, Progress* progress);
+    bool Save(const CT_String* name, common::Progress* progress);
 
     unsigned Pairs() const { return pairs; }
     unsigned Words(Side side) const { return tables[side].Count(); }
 
 private:
-    bool SaveContents(CT_RecordManager* manager, Progress* progress);
-    bool SaveSide(Side side, CT_RecordManager* manager, Directory* directory, Progress* progress);
-    bool Fill(Side side, CT_Buffer* list, CT_Buffer* texts, Progress* progress);
+    bool SaveContents(CT_RecordManager* manager, common::Progress* progress);
+    bool SaveSide(Side side, CT_RecordManager* manager, Directory* directory,
+                  common::Progress* progress);
+    bool Fill(Side side, CT_Buffer* list, CT_Buffer* texts, common::Progress* progress);
     void AppendEntry(Side side, unsigned number, CT_Buffer* texts) const;
     std::uint64_t TextRoom(Side side) const;
 

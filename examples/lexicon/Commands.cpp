@@ -4,13 +4,13 @@
 #include "Arguments.h"
 #include "Builder.h"
 #include "Drawing.h"
-#include "Failure.h"
 #include "Lexicon.h"
-#include "Output.h"
 #include "Statistics.h"
 #include "Wildcard.h"
 
 #include <Ostra/CompList/UCompListIterator.h>
+#include <Common/Failure.h>
+#include <Common/Output.h>
 #include <Common/Spool.h>
 #include <Common/Utf8.h>
 
@@ -19,6 +19,8 @@
 
 namespace lexicon
 {
+using namespace common;
+
 namespace
 {
 constexpr char SOURCE[] = "lexicon/Commands";
@@ -157,7 +159,7 @@ bool Job::FileName(CT_UString* name)
 
 Status Job::Report(const std::string& context) const
 {
-    Failure::Take().Print(streams.errors, context, arguments.trace);
+    Failure::Take().Print(streams.errors, "lexicon", context, arguments.trace);
     return FAILED;
 }
 
@@ -208,7 +210,7 @@ bool Job::Abandon(Output* output, const std::string& name) const
     const Failure failure = Failure::Take();
     if (output->IsTaken())
         output->Discard();
-    failure.Print(streams.errors, "cannot write " + name, arguments.trace);
+    failure.Print(streams.errors, "lexicon", "cannot write " + name, arguments.trace);
     return false;
 }
 

@@ -1,8 +1,7 @@
 // examples/lexicon/Input.cpp
 #include "Input.h"
 
-#include "Failure.h"
-
+#include <Common/Failure.h>
 #include <Common/Utf8.h>
 
 #include <algorithm>
@@ -10,6 +9,8 @@
 
 namespace lexicon
 {
+using namespace common;
+
 namespace
 {
 constexpr char SOURCE[] = "lexicon/Input";

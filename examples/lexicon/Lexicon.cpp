@@ -1,14 +1,15 @@
 // examples/lexicon/Lexicon.cpp
 #include "Lexicon.h"
 
-#include "Failure.h"
-
+#include <Common/Failure.h>
 #include <Common/Utf8.h>
 
 #include <cstring>
 
 namespace lexicon
 {
+using namespace common;
+
 namespace
 {
 constexpr char SOURCE[] = "lexicon/Lexicon";

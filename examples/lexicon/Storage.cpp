@@ -1,9 +1,8 @@
 // examples/lexicon/Storage.cpp
 #include "Storage.h"
 
-#include "Failure.h"
-
 #include <Ostra/File/WinFile.h>
+#include <Common/Failure.h>
 
 #include <algorithm>
 #include <array>
@@ -12,6 +11,8 @@
 
 namespace lexicon
 {
+using namespace common;
+
 namespace
 {
 constexpr char SOURCE[] = "lexicon/Storage";

@@ -1,10 +1,12 @@
 // examples/lexicon/Wildcard.cpp
 #include "Wildcard.h"
 
-#include "Failure.h"
+#include <Common/Failure.h>
 
 namespace lexicon
 {
+using namespace common;
+
 namespace
 {
 constexpr char SOURCE[] = "lexicon/Wildcard";

@@ -3,9 +3,9 @@
 
 #include <Ostra/CompList/CompListBuilder.h>
 #include <Ostra/Frame/Text.h>
+#include <Common/Progress.h>
 #include <Common/Utf8.h>
 #include <Lexicon.h>
-#include <Progress.h>
 #include <Storage.h>
 
 #include "Support/Directory.h"
@@ -16,7 +16,7 @@
 namespace
 {
 using namespace std::chrono_literals;
-using lexicon::Progress;
+using common::Progress;
 
 Progress::Clock::time_point now;
 

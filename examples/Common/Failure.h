@@ -1,4 +1,4 @@
-// examples/lexicon/Failure.h: the program's part in the failure protocol of the library.
+// examples/Common/Failure.h: a program's part in the failure protocol of the library.
 //
 // The library reports a failure by an error that it sets for the calling thread, and each function
 // on the way out adds its place to the error's trail. The program does the same with its own
@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace lexicon
+namespace common
 {
 // The format of a message, with the line that gives it.
 struct Format
@@ -49,13 +49,15 @@ public:
     // Takes the thread's error, which must be set.
     static Failure Take();
 
-    // One line; an error of the library follows the context, which tells what could not be done.
-    // With trace the places of the trail follow, that of the failure first.
-    void Print(std::ostream& output, const std::string& context, bool trace) const;
+    // One line that begins with the program's name; an error of the library follows the context,
+    // which tells what could not be done. With trace the places of the trail follow, that of the
+    // failure first.
+    void Print(std::ostream& output, const std::string& program, const std::string& context,
+               bool trace) const;
 
 private:
     unsigned code = 0;
     std::string message;
     std::vector<std::string> trail;
 };
-} // namespace lexicon
+} // namespace common

@@ -1,7 +1,7 @@
-// examples/lexicon/Progress.cpp
+// examples/Common/Progress.cpp
 #include "Progress.h"
 
-namespace lexicon
+namespace common
 {
 namespace
 {
@@ -45,4 +45,4 @@ void Progress::Draw(unsigned percent)
     *output << '\r' << line << std::flush;
     width = line.size();
 }
-} // namespace lexicon
+} // namespace common

@@ -1,4 +1,4 @@
-// examples/lexicon/Output.cpp
+// examples/Common/Output.cpp
 #include "Output.h"
 
 #include "Failure.h"
@@ -10,13 +10,13 @@
 #include <string>
 #include <vector>
 
-namespace lexicon
+namespace common
 {
 namespace
 {
 namespace fs = std::filesystem;
 
-constexpr char SOURCE[] = "lexicon/Output";
+constexpr char SOURCE[] = "Common/Output";
 
 constexpr unsigned FILE_BUFFER = 4096;
 constexpr unsigned NORMAL = 1;
@@ -169,4 +169,4 @@ void Output::Discard()
     if (Failing())
         Failure::Take();
 }
-} // namespace lexicon
+} // namespace common

@@ -1,9 +1,9 @@
-// examples/lexicon/Failure.cpp
+// examples/Common/Failure.cpp
 #include "Failure.h"
 
-#include <Common/Utf8.h>
+#include "Utf8.h"
 
-namespace lexicon
+namespace common
 {
 bool Failing()
 {
@@ -31,9 +31,10 @@ Failure Failure::Take()
     return failure;
 }
 
-void Failure::Print(std::ostream& output, const std::string& context, bool trace) const
+void Failure::Print(std::ostream& output, const std::string& program, const std::string& context,
+                    bool trace) const
 {
-    std::string line = "lexicon: ";
+    std::string line = program + ": ";
     // The program's own messages have no code and say all themselves.
     if (code)
         line += context + ": ";
@@ -47,4 +48,4 @@ void Failure::Print(std::ostream& output, const std::string& context, bool trace
         for (const std::string& place : trail)
             output << "    " << place << '\n';
 }
-} // namespace lexicon
+} // namespace common

@@ -1,11 +1,11 @@
-// examples/lexicon/Progress.h: the bar that long work shows on a terminal.
+// examples/Common/Progress.h: the bar that long work shows on a terminal.
 #pragma once
 
 #include <chrono>
 #include <ostream>
 #include <string>
 
-namespace lexicon
+namespace common
 {
 // Nothing is written in the first half second, and then at most ten times a second. The bar is gone
 // at the end.
@@ -32,4 +32,4 @@ private:
     Clock::time_point next;
     size_t width = 0;
 };
-} // namespace lexicon
+} // namespace common

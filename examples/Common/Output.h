@@ -1,11 +1,11 @@
-// examples/lexicon/Output.h: a file that is written beside its place and put there in one step.
+// examples/Common/Output.h: a file that is written beside its place and put there in one step.
 #pragma once
 
 #include <Ostra/String/UString.h>
 
 #include <filesystem>
 
-namespace lexicon
+namespace common
 {
 // What the file is to replace stays until the new one is whole and on the disk, whatever ends the
 // program meanwhile. Symbolic links are followed: the file that they lead to is replaced.
@@ -51,4 +51,4 @@ private:
 
 // The file as the operating system's own calls name it.
 std::filesystem::path PathOf(const CT_UString& name);
-} // namespace lexicon
+} // namespace common
