@@ -196,6 +196,9 @@ DWORD Database::RunOnce(Access access, Call call, void* place, const std::string
     const DatabaseTable& table = *host->database;
     try {
         if (!IsOpen(path)) {
+            // Another file, which may have got the numbers of the old one.
+            if (connection)
+                device = inode = 0;
             Close(table);
             if (const DWORD code = Open(table, path))
                 return code;
@@ -207,8 +210,8 @@ DWORD Database::RunOnce(Access access, Call call, void* place, const std::string
             bracket.Commit();
         return code;
     } catch (const DatabaseFailure& failure) {
-        // What is broken is looked at anew the next time.
-        if (failure.code != ERROR_BUSY)
+        // What is broken is looked at anew the next time. On a full disk reading goes on.
+        if (failure.code == ERROR_BADDB || failure.code == ERROR_REGISTRY_IO_FAILED)
             Close(table);
         return failure.code;
     }
