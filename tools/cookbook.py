@@ -9,6 +9,7 @@ COMMAND runs the program of examples/cookbook/RECIPE.cpp, as in build/linux/bin/
 Output is printable ASCII, and the same on every target.
 """
 import difflib
+import os
 import pathlib
 import re
 import subprocess
@@ -38,7 +39,9 @@ def output(command):
     command = [str(pathlib.Path(word).resolve()) if pathlib.Path(word).exists() else word for word in command]
     program = command[-1]
     with tempfile.TemporaryDirectory() as folder:
-        run = subprocess.run(command, cwd=folder, capture_output=True, timeout=300)
+        # On Linux the registry lies there, too.
+        variables = {**os.environ, "XDG_DATA_HOME": str(pathlib.Path(folder) / "data")}
+        run = subprocess.run(command, cwd=folder, env=variables, capture_output=True, timeout=300)
     if run.returncode:
         sys.exit(f"{program} ended with {run.returncode}:\n{run.stdout!r}\n{run.stderr!r}")
     text = run.stdout.replace(b"\r\n", b"\n").decode("ascii")

@@ -21,8 +21,8 @@ constexpr DWORD DELETING = 0x2001F;
 // The longest name of a key, in any code page, with its terminator.
 constexpr unsigned NAME_ROOM = 255 * 4 + 1;
 
-// A text in the class that the system's road takes, so that a call converts nothing any more: a name
-// that can't be converted must not reach the system as an empty one.
+// A text in the class that the system's road takes, so that a call converts nothing any more: what
+// can't be converted must not reach the system as an empty name.
 class CT_RoadText
 {
 public:
