@@ -32,5 +32,6 @@
 #include "winapi/Registry/Registry.h"
 #include "winapi/Text/CodePage.h"
 #include "winapi/Text/TextTest.h"
+#include "winapi/Version/Version.h"
 
 using namespace winapi;
