@@ -71,6 +71,7 @@
 #include <System/LocaleInfo/Language.h>
 #include <System/LocaleInfo/LocaleInfo.h>
 #include <System/IniFile/IniFile.h>
+#include <System/ModuleVersion/ModuleVersion.h>
 #include <System/OS/OS.h>
 #include <System/Registry/Registry.h>
 #include <System/String/StandardUTF8.h>

@@ -55,6 +55,18 @@ void UString(CT_UString& left, CT_UString& right)
     left = right;           // warns
 }
 
+void IniFile(CT_IniFile& left, CT_IniFile& right)
+{
+    CT_IniFile copy(right); // warns
+    left = right;           // warns
+}
+
+void ModuleVersion(CT_ModuleVersion& left, CT_ModuleVersion& right)
+{
+    CT_ModuleVersion copy(right); // warns
+    left = right;                 // warns
+}
+
 void Forum(CT_Forum& left, CT_Forum& right)
 {
     CT_Forum copy(right); // warns

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The programs that are installed, used as a stranger would: programs_test.py VERSION FOLDER PROGRAM...
 
-FOLDER is made anew; PROGRAM are the paths of the six programs.
+FOLDER is made anew; PROGRAM are the paths of the programs.
 """
 import os
 import pathlib
@@ -15,11 +15,11 @@ import unittest
 
 VERSION, FOLDER = sys.argv[1], pathlib.Path(sys.argv[2])
 PROGRAMS = {pathlib.Path(path).name: path for path in sys.argv[3:]}
-CHECKERS = ["reccheck", "listcheck"]
+CHECKERS = ["reccheck", "listcheck", "vercheck"]
 READERS = CHECKERS + ["recdump", "listdump"]
 # What each program answers with text, and no failure, when WORDS lies there.
 GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "reccheck": ["words.rec"], "recdump": ["words.rec"],
-        "listcheck": ["words.list"], "listdump": ["words.list"]}
+        "listcheck": ["words.list"], "listdump": ["words.list"], "vercheck": ["version.bin"]}
 DATA = pathlib.Path(__file__).resolve().parents[1] / "Data"
 
 
@@ -43,6 +43,8 @@ class Programs(unittest.TestCase):
         pathlib.Path("words.tsv").write_bytes(b"".join(b"w%d\tv%d\n" % (n, n) for n in range(20000)))
         subprocess.run([PROGRAMS["lexicon"], "build", "words.tsv", "words.rec"], check=True, capture_output=True)
         pathlib.Path("words.list").write_bytes(bytes_of("complist-example.hex"))
+        head = bytes(6) + "VS_VERSION_INFO\0".encode("utf-16-le")
+        pathlib.Path("version.bin").write_bytes(bytes([len(head)]) + head[1:])
         cls.record = pathlib.Path("words.rec").read_bytes()
 
     def expect(self, answer, status, errors=b""):
