@@ -126,6 +126,8 @@ TEST(NumberFormat, ArgumentsThatArentSoundAreRefused)
         CALL(GetNumberFormatA(0x409, LOCALE_NOUSEROVERRIDE, "12", &good, text, 64), 0,
              ERROR_INVALID_FLAGS),
         CALL(GetNumberFormatA(0x409, 0, "12", &good, text, 6), 6, 0),
+        // The reference run forgets the decimals.
+        CALL(GetNumberFormatA(0x409, 0, "12", &good, nullptr, 0), Side(6, 2), 0),
         CALL(GetNumberFormatA(0x409, 0, "12", &good, text, 5), 0, ERROR_INSUFFICIENT_BUFFER),
     });
 }

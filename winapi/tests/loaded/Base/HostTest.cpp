@@ -79,6 +79,12 @@ CHILD_PROCESS(LoadsLate)
     WIN32_FIND_DATAA found;
     FindClose(FindFirstFileA("*", &found));
     told += IsLoaded("libicu") ? "ascii " : "";
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    if (GetLocaleInfoA(0x407, LOCALE_IDEFAULTANSICODEPAGE, bytes, 8) != 5 ||
+        !IsValidLocale(0x411, LCID_INSTALLED) || GetThreadLocale() != 0x409)
+        told += "wrong ";
+    told += IsLoaded("libicu") ? "facts " : "";
     told += Converts(1252) && IsLoaded("libicu") && IsLoaded("libostra-host") ? "late" : "never";
     std::puts(told.c_str());
     std::fflush(stdout);
@@ -94,6 +100,24 @@ TEST(Host, LibraryIsLoadedByTheFirstCallThatNeedsIt)
     unsetenv("LC_ALL");
 }
 
+CHILD_PROCESS(WritesADateLate)
+{
+    std::string told = IsLoaded("libicu") ? "early " : "";
+    WCHAR units[64];
+    const int count = GetDateFormatW(0x409, DATE_LONGDATE, nullptr, nullptr, units, 64);
+    told += count > 20 && IsLoaded("libicui18n") ? "late" : "never";
+    std::puts(told.c_str());
+    std::fflush(stdout);
+    return 0;
+}
+
+TEST(Host, LibraryIsLoadedByTheFirstDate)
+{
+    ChildProcess child("WritesADateLate");
+    EXPECT_EQ(child.ReadLine(), "late");
+    EXPECT_EQ(child.Wait(), 0);
+}
+
 CHILD_PROCESS(TellsWhatIsMissing)
 {
     std::printf("%s\n", LibraryPath().c_str());
@@ -101,6 +125,8 @@ CHILD_PROCESS(TellsWhatIsMissing)
     char bytes[8];
     WCHAR units[8];
     WIN32_FIND_DATAA found;
+    char point[] = ".";
+    const NUMBERFMTA numbers = {2, 1, 3, point, point, 1};
     RunRows({
         CALL(WideCharToMultiByte(1252, 0, letter, 1, bytes, 8, nullptr, nullptr), 0,
              ERROR_MOD_NOT_FOUND),
@@ -108,7 +134,15 @@ CHILD_PROCESS(TellsWhatIsMissing)
         CALL(MultiByteToWideChar(1361, 0, "\x88\x61", 2, units, 8), 0, ERROR_MOD_NOT_FOUND),
         CALL(MultiByteToWideChar(20932, 0, "\xB0\xA1", 2, units, 8), 0, ERROR_MOD_NOT_FOUND),
         CALL(TryOpen("caf\xE9", GENERIC_WRITE, 0, CREATE_NEW), INVALID, ERROR_MOD_NOT_FOUND),
+        CALL(GetLocaleInfoA(0x409, LOCALE_SDAYNAME1, bytes, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(GetDateFormatW(0x409, 0, nullptr, nullptr, units, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(GetTimeFormatA(0x409, 0, nullptr, nullptr, bytes, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(GetNumberFormatA(0x409, 0, "1", nullptr, bytes, 8), 0, ERROR_MOD_NOT_FOUND),
+        CALL(EnumCalendarInfoA([](LPSTR) { return 1; }, 0x409, CAL_GREGORIAN, CAL_SCALNAME), 1,
+             ERROR_MOD_NOT_FOUND),
         // What needs no library goes on.
+        CALL(GetLocaleInfoA(0x411, LOCALE_IDEFAULTANSICODEPAGE, bytes, 8), 4, 0),
+        CALL(GetNumberFormatA(0x409, 0, "1", &numbers, bytes, 8), 5, 0),
         CALL(MultiByteToWideChar(1252, 0, "name", 4, units, 8), 4, 0),
         CALL(MultiByteToWideChar(CP_UTF8, 0, "\xC3\xA9", 2, units, 8), 1, 0),
         CALL(TryOpen("file", GENERIC_WRITE, 0, CREATE_NEW), OPENED, 0),

@@ -246,20 +246,3 @@ TEST(Zone, FieldsWithoutAnyRangeAreNoTrouble)
             EXPECT_EQ(_mktime64(&date), -1);
         }
 }
-
-TEST(Zone, TheTestsClockIsThePresentMoment)
-{
-    const FixedClock clock(1'616'892'000, 345);
-    EXPECT_EQ(_time64(nullptr), 1'616'892'000);
-    const FixedZone zone("America/St_Johns");
-    SYSTEMTIME time{};
-    GetLocalTime(&time);
-    EXPECT_EQ(time.wYear, 2021);
-    EXPECT_EQ(time.wMonth, 3);
-    EXPECT_EQ(time.wDayOfWeek, 6);
-    EXPECT_EQ(time.wDay, 27);
-    EXPECT_EQ(time.wHour, 22);
-    EXPECT_EQ(time.wMinute, 10);
-    EXPECT_EQ(time.wSecond, 0);
-    EXPECT_EQ(time.wMilliseconds, 345);
-}
