@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "Faults/Services.h"
 #include "Support/Directory.h"
 #include "Support/Files.h"
 
@@ -45,53 +46,69 @@ bool NoteOpen(DWORD access, DWORD share, const void* security, DWORD disposition
         SetLastError(ERROR_ACCESS_DENIED);
     return refuse_opens;
 }
+HANDLE NotedCreateFileW(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                        DWORD disposition, DWORD word, HANDLE model)
+{
+    if (NoteOpen(access, share, security, disposition, word, model))
+        return INVALID_HANDLE_VALUE;
+    return service::CreateFileWService::place.real(name, access, share, security, disposition, word,
+                                                   model);
+}
+
+HANDLE NotedCreateFileA(LPCSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                        DWORD disposition, DWORD word, HANDLE model)
+{
+    if (NoteOpen(access, share, security, disposition, word, model))
+        return INVALID_HANDLE_VALUE;
+    return service::CreateFileAService::place.real(name, access, share, security, disposition, word,
+                                                   model);
+}
+
+HANDLE AnsweringFindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found)
+{
+    const HANDLE search = service::FindFirstFileWService::place.real(pattern, found);
+    if (answer_attributes)
+        found->dwFileAttributes = answer_attributes;
+    return search;
+}
+
+HANDLE AnsweringFindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found)
+{
+    const HANDLE search = service::FindFirstFileAService::place.real(pattern, found);
+    if (answer_attributes)
+        found->dwFileAttributes = answer_attributes;
+    return search;
+}
+
+// In place of the services, as long as a test runs.
+struct WinFileArguments : testing::Test
+{
+    WinFileArguments()
+    {
+        service::CreateFileWService::place.replacement = NotedCreateFileW;
+        service::CreateFileAService::place.replacement = NotedCreateFileA;
+    }
+    ~WinFileArguments() override
+    {
+        service::CreateFileWService::place.replacement = nullptr;
+        service::CreateFileAService::place.replacement = nullptr;
+    }
+};
+
+struct FindFileArguments : testing::Test
+{
+    FindFileArguments()
+    {
+        service::FindFirstFileWService::place.replacement = AnsweringFindFirstFileW;
+        service::FindFirstFileAService::place.replacement = AnsweringFindFirstFileA;
+    }
+    ~FindFileArguments() override
+    {
+        service::FindFirstFileWService::place.replacement = nullptr;
+        service::FindFirstFileAService::place.replacement = nullptr;
+    }
+};
 } // namespace
-
-// The linker leads the library's calls of these services here.
-HANDLE WrappedCreateFileW(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
-                          HANDLE) asm("__wrap_" OSTRA_CREATE_FILE_W);
-HANDLE RealCreateFileW(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
-                       HANDLE) asm("__real_" OSTRA_CREATE_FILE_W);
-HANDLE WrappedCreateFileA(LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
-                          HANDLE) asm("__wrap_" OSTRA_CREATE_FILE_A);
-HANDLE RealCreateFileA(LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
-                       HANDLE) asm("__real_" OSTRA_CREATE_FILE_A);
-HANDLE WrappedFindFirstFileW(LPCWSTR, LPWIN32_FIND_DATAW) asm("__wrap_" OSTRA_FIND_FIRST_FILE_W);
-HANDLE RealFindFirstFileW(LPCWSTR, LPWIN32_FIND_DATAW) asm("__real_" OSTRA_FIND_FIRST_FILE_W);
-HANDLE WrappedFindFirstFileA(LPCSTR, LPWIN32_FIND_DATAA) asm("__wrap_" OSTRA_FIND_FIRST_FILE_A);
-HANDLE RealFindFirstFileA(LPCSTR, LPWIN32_FIND_DATAA) asm("__real_" OSTRA_FIND_FIRST_FILE_A);
-
-HANDLE WrappedCreateFileW(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
-                          DWORD disposition, DWORD word, HANDLE model)
-{
-    if (NoteOpen(access, share, security, disposition, word, model))
-        return INVALID_HANDLE_VALUE;
-    return RealCreateFileW(name, access, share, security, disposition, word, model);
-}
-
-HANDLE WrappedCreateFileA(LPCSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
-                          DWORD disposition, DWORD word, HANDLE model)
-{
-    if (NoteOpen(access, share, security, disposition, word, model))
-        return INVALID_HANDLE_VALUE;
-    return RealCreateFileA(name, access, share, security, disposition, word, model);
-}
-
-HANDLE WrappedFindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found)
-{
-    const HANDLE search = RealFindFirstFileW(pattern, found);
-    if (answer_attributes)
-        found->dwFileAttributes = answer_attributes;
-    return search;
-}
-
-HANDLE WrappedFindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA found)
-{
-    const HANDLE search = RealFindFirstFileA(pattern, found);
-    if (answer_attributes)
-        found->dwFileAttributes = answer_attributes;
-    return search;
-}
 
 namespace
 {
@@ -118,7 +135,7 @@ unsigned Word(unsigned attribute, unsigned flag)
 }
 } // namespace
 
-TEST(WinFileArguments, AccessShareAndDisposition)
+TEST_F(WinFileArguments, AccessShareAndDisposition)
 {
     const DWORD accesses[] = {0, 0x80000000, 0x40000000, 0xC0000000};
     const DWORD dispositions[] = {0, 3, 2, 4};
@@ -133,14 +150,14 @@ TEST(WinFileArguments, AccessShareAndDisposition)
     }
 }
 
-TEST(WinFileArguments, AnAppendIsTriedTwice)
+TEST_F(WinFileArguments, AnAppendIsTriedTwice)
 {
     EXPECT_EQ(Opening(2, 3, 1, 1, 8),
               (std::vector<OpenCall>{{0x40000000, 1, 4, 0x10000080, 0, false},
                                      {0x40000000, 1, 7, 0x10000080, 0, false}}));
 }
 
-TEST(WinFileArguments, AttributesAndFlagsMakeOneWord)
+TEST_F(WinFileArguments, AttributesAndFlagsMakeOneWord)
 {
     const struct
     {
@@ -158,7 +175,7 @@ TEST(WinFileArguments, AttributesAndFlagsMakeOneWord)
     }
 }
 
-TEST(WinFileArguments, AttributesAndFlagsHaveNames)
+TEST_F(WinFileArguments, AttributesAndFlagsHaveNames)
 {
     EXPECT_EQ(Word(CT_File::e_AttributeNormal, CT_File::e_FlagWriteThrough), 0x80000080U);
     EXPECT_EQ(Word(CT_File::e_AttributeArchive, CT_File::e_FlagOverlapped), 0x40000020U);
@@ -169,7 +186,7 @@ TEST(WinFileArguments, AttributesAndFlagsHaveNames)
     EXPECT_EQ(Word(CT_File::e_AttributeDirectory | CT_File::e_AttributeTemporary, 0), 0x110U);
 }
 
-TEST(WinFileArguments, AClosedFileIsMeasuredWithoutSharing)
+TEST_F(WinFileArguments, AClosedFileIsMeasuredWithoutSharing)
 {
     WriteBytes("file", "abc");
     const CT_UString name = Name("file");
@@ -180,7 +197,7 @@ TEST(WinFileArguments, AClosedFileIsMeasuredWithoutSharing)
     EXPECT_EQ(calls, (std::vector<OpenCall>{{0x80000000, 0, 3, 0x80, 0, false}}));
 }
 
-TEST(FindFileArguments, ANormalFileHasNoAttributes)
+TEST_F(FindFileArguments, ANormalFileHasNoAttributes)
 {
     WriteBytes("file", "");
     const struct

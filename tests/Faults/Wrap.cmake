@@ -9,14 +9,27 @@ if(NAME STREQUAL fault_tests)
         # The module whose string table holds the formats is the program itself.
         target_sources(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/resources/StringTable.rc)
     endif()
+    # Services whose calls fail on demand, and whose arguments FileArgumentsTest.cpp looks at: a wrapper for each.
+    set(list ${CMAKE_CURRENT_SOURCE_DIR}/Faults/services.txt)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
+    file(STRINGS ${list} rows REGEX "^[^#]")
+    set(services "")
+    foreach(row IN LISTS rows)
+        string(REGEX REPLACE " +" ";" row "${row}")
+        list(GET row 3 symbol)
+        list(TRANSFORM row REPLACE "^${symbol}$" "\"${symbol}\"" AT 3)
+        list(JOIN row ", " row)
+        string(APPEND services "OSTRA_SERVICE(${row})\n")
+        if(NOT WIN32)
+            target_link_options(${NAME} PRIVATE -Wl,--wrap=${symbol})
+        endif()
+    endforeach()
+    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/faults/ServiceList.inc CONTENT "${services}")
+    target_include_directories(${NAME} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/faults)
     if(NOT WIN32)
-        # Services whose arguments and answers FileArgumentsTest.cpp and LocaleServicesTest.cpp look at, and those that
+        # Services whose arguments and answers LocaleServicesTest.cpp looks at, and those that
         # RegistrySweep.cpp lets fail, by the names that the linker knows.
         foreach(service
-                CREATE_FILE_W=_ZN6winapi11CreateFileWEPKtjjP19SECURITY_ATTRIBUTESjjPv
-                CREATE_FILE_A=_ZN6winapi11CreateFileAEPKcjjP19SECURITY_ATTRIBUTESjjPv
-                FIND_FIRST_FILE_W=_ZN6winapi14FindFirstFileWEPKtP16WIN32_FIND_DATAW
-                FIND_FIRST_FILE_A=_ZN6winapi14FindFirstFileAEPKcP16WIN32_FIND_DATAA
                 GET_LOCALE_INFO_A=_ZN6winapi14GetLocaleInfoAEjjPci
                 GET_NUMBER_FORMAT_A=_ZN6winapi16GetNumberFormatAEjjPKcPK11_numberfmtAPci)
 =======

@@ -1,0 +1,200 @@
+// tests/Faults/WinFileServices.cpp: files of the system whose services fail.
+#include <Ostra/File/WinFile.h>
+
+#include "Faults/ServiceSweep.h"
+#include "Support/Directory.h"
+#include "Support/Files.h"
+
+#include <filesystem>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+const std::string CONTENT(100, 'x');
+
+struct State
+{
+    State()
+    {
+        fs::remove("other");
+        WriteBytes("file", CONTENT);
+        const CT_UString name = Name("file");
+        file.vv_Set(&name, 0);
+    }
+
+    CT_WinFile file;
+    CT_UString other = Name("other");
+    char data[200] = {};
+    unsigned result = 0;
+};
+
+void Nothing(State&) {}
+
+void Open(State& state)
+{
+    state.file.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenExisting, CT_File::e_ShareNone, 1,
+                       0);
+}
+
+void OpenMapped(State& state)
+{
+    Open(state);
+    state.file.v_SetMapping(1, 128);
+}
+
+void IsOpen(State& state)
+{
+    EXPECT_EQ(state.file.b_IsOpen(), 1);
+}
+
+void IsClosed(State& state)
+{
+    EXPECT_EQ(state.file.b_IsOpen(), 0);
+}
+
+void NoResult(State& state)
+{
+    EXPECT_EQ(state.result, 0U);
+}
+
+// An append whose seek to the end fails leaves its handle to nobody.
+void CloseLost(State& state)
+{
+    const HANDLE handle = state.file.h_GetHandle();
+    if (!state.file.b_IsOpen() && handle && handle != INVALID_HANDLE_VALUE)
+        CloseHandle(handle);
+}
+
+void ExpectUsable(State& state)
+{
+    const CT_UString name = Name("usable");
+    WriteBytes("usable", "abc");
+    CloseLost(state);
+    state.file.vv_Set(&name, 0);
+    // A close may have failed before, and is tried again here.
+    TakeFailure();
+    Open(state);
+    EXPECT_EQ(state.file.vn_Read(state.data, 10), 3U);
+    state.file.v_SetMapping(1, 10);
+    EXPECT_EQ(state.file.vn_Read(state.data, 10), 7U);
+    state.file.vv_Close();
+    EXPECT_EQ(TakeSystem(), SystemFailure());
+}
+
+const ServiceOperation<State> OPERATIONS[] = {
+    {"open", Nothing, Open, IsOpen, IsClosed},
+    {"create", Nothing,
+     [](State& state) {
+         state.file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone, 1,
+                            0);
+     },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetSize(), 0U); }, IsClosed},
+    // The first attempt may fail: there is a second one.
+    {"append",
+     Nothing,
+     [](State& state) {
+         state.file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenAppend, CT_File::e_ShareNone, 1,
+                            0);
+         CloseLost(state);
+     },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetOffset(), 100U); },
+     nullptr,
+     {"CreateFileW", "CreateFileA", "CloseHandle"}},
+    {"close", Open, [](State& state) { state.file.vv_Close(); }, IsClosed, IsOpen},
+    {"read", Open, [](State& state) { state.result = state.file.vn_Read(state.data, 100); },
+     [](State& state) { EXPECT_EQ(std::string(state.data, 100), CONTENT); }, NoResult},
+    {"write", Open, [](State& state) { state.result = state.file.vn_Write("abc", 3); },
+     [](State& state) { EXPECT_EQ(state.result, 3U); }, NoResult},
+    {"size", Nothing, [](State& state) { state.result = state.file.vn_GetSize(); },
+     [](State& state) { EXPECT_EQ(state.result, 100U); }, NoResult},
+    {"size of an open file", Open, [](State& state) { state.result = state.file.vn_GetSize(); },
+     [](State& state) { EXPECT_EQ(state.result, 100U); }, IsOpen},
+    {"seek", Open, [](State& state) { state.file.vv_SetOffset(CT_File::e_OriginEnd, -1); },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetOffset(), 99U); }, IsOpen},
+    {"end of the file", Open, [](State& state) { state.result = state.file.vb_IsEof(); }, NoResult,
+     IsOpen},
+    {"flush", Open, [](State& state) { state.file.vv_Flush(); }, IsOpen, IsOpen},
+    {"cut", Open, [](State& state) { state.file.v_SetEndOfFile(); },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetSize(), 0U); },
+     [](State& state) {
+         EXPECT_EQ(state.file.vn_GetSize(), 100U);
+     }},
+    {"remove", Nothing, [](State& state) { state.file.vv_Remove(); },
+     [](State&) { EXPECT_FALSE(fs::exists("file")); },
+     [](State&) {
+         EXPECT_TRUE(fs::exists("file"));
+     }},
+    {"rename",
+     Nothing,
+     [](State& state) { state.file.vv_Rename(&state.other); },
+     [](State&) { EXPECT_EQ(ReadBytes("other"), CONTENT); },
+     [](State& state) {
+         EXPECT_EQ(ReadBytes("file"), CONTENT);
+         EXPECT_EQ(Get(*state.file.pcco_GetFullName()), "file");
+     },
+     {},
+     "file : other"},
+    {"copy",
+     Nothing,
+     [](State& state) { state.file.v_CopyFile(&state.other); },
+     [](State&) { EXPECT_EQ(ReadBytes("other"), CONTENT); },
+     nullptr,
+     {},
+     "file : other"},
+    {"attributes", Nothing, [](State& state) { state.result = state.file.n_GetAttributes(); },
+     [](State& state) { EXPECT_EQ(state.result & 16, 0U); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 0xFFFFFFFF);
+     }},
+    {"information", Open,
+     [](State& state) {
+         BY_HANDLE_FILE_INFORMATION information = {};
+         state.file.v_GetFileInfo(&information);
+         state.result = information.nFileSizeLow;
+     },
+     [](State& state) { EXPECT_EQ(state.result, 100U); }, NoResult},
+    {"lock", Open, [](State& state) { state.file.v_LockFile(0, 10); },
+     [](State& state) { state.file.v_UnlockFile(0, 10); }, IsOpen},
+    {"unlock",
+     [](State& state) {
+         Open(state);
+         state.file.v_LockFile(0, 10);
+     },
+     [](State& state) { state.file.v_UnlockFile(0, 10); }, IsOpen,
+     [](State& state) {
+         state.file.v_UnlockFile(0, 10);
+     }},
+    {"map", Open, [](State& state) { state.file.v_SetMapping(1, 128); },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetSize(), 128U); },
+     [](State& state) {
+         EXPECT_EQ(state.file.b_GetMapping(), 0);
+     }},
+    {"write to the map",
+     OpenMapped,
+     [](State& state) { state.result = state.file.vn_Write(CONTENT.data(), 100); },
+     [](State& state) { EXPECT_EQ(state.result, 100U); },
+     NoResult,
+     {},
+     "file",
+     false},
+    {"grow the map",
+     [](State& state) {
+         OpenMapped(state);
+         state.file.vv_SetOffset(CT_File::e_OriginBegin, 100);
+     },
+     [](State& state) { state.result = state.file.vn_Write(CONTENT.data(), 100); },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetSize(), 256U); }, NoResult},
+    {"flush the map", OpenMapped, [](State& state) { state.file.v_FlushMap(); }, IsOpen, IsOpen},
+    {"leave the map", OpenMapped, [](State& state) { state.file.v_SetMapping(0, 100); },
+     [](State& state) { EXPECT_EQ(state.file.vn_GetSize(), 100U); }, IsOpen},
+    {"close with a map", OpenMapped, [](State& state) { state.file.vv_Close(); }, IsClosed,
+     nullptr},
+};
+} // namespace
+
+TEST(ServiceSweep, WinFile)
+{
+    SweepServices(SystemReport("Ostra/File/WinFile"), OPERATIONS);
+}
