@@ -31,8 +31,7 @@ if(NAME STREQUAL fault_tests)
         # RegistrySweep.cpp lets fail, by the names that the linker knows.
         foreach(service
                 GET_LOCALE_INFO_A=_ZN6winapi14GetLocaleInfoAEjjPci
-                GET_NUMBER_FORMAT_A=_ZN6winapi16GetNumberFormatAEjjPKcPK11_numberfmtAPci)
-=======
+                GET_NUMBER_FORMAT_A=_ZN6winapi16GetNumberFormatAEjjPKcPK11_numberfmtAPci
                 REG_OPEN=_ZN6winapi13RegOpenKeyExWEP6HKEY__PKtjjPS1_
                 REG_CREATE=_ZN6winapi15RegCreateKeyExWEP6HKEY__PKtjPtjjP19SECURITY_ATTRIBUTESPS1_Pj
                 REG_CLOSE=_ZN6winapi11RegCloseKeyEP6HKEY__
