@@ -475,7 +475,7 @@ TEST_F(Registry, AValueMayChangeItsTypeAndKeepsTheSpellingOfItsName)
     EXPECT_EQ(SetText(key, "b", ""), 0);
     EXPECT_EQ(RegSetValueExA(key, "VALUE", 0, 0x12345, Bytes("x"), 1), 0);
     EXPECT_EQ(QueryA(key, "value", 1), (Told{0, 0x12345, 1, "x"}));
-    // The reference run tells values in the order in which they were made.
+    // The platform tells values in the order in which they were made, its reference run by name.
     EXPECT_EQ(Values(key), Side("b Value ", IsReferenceRun() ? "b Value " : "Value b "));
     EXPECT_EQ(RegDeleteValueA(key, "vaLUe"), 0);
     EXPECT_EQ(Values(key), "b ");
