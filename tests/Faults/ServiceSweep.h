@@ -11,10 +11,10 @@
 // State is made anew for each run, `prepare` brings it where the operation begins, with all services
 // at work. Call 1, 2, ... of `run` then fails with each of four errors, until none failed; with the
 // first of them once more behind an error of the thread, which has to stay; and all of it on both
-// roads.
-// Each failing call has to be reported, and its first argument looks at the report, unless its service is
-// `quiet`; `failed` sees the state that is promised then, `done` the one behind a run in which
-// nothing failed. Behind each run no handle may be left. A function `ExpectUsable(State&)` shows that the object can be used.
+// roads. Each failing call has to be reported, unless its service is `quiet`, and the sweep's first
+// argument judges the report. `failed` sees the state that is promised then, `done` the one behind a
+// run in which nothing failed. Behind each run no handle may be left. ExpectUsable(State&) shows that
+// the object can be used.
 #pragma once
 
 #include "Faults/Services.h"
