@@ -186,12 +186,14 @@ unsigned RedirectAll()
 
 #else
 
+// Sanitizers aren't up yet when the program is loaded.
+#define OSTRA_UNWATCHED __attribute__((no_sanitize("address", "undefined", "thread")))
+
 // The linker knows a service as __real_ and its caller's way as __wrap_. That one is resolved to the
 // wrapper while the program is loaded.
 #define OSTRA_SERVICE(service_name, failure, how, symbol)                                          \
     extern decltype(::service_name) service_name##Real asm("__real_" symbol);                      \
-    extern "C" [[gnu::no_sanitize("address", "undefined",                                          \
-                                  "thread")]] decltype(::service_name)* Resolve_##service_name()   \
+    extern "C" OSTRA_UNWATCHED decltype(::service_name)* Resolve_##service_name()                  \
     {                                                                                              \
         return reinterpret_cast<decltype(::service_name)*>(&Wrapper<service_name##Service>::Call); \
     }                                                                                              \
