@@ -56,6 +56,7 @@
 #include <Ostra/String/StringScanner.h>
 #include <Ostra/String/StringTools.h>
 #include <Ostra/String/UString.h>
+#include <Ostra/TestOut/TestOut.h>
 #include <Ostra/Unicode/CharMappings.h>
 #include <Ostra/Unicode/CharProperties.h>
 #include <Ostra/WordList/BiCWordListIterator.h>

@@ -6,6 +6,7 @@
 #include <Ostra/Frame/Codes.h>
 #include <Ostra/Frame/DatabaseError.h>
 #include <Ostra/Frame/Report.h>
+#include <Ostra/TestOut/TestOut.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,6 @@
 // tests/Database/RecordManager/RecordManagerTest.cpp: creating, opening, saving, and records.
+#include <Ostra/TestOut/TestOut.h>
+
 #include "Database/RecordManager/RecordFile.h"
 
 #include "RecordCheck.h"
@@ -158,7 +160,14 @@ TEST(RecordManager, DiagnosticsDoNothing)
     records->v_PrintHeader("label", nullptr);
     records->v_PrintLists("label", nullptr);
     records->v_ConsistencyReport("label", nullptr);
+    CT_TestOut out("./trace.txt", "label");
+    records->v_Print("label", &out);
+    records->v_PrintHeader("label", &out);
+    records->v_PrintLists("label", &out);
+    records->v_ConsistencyReport("label", &out);
     EXPECT_EQ(TakeCode(), 0u);
+    out.v_Close();
+    EXPECT_EQ(ReadBytes("trace.txt"), "");
     records.Close();
     EXPECT_EQ(ReadBytes("test.rec"), DataFile("record-file.hex"));
 }

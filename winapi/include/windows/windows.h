@@ -5,6 +5,7 @@
 
 #include "winapi/Base/Constants.h"
 #include "winapi/CLibrary/Print.h"
+#include "winapi/CLibrary/SplitPath.h"
 #include "winapi/CLibrary/Time.h"
 #include "winapi/Dialogs/MessageBox.h"
 #include "winapi/CLibrary/Stream.h"
