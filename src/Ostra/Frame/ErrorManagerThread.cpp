@@ -16,11 +16,15 @@ void CT_ErrorManager::v_TakeThread(Formatter pf_Format, unsigned n_Thread)
     }
     *pso_Thread = {n_Thread, pf_Format};
     const unsigned n_Count = co_Threads.n_GetCount();
+    const CT_Report::CT_Since co_Since;
     co_Threads.v_Insert(&pso_Thread);
-    if (co_Threads.n_GetCount() == n_Count) {
-        CT_Report::sb_Failed(qccz_Source);
-        std::free(pso_Thread);
-    }
+    const bool b_Inserted = co_Threads.n_GetCount() != n_Count;
+    if (!co_Since.b_Failed(qccz_Source) && b_Inserted)
+        return;
+    // An array that finds less room than it wants reports, and yet takes the item.
+    if (b_Inserted)
+        co_Threads.v_RemoveAt(n_Count + 1);
+    std::free(pso_Thread);
 }
 
 void CT_ErrorManager::v_GiveThread(unsigned n_Thread)

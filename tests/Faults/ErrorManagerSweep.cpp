@@ -1,0 +1,149 @@
+// tests/Faults/ErrorManagerSweep.cpp: what takes memory around the error manager, diagnostic text and
+// the services that they call.
+#include <Ostra/Frame/ErrorManager.h>
+#include <Ostra/TestOut/TestOut.h>
+
+#include <windows.h>
+
+#include "Faults/Sweep.h"
+#include "Support/Directory.h"
+#include "Support/MessageBox.h"
+#include "Support/Private.h"
+
+#include <memory>
+#include <string>
+
+OSTRA_PRIVATE(Threads, CT_VoidArray CT_ErrorManager::*, &CT_ErrorManager::co_Threads);
+
+namespace
+{
+// The platform has a heap of its own for the blocks.
+#ifdef _WIN32
+constexpr bool HOST_HEAP = false;
+#else
+constexpr bool HOST_HEAP = true;
+#endif
+
+int Write(unsigned short* message, unsigned, unsigned, unsigned, va_list)
+{
+    message[0] = 'x';
+    message[1] = 0;
+    return 1;
+}
+
+// No formatter is registered before and after it, and the list has no block.
+struct NoFormatters
+{
+    NoFormatters() { Clear(); }
+    NoFormatters(const NoFormatters&) = delete;
+    NoFormatters& operator=(const NoFormatters&) = delete;
+    ~NoFormatters() { Clear(); }
+
+    static void Clear()
+    {
+        Errors().v_GiveThread(GetCurrentThreadId());
+        (Errors().*Private(Threads())).v_Set(0, 0, 0);
+    }
+};
+
+// Runs the work with allocation 1, 2, ... failing until none fails. Result: failures.
+template <typename T_Work>
+unsigned FailEach(T_Work work)
+{
+    unsigned failures = 0;
+    for (unsigned number = 1;; ++number) {
+        SCOPED_TRACE(number);
+        FailingHeap::Track();
+        FailingHeap::Arm(number, FailingHeap::ONCE);
+        const unsigned failing = work();
+        EXPECT_EQ(FailingHeap::Live(), 0U);
+        if (!failing)
+            break;
+        failures += failing;
+    }
+    SweepRun::Count(1, failures);
+    return failures;
+}
+} // namespace
+
+TEST(ErrorManagerSweep, AFormatterIsRegisteredOrNot)
+{
+    Sweep(
+        {"Ostra/Frame/ErrorManager", "Ostra/Buffer/Buffer"},
+        [] { return std::make_unique<NoFormatters>(); },
+        [](NoFormatters&) { Errors().v_TakeThread(Write, GetCurrentThreadId()); },
+        [](NoFormatters&, bool failed) {
+            Errors().v_SetError(1, Units(u"text"));
+            EXPECT_EQ(TakeFailure().text, failed ? "(1): text" : "(1): x");
+            EXPECT_EQ((Errors().*Private(Threads())).n_GetCount(), failed ? 0U : 1U);
+        });
+}
+
+TEST(ErrorManagerSweep, AMessageOfBytesGivesWayToTheReport)
+{
+    const unsigned failures = FailEach([] {
+        Errors().v_SetMessageError("%u bytes", 5U);
+        const unsigned failing = FailingHeap::Disarm();
+        const Failure failure = TakeFailure();
+        EXPECT_EQ(failure.code, failing ? 60006U : 0U);
+        EXPECT_EQ(failure.text, failing ? "(60006): Out of memory" : "5 bytes");
+        return failing;
+    });
+    EXPECT_GT(failures, 0U);
+}
+
+// Text of a record needs no memory, whatever the road; on the 8-bit one strings are made of it.
+TEST(ErrorManagerSweep, TheWindowLeavesTheErrorAsItIs)
+{
+    FailEach([] {
+        const AnsweredBoxes boxes(IDOK);
+        Errors().v_SetMessageError(Units(u"It failed."));
+        Errors().v_AddLocation("a/b", 1);
+        Errors().i_ErrorLocationWindow(0, Units(u"title"), MB_OK);
+        const unsigned failing = FailingHeap::Disarm();
+        EXPECT_EQ(boxes.count, 1);
+        const Failure failure = TakeFailure();
+        EXPECT_EQ(failure.text, "It failed.");
+        EXPECT_EQ(failure.trail.front(), "a/b");
+        return failing;
+    });
+}
+
+TEST(ErrorManagerSweep, DiagnosticTextReportsNothing)
+{
+    const std::string text(5000, 'x');
+    const std::u16string wide(5000, u'x');
+    CT_TestOut("./warm.txt", "up").v_Out("text");
+    FailEach([&] {
+        unsigned failing;
+        {
+            CT_TestOut out("./trace.txt", "label:");
+            out.v_Out("%s", text.c_str());
+            out.v_Out(Units(u"%s"), Units(wide.c_str()));
+            out.v_Set(out.pso_GetOutput(), "other:");
+            failing = FailingHeap::Disarm();
+            EXPECT_FALSE(Errors().b_IsSetError());
+        }
+        if (!failing) {
+            EXPECT_EQ(ReadBytes("trace.txt"), "label:" + text + "label:" + text);
+        }
+        return failing;
+    });
+}
+
+TEST(ErrorManagerSweep, BlocksThatGoFromHandToHand)
+{
+    for (const UINT flags : {GMEM_MOVEABLE, GMEM_FIXED, GHND}) {
+        GlobalFree(GlobalAlloc(flags, 100));
+        const unsigned failures = FailEach([flags] {
+            SetLastError(0);
+            const HGLOBAL block = GlobalAlloc(flags, 100);
+            const unsigned failing = FailingHeap::Disarm();
+            EXPECT_EQ(GetLastError(), failing ? DWORD(ERROR_NOT_ENOUGH_MEMORY) : 0U);
+            EXPECT_EQ(block == nullptr, failing != 0);
+            EXPECT_EQ(GlobalFree(block), nullptr);
+            return failing;
+        });
+        EXPECT_EQ(failures > 0, HOST_HEAP);
+    }
+}
