@@ -1,7 +1,7 @@
 // winapi/Locale/LocaleTexts.h: the names, pictures and signs of a locale. Internal.
 //
 // ICU has them. An object of it costs more than what is asked of it, so all texts of a locale are
-// fetched at once, at the first question, and kept for ever: some two thousand units.
+// fetched at once, at the first question, and kept for ever: up to a thousand units.
 #pragma once
 
 #include "winapi/Base/Types.h"

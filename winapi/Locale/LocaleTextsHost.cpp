@@ -4,7 +4,7 @@
 #include "Locale/PatternHost.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cstdio>
 #include <memory>
 #include <new>
 #include <string>
@@ -58,9 +58,9 @@ public:
         uloc_forLanguageTag(tag, id, sizeof id, &parsed, &none);
         // A language that ICU lacks would be answered in that of the host's variables.
         const Bundle bundle(ures_open(nullptr, id, &none));
-        std::strcpy(base, U_FAILURE(none) || none == U_USING_DEFAULT_WARNING ? "root" : id);
-        std::strcpy(plain, base);
-        std::strcat(plain, "@calendar=gregorian;numbers=latn");
+        const bool lacks = U_FAILURE(none) || none == U_USING_DEFAULT_WARNING;
+        std::snprintf(base, sizeof base, "%s", lacks ? "root" : id);
+        std::snprintf(plain, sizeof plain, "%s@calendar=gregorian;numbers=latn", base);
     }
 
     bool Read()
@@ -210,7 +210,7 @@ private:
         Give(SHORT_MONTH_13, u"");
     }
 
-    static std::u16string Or(std::u16string text, const std::u16string& other)
+    static const std::u16string& Or(const std::u16string& text, const std::u16string& other)
     {
         return text.empty() ? other : text;
     }
