@@ -18,8 +18,8 @@ PROGRAMS = {pathlib.Path(path).name: path for path in sys.argv[3:]}
 CHECKERS = ["reccheck", "listcheck", "vercheck"]
 READERS = CHECKERS + ["recdump", "listdump"]
 # What each program answers with text, and no failure, when WORDS lies there.
-GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "reccheck": ["words.rec"], "recdump": ["words.rec"],
-        "listcheck": ["words.list"], "listdump": ["words.list"], "vercheck": ["version.bin"]}
+GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "almanac": ["2026-03"],
+        "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"], "listdump": ["words.list"], "vercheck": ["version.bin"]}
 DATA = pathlib.Path(__file__).resolve().parents[1] / "Data"
 
 
@@ -174,6 +174,8 @@ class Programs(unittest.TestCase):
         self.expect(answer, 1, b"lexicon: argument 1 is not well-formed UTF-8\n")
         answer = run("charinfo", b"broken\xff")
         self.expect(answer, 1, b"charinfo: the text is not UTF-8\n")
+        answer = run("almanac", "read", b"broken\xff")
+        self.expect(answer, 1, b"almanac: an argument is not UTF-8\n")
         answer = run("lexicon", "build", "words.tsv", b"broken\xff.rec")
         self.expect(answer, 1, b"lexicon: argument 2 is not well-formed UTF-8\n")
 
