@@ -78,4 +78,5 @@
 #include <System/String/StandardUTF8.h>
 #include <System/String/StringConvert.h>
 #include <System/String/UTF.h>
+#include <System/Time/Calendar.h>
 #include <System/Timer/Timer.h>

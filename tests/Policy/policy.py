@@ -189,18 +189,18 @@ def check_places():
 # Names as docs/names.md has them: the prefix tells what something is and of what type. One letter does for a counter
 # or a character, upper case is for constants.
 PREFIX = (r"(?=[a-z]+[\d_])s?v?[ap]*(?:q|qc|pc)?"
-          r"(?:(?:v|b|n[1248]?|i4?|l|c|us?|h|e[co]?|co|so|o|f|t)z?)?_")
+          r"(?:(?:v|b|n[1248]?|i[48]?|l|c|us?|h|e[co]?|co|so|o|f|t)z?)?_")
 NAME = re.compile(rf"{PREFIX}\w|[a-z]$|[A-Z][A-Z0-9_]*$")
 STATIC_NAME = re.compile(rf"s(?!o_){PREFIX}\w|[A-Z][A-Z0-9_]*$")
 # A declaration's type, and the name behind it.
 TYPE = (r"(?:unsigned|signed|int|char|short|long|void|bool|double|float|auto|char16_t|va_list|"
-        r"[A-Z]\w*|(?:CT|st|_st|et|t|T)_\w+|std::\w+)"
+        r"[A-Z]\w*|(?:CT|st|_st|et|t|T)_\w+|std::\w+|tm)"
         r"(?:<[^<>;(){}]*>)?(?:::\w+)?(?:\s+(?:const|unsigned|int|char|short|long)\b)*")
 DECLARED = re.compile(rf"(?<![\w:]){TYPE}(?:(?:\s*(?:[*&]+|const\b|\(&))+\s*|\s+)(?:\w+::)*(\w+)\s*(?=[,);=\[{{(:])")
 # Conventions of the language and of the platform.
 OTHER_NAMES = {"operator", "sizeof", "args", "arguments", "copy", "__attribute__", "DllMain", "ostra_version"}
 # Of the interface, which is older than the rule that a static member has an s.
-TOLD_STATICS = {"n4_Search", "pso_FindBranch", "n_GetIndex", "n_GetOffset", "n_GetThread", "n_GetNextPrim"}
+TOLD_STATICS = {"n4_Search", "pso_FindBranch", "n_GetIndex", "n_GetOffset", "n_GetThread", "n_GetNextPrim", "n_GetDST"}
 
 
 def check_declared(path, number, line):
