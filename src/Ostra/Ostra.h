@@ -79,4 +79,5 @@
 #include <System/String/StringConvert.h>
 #include <System/String/UTF.h>
 #include <System/Time/Calendar.h>
+#include <System/Time/Time.h>
 #include <System/Timer/Timer.h>

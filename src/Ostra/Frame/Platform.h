@@ -53,3 +53,4 @@ struct tagENUMLOGFONTA;
 struct tagLOGFONTA;
 struct tagNEWTEXTMETRICA;
 struct tagTEXTMETRICA;
+struct _SYSTEMTIME;
