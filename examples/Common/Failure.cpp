@@ -18,16 +18,22 @@ bool Failed(const char* source, unsigned line)
     return true;
 }
 
-Failure Failure::Take()
+Failure Failure::Copy()
 {
-    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    const CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
     Failure failure;
     failure.code = errors->n_GetErrorCode();
     failure.message = common::ToUtf8(errors->qcuz_GetErrorMessage());
     for (unsigned n = 1; n <= errors->n_GetLocationCount(); ++n)
         failure.trail.push_back(std::string(errors->qccz_GetLocationFileAt(n)) + ", line " +
                                 std::to_string(errors->n_GetLocationLineAt(n)));
-    errors->v_ClearError();
+    return failure;
+}
+
+Failure Failure::Take()
+{
+    const Failure failure = Copy();
+    CT_ErrorManager::spco_Get()->v_ClearError();
     return failure;
 }
 

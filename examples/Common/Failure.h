@@ -46,7 +46,9 @@ bool Failed(const char* source, unsigned line = __builtin_LINE());
 class Failure
 {
 public:
-    // Takes the thread's error, which must be set.
+    // The thread's error, which is set or held and stays.
+    static Failure Copy();
+    // The same, and clears it.
     static Failure Take();
 
     // One line that begins with the program's name; an error of the library follows the context,
