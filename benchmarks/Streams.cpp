@@ -7,7 +7,9 @@
 // appended to memory begins with nothing each time.
 //
 // Our output of a file has no buffer: each append is a call of the system, which is what "small"
-// shows, and what a memory output in front of it is for ("gathered", which is ours as well).
+// shows, and what a memory output in front of it is for ("gathered", which is ours as well). The
+// measures that begin with std are of CT_StdFile, which has a buffer; "win" is CT_WinFile.
+#include <Ostra/File/StdFile.h>
 #include <Ostra/File/WinFile.h>
 #include <Ostra/Input/FileInput.h>
 #include <Ostra/Input/MappedFileInput.h>
@@ -134,6 +136,22 @@ struct OstraMemory
         CT_MemoryInput input(BLOCK, reinterpret_cast<const unsigned char*>(bytes.data()),
                              static_cast<unsigned>(bytes.size()));
         OstraInput::Read(input, take);
+    }
+};
+
+// Either of our files, with a buffer of one block where it has one.
+template <class File>
+struct OstraPlain
+{
+    template <class Take>
+    void operator()(Take take) const
+    {
+        File file(&NameOf(SourcePath()), BLOCK);
+        file.vv_Open(CT_File::e_AccessRead, CT_File::e_OpenExisting, CT_File::e_ShareRead, 1, 0);
+        std::vector<char> block(BLOCK);
+        while (const unsigned size = file.vn_Read(block.data(), BLOCK))
+            take(block.data(), size);
+        file.vv_Close();
     }
 };
 
@@ -338,6 +356,21 @@ struct ToOstraGathered
     }
 };
 
+template <class File>
+struct ToOstraPlain
+{
+    size_t operator()(const Pieces& pieces) const
+    {
+        File file(&NameOf(TargetPath()), BLOCK);
+        file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone, 1, 0);
+        pieces.Each([&](const char* piece, size_t size) {
+            file.vn_Write(piece, static_cast<unsigned>(size));
+        });
+        file.vv_Close();
+        return 0;
+    }
+};
+
 struct ToCFile
 {
     size_t operator()(const Pieces& pieces) const
@@ -453,6 +486,21 @@ void RegisterReading(const std::string& input, const std::string& bytes)
 #endif
 }
 
+void RegisterStdFile(const std::string& input, const std::string& bytes, const std::string& part)
+{
+    ReadMeasure read("std_in", input, bytes.size());
+    read.Side("ostra", OstraPlain<CT_StdFile>());
+    read.Side("win", OstraPlain<CT_WinFile>());
+    read.Side("fread", CFile());
+    WriteMeasure blocks("std_out", input, {bytes, BLOCK}, true);
+    WriteMeasure small("std_small", input, {part, 0}, true);
+    for (WriteMeasure* measure : {&blocks, &small}) {
+        measure->Side("ostra", ToOstraPlain<CT_StdFile>());
+        measure->Side("win", ToOstraPlain<CT_WinFile>());
+        measure->Side("fwrite", ToCFile());
+    }
+}
+
 void RegisterMemory(const char* name, const std::string& input, const Pieces& pieces)
 {
     WriteMeasure measure(name, input, pieces, false);
@@ -488,6 +536,7 @@ int main(int argc, char** argv)
     // A call of the system for each piece: a part of the input is enough.
     const std::string part = bytes.substr(0, 100000);
     RegisterFile("file_small", input, {part, 0});
+    RegisterStdFile(input, bytes, part);
     const int result = Job::Run(argc, argv, OSTRA_ABSENT_PEERS);
     std::filesystem::remove_all(Folder());
     return result;
