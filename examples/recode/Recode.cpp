@@ -38,7 +38,6 @@ private:
     bool Finish(const Converter& converter);
     void Tell(const std::string& sentence) const;
     Status Report(const std::string& context);
-    void ShowBox() const;
 
     const Options& options;
     const Streams& streams;
@@ -145,10 +144,18 @@ void Job::Tell(const std::string& sentence) const
 // Takes away what was written, and tells why.
 Status Job::Report(const std::string& context)
 {
-    const Failure failure = Failure::Take();
+    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    const Failure failure = Failure::Copy();
+    // Cleaning up has to start without an error; the window shows it later.
+    errors->v_HoldError();
     if (opened)
         target.Discard();
     failure.Print(streams.errors, "recode", context, options.trace);
+    streams.errors.flush();
+    if (options.box)
+        errors->i_ErrorLocationWindow(0, qcuz_Text(u"recode"), MB_OK | MB_ICONERROR);
+    if (errors->b_IsHoldError())
+        errors->v_ClearError();
     return FAILED;
 }
 

@@ -1,10 +1,11 @@
-// tests/Examples/KillSweep.cpp: a build that is killed at each of its system calls leaves the old
-// lexicon or the new one, whole, and the next build works; a build whose flush fails tells so and
-// leaves the old one. Runs the program from outside:
+// tests/Examples/KillSweep.cpp: a program that makes a file of another one and is killed at each of
+// its system calls leaves the old file or the new one, whole, and the next run works; one whose
+// flush fails tells so and leaves the old one. Runs the program from outside:
 //
-//   lexicon_kill_sweep PROGRAM FOLDER
+//   kill_sweep FOLDER takes|leaves PROGRAM ARGUMENT...
 //
-// The exit status is 77 where a process can't follow another's calls.
+// INPUT and OUTPUT among the arguments stand for the two files. A program that takes a whole file
+// which an earlier run left beside the place gives it its name. The exit status is 77 where a process can't follow another's calls.
 #include <sys/ptrace.h>
 #include <sys/reg.h>
 #include <sys/syscall.h>
@@ -20,16 +21,17 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace
 {
 namespace fs = std::filesystem;
 
 constexpr int SKIPPED = 77;
-constexpr const char* FILE_NAME = "words.rec";
-constexpr const char* FRESH_NAME = "words.rec.new";
+constexpr const char* FILE_NAME = "words.out";
+constexpr const char* FRESH_NAME = "words.out.new";
 
-std::string program;
+std::vector<std::string> command;
 
 std::optional<std::string> Bytes(const std::string& name)
 {
@@ -58,7 +60,13 @@ void Write(const std::string& name, const std::string& bytes)
         _exit(SKIPPED);
     // A leak checker that would trace the process, too.
     setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
-    execl(program.c_str(), program.c_str(), "build", input, FILE_NAME, nullptr);
+    std::vector<char*> words;
+    for (std::string& word : command)
+        words.push_back(word == "INPUT"    ? const_cast<char*>(input)
+                        : word == "OUTPUT" ? const_cast<char*>(FILE_NAME)
+                                           : word.data());
+    words.push_back(nullptr);
+    execv(words[0], words.data());
     _exit(SKIPPED);
 }
 
@@ -134,7 +142,7 @@ int BuildUnflushed(const char* input, int* flushes)
     return WEXITSTATUS(status);
 }
 
-// What a build finds: the lexicon, and what an earlier one left beside it.
+// What a build finds: the file, and what an earlier one left beside it.
 struct Before
 {
     std::optional<std::string> file;
@@ -152,7 +160,7 @@ void Prepare(const Before& before)
         Write(FRESH_NAME, *before.fresh);
 }
 
-// The old lexicon, under its name or where it was, or the new one.
+// The old file, under its name or where it was, or the new one.
 bool IsNothingLost(const Before& before, const std::string& after)
 {
     const std::optional<std::string> left = Bytes(FILE_NAME);
@@ -182,12 +190,13 @@ int Sweep(const Before& before, const std::string& after)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3)
+    if (argc < 4)
         return 2;
-    program = argv[1];
-    fs::remove_all(argv[2]);
-    fs::create_directories(argv[2]);
-    fs::current_path(argv[2]);
+    const bool takes = std::string(argv[2]) == "takes";
+    command.assign(argv + 3, argv + argc);
+    fs::remove_all(argv[1]);
+    fs::create_directories(argv[1]);
+    fs::current_path(argv[1]);
     Write("old.tsv", "a\tb\n");
     Write("new.tsv", "c\td\ne\tf\n");
     Build("old.tsv");
@@ -195,21 +204,20 @@ int main(int argc, char** argv)
     Build("new.tsv");
     const std::string after = Bytes(FILE_NAME).value();
     if (before == after)
-        Fail("the two lexicons are the same");
+        Fail("the two files are the same");
 
     Prepare({before, {}});
     int flushes = 0;
     if (BuildUnflushed("new.tsv", &flushes) != 1 || flushes == 0)
         Fail("a flush that fails isn't told, or there was none");
     if (Bytes(FILE_NAME) != before || fs::exists(FRESH_NAME))
-        Fail("a flush that fails leaves something else than the old lexicon");
+        Fail("a flush that fails leaves something else than the old file");
 
     const int replacing = Sweep({before, {}}, after);
     const int making = Sweep({}, after);
-    const int taking = Sweep({{}, before}, after);
-    std::printf(
-        "kill sweep: %d calls over an old lexicon, %d without one, %d beside one without its "
-        "name\n",
-        replacing, making, taking);
+    const int taking = takes ? Sweep({{}, before}, after) : 0;
+    std::printf("kill sweep: %d calls over an old file, %d without one, %d beside one without its "
+                "name\n",
+                replacing, making, taking);
     return 0;
 }

@@ -1,13 +1,14 @@
 // tests/Examples/RecodeTest.cpp: what the recode program makes of files.
 #include "RunRecode.h"
 
-#include <Ostra/Frame/ErrorManager.h>
+#include <Common/Utf8.h>
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
 #include "Support/Directory.h"
+#include "Support/MessageBox.h"
 
 #include <filesystem>
 #include <map>
@@ -438,4 +439,23 @@ TEST(Recode, WrongUses)
     }
     EXPECT_EQ(RunRecode({"--help"}).status, 0);
     EXPECT_EQ(RunRecode({"--to", "utf-8", "--", "--a", "--b"}).status, 1) << "a missing file";
+}
+
+TEST(Recode, ABoxShowsTheFailureWhenAskedTo)
+{
+    AnsweredBoxes boxes(IDOK);
+    WriteBytes("in", "a\xFF");
+    const Recoded recoded = RunRecode({"--box", "--from", "utf-8", "--to", "utf-16", "in", "out"});
+    EXPECT_EQ(recoded.status, 1);
+    EXPECT_EQ(recoded.errors, "recode: in: line 1, byte 2: FF: ill-formed UTF-8\n");
+    EXPECT_EQ(boxes.count, 1);
+    EXPECT_EQ(boxes.title, u"recode");
+    EXPECT_TRUE(boxes.text.starts_with(u"in: line 1, byte 2: FF: ill-formed UTF-8\n\nConverter: "))
+        << common::ToUtf8(reinterpret_cast<const unsigned short*>(boxes.text.c_str()));
+    EXPECT_EQ(boxes.type & 0xFF, unsigned(MB_OK | MB_ICONERROR));
+    EXPECT_EQ(Names(), List{"in"});
+    RunRecode({"--from", "utf-8", "--to", "utf-16", "in", "out"});
+    EXPECT_EQ(boxes.count, 1) << "and only then";
+    EXPECT_EQ(RunRecode({"--box", "--from", "1252", "--to", "utf-16", "in", "out"}).status, 0);
+    EXPECT_EQ(boxes.count, 1);
 }

@@ -19,7 +19,8 @@ CHECKERS = ["reccheck", "listcheck", "vercheck"]
 READERS = CHECKERS + ["recdump", "listdump"]
 # What each program answers with text, and no failure, when WORDS lies there.
 GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "almanac": ["2026-03"],
-        "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"], "listdump": ["words.list"], "vercheck": ["version.bin"]}
+        "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"], "listdump": ["words.list"], "vercheck": ["version.bin"],
+        "recode": ["--from", "utf-8", "--to", "utf-16", "words.tsv", "-"]}
 DATA = pathlib.Path(__file__).resolve().parents[1] / "Data"
 
 
