@@ -105,8 +105,12 @@ void CT_FileOutput::v_OpenEmpty()
                       CT_File::e_AttributeNormal, 0);
 }
 
+// What a join that failed has left open is closed first: an open would lose the handle, and be
+// refused for it.
 void CT_FileOutput::v_OpenAtEnd()
 {
+    if (pco_File->b_IsOpen())
+        pco_File->vv_Close();
     pco_File->vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenExisting, CT_File::e_ShareNone,
                       CT_File::e_AttributeNormal, 0);
     pco_File->vv_SetOffset(CT_File::e_OriginEnd, 0);

@@ -411,6 +411,28 @@ TEST(FileOutput, NoFailureStopsAJoin)
     EXPECT_EQ(other_file.b_IsOpen(), 1);
 }
 
+TEST(FileOutput, AJoinThatFailsLeavesBothFilesOfUse)
+{
+    // A failure of each call of this file: its close, its open, its write.
+    for (const int good : {0, 1, 2}) {
+        SCOPED_TRACE(good);
+        MemoryFile file;
+        MemoryFile other_file;
+        CT_FileOutput output(&file);
+        CT_FileOutput other(&other_file);
+        Append(output, "abc");
+        Append(other, "xyz");
+        file.good = good;
+        output.vv_Append(other);
+        EXPECT_EQ(TakeFailure().code, 4711u);
+        Append(output, "!");
+        Append(other, "?");
+        EXPECT_EQ(TakeFailure(), Failure());
+        EXPECT_EQ(file.data, "abc!");
+        EXPECT_EQ(other_file.data, "xyz?");
+    }
+}
+
 TEST(FileOutput, AClosedFileIsClosedOnceMoreForAJoin)
 {
     const CT_UString name = Name("file");
