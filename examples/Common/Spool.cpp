@@ -13,6 +13,11 @@ Spool::~Spool()
 
 bool Spool::Take(std::istream& stream, std::string* name)
 {
+    // A stream that is closed is found out before the file takes its number.
+    stream.peek();
+    if (stream.bad())
+        return false;
+    stream.clear();
     temporary = OpenTemporary();
     if (!temporary.file)
         return false;

@@ -34,7 +34,7 @@ bool Target::Write(const std::string& bytes)
         file->vv_Append(bytes.data(), size);
         written += size;
     } else if (!stream->write(bytes.data(), static_cast<std::streamsize>(size)))
-        Fail(SOURCE, u"%s: there is no room for the text", name.qcuz_Get());
+        RefuseText();
     return !Failed(SOURCE);
 }
 
@@ -43,15 +43,23 @@ bool Target::Commit()
     if (file)
         return CloseFile() && place.Commit();
     if (!stream->flush())
-        Fail(SOURCE, u"%s: there is no room for the text", name.qcuz_Get());
+        RefuseText();
     return !Failed(SOURCE);
+}
+
+void Target::RefuseText() const
+{
+    if (stream && stream != &device)
+        Fail(SOURCE, u"cannot write the output");
+    else
+        Fail(SOURCE, u"%s: there is no room for the text", name.qcuz_Get());
 }
 
 // A write that took less than it was given is no failure of the system's.
 bool Target::CloseFile()
 {
     if (file->vn_GetSize() != written && !Failing())
-        Fail(SOURCE, u"%s: there is no room for the text", name.qcuz_Get());
+        RefuseText();
     const std::unique_ptr<CT_File> closed(file->pco_GiveFile());
     file.reset();
     return !Failed(SOURCE);

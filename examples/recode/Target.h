@@ -28,6 +28,7 @@ public:
 
 private:
     bool CloseFile();
+    void RefuseText() const;
 
     CT_UString name;
     common::Output place;

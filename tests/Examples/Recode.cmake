@@ -56,7 +56,7 @@ if(POSIX)
     check_bytes(out.txt fffee900ac200d000a00)
     # A full disk: under the output, and for a file that may not become larger.
     if(EXISTS /dev/full)
-        shell("\"$@\" --from utf-8 --to utf-16 in.txt - >/dev/full" 1 "" "^recode: -: there is no room for the text\n$")
+        shell("\"$@\" --from utf-8 --to utf-16 in.txt - >/dev/full" 1 "" "^recode: cannot write the output\n$")
         shell("\"$@\" --from utf-8 --to utf-16 in.txt /dev/full" 1 "" "^recode: /dev/full: there is no room")
     endif()
     string(REPEAT "0123456789abcdef" 20000 large)
