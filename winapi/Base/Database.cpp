@@ -66,7 +66,7 @@ class Bracket
 public:
     Bracket(const DatabaseTable& those, void* whose, bool writes) : table(those), connection(whose)
     {
-        Check(table.execute(connection, writes ? "BEGIN IMMEDIATE" : "BEGIN"));
+        Run(writes ? "BEGIN IMMEDIATE" : "BEGIN");
         open = true;
     }
     Bracket(const Bracket&) = delete;
@@ -78,13 +78,20 @@ public:
     }
     void Commit()
     {
-        Check(table.execute(connection, "COMMIT"));
+        Run("COMMIT");
         open = false;
     }
 
 private:
-    static void Check(DWORD code)
+    void Run(const char* text) const
     {
+        void* statement = nullptr;
+        bool row = false;
+        DWORD code = table.prepare(connection, text, &statement);
+        if (code == 0) {
+            code = table.step(statement, &row);
+            table.reset(statement);
+        }
         if (code)
             throw DatabaseFailure{code};
     }
@@ -174,7 +181,7 @@ std::string_view Query::BytesAt(int column) const
     return {static_cast<const char*>(bytes), size};
 }
 
-DWORD Database::RunPatiently(Access access, Call call, void* place)
+DWORD Database::RunPatiently(Access access, Ask ask, Call call, void* place)
 {
     const auto folder = form.folder(false);
     if (!folder)
@@ -182,29 +189,39 @@ DWORD Database::RunPatiently(Access access, Call call, void* place)
     const std::string path = *folder + '/' + form.file;
     Patience patience;
     for (;;) {
-        const DWORD code = RunOnce(access, call, place, path);
+        const DWORD code = RunOnce(access, ask, call, place, path);
         if (code != ERROR_BUSY || !patience.Wait())
             return code;
     }
 }
 
-DWORD Database::RunOnce(Access access, Call call, void* place, const std::string& path)
+DWORD Database::RunOnce(Access access, Ask ask, Call call, void* place, const std::string& path)
 {
     const Host host;
     if (!host)
         return ERROR_MOD_NOT_FOUND;
-    const DatabaseTable& table = *host->database;
+    functions = host->database;
+    if (!IsOpen(access, path)) {
+        // Another file, which may have got the numbers of the old one.
+        if (connection)
+            device = inode = 0;
+        Close(*functions);
+        if (const DWORD code = Open(*functions, path))
+            return code;
+    }
+    return RunOpen(access, ask, call, place);
+}
+
+DWORD Database::RunOpen(Access access, Ask ask, Call call, void* place)
+{
     try {
-        if (!IsOpen(path)) {
-            // Another file, which may have got the numbers of the old one.
-            if (connection)
-                device = inode = 0;
-            Close(table);
-            if (const DWORD code = Open(table, path))
-                return code;
+        Transaction transaction(*functions, *this);
+        if (ask) {
+            functions->stamp(connection, &transaction.stamp);
+            if (ask(place, transaction))
+                return 0;
         }
-        Bracket bracket(table, connection, access == WRITE);
-        Transaction transaction(table, *this);
+        Bracket bracket(*functions, connection, access == WRITE);
         const DWORD code = call(place, transaction);
         if (code == 0)
             bracket.Commit();
@@ -212,16 +229,25 @@ DWORD Database::RunOnce(Access access, Call call, void* place, const std::string
     } catch (const DatabaseFailure& failure) {
         // What is broken is looked at anew the next time. On a full disk reading goes on.
         if (failure.code == ERROR_BADDB || failure.code == ERROR_REGISTRY_IO_FAILED)
-            Close(table);
+            Close(*functions);
         return failure.code;
     }
 }
 
-bool Database::IsOpen(const std::string& path) const
+// A file that was taken away is noticed at once by who writes, and soon by who reads.
+bool Database::IsOpen(Access access, const std::string& path)
 {
+    constexpr std::int64_t SOON = 10;
+    if (!connection || path != openPath)
+        return false;
+    timespec now;
+    posix.clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    const std::int64_t time = std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+    if (access == READ && time - looked < SOON)
+        return true;
+    looked = time;
     struct stat facts;
-    return connection && path == openPath && posix.stat(openPath, &facts) == 0 &&
-           facts.st_dev == device && facts.st_ino == inode;
+    return posix.stat(openPath, &facts) == 0 && facts.st_dev == device && facts.st_ino == inode;
 }
 
 DWORD Database::Open(const DatabaseTable& table, const std::string& path)
@@ -247,7 +273,6 @@ DWORD Database::Open(const DatabaseTable& table, const std::string& path)
     inode = facts.st_ino;
     nextOpen = firstOpen;
     firstOpen = this;
-    functions = &table;
     wasOpened = true;
     Host::BeforeForks(CloseAll);
     return 0;

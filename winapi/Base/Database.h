@@ -11,16 +11,26 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <sys/types.h>
 
 namespace winapi
 {
+// Which state a database is in: another one after each change, by whomever. Nothing is cheaper to ask
+// for.
+struct DatabaseStamp
+{
+    unsigned char bytes[48]; // All zero where nobody knows.
+    bool operator==(const DatabaseStamp&) const = default;
+};
+
 // The functions of the host's library behind this. Results are codes of system errors, 0 for none.
 struct DatabaseTable
 {
     DWORD (*open)(const char* path, bool durable, void** connection);
     void (*close)(void* connection);
+    void (*stamp)(void* connection, DatabaseStamp* stamp);
     // Statements without parameters and rows; several are separated by semicolons.
     DWORD (*execute)(void* connection, const char* text);
     // A statement, made once for each text: the connection keeps it, and knows it by the pointer.
@@ -85,7 +95,22 @@ public:
         const auto call = [](void* place, Transaction& transaction) {
             return (*static_cast<Body*>(place))(transaction);
         };
-        return RunPatiently(access, call, &body);
+        return RunPatiently(access, nullptr, call, &body);
+    }
+
+    // Reads. known(transaction) is asked first, in front of the transaction's begin: if it is true,
+    // what had to be read is known from before, in the same state of the database.
+    template <class Known, class Body>
+    DWORD Read(Known known, Body body)
+    {
+        std::pair<Known*, Body*> both(&known, &body);
+        const auto ask = [](void* place, Transaction& transaction) {
+            return (*static_cast<decltype(both)*>(place)->first)(transaction);
+        };
+        const auto call = [](void* place, Transaction& transaction) {
+            return (*static_cast<decltype(both)*>(place)->second)(transaction);
+        };
+        return RunPatiently(READ, ask, call, &both);
     }
 
     // Closes all that are open, within a scope of the host's libraries: forks and the end of the
@@ -95,13 +120,15 @@ public:
 private:
     friend class Query;
     friend class Transaction;
+    using Ask = bool (*)(void* place, Transaction& transaction);
     using Call = DWORD (*)(void* place, Transaction& transaction);
 
-    DWORD RunPatiently(Access access, Call call, void* place);
-    DWORD RunOnce(Access access, Call call, void* place, const std::string& path);
+    DWORD RunPatiently(Access access, Ask ask, Call call, void* place);
+    DWORD RunOnce(Access access, Ask ask, Call call, void* place, const std::string& path);
+    DWORD RunOpen(Access access, Ask ask, Call call, void* place);
     DWORD Open(const DatabaseTable& table, const std::string& path);
     DWORD MakeTables(const DatabaseTable& table);
-    bool IsOpen(const std::string& path) const;
+    bool IsOpen(Access access, const std::string& path);
     void Close(const DatabaseTable& table);
 
     const DatabaseForm& form;
@@ -110,6 +137,7 @@ private:
     char* openPath = nullptr;
     dev_t device = 0;
     ino_t inode = 0;
+    std::int64_t looked = 0; // When the file was last seen in its place, in milliseconds.
     unsigned generation = 0;
     Database* nextOpen = nullptr;
 };
@@ -119,6 +147,8 @@ class Transaction
 public:
     // Which file this is: a number that changes when the database is found to be another one.
     unsigned Generation() const { return database.generation; }
+    // The state in which a reading began, or one before that.
+    const DatabaseStamp& Stamp() const { return stamp; }
     // The rows that the last statement changed, and the number of the row that it added.
     int Changes() const { return table.changes(database.connection); }
     std::int64_t LastId() const { return table.lastId(database.connection); }
@@ -130,6 +160,7 @@ private:
 
     const DatabaseTable& table;
     Database& database;
+    DatabaseStamp stamp{};
 };
 
 // One run of a statement. Its text is a literal. Throws DatabaseFailure.

@@ -17,6 +17,7 @@ namespace
 struct Connection
 {
     sqlite3* handle = nullptr;
+    const volatile unsigned char* state = nullptr;
     std::vector<std::pair<const char*, sqlite3_stmt*>> statements;
 };
 
@@ -120,6 +121,29 @@ DWORD Open(const char* path, bool durable, void** connection)
     return code;
 }
 
+// The head of the index that the users of a database share in memory. Each change of the database
+// changes it.
+const volatile unsigned char* StateOf(sqlite3* handle)
+{
+    constexpr int REGION = 32768;
+    sqlite3_file* file = nullptr;
+    volatile void* region = nullptr;
+    if (sqlite3_file_control(handle, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+        !file || !file->pMethods || file->pMethods->iVersion < 2 || !file->pMethods->xShmMap ||
+        file->pMethods->xShmMap(file, 0, REGION, 0, &region) != SQLITE_OK)
+        return nullptr;
+    return static_cast<const volatile unsigned char*>(region);
+}
+
+void Stamp(void* connection, DatabaseStamp* stamp)
+{
+    Connection* const owner = static_cast<Connection*>(connection);
+    if (!owner->state)
+        owner->state = StateOf(owner->handle);
+    for (unsigned i = 0; i < sizeof stamp->bytes; ++i)
+        stamp->bytes[i] = owner->state ? owner->state[i] : 0;
+}
+
 DWORD Execute(void* connection, const char* text)
 {
     sqlite3* const handle = HandleOf(connection);
@@ -207,6 +231,7 @@ std::int64_t LastId(void* connection)
 const DatabaseTable databaseTable = {
     .open = Open,
     .close = Close,
+    .stamp = Stamp,
     .execute = Execute,
     .prepare = Prepare,
     .bindNumber = BindNumber,

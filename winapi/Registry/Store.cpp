@@ -5,6 +5,7 @@
 #include "Base/Posix.h"
 
 #include <iterator>
+#include <unordered_map>
 
 namespace winapi
 {
@@ -70,6 +71,64 @@ DWORD NothingBelow(Transaction& transaction, std::int64_t id, DWORD code)
 bool IsOfFile(Transaction& transaction, KeyPlace key)
 {
     return key.generation == 0 || key.generation == transaction.Generation();
+}
+
+// What was read in one state of the database. Only within a scope of the host's libraries.
+class Memory
+{
+public:
+    // Forgets all that is of another state. False where nobody knows the state.
+    bool Turn(const Transaction& transaction)
+    {
+        if (transaction.Stamp() == stamp && transaction.Generation() == generation)
+            return stamp != DatabaseStamp{};
+        keys.clear();
+        values.clear();
+        stamp = transaction.Stamp();
+        generation = transaction.Generation();
+        return false;
+    }
+    const KeyPlace* Find(const std::string& path) const
+    {
+        const auto found = keys.find(path);
+        return found == keys.end() ? nullptr : &found->second;
+    }
+    const ValueEntry* FindValue(const std::string& place) const
+    {
+        const auto found = values.find(place);
+        return found == values.end() ? nullptr : &found->second;
+    }
+    void Keep(const std::string& path, KeyPlace key)
+    {
+        if (keys.size() < MOST)
+            keys.emplace(path, key);
+    }
+    void Keep(const std::string& place, const ValueEntry& entry)
+    {
+        if (values.size() < MOST && entry.data.size() <= MOST_DATA)
+            values.emplace(place, entry);
+    }
+
+private:
+    static constexpr std::size_t MOST = 1000;
+    static constexpr std::size_t MOST_DATA = 1000;
+
+    DatabaseStamp stamp{};
+    unsigned generation = 0;
+    std::unordered_map<std::string, KeyPlace> keys;
+    std::unordered_map<std::string, ValueEntry> values;
+};
+
+// Never destroyed: services may be called until the very end.
+Memory& TheMemory()
+{
+    static Memory* const memory = new Memory;
+    return *memory;
+}
+
+std::string WithNumber(std::int64_t number)
+{
+    return {reinterpret_cast<const char*>(&number), sizeof number};
 }
 
 // Runs the body in a transaction, unless the key belongs to a file that is no longer the registry.
@@ -158,8 +217,23 @@ const KeyPlace* FindPredefined(HKEY key)
 
 DWORD FindKey(KeyPlace from, const KeyPath& path, KeyPlace& found)
 {
-    return RunFor(from, Database::READ,
-                  [&](Transaction& transaction) { return Find(transaction, from, path, found); });
+    std::string whole = WithNumber(from.id);
+    for (const StoredText& step : path)
+        (whole += '\\') += step.fold;
+    const auto known = [&](Transaction& transaction) {
+        const bool same = TheMemory().Turn(transaction) && IsOfFile(transaction, from);
+        const KeyPlace* const key = same ? TheMemory().Find(whole) : nullptr;
+        if (key)
+            found = *key;
+        return key != nullptr;
+    };
+    return database.Read(known, [&](Transaction& transaction) {
+        const DWORD code =
+            IsOfFile(transaction, from) ? Find(transaction, from, path, found) : ERROR_KEY_DELETED;
+        if (code == 0)
+            TheMemory().Keep(whole, found);
+        return code;
+    });
 }
 
 DWORD CreateKey(KeyPlace from, const KeyPath& path, bool mayCreate, KeyPlace& found, bool& created)
@@ -238,11 +312,22 @@ DWORD EnumerateKey(KeyPlace key, DWORD index, SubkeyEntry& entry)
 
 DWORD FindValue(KeyPlace key, const std::string& fold, ValueEntry& entry)
 {
-    return RunFor(key, Database::READ, [&](Transaction& transaction) -> DWORD {
+    const std::string place = WithNumber(key.id) + fold;
+    const auto known = [&](Transaction& transaction) {
+        const bool same = TheMemory().Turn(transaction) && IsOfFile(transaction, key);
+        const ValueEntry* const value = same ? TheMemory().FindValue(place) : nullptr;
+        if (value)
+            entry = *value;
+        return value != nullptr;
+    };
+    return database.Read(known, [&](Transaction& transaction) -> DWORD {
+        if (!IsOfFile(transaction, key))
+            return ERROR_KEY_DELETED;
         Query query(transaction, "SELECT type, data FROM val WHERE key = ? AND fold = ?");
         if (!query.Number(key.id).Text(fold).Step())
             return NothingBelow(transaction, key.id, ERROR_FILE_NOT_FOUND);
         TakeValue(query, entry);
+        TheMemory().Keep(place, entry);
         return 0;
     });
 }

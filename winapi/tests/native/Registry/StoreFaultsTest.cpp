@@ -268,6 +268,7 @@ TEST(RegistryFile, ThatIsTakenAwayIsMadeAnew)
     HKEY old = nullptr;
     EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, KEY.c_str(), 0, KEY_ALL_ACCESS, &old), 0);
     fs::remove_all(Folder());
+    usleep(30000); // Who reads notices soon.
     EXPECT_EQ(TryOpen(KEY), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(TryCreate(KEY), 0);
     // What was opened in the old one isn't taken for a key of the new one.
@@ -275,6 +276,35 @@ TEST(RegistryFile, ThatIsTakenAwayIsMadeAnew)
     EXPECT_EQ(RegQueryValueExA(old, "", nullptr, nullptr, nullptr, &size), ERROR_KEY_DELETED);
     EXPECT_EQ(RegSetValueExA(old, "", 0, REG_BINARY, nullptr, 0), ERROR_KEY_DELETED);
     EXPECT_EQ(RegCloseKey(old), 0);
+}
+
+// What was read before is known, as long as nothing has changed.
+TEST(RegistryFile, ThatAnotherProcessChangesIsReadAnew)
+{
+    HKEY key = nullptr;
+    EXPECT_EQ(TryCreate(KEY), 0);
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, KEY.c_str(), 0, KEY_ALL_ACCESS, &key), 0);
+    const auto bytes = [&] {
+        BYTE data[8] = {};
+        DWORD size = sizeof data;
+        const LSTATUS code = RegQueryValueExA(key, "v", nullptr, nullptr, data, &size);
+        return code ? std::to_string(code) : std::string(reinterpret_cast<char*>(data), size);
+    };
+    const auto data = reinterpret_cast<const BYTE*>("0123456789");
+    for (DWORD n = 0; n < 10; ++n) {
+        EXPECT_EQ(RegSetValueExA(key, "v", 0, REG_BINARY, data + n, 1), 0);
+        EXPECT_EQ(bytes(), std::to_string(n));
+        EXPECT_EQ(bytes(), std::to_string(n));
+        Execute(DatabaseFile(), "UPDATE val SET data = X'4142'");
+        EXPECT_EQ(bytes(), "AB");
+        EXPECT_EQ(bytes(), "AB");
+        Execute(DatabaseFile(), "DELETE FROM val");
+        EXPECT_EQ(bytes(), std::to_string(ERROR_FILE_NOT_FOUND));
+    }
+    Execute(DatabaseFile(), "DELETE FROM key WHERE fold = 'key'");
+    EXPECT_EQ(TryOpen(KEY), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(bytes(), std::to_string(ERROR_KEY_DELETED));
+    RegCloseKey(key);
 }
 
 TEST(RegistryFile, ThatAnotherProcessHoldsIsWaitedFor)
@@ -389,6 +419,7 @@ TEST(RegistryFile, OnAFullDiskKeepsWhatItHas)
     } rows[] = {{ENOSPC, ERROR_DISK_FULL}, {EIO, ERROR_REGISTRY_IO_FAILED}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.error);
+        CloseDatabases();
         fs::remove_all(Folder());
         unsigned failures = 0;
         // The file can't be made.
