@@ -19,8 +19,9 @@ CHECKERS = ["reccheck", "listcheck", "vercheck"]
 READERS = CHECKERS + ["recdump", "listdump"]
 # What each program answers with text, and no failure, when WORDS lies there.
 GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "almanac": ["2026-03"],
-        "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"], "listdump": ["words.list"], "vercheck": ["version.bin"],
-        "recode": ["--from", "utf-8", "--to", "utf-16", "words.tsv", "-"]}
+        "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"],
+        "listdump": ["words.list"], "vercheck": ["version.bin"],
+        "recode": ["--from", "utf-8", "--to", "utf-16", "words.tsv", "-"], "settings": ["list", "words.ini"]}
 DATA = pathlib.Path(__file__).resolve().parents[1] / "Data"
 
 
@@ -46,6 +47,7 @@ class Programs(unittest.TestCase):
         pathlib.Path("words.list").write_bytes(bytes_of("complist-example.hex"))
         head = bytes(6) + "VS_VERSION_INFO\0".encode("utf-16-le")
         pathlib.Path("version.bin").write_bytes(bytes([len(head)]) + head[1:])
+        pathlib.Path("words.ini").write_bytes(b"".join(b"[w%d]\r\nv=1\r\n" % n for n in range(2000)))
         cls.record = pathlib.Path("words.rec").read_bytes()
 
     def expect(self, answer, status, errors=b""):
