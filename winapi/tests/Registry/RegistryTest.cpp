@@ -2,7 +2,9 @@
 #include "../Support/Reference.h"
 #include "../Support/RegistryPlace.h"
 
+#include <atomic>
 #include <cstring>
+#include <thread>
 
 namespace
 {
@@ -499,6 +501,37 @@ TEST_F(Registry, TheTimeOfTheLastWriteGoesUp)
     EXPECT_EQ(SetText(key, "v", "x"), 0);
     EXPECT_GT(written(), first);
     RegCloseKey(key);
+}
+
+TEST_F(Registry, ThreadsMayUseItAtOnce)
+{
+    const HKEY shared = Create(HKEY_CURRENT_USER, name);
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> threads;
+    for (char who = 'a'; who < 'e'; ++who)
+        threads.emplace_back([&, who] {
+            const std::string own(1, who);
+            for (int i = 0; i < 100; ++i) {
+                const HKEY key = Create(shared, own);
+                const std::string text = own + std::to_string(i);
+                wrong += SetText(key, "own", text) != 0;
+                wrong += SetText(shared, "shared", text) != 0;
+                char data[16] = {};
+                DWORD size = sizeof data;
+                wrong += RegQueryValueExA(key, "own", nullptr, nullptr,
+                                          reinterpret_cast<BYTE*>(data), &size) != 0 ||
+                         data != text;
+                size = sizeof data;
+                wrong += RegQueryValueExA(shared, "shared", nullptr, nullptr,
+                                          reinterpret_cast<BYTE*>(data), &size) != 0;
+                RegCloseKey(key);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(Subkeys(shared), "a b c d ");
+    RegCloseKey(shared);
 }
 
 TEST_F(Registry, TheLastErrorIsNoPartOfTheAnswer)
