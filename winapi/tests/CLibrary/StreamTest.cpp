@@ -194,9 +194,10 @@ TEST(Stream, SharesReadingAndWritingAlone)
     EXPECT_EQ(Remove("file"), DONE);
 }
 
+// Below 128 bytes a C library may write the first piece past the buffer.
 TEST(Stream, BuffersHaveTheSizeThatIsAskedFor)
 {
-    for (const unsigned size : {64u, 1000u, 4096u, 100000u}) {
+    for (const unsigned size : {128u, 1000u, 4096u, 100000u}) {
         SCOPED_TRACE(size);
         const Stream stream("file", "wb");
         EXPECT_EQ(Ask([&] { return streams::setvbuf(stream, nullptr, _IOFBF, size); }), DONE);
