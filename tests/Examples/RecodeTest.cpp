@@ -26,11 +26,7 @@ const std::vector<std::string>& Encodings()
     static const std::vector<std::string> names = [] {
         std::vector<std::string> all = {"utf-8", "utf-8-mark", "utf-16", "utf-16be", "utf-7"};
         for (unsigned page = 2; page < 60000; ++page) {
-            const Recoded recoded =
-                IsValidCodePage(page)
-                    ? RunRecode({"--from", std::to_string(page), "--to", "utf-8", "-", "-"})
-                    : Recoded{2, "", ""};
-            if (recoded.status == 0)
+            if (IsValidCodePage(page) && recode::Encoding().Parse(std::to_string(page)))
                 all.push_back(std::to_string(page));
         }
         return all;
@@ -43,9 +39,8 @@ std::map<std::string, std::string> InAll(const std::string& text)
 {
     std::map<std::string, std::string> forms;
     for (const std::string& encoding : Encodings()) {
-        const Recoded recoded = RunRecode({"--from", "utf-8", "--to", encoding, "-", "-"}, text);
-        if (recoded.status == 0)
-            forms[encoding] = recoded.output;
+        if (const auto form = Converted("utf-8", encoding, text))
+            forms[encoding] = *form;
     }
     return forms;
 }
@@ -98,7 +93,7 @@ TEST(Recode, EveryPairOfEncodingsThereAndBack)
         for (const auto& [first, bytes] : forms) {
             for (const auto& [second, other] : forms) {
                 SCOPED_TRACE(testing::Message() << script.name << ", " << first << ", " << second);
-                EXPECT_EQ(Recode(first, second, bytes), other);
+                EXPECT_EQ(Converted(first, second, bytes), other);
                 ++pairs;
             }
             if (testing::Test::HasFailure())

@@ -1,10 +1,13 @@
 // tests/Examples/RunRecode.h: the recode program, run in the process of the test.
 #pragma once
 
+#include <Ostra/Frame/ErrorManager.h>
+#include <Converter.h>
 #include <Recode.h>
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -32,6 +35,23 @@ inline std::string Recode(const std::string& from, const std::string& to, const 
     EXPECT_EQ(recoded.status, 0) << from << " to " << to;
     EXPECT_EQ(recoded.errors, "") << from << " to " << to;
     return recoded.output;
+}
+
+// The same without files, whose making is what takes time under an emulator; nothing for a text
+// that is ill-formed or isn't held.
+inline std::optional<std::string> Converted(const std::string& from, const std::string& to,
+                                            const std::string& bytes)
+{
+    recode::Encoding source;
+    recode::Encoding aim;
+    EXPECT_TRUE(source.Parse(from) && aim.Parse(to)) << from << " to " << to;
+    recode::Converter converter(source, aim, recode::Options());
+    std::string made;
+    if (converter.Take(bytes, true, &made) && !converter.HasLost())
+        return made;
+    if (CT_ErrorManager::spco_Get()->b_IsSetError())
+        CT_ErrorManager::spco_Get()->v_ClearError();
+    return std::nullopt;
 }
 
 struct Script
