@@ -370,8 +370,8 @@ TEST(FileOutput, JoinsTwoFiles)
     }
     Append(output, "!");
     Append(other, "?");
-    output.pco_GiveFile();
-    other.pco_GiveFile();
+    delete output.pco_GiveFile();
+    delete other.pco_GiveFile();
     EXPECT_EQ(ReadBytes("file"), "abc" + large + "!");
     EXPECT_EQ(ReadBytes("other"), large + "?");
     EXPECT_EQ(TakeSystem(), NO_FAILURE);
@@ -455,7 +455,7 @@ TEST(FileOutput, AFileCannotBeJoinedToItself)
     EXPECT_EQ(TakeBare(), Bare(ERROR_SHARING_VIOLATION, {FILE_OUTPUT_PLACE}));
     EXPECT_EQ(output.pcco_GetFile()->b_IsOpen(), 1);
     Append(output, "d");
-    output.pco_GiveFile();
+    delete output.pco_GiveFile();
     EXPECT_EQ(ReadBytes("file"), "abcd");
 }
 

@@ -266,6 +266,7 @@ TEST(MemoryOutput, AFileThatIsGoneIsReported)
     output.vv_Append(from);
     EXPECT_EQ(TakeSystem(), (SystemFailure{2, "file", {WINFILE_PLACE, MEMORY_OUTPUT_PLACE}}));
     EXPECT_EQ(Text(output.pcco_GetMemory()), "abc");
+    from.pco_GiveFile(); // it goes first
 }
 
 TEST(MemoryOutput, ObjectsLiveOnTheHeapToo)
