@@ -79,16 +79,22 @@ Descriptor Create(const std::string& name)
     return fd;
 }
 
-// Whether there can be a file beside the old one that is like it.
-bool Prepare(const std::string& name, int old, Descriptor& fd)
+// Makes the file beside the old one, and like it. 0 or the error number.
+int Prepare(const std::string& name, int old, Descriptor& fd)
 {
     fd = Create(name);
     if (!fd)
-        return false;
+        return errno;
     if (CopyOwnership(old, fd.Get()))
-        return true;
+        return 0;
     posix.unlink(name.c_str());
-    return false;
+    return EPERM;
+}
+
+// There can be no file beside the old one, though there is one.
+constexpr bool LeavesThePlace(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG;
 }
 
 int WriteInPlace(int fd, const std::string& contents)
@@ -116,13 +122,16 @@ DWORD ReplaceFile(const std::string& path, Lockable file, const std::string& con
 {
     const std::string name = NameBeside(path);
     Descriptor fd;
-    if (!Prepare(name, file.fd, fd)) {
+    int error = Prepare(name, file.fd, fd);
+    if (LeavesThePlace(error)) {
         if (const DWORD code = TakeTurn(file, Turn::CONTENTS, false))
             return code;
-        const int error = WriteInPlace(file.fd, contents);
+        error = WriteInPlace(file.fd, contents);
         return error ? CodeOf(error) : 0;
     }
-    int error = WriteWhole(fd.Get(), contents);
+    if (error != 0)
+        return CodeOf(error);
+    error = WriteWhole(fd.Get(), contents);
     if (error == 0)
         error = Flush(fd.Get());
     if (error == 0 && posix.rename(name.c_str(), path.c_str()) != 0)

@@ -95,6 +95,7 @@ void CT_IniFile::v_ReadString(const char* qccz_Section, const char* qccz_Key, CT
 void CT_IniFile::v_ReadN(const CT_String* pcco_Section, const CT_String* pcco_Key, unsigned* pn_Out,
                          unsigned n_Default)
 {
+    *pn_Out = n_Default;
     const CT_Report::CT_Since co_Since;
     const CT_CString co_Section(pcco_Section);
     const CT_CString co_Key(pcco_Key);

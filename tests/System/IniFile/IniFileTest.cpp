@@ -1,4 +1,5 @@
 // tests/System/IniFile/IniFileTest.cpp
+#define OSTRA_RAW_COPIES
 #include <System/IniFile/IniFile.h>
 
 #include <Ostra/String/UString.h>
@@ -268,7 +269,14 @@ TEST(IniFile, AnObjectIsItsNameAndCopiesAreRaw)
 {
     EXPECT_EQ(sizeof(CT_IniFile), sizeof(CT_CString));
     EXPECT_FALSE(std::is_polymorphic_v<CT_IniFile>);
-    EXPECT_TRUE(std::is_copy_constructible_v<CT_IniFile>);
-    EXPECT_TRUE(std::is_copy_assignable_v<CT_IniFile>);
+    const CT_CString name(".\\a name of more than thirty-two bytes.ini");
+    const CT_IniFile file(&name);
+    // Copies that are never destroyed: they have no hold on the block.
+    alignas(CT_IniFile) static char place[2][sizeof(CT_IniFile)];
+    const auto copy = new (place[0]) CT_IniFile(file);
+    const auto assigned = new (place[1]) CT_IniFile(file);
+    *assigned = file;
+    EXPECT_EQ(copy->pcco_GetName()->qccz_Get(), file.pcco_GetName()->qccz_Get());
+    EXPECT_EQ(assigned->pcco_GetName()->qccz_Get(), file.pcco_GetName()->qccz_Get());
     EXPECT_FALSE((std::is_convertible_v<const CT_String*, CT_IniFile>));
 }

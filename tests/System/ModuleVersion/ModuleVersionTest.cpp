@@ -1,4 +1,5 @@
 // tests/System/ModuleVersion/ModuleVersionTest.cpp
+#define OSTRA_RAW_COPIES
 #include <System/ModuleVersion/ModuleVersion.h>
 
 #include <gtest/gtest.h>
@@ -320,10 +321,26 @@ TEST(ModuleVersion, ATableThatLiesAboutItsLengthEndsWithTheRoom)
 
 TEST(ModuleVersion, CopiesTakeTheWordsOfTheStrings)
 {
-    EXPECT_TRUE(std::is_copy_constructible_v<CT_ModuleVersion>);
-    EXPECT_TRUE(std::is_copy_assignable_v<CT_ModuleVersion>);
     EXPECT_FALSE(std::is_polymorphic_v<CT_ModuleVersion>);
     EXPECT_EQ(sizeof(st_FixedFileInfo), 52U);
+    CT_ModuleVersion version;
+    SetTo(version, Layout::WIDE,
+          SimpleRecord(Layout::WIDE, {{"Comments", "c"}, {"SpecialBuild", "s"}, {"Other", "o"}}));
+    // Copies that are never destroyed: they have no hold on the blocks.
+    alignas(CT_ModuleVersion) static char place[2][sizeof(CT_ModuleVersion)];
+    const auto copy = new (place[0]) CT_ModuleVersion(version);
+    const auto assigned = new (place[1]) CT_ModuleVersion;
+    *assigned = version;
+    for (const CT_ModuleVersion* each : {copy, assigned}) {
+        EXPECT_EQ(each->n_GetBuildNumber(), 0x00030004U);
+        EXPECT_EQ(each->pcco_GetComments()->qcuz_Get(), version.pcco_GetComments()->qcuz_Get());
+        EXPECT_EQ(each->pcco_GetSpecialBuild()->qcuz_Get(),
+                  version.pcco_GetSpecialBuild()->qcuz_Get());
+        EXPECT_EQ(Get(*each->pcco_GetMap()->pcco_GetString2("Other")), "o");
+    }
+    // What the maps hold is their own.
+    for (CT_ModuleVersion* each : {copy, assigned})
+        const_cast<CT_StringStringMap*>(each->pcco_GetMap())->~CT_StringStringMap();
     std::unique_ptr<CT_ModuleVersion> made(new CT_ModuleVersion);
     ExpectInvalid(*made);
 }
