@@ -39,6 +39,6 @@ endif()
 if(WIN32)
     # The DLL and the test programs need system DLLs only.
     target_link_options(ostra_options INTERFACE -static)
-    target_link_libraries(ostra_options INTERFACE ws2_32)
+    target_link_libraries(ostra_options INTERFACE ws2_32 version)
     target_compile_definitions(ostra_options INTERFACE NOMINMAX)
 endif()

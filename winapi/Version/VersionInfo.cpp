@@ -76,7 +76,7 @@ BOOL GetFileVersionInfoW(LPCWSTR lptstrFilename, DWORD, DWORD dwLen, LPVOID lpDa
 {
     return Guarded(FALSE, [&] {
         if (!lpData)
-            return Finish(ERROR_INVALID_PARAMETER);
+            return Finish(ERROR_INVALID_DATA);
         const auto data = static_cast<BYTE*>(lpData);
         const DWORD code =
             WithRecord(lptstrFilename, [&](const CheckedFile& file, const Extent& record) {

@@ -59,7 +59,7 @@ TEST(Version, WhatHasTooLittleRoomIsCut)
     const std::string record = SimpleRecord(Layout::WIDE, PAIRS);
     WriteBytes("a.dll", PortableFile(record));
     const auto size = static_cast<DWORD>(record.size());
-    for (const DWORD room : {2U, 60U, size - 1, size}) {
+    for (const DWORD room : {DWORD(2), DWORD(60), size - 1, size}) {
         std::string data(size + 1, '\xEE');
         EXPECT_TRUE(GetFileVersionInfoA(".\\a.dll", 0, room, data.data()));
         EXPECT_EQ(data.substr(0, room), record.substr(0, room));
@@ -84,7 +84,7 @@ TEST(Version, WhatHasNoRecordIsTold)
         CALL(SizeOf(".\\none\\missing"), 0, ERROR_PATH_NOT_FOUND),
         CALL(GetFileVersionInfoA(".\\text", 0, 100, data), 0, ERROR_RESOURCE_DATA_NOT_FOUND),
         CALL(GetFileVersionInfoA(".\\missing", 0, 100, data), 0, ERROR_FILE_NOT_FOUND),
-        CALL(GetFileVersionInfoA(".\\missing", 0, 100, nullptr), 0, ERROR_INVALID_PARAMETER),
+        CALL(GetFileVersionInfoA(".\\missing", 0, 100, nullptr), 0, ERROR_INVALID_DATA),
     });
     EXPECT_EQ(SizeOf(".\\other"), 0U);
     EXPECT_NE(GetLastError(), 0U);

@@ -17,8 +17,8 @@ WINAPI_EXPORT DWORD GetFileVersionInfoSizeW(LPCWSTR lptstrFilename, LPDWORD lpdw
 WINAPI_EXPORT DWORD GetFileVersionInfoSizeA(LPCSTR lptstrFilename, LPDWORD lpdwHandle);
 
 // Copies the record, or as much of it as fits. Behind it come the four bytes "FE2X" and zeros, as
-// far as there is room. The handle isn't looked at. ERROR_INVALID_PARAMETER (87) without a place
-// to copy to.
+// far as there is room. The handle isn't looked at. ERROR_INVALID_DATA (13) without a place to
+// copy to.
 WINAPI_EXPORT BOOL GetFileVersionInfoW(LPCWSTR lptstrFilename, DWORD dwHandle, DWORD dwLen,
                                        LPVOID lpData);
 WINAPI_EXPORT BOOL GetFileVersionInfoA(LPCSTR lptstrFilename, DWORD dwHandle, DWORD dwLen,
