@@ -9,6 +9,8 @@ using LPVOID = void*;
 using HANDLE = void*;
 struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
+struct HWND__;
+using HWND = HWND__*;
 struct HKEY__;
 using HKEY = HKEY__*;
 struct HDC__;
@@ -26,9 +28,11 @@ using DWORD = unsigned long;
 #ifdef _WIN64
 using INT_PTR = long long;
 using LONG_PTR = long long;
+using WPARAM = unsigned long long;
 #else
 using INT_PTR = int;
 using LONG_PTR = long;
+using WPARAM = unsigned;
 #endif
 
 #define OSTRA_ENTRY __stdcall // how the system calls a module's entry
@@ -41,6 +45,7 @@ using LONG = std::int32_t;
 using DWORD = std::uint32_t;
 using INT_PTR = std::intptr_t;
 using LONG_PTR = std::intptr_t;
+using WPARAM = std::uintptr_t;
 
 #define OSTRA_ENTRY
 
@@ -48,6 +53,10 @@ struct _stat;
 
 #endif
 
+using LPARAM = LONG_PTR;
+using LRESULT = LONG_PTR;
+
+struct tagMSG;
 struct _BY_HANDLE_FILE_INFORMATION;
 struct tagENUMLOGFONTA;
 struct tagLOGFONTA;
