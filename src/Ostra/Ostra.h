@@ -65,6 +65,8 @@
 #include <Ostra/WordList/BiLingualWordListOstra.h>
 #include <Ostra/WordList/BiUWordListIterator.h>
 #include <Ostra/WordList/BiWordListIteratorOstra.h>
+#include <System/DDE/DDEClient.h>
+#include <System/DDE/DDEServer.h>
 #include <System/FontManager/FontManager.h>
 #include <System/FontManager/LogicalFont.h>
 #include <System/Forum/Forum.h>

@@ -67,6 +67,12 @@ void ModuleVersion(CT_ModuleVersion& left, CT_ModuleVersion& right)
     left = right;                 // warns
 }
 
+void DDEServer(CT_DDEServer& left, CT_DDEServer& right)
+{
+    CT_DDEServer copy(right); // warns
+    left = right;             // warns
+}
+
 void Forum(CT_Forum& left, CT_Forum& right)
 {
     CT_Forum copy(right); // warns

@@ -15,6 +15,12 @@ DirectoryListener::DirectoryListener() : home(fs::current_path())
     do
         root = fs::temp_directory_path() / ("ostra-test-" + std::to_string(random()));
     while (!fs::create_directories(root));
+#ifndef _WIN32
+    // What the processes of the user share while they run: looked at once a process.
+    const fs::path session = root / "session";
+    fs::create_directories(session);
+    setenv("XDG_RUNTIME_DIR", session.c_str(), 1);
+#endif
 }
 
 void DirectoryListener::OnTestStart(const testing::TestInfo&)

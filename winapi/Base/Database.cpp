@@ -122,8 +122,9 @@ private:
     long long waited = 0;
 };
 
-// The last process that closes a database leaves one file behind, with all in it.
-__attribute__((destructor)) void CloseAtEnd()
+// The last process that closes a database leaves one file behind, with all in it. Later than what
+// other services have to say at the end.
+__attribute__((destructor(1000))) void CloseAtEnd()
 {
     if (!wasOpened)
         return;

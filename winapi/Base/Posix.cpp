@@ -8,6 +8,7 @@
 #include <spawn.h>
 #include <sys/auxv.h>
 #include <sys/mman.h>
+#include <sys/random.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -24,6 +25,11 @@ int Open(const char* path, int flags, mode_t mode)
 int Lock(int fd, int command, struct flock* lock)
 {
     return ::fcntl(fd, command, lock);
+}
+
+int Seals(int fd, int command, int seals)
+{
+    return ::fcntl(fd, command, seals);
 }
 
 char** Environment()
@@ -63,6 +69,8 @@ constinit Posix posix = {
     .posix_fadvise = ::posix_fadvise,
     .fsync = ::fsync,
     .fcntl = Lock,
+    .fcntl_seals = Seals,
+    .memfd_create = ::memfd_create,
     .fstat = ::fstat,
     .stat = ::stat,
     .statx = ::statx,
@@ -88,6 +96,15 @@ constinit Posix posix = {
     .readlink = ::readlink,
     .chdir = ::chdir,
     .getcwd = ::getcwd,
+    .socket = ::socket,
+    .bind = ::bind,
+    .listen = ::listen,
+    .connect = ::connect,
+    .accept4 = ::accept4,
+    .sendmsg = ::sendmsg,
+    .recvmsg = ::recvmsg,
+    .getsockopt = ::getsockopt,
+    .poll = ::poll,
     .fdopen = ::fdopen,
     .fclose = ::fclose,
     .setvbuf = ::setvbuf,
@@ -100,8 +117,10 @@ constinit Posix posix = {
     .tzset = ::tzset,
     .localtime_r = ::localtime_r,
     .nanosleep = ::nanosleep,
+    .getpid = ::getpid,
     .gettid = ::gettid,
     .geteuid = ::geteuid,
+    .getrandom = ::getrandom,
     .sched_getaffinity = ::sched_getaffinity,
     .sysconf = ::sysconf,
     .getauxval = ::getauxval,

@@ -9,7 +9,9 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sched.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <time.h>
@@ -36,6 +38,8 @@ struct Posix
     int (*posix_fadvise)(int fd, off_t offset, off_t size, int advice);
     int (*fsync)(int fd);
     int (*fcntl)(int fd, int command, struct flock* lock);
+    int (*fcntl_seals)(int fd, int command, int seals); // The same call.
+    int (*memfd_create)(const char* name, unsigned flags);
     // Facts and attributes.
     int (*fstat)(int fd, struct stat* facts);
     int (*stat)(const char* path, struct stat* facts);
@@ -64,6 +68,16 @@ struct Posix
     ssize_t (*readlink)(const char* path, char* target, size_t size);
     int (*chdir)(const char* path);
     char* (*getcwd)(char* buffer, size_t size);
+    // Sockets.
+    int (*socket)(int domain, int type, int protocol);
+    int (*bind)(int fd, const struct sockaddr* name, socklen_t size);
+    int (*listen)(int fd, int backlog);
+    int (*connect)(int fd, const struct sockaddr* name, socklen_t size);
+    int (*accept4)(int fd, struct sockaddr* name, socklen_t* size, int flags);
+    ssize_t (*sendmsg)(int fd, const struct msghdr* message, int flags);
+    ssize_t (*recvmsg)(int fd, struct msghdr* message, int flags);
+    int (*getsockopt)(int fd, int level, int option, void* value, socklen_t* size);
+    int (*poll)(struct pollfd* list, nfds_t count, int milliseconds);
     // Streams.
     std::FILE* (*fdopen)(int fd, const char* mode);
     int (*fclose)(std::FILE* stream);
@@ -80,8 +94,10 @@ struct Posix
     struct tm* (*localtime_r)(const time_t* moment, struct tm* date);
     int (*nanosleep)(const struct timespec* span, struct timespec* rest);
     // The process, its threads and its variables.
+    pid_t (*getpid)();
     pid_t (*gettid)();
     uid_t (*geteuid)();
+    ssize_t (*getrandom)(void* data, size_t size, unsigned flags);
     int (*sched_getaffinity)(pid_t thread, size_t size, cpu_set_t* processors);
     long (*sysconf)(int name);
     unsigned long (*getauxval)(unsigned long type);

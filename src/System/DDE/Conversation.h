@@ -2,11 +2,11 @@
 // Internal.
 #pragma once
 
+#include <Ostra/Buffer/Buffer.h>
 #include <Ostra/Frame/Platform.h>
 
 #include <windows.h>
 
-#include <cstddef>
 #include <cstring>
 
 // The messages of the exchange.
@@ -88,13 +88,18 @@ public:
     void v_SetFormat(unsigned short u_Format) { v_SetWord(u_Format, 2); }
 
     char* pc_GetValue() const { return pc_Block + HEAD; }
-    // Of a text, which ends with the block at the latest.
-    unsigned n_GetLength() const
+    // A text with its terminator; one that has none ends with the block.
+    void v_CopyText(CT_Buffer* pco_Out, unsigned n_Growth) const
     {
-        const std::size_t n_Room = GlobalSize(h_Memory) - HEAD;
+        const unsigned n_Room = static_cast<unsigned>(GlobalSize(h_Memory)) - HEAD;
         const void* const pcv_End = std::memchr(pc_GetValue(), 0, n_Room);
-        return static_cast<unsigned>(pcv_End ? static_cast<const char*>(pcv_End) - pc_GetValue()
-                                             : n_Room);
+        if (!pcv_End) {
+            pco_Out->v_Set(pc_GetValue(), n_Room, n_Growth);
+            pco_Out->v_Append("", 1);
+            return;
+        }
+        const auto n_Length = static_cast<const char*>(pcv_End) - pc_GetValue();
+        pco_Out->v_Set(pc_GetValue(), static_cast<unsigned>(n_Length) + 1, n_Growth);
     }
 
 private:

@@ -106,7 +106,8 @@ bool CT_DDEClient::b_SetTimer(unsigned n_Timeout)
 
 void CT_DDEClient::v_KillTimer()
 {
-    KillTimer(h_Window, TIMER);
+    // Without a window the system has chosen the number.
+    KillTimer(h_Window, h_Window ? TIMER : n_Timer);
     n_Timer = 0;
 }
 
@@ -188,9 +189,7 @@ bool CT_DDEClient::b_TakeData(HWND h_Server, LPARAM l_Parameter, CT_Buffer* pco_
             return false;
         const unsigned short u_Flags = co_Block.u_GetFlags();
         b_Release = u_Flags & HEAD_RELEASE;
-        const unsigned n_Length = co_Block.n_GetLength();
-        pco_Out->v_Set(co_Block.pc_GetValue(), n_Length, GROWTH);
-        pco_Out->v_Append("", 1);
+        co_Block.v_CopyText(pco_Out, GROWTH);
         if (u_Flags & HEAD_ACK &&
             !b_PostAck(h_Server, h_Window, STATUS_ACK, static_cast<unsigned>(n_Item))) {
             GlobalDeleteAtom(static_cast<ATOM>(n_Item));

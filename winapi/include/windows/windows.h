@@ -3,6 +3,7 @@
 // is told nowhere is as the platform's published documentation says.
 #pragma once
 
+#include "winapi/Atoms/Atom.h"
 #include "winapi/Base/Constants.h"
 #include "winapi/CLibrary/Print.h"
 #include "winapi/CLibrary/SplitPath.h"
@@ -16,6 +17,9 @@
 #include "winapi/Files/FileSearch.h"
 #include "winapi/Files/Path.h"
 #include "winapi/Memory/Global.h"
+#include "winapi/Messages/Exchange.h"
+#include "winapi/Messages/Message.h"
+#include "winapi/Messages/Window.h"
 #include "winapi/Locale/Calendar.h"
 #include "winapi/Locale/DateFormat.h"
 #include "winapi/Locale/LocalTime.h"

@@ -15,7 +15,6 @@ using HDC = HDC__*;
 struct HFONT__;
 using HFONT = HFONT__*;
 using HGDIOBJ = void*;
-using LPARAM = std::intptr_t;
 
 constexpr int LF_FACESIZE = 32;
 constexpr int LF_FULLFACESIZE = 64;

@@ -1,0 +1,198 @@
+// winapi/Atoms/GlobalAtom.cpp: global atoms.
+#include "winapi/Atoms/Atom.h"
+
+#include "Base/Session.h"
+#include "Registry/StoredNames.h"
+
+#include <cstring>
+
+namespace winapi
+{
+namespace
+{
+constexpr unsigned FIRST = 0xC000;
+constexpr unsigned LAST = 0xFFFF;
+constexpr std::size_t LONGEST = 255;
+
+// What a caller names: a number, or a text.
+struct Name
+{
+    unsigned number = 0; // 0 for a text.
+    std::string name;
+    std::string fold;
+};
+
+[[noreturn]] void Fail(DWORD code)
+{
+    SetLastError(code);
+    throw Failed();
+}
+
+unsigned CheckedNumber(unsigned number)
+{
+    if (number == 0 || number >= FIRST)
+        Fail(ERROR_INVALID_PARAMETER);
+    return number;
+}
+
+// The number behind "#"; no number for any other text.
+bool ReadNumber(LPCSTR text, unsigned& number)
+{
+    if (*text != '#')
+        return false;
+    number = 0;
+    for (++text; *text >= '0' && *text <= '9'; ++text)
+        number = std::min(number * 10 + static_cast<unsigned>(*text - '0'), 0x10000U);
+    if (*text)
+        number = 0;
+    return *text == 0;
+}
+
+Name Parse(LPCSTR text)
+{
+    Name parsed;
+    const auto value = reinterpret_cast<UINT_PTR>(text);
+    if (value <= LAST)
+        parsed.number = CheckedNumber(static_cast<unsigned>(value));
+    else if (ReadNumber(text, parsed.number))
+        CheckedNumber(parsed.number);
+    else {
+        const std::size_t size = std::strlen(text);
+        if (size == 0 || size > LONGEST)
+            Fail(ERROR_INVALID_PARAMETER);
+        const Widened wide(text);
+        const WideView view(static_cast<LPCWSTR>(wide));
+        parsed.name = StoredName(view);
+        parsed.fold = FoldOf(view);
+    }
+    return parsed;
+}
+
+unsigned IdOf(Transaction& transaction, const std::string& fold)
+{
+    Query query(transaction, "SELECT id FROM atom WHERE fold = ?");
+    return query.Text(fold).Step() ? static_cast<unsigned>(query.NumberAt(0)) : 0;
+}
+
+// The lowest that is free.
+unsigned FreeId(Transaction& transaction)
+{
+    Query query(transaction, "SELECT min(id) + 1 FROM (SELECT 49151 AS id UNION ALL SELECT id FROM"
+                             " atom) WHERE id + 1 NOT IN (SELECT id FROM atom)");
+    query.Step();
+    return static_cast<unsigned>(query.NumberAt(0));
+}
+
+DWORD Add(Transaction& transaction, const Name& text, unsigned& id)
+{
+    id = IdOf(transaction, text.fold);
+    if (!id) {
+        id = FreeId(transaction);
+        if (id > LAST)
+            return ERROR_NOT_ENOUGH_MEMORY;
+        Query(transaction, "INSERT INTO atom VALUES (?, ?, ?)")
+            .Number(id)
+            .Text(text.fold)
+            .Text(text.name)
+            .Run();
+    }
+    Query(transaction, "INSERT INTO hold VALUES (?, ?, 1)"
+                       " ON CONFLICT DO UPDATE SET refs = refs + 1")
+        .Number(id)
+        .Text(SessionMark())
+        .Run();
+    return 0;
+}
+
+// The process's own count goes first.
+DWORD Delete(Transaction& transaction, unsigned id)
+{
+    Query(transaction, "UPDATE hold SET refs = refs - 1 WHERE rowid = (SELECT rowid FROM hold WHERE"
+                       " atom = ? ORDER BY mark = ? DESC LIMIT 1)")
+        .Number(id)
+        .Text(SessionMark())
+        .Run();
+    if (transaction.Changes() == 0)
+        return ERROR_INVALID_HANDLE;
+    Query(transaction, "DELETE FROM hold WHERE atom = ? AND refs = 0").Number(id).Run();
+    Query(transaction, "DELETE FROM atom WHERE id = ? AND id NOT IN (SELECT atom FROM hold)")
+        .Number(id)
+        .Run();
+    return 0;
+}
+
+// Runs body(transaction) in the session; ends the service if that fails.
+template <class Body>
+void InSession(Database::Access access, Body body)
+{
+    DWORD code = EnterSession();
+    if (!code)
+        code = session.Run(access, body);
+    if (code)
+        Fail(code);
+}
+
+WideText TextOf(ATOM atom)
+{
+    if (atom < FIRST)
+        return Widen('#' + std::to_string(CheckedNumber(atom)), 0);
+    std::string stored;
+    InSession(Database::READ, [&](Transaction& transaction) {
+        Query query(transaction, "SELECT name FROM atom WHERE id = ?");
+        if (!query.Number(atom).Step())
+            return ERROR_INVALID_HANDLE;
+        stored = query.BytesAt(0);
+        return DWORD(0);
+    });
+    return NameOf(stored);
+}
+} // namespace
+
+ATOM GlobalAddAtomA(LPCSTR text)
+{
+    return Guarded(ATOM(0), [&] {
+        const Name name = Parse(text);
+        unsigned id = name.number;
+        if (!id)
+            InSession(Database::WRITE, [&](Transaction& t) { return Add(t, name, id); });
+        return static_cast<ATOM>(id);
+    });
+}
+
+ATOM GlobalFindAtomA(LPCSTR text)
+{
+    return Guarded(ATOM(0), [&] {
+        const Name name = Parse(text);
+        unsigned id = name.number;
+        if (!id)
+            InSession(Database::READ, [&](Transaction& transaction) {
+                id = IdOf(transaction, name.fold);
+                return id ? DWORD(0) : ERROR_FILE_NOT_FOUND;
+            });
+        return static_cast<ATOM>(id);
+    });
+}
+
+ATOM GlobalDeleteAtom(ATOM atom)
+{
+    if (atom < FIRST)
+        return 0;
+    return Guarded(atom, [&] {
+        InSession(Database::WRITE, [&](Transaction& t) { return Delete(t, atom); });
+        return ATOM(0);
+    });
+}
+
+UINT GlobalGetAtomNameA(ATOM atom, LPSTR buffer, int size)
+{
+    return Guarded(0U, [&] {
+        if (size <= 0)
+            Fail(ERROR_MORE_DATA);
+        const std::string text = Narrowed(TextOf(atom));
+        const std::size_t count = std::min(text.size(), static_cast<std::size_t>(size) - 1);
+        std::memcpy(buffer, text.data(), count);
+        buffer[count] = 0;
+        return static_cast<UINT>(count);
+    });
+}
+} // namespace winapi
