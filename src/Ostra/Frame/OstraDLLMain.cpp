@@ -5,6 +5,7 @@
 #include <Ostra/Frame/ErrorManager.h>
 #include <Ostra/String/CString.h>
 #include <System/FontManager/FontManager.h>
+#include <System/ModuleVersion/ModuleVersion.h>
 
 #include <windows.h>
 
@@ -57,7 +58,7 @@ const CT_ModuleVersion* CT_OstraDLLMain::spcco_GetVersion()
 
 const CT_UString* CT_OstraDLLMain::spcco_GetProductVersion()
 {
-    return nullptr;
+    return spco_Version ? spco_Version->pcco_GetProductVersion() : nullptr;
 }
 
 BOOL OSTRA_ENTRY DllMain(HINSTANCE h_Instance, DWORD n_Reason, LPVOID)
