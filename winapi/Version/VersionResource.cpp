@@ -175,6 +175,9 @@ private:
 
 // ---- Files of 16 bits ---------------------------------------------------------------------------
 
+// As far from the header as an offset of 16 bits leads, which the tables' ends have.
+constexpr std::uint64_t TABLES_ROOM = 0x10000;
+
 // The table is a shift for its offsets and lengths, and types with their resources behind each.
 std::optional<Extent> FindInSegmented(const CheckedFile& file, std::uint64_t header)
 {
@@ -184,7 +187,7 @@ std::optional<Extent> FindInSegmented(const CheckedFile& file, std::uint64_t hea
         !shift.From(file, header + Word(tables.bytes)) || Word(shift.bytes) > 15)
         return {};
     std::uint64_t at = header + Word(tables.bytes) + 2;
-    for (Bytes<12> type; type.From(file, at) && Word(type.bytes) != 0;
+    for (Bytes<12> type; at - header < TABLES_ROOM && type.From(file, at) && Word(type.bytes) != 0;
          at += 8 + 12 * Word(type.bytes + 2)) {
         if (Word(type.bytes) != (0x8000 | VERSION_TYPE) || Word(type.bytes + 2) == 0)
             continue;

@@ -44,6 +44,13 @@ ssize_t NoBytes(int, void*, size_t, off_t)
     return -1;
 }
 
+unsigned readings;
+ssize_t Counted(int fd, void* data, size_t size, off_t offset)
+{
+    ++readings;
+    return pread(fd, data, size, offset);
+}
+
 // A file in memory: many can be looked at in a short time.
 class MemoryFile
 {
@@ -75,6 +82,22 @@ TEST(VersionHost, FilesFor16BitsGiveTheirRecord)
     std::string data(2 * stored.size() + 4, '\xEE');
     EXPECT_TRUE(GetFileVersionInfoA("./a.dll", 0, static_cast<DWORD>(data.size()), data.data()));
     EXPECT_EQ(data, stored + "FE2X" + std::string(stored.size(), '\0'));
+}
+
+TEST(VersionHost, TheTypesOfAFileFor16BitsEndWhereItsOffsetsDo)
+{
+    // Types without resources, from the first one to the end of the file.
+    constexpr std::size_t FIRST_TYPE = 0x40 + 0x40 + 2;
+    std::string file = SegmentedFile(SimpleRecord(Layout::NARROW, PAIRS));
+    file.resize(FIRST_TYPE);
+    while (file.size() < 4'000'000)
+        file += Word(1) + Word(0) + Long(0);
+    WriteBytes("a.dll", file);
+    readings = 0;
+    const Replace reading(posix.pread, Counted);
+    EXPECT_EQ(SizeOf("./a.dll"), 0U);
+    EXPECT_EQ(GetLastError(), DWORD(ERROR_RESOURCE_DATA_NOT_FOUND));
+    EXPECT_LT(readings, 0x10000 / 8 + 10U);
 }
 
 TEST(VersionHost, NamesAreAskedAsTheyStand)
