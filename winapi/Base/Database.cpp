@@ -44,6 +44,15 @@ DWORD CheckHead(int fd, off_t size, DWORD mark)
     return ours ? 0 : ERROR_BADDB;
 }
 
+// What lies in another user's folder can be exchanged by him, and what is made there he can't use.
+DWORD CheckFolder(const std::string& path)
+{
+    struct stat facts;
+    if (posix.stat(path.c_str(), &facts) != 0)
+        return CodeOf(errno);
+    return facts.st_uid == posix.geteuid() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+}
+
 // Makes the file where there is none, and sees to it that it is the user's own, for nobody else and
 // of the right kind.
 DWORD CheckFile(const char* path, DWORD mark, struct stat& facts)
@@ -253,8 +262,11 @@ bool Database::IsOpen(Access access, const std::string& path)
 
 DWORD Database::Open(const DatabaseTable& table, const std::string& path)
 {
-    if (!form.folder(true))
+    const auto folder = form.folder(true);
+    if (!folder)
         return GetLastError();
+    if (const DWORD code = CheckFolder(*folder))
+        return code;
     struct stat facts;
     if (const DWORD code = CheckFile(path.c_str(), form.mark, facts))
         return code;

@@ -117,6 +117,15 @@ TEST(RegistryFile, OfAnotherUserIsLeftAlone)
     EXPECT_EQ(Files(Folder()).size(), 1U);
 }
 
+TEST(RegistryFile, IsNotMadeInTheFolderOfAnotherUser)
+{
+    fs::create_directories(Folder());
+    const Replace replace(
+        posix.geteuid, +[]() -> uid_t { return ::geteuid() + 1; });
+    EXPECT_EQ(TryOpen(KEY), ERROR_ACCESS_DENIED);
+    EXPECT_TRUE(fs::is_empty(Folder()));
+}
+
 TEST(RegistryFile, IsOneFileOnceItIsClosed)
 {
     EXPECT_EQ(TryCreate(KEY), 0);
