@@ -1,7 +1,7 @@
 // winapi/Profile/ProfileFile.cpp: where a profile lies, how it is read, and what it consists of.
 #include "Profile/ProfileFile.h"
 
-#include "Base/DataDirectory.h"
+#include "Base/DataFolder.h"
 #include "Base/Posix.h"
 #include "Files/OpenFile.h"
 #include "Profile/Replacement.h"
@@ -35,12 +35,15 @@ ProfileMark MarkOf(std::string_view file)
 
 std::optional<std::string> InWindowsDirectory(const std::string& name, bool toWrite)
 {
-    const auto data = DataDirectory();
-    const int error = !data ? ENOENT : toWrite ? MakeDirectories(*data + "/windows") : 0;
-    if (error == 0)
-        return *data + "/windows/" + name;
-    SetLastError(data ? CodeOf(error) : ERROR_PATH_NOT_FOUND);
-    return {};
+    const auto data = DataFolder(toWrite);
+    if (!data)
+        return {};
+    const std::string folder = *data + "/windows";
+    if (toWrite && posix.mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
+        SetLastError(CodeOf(errno));
+        return {};
+    }
+    return folder + '/' + name;
 }
 
 // The file that a symbolic link leads to, whether it is there or not: that one is replaced.

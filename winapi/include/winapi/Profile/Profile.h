@@ -20,7 +20,8 @@ namespace winapi
 // the length of what was stored: no more than the size less 1, less 2 for a list; text of several
 // bytes a character is cut before one that has no room. Size 0 stores nothing. Last error: 0; or
 // ERROR_FILE_NOT_FOUND (2), ERROR_PATH_NOT_FOUND (3), ERROR_ACCESS_DENIED (5) for what is no file,
-// ERROR_SHARING_VIOLATION (32) and the like, with the default for an answer.
+// ERROR_NOT_ENOUGH_MEMORY (8) for more than 256 MB, ERROR_SHARING_VIOLATION (32) and the like, with
+// the default for an answer.
 WINAPI_EXPORT DWORD GetPrivateProfileStringW(LPCWSTR lpAppName, LPCWSTR lpKeyName,
                                              LPCWSTR lpDefault, LPWSTR lpReturnedString,
                                              DWORD nSize, LPCWSTR lpFileName);

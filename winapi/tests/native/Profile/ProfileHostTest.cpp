@@ -431,6 +431,10 @@ TEST(ProfileHost, ABareNameLiesInTheDataDirectory)
     }
     for (const char* none : {static_cast<const char*>(nullptr), "", "relative"}) {
         const Variables variables(none, (here + "/home").c_str());
+        EXPECT_FALSE(Write("new", "bare.ini"));
+        EXPECT_EQ(GetLastError(), DWORD(ERROR_PATH_NOT_FOUND));
+        EXPECT_FALSE(fs::exists("home"));
+        fs::create_directory("home");
         EXPECT_TRUE(Write("new", "bare.ini"));
         EXPECT_EQ(ReadBytes("home/.local/share/ostra-winapi/windows/bare.ini"), NEW);
         fs::remove_all("home");
