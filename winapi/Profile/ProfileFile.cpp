@@ -16,6 +16,7 @@ namespace
 {
 constexpr int LINKS = 40; // As many as the host follows.
 constexpr int TRIES = 10'000;
+constexpr off_t LARGEST = off_t{256} << 20; // It is read as a whole, and rewritten in memory.
 constexpr std::string_view MARKS[] = {"", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"};
 constexpr ProfileMark WITH_MARK[] = {ProfileMark::UTF8, ProfileMark::UTF16,
                                      ProfileMark::UTF16_SWAPPED};
@@ -65,6 +66,8 @@ DWORD ReadWhole(int fd, std::string& file)
     struct stat facts;
     if (posix.fstat(fd, &facts) != 0)
         return CodeOf(errno);
+    if (facts.st_size > LARGEST)
+        return ERROR_NOT_ENOUGH_MEMORY;
     file.resize(static_cast<std::size_t>(facts.st_size));
     for (std::size_t done = 0; done < file.size();) {
         const ssize_t count = Retried([&] {

@@ -348,6 +348,19 @@ TEST(ProfileHost, PipesAndDevicesAreNoProfiles)
     }
 }
 
+TEST(ProfileHost, AFileOfMoreThan256MegabytesIsNoProfile)
+{
+    constexpr std::uintmax_t LARGEST = std::uintmax_t{256} << 20;
+    WriteBytes("p.ini", OLD);
+    fs::resize_file("p.ini", LARGEST + 1);
+    EXPECT_EQ(Value("./p.ini"), "(none)");
+    EXPECT_EQ(GetLastError(), DWORD(ERROR_NOT_ENOUGH_MEMORY));
+    EXPECT_FALSE(Write("new"));
+    EXPECT_EQ(GetLastError(), DWORD(ERROR_NOT_ENOUGH_MEMORY));
+    EXPECT_EQ(fs::file_size("p.ini"), LARGEST + 1);
+    EXPECT_EQ(Entries(), 1U);
+}
+
 TEST(ProfileHost, FileNamesAreOfEveryScript)
 {
     const char16_t* const names[] = {u"./\u00E4\u00F6.ini", u"./\u0416\u0424.ini",
