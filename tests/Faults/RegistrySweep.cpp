@@ -271,4 +271,14 @@ TEST(RegistrySweep, EachServiceThatFailsIsReportedAndLeavesNoKeyOpen)
     }
     EXPECT_GT(failures, 25U);
 }
+
+TEST(RegistrySweep, AValueOfAnotherTypeLeavesNoKeyOpen)
+{
+    const auto state = Filled();
+    open_keys = 0;
+    state->registry.v_GetValue(&state->text_name, &state->out);
+    EXPECT_EQ(open_keys, 0);
+    EXPECT_EQ(TakeFailure().code, DWORD(ERROR_INVALID_PARAMETER));
+    EXPECT_EQ(state->out.n_GetUsedSize(), 0U);
+}
 #endif
