@@ -143,12 +143,16 @@ static int i_Plus(int i_First, int i_Second)
     return static_cast<int>(static_cast<unsigned>(i_First) + static_cast<unsigned>(i_Second));
 }
 
-// The day number of the date that the fields tell in a calendar.
+// The date that the fields tell in a calendar, and its day number.
+template <typename t_Date>
+static t_Date co_DateOf(const tm* pcso_Time)
+{
+    return t_Date(pcso_Time->tm_year, i_Plus(pcso_Time->tm_mon, 1), pcso_Time->tm_mday);
+}
 template <typename t_Date>
 static int i_DayNumber(const tm* pcso_Time)
 {
-    const t_Date co_Date(pcso_Time->tm_year, i_Plus(pcso_Time->tm_mon, 1), pcso_Time->tm_mday);
-    return static_cast<int>(co_Date.i8_DayNumber());
+    return static_cast<int>(co_DateOf<t_Date>(pcso_Time).i8_DayNumber());
 }
 
 // Year, month and day of a day number, by a calendar.
@@ -159,6 +163,20 @@ static void v_SetDate(tm* pso_Time, int i_DayNumber)
     pso_Time->tm_year = co_Date.i_Year;
     pso_Time->tm_mon = co_Date.i_Month - 1;
     pso_Time->tm_mday = co_Date.i_Day;
+}
+
+// The Gregorian date of a day of a calendar, with what sv_AddYearWeekday adds.
+template <typename t_Date>
+static void v_ToGregorian(tm* pso_Time)
+{
+    const int i_Day = i_DayNumber<t_Date>(pso_Time);
+    const CT_GregorianDate co_Date(i_Day);
+    pso_Time->tm_year = co_Date.i_Year;
+    pso_Time->tm_mon = co_Date.i_Month - 1;
+    pso_Time->tm_mday = co_Date.i_Day;
+    pso_Time->tm_yday = static_cast<int>(co_Date.i8_DayOfYear());
+    if (pso_Time->tm_wday == -1)
+        pso_Time->tm_wday = i_Day % 7;
 }
 
 // How far a day number is behind that of the first day of month 1 of a year.
@@ -180,10 +198,10 @@ int CT_Calendar::sb_ValidateTM(tm* pso_Time)
 
 void CT_Calendar::sv_AddYearWeekday(tm* pso_Time)
 {
-    const int i_Day = i_DayNumber<CT_GregorianDate>(pso_Time);
-    pso_Time->tm_yday = i_DaysBehind<CT_GregorianDate>(pso_Time->tm_year, i_Day);
+    const CT_GregorianDate co_Date = co_DateOf<CT_GregorianDate>(pso_Time);
+    pso_Time->tm_yday = static_cast<int>(co_Date.i8_DayOfYear());
     if (pso_Time->tm_wday == -1)
-        pso_Time->tm_wday = i_Day % 7;
+        pso_Time->tm_wday = static_cast<int>(co_Date.i8_DayNumber()) % 7;
 }
 
 void CT_Calendar::sv_Gregorian2Alternate(tm* pso_Time, et_ID ec_ID)
@@ -234,12 +252,10 @@ void CT_Calendar::sv_Gregorian2Hebrew(tm* pso_Time)
 
 void CT_Calendar::sv_Hijri2Gregorian(tm* pso_Time)
 {
-    v_SetDate<CT_GregorianDate>(pso_Time, i_DayNumber<CT_HijriDate>(pso_Time));
-    sv_AddYearWeekday(pso_Time);
+    v_ToGregorian<CT_HijriDate>(pso_Time);
 }
 
 void CT_Calendar::sv_Hebrew2Gregorian(tm* pso_Time)
 {
-    v_SetDate<CT_GregorianDate>(pso_Time, i_DayNumber<CT_HebrewDate>(pso_Time));
-    sv_AddYearWeekday(pso_Time);
+    v_ToGregorian<CT_HebrewDate>(pso_Time);
 }

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 static constexpr unsigned LAST_MOMENT = 0x7FFFFFFF;
-static constexpr unsigned NO_MOMENT = 0xFFFFFFFF;
 
 unsigned CT_Clock::sn_Now()
 {
@@ -29,7 +28,7 @@ unsigned CT_Clock::sn_Make(tm* pso_Time)
     tm so_Made = *pso_Time;
     const __time64_t i8_Moment = _mktime64(&so_Made);
     if (i8_Moment < 0 || i8_Moment > LAST_MOMENT)
-        return NO_MOMENT;
+        return NONE;
     *pso_Time = so_Made;
     return static_cast<unsigned>(i8_Moment);
 }

@@ -8,6 +8,8 @@
 class CT_Clock
 {
 public:
+    static constexpr unsigned NONE = 0xFFFFFFFF; // no moment
+
     // The present moment, cut to 32 bits.
     static unsigned sn_Now();
     // The present date and time in the zone. It isn't bound to 32 bits.
@@ -15,8 +17,8 @@ public:
     // A moment's date and time in the zone; null for one that isn't in the range. The result is the
     // C library's and lives until the next call.
     static const tm* spcso_Local(unsigned n_Moment);
-    // The moment of a date whose fields may lie beyond their ranges, and are brought into them. -1
-    // (0xFFFFFFFF), with the date as it was, for a moment that isn't in the range.
+    // The moment of a date whose fields may lie beyond their ranges, and are brought into them; the
+    // other fields are set. NONE, with the date as it was, for a moment that isn't in the range.
     static unsigned sn_Make(tm* pso_Time);
     // Seconds that the zone's standard time lies behind UTC.
     static int si_Zone();

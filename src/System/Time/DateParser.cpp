@@ -375,8 +375,8 @@ void CT_DateParser::v_Finish(CT_Calendar::et_ID ec_Calendar)
     // Daylight time by the rules for 1980, which has both forms.
     tm so_Copy = so_Date;
     so_Copy.tm_year = 80;
-    if (const tm* pcso_Local = CT_Clock::spcso_Local(CT_Clock::sn_Make(&so_Copy)))
-        so_Date.tm_isdst = pcso_Local->tm_isdst;
+    if (CT_Clock::sn_Make(&so_Copy) != CT_Clock::NONE)
+        so_Date.tm_isdst = so_Copy.tm_isdst;
 }
 
 static int i_FindOffset(CT_Calendar::et_Type ec_Type, int i_Without)

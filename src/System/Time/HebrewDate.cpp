@@ -134,10 +134,19 @@ int CT_HebrewDate::i_DaysInMonth() const
     return CT_HebrewYear(i_Year).i_DaysInMonth(i_Month);
 }
 
+// The days from the first of a month, Nisan to Elul, up to the next year: whatever the year is,
+// these months have 30 and 29 days in turn.
+static int i_DaysToNewYear(int i_Month)
+{
+    return 177 - 29 * (i_Month - 1) - i_Month / 2;
+}
+
 long long CT_HebrewDate::i8_DayNumber() const
 {
     if (i_Month == 7)
         return i_Day + i8_ElapsedDays(i_Year) + EPOCH;
+    if (i_Month >= 1 && i_Month < 7 && i_Year >= 1)
+        return i_Day + i8_ElapsedDays(i_Year + 1LL) + EPOCH - i_DaysToNewYear(i_Month);
     const CT_HebrewYear co_Year(i_Year);
     long long i8_Days = i_Day + co_Year.i8_Elapsed + EPOCH;
     if (i_Month > 7)

@@ -200,8 +200,7 @@ unsigned int CT_Time::n_GetDST(tm* pso_Date)
 {
     tm so_Copy = *pso_Date;
     so_Copy.tm_year = 80;
-    const tm* pcso_Local = CT_Clock::spcso_Local(CT_Clock::sn_Make(&so_Copy));
-    if (!pcso_Local || pcso_Local->tm_isdst <= 0)
+    if (CT_Clock::sn_Make(&so_Copy) == CT_Clock::NONE || so_Copy.tm_isdst <= 0)
         return 0;
     // Kept: both dates are told as standard time, so the distance is what it is without daylight
     // time, 122 days, and the result 0.

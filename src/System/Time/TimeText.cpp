@@ -131,8 +131,11 @@ static int b_GetShortPicture(CT_String* pco_Out)
 
 void CT_Time::sv_GetInputMask(CT_String* pco_Out)
 {
+    CT_Report::CT_Since co_Since;
     if (!b_GetShortPicture(pco_Out))
         pco_Out->v_Set(0u, 1);
+    if (co_Since.b_Failed(qccz_Source))
+        return;
     // Kept: with two colons.
     pco_Out->v_Append("[[,] HH::mm[:ss]]");
 }
@@ -153,7 +156,7 @@ int CT_Time::b_Set(const CT_String* pcco_Text, const CT_String* pcco_Picture, un
     const unsigned n_Moment = CT_Clock::sn_Make(&so_Date);
     n8_Abs = sn8_Date2Abs(&so_Date);
     // Kept: the two forms part where the date has no 32-bit form.
-    if (n_Moment == 0xFFFFFFFF)
+    if (n_Moment == CT_Clock::NONE)
         return 0;
     n_Time = n_Moment;
     return 1;
