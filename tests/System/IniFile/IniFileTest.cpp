@@ -99,6 +99,18 @@ TEST(IniFile, BothClassesOfStringsNameSectionsKeysAndValues)
     EXPECT_EQ(TakeFailure(), NONE);
 }
 
+TEST(IniFile, WhatTheCodePageDoesNotHoldBecomesQuestionMarks)
+{
+    Profile profile;
+    const CT_UString section(u"\u0416"), key(u"\u4E2D"), value(u"\u05D0x");
+    profile.file.v_WriteString(&section, &key, &value);
+    EXPECT_EQ(profile.Text("?", "?"), "?x");
+    const CT_UString name(u".\\\u0416\u0424.ini");
+    const CT_IniFile other(&name);
+    EXPECT_STREQ(other.pcco_GetName()->qccz_Get(), ".\\??.ini");
+    EXPECT_EQ(TakeFailure(), NONE);
+}
+
 TEST(IniFile, TextThatIsReadKeepsTheCodePageOfItsString)
 {
     Profile profile("[s]\r\nk=v\r\n");
