@@ -1,4 +1,4 @@
-// Made by tools/tables/make_error_texts.py from data/winapi/error-texts.tsv: 138 texts. Not edited by hand.
+// Made by tools/tables/make_error_texts.py from data/winapi/error-texts.tsv: 141 texts. Not edited by hand.
 // clang-format off
 #include "Errors/ErrorTexts.h"
 
@@ -53,6 +53,7 @@ const ErrorText errorTexts[] = {
     {131, "An attempt was made to move the file pointer before the beginning of the file."}, // ERROR_NEGATIVE_SEEK
     {132, "The file pointer cannot be set on the specified device or file."}, // ERROR_SEEK_ON_DEVICE
     {145, "The directory is not empty."}, // ERROR_DIR_NOT_EMPTY
+    {157, "The segment is already discarded and cannot be locked."}, // ERROR_DISCARDED
     {158, "The segment is already unlocked."}, // ERROR_NOT_LOCKED
     {161, "The specified path is invalid."}, // ERROR_BAD_PATHNAME
     {167, "Unable to lock a region of a file."}, // ERROR_LOCK_FAILED
@@ -131,6 +132,7 @@ const ErrorText errorTexts[] = {
     {1414, "Invalid icon handle."}, // ERROR_INVALID_ICON_HANDLE
     {1418, "Thread does not have a clipboard open."}, // ERROR_CLIPBOARD_NOT_OPEN
     {1425, "Invalid device context (DC) handle."}, // ERROR_DC_NOT_FOUND
+    {1438, "Invalid message box style."}, // ERROR_INVALID_MSGBOX_STYLE
     {1444, "Invalid thread identifier."}, // ERROR_INVALID_THREAD_ID
     {1450, "Insufficient system resources exist to complete the requested service."}, // ERROR_NO_SYSTEM_RESOURCES
     {1455, "The paging file is too small for this operation to complete."}, // ERROR_COMMITMENT_LIMIT
@@ -142,6 +144,7 @@ const ErrorText errorTexts[] = {
     {1814, "The specified resource name cannot be found in the image file."}, // ERROR_RESOURCE_NAME_NOT_FOUND
     {1815, "The specified resource language ID cannot be found in the image file."}, // ERROR_RESOURCE_LANG_NOT_FOUND
     {1816, "Not enough quota is available to process this command."}, // ERROR_NOT_ENOUGH_QUOTA
+    {1921, "The name of the file cannot be resolved by the system."}, // ERROR_CANT_RESOLVE_FILENAME
     {2250, "This network connection does not exist."}, // ERROR_NOT_CONNECTED
 };
 const unsigned errorTextCount = sizeof errorTexts / sizeof errorTexts[0];
