@@ -1,6 +1,7 @@
 // winapi/Base/Posix.cpp
 #include "Base/Posix.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -17,9 +18,21 @@ namespace winapi
 {
 namespace
 {
+// A file that had the number of a standard stream would take what is written to that stream.
+int AboveStreams(int fd)
+{
+    if (fd < 0 || fd > STDERR_FILENO)
+        return fd;
+    const int above = ::fcntl(fd, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int error = errno;
+    ::close(fd);
+    errno = error;
+    return above;
+}
+
 int Open(const char* path, int flags, mode_t mode)
 {
-    return ::open(path, flags | O_CLOEXEC | O_NOCTTY, mode);
+    return AboveStreams(::open(path, flags | O_CLOEXEC | O_NOCTTY, mode));
 }
 
 int Lock(int fd, int command, struct flock* lock)
@@ -43,11 +56,12 @@ int Spawn(pid_t* process, const char* program, int output, char* const* argument
     posix_spawn_file_actions_t actions;
     if (const int error = ::posix_spawn_file_actions_init(&actions))
         return error;
-    int error = ::posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    // The output first: it has the number of a stream where those are closed.
+    int error = ::posix_spawn_file_actions_adddup2(&actions, output, 1);
+    if (!error)
+        error = ::posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
     if (!error)
         error = ::posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    if (!error)
-        error = ::posix_spawn_file_actions_adddup2(&actions, output, 1);
     if (!error)
         error = ::posix_spawnp(process, program, &actions, nullptr, arguments, variables);
     ::posix_spawn_file_actions_destroy(&actions);

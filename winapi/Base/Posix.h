@@ -23,7 +23,7 @@ namespace winapi
 // writes here.
 struct Posix
 {
-    // Files.
+    // Files. What is opened never has the number of a standard stream, also where that is closed.
     int (*open)(const char* path, int flags, mode_t mode);
     int (*close)(int fd);
     ssize_t (*read)(int fd, void* data, size_t size);

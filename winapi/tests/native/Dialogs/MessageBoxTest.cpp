@@ -1,5 +1,6 @@
 // winapi/tests/native/Dialogs/MessageBoxTest.cpp: boxes that a program of ours shows in zenity's place.
 #include "../../Support/Calls.h"
+#include "../../Support/ClosedStreams.h"
 #include "../../Support/Replace.h"
 
 #include <algorithm>
@@ -352,4 +353,24 @@ TEST(MessageBoxProgram, IsLookedForOnThePathAndWaitedFor)
               "--extra-button=_Retry\n--cancel-label=_Ignore\n",
               std::string(std::istreambuf_iterator<char>(file), {}));
     EXPECT_EQ(0U, fs::file_size("input.txt"));
+}
+
+TEST(MessageBoxProgram, AnswersAProgramWhoseStreamsAreClosed)
+{
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::current_path() / "bin";
+    fs::create_directory(folder);
+    std::ofstream(folder / "zenity") << "#!/bin/sh\necho _Retry\nexit $ZENITY_EXTRA\n";
+    fs::permissions(folder / "zenity", fs::perms::owner_all);
+    const std::string path = std::getenv("PATH");
+    ::setenv("PATH", (folder.string() + ":" + path).c_str(), 1);
+    ::setenv("DISPLAY", ":5", 1);
+    std::vector<int> answers;
+    for (unsigned closed = 0; closed < 8; ++closed) {
+        const ClosedStreams streams(closed);
+        answers.push_back(MessageBoxA(nullptr, "text", "title", MB_ABORTRETRYIGNORE));
+    }
+    ::unsetenv("DISPLAY");
+    ::setenv("PATH", path.c_str(), 1);
+    EXPECT_EQ(answers, std::vector<int>(8, IDRETRY));
 }

@@ -1,6 +1,7 @@
 // winapi/tests/native/Files/HostFaultsTest.cpp: what becomes of failures and oddities of the host.
 #include "../../Support/Calls.h"
 
+#include "../../Support/ClosedStreams.h"
 #include "../../Support/Replace.h"
 #include "Support/Directory.h"
 
@@ -327,7 +328,7 @@ TEST(HostFaults, AttributesWithoutAPlaceAreLost)
     EXPECT_EQ(GetFileAttributesA("f"), DWORD(FILE_ATTRIBUTE_ARCHIVE));
 }
 
-TEST(HostFaults, EachErrorOfTheHostHasItsCode)
+TEST(HostFaults, EachErrorOfTheHostHasItsCodeAndAText)
 {
     struct Pair
     {
@@ -347,6 +348,10 @@ TEST(HostFaults, EachErrorOfTheHostHasItsCode)
         SetLastError(0);
         EXPECT_EQ(TryOpen("f", GENERIC_READ, 0, OPEN_EXISTING), INVALID);
         EXPECT_EQ(GetLastError(), pair.code) << pair.error;
+        char text[200];
+        EXPECT_NE(0U, FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, pair.code, 0, text,
+                                     sizeof text, nullptr))
+            << pair.code;
     }
     failure = ENOENT;
     SetLastError(0);
@@ -378,4 +383,21 @@ TEST(HostFaults, ASearchTellsWhatReadingTheDirectoryMetWith)
     EXPECT_EQ(FindFirstFileA("*", &found), INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), ERROR_IO_DEVICE);
     EXPECT_EQ(closed, 1);
+}
+
+TEST(HostFaults, AFileDoesNotTakeThePlaceOfAClosedStream)
+{
+    ssize_t said[2];
+    {
+        const ClosedStreams streams(7);
+        const HANDLE file = CreateFileA("file", GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, 0);
+        DWORD count;
+        WriteFile(file, "abc", 3, &count, nullptr);
+        for (int fd : {1, 2})
+            said[fd - 1] = ::write(fd, "said", 4);
+        CloseHandle(file);
+    }
+    EXPECT_EQ(-1, said[0]);
+    EXPECT_EQ(-1, said[1]);
+    EXPECT_EQ("abc", ReadBytes("file"));
 }
