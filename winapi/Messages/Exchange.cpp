@@ -25,9 +25,9 @@ struct Lent
 {
     HWND window;
     HWND partner;
-    ATOM item;        // 0 for a command.
-    HGLOBAL copy;     // Here.
-    UINT_PTR sender;  // The handle there, of a command.
+    ATOM item;       // 0 for a command.
+    HGLOBAL copy;    // Here.
+    UINT_PTR sender; // The handle there, of a command.
 };
 
 // Never destroyed: services may be called until the very end.
@@ -235,8 +235,7 @@ void AfterExport(HWND to, HWND from, UINT message, LPARAM parameter)
     else if (message == WM_DDE_ACK)
         FreeAcknowledged(from, to, high);
     else if (message == WM_DDE_TERMINATE)
-        FreeWhere(
-            [&](const Lent& lent) { return lent.window == from && lent.partner == to; });
+        FreeWhere([&](const Lent& lent) { return lent.window == from && lent.partner == to; });
 }
 
 bool Import(const Letter& letter, LPARAM& parameter)

@@ -1,6 +1,6 @@
 // winapi/Messages/Message.cpp: messages, posted and sent.
-#include "Errors/Failure.h"
 #include "Base/Session.h"
+#include "Errors/Failure.h"
 #include "Messages/Classes.h"
 #include "Messages/Exchange.h"
 #include "Messages/Queue.h"
@@ -12,7 +12,7 @@ namespace
 {
 constexpr int FOREVER = -1;
 constexpr int BROADCAST_TIME = 5000; // Milliseconds for each window.
-constexpr UINT LAST_PRIVATE = 0x7FFF;
+constexpr UINT LAST_PRIVATE = 0xBFFF;
 
 Letter LetterOf(std::uint32_t kind, HWND to, UINT message, WPARAM first, LPARAM second)
 {
@@ -119,8 +119,7 @@ LRESULT Broadcast(UINT message, WPARAM first, LPARAM second)
 BOOL PostToAll(UINT message, WPARAM first, LPARAM second)
 {
     const DWORD before = GetLastError();
-    const DWORD code =
-        ForAll([&](HWND window) { return Post(window, message, first, second); });
+    const DWORD code = ForAll([&](HWND window) { return Post(window, message, first, second); });
     SetLastError(code ? code : before);
     return TRUE;
 }

@@ -186,10 +186,10 @@ void Queue::HandlePosted(const Connection& connection, const Letter& letter)
         return;
     const bool isImported = record.kind == Record::PARTS;
     // Nobody else may name what is in this process's hands.
-    const bool mayCome = isImported ? Import(letter, message.lParam)
-                                    : record.kind == Record::POST &&
-                                          (!HasParts(record.message) ||
-                                           connection.process == posix.getpid());
+    const bool mayCome =
+        isImported ? Import(letter, message.lParam)
+                   : record.kind == Record::POST &&
+                         (!HasParts(record.message) || connection.process == posix.getpid());
     if (mayCome && !Post(message, isImported) && isImported)
         Discard(message.message, message.lParam);
 }

@@ -83,8 +83,8 @@ WindowReference NewWindow(const CREATESTRUCTA& facts)
     window->extra.resize(static_cast<std::size_t>(window->kind->facts.cbWndExtra));
     window->queue = &Queue::Own();
     const std::string title = facts.lpszName ? FoldOfText(facts.lpszName) : std::string();
-    if (const DWORD code = AddWindow(window->kind->fold, title, window->queue->Socket(),
-                                     window->handle))
+    if (const DWORD code =
+            AddWindow(window->kind->fold, title, window->queue->Socket(), window->handle))
         Fail(code);
     const std::lock_guard lock(windowsMutex);
     Known().emplace(window->handle, window);
@@ -128,7 +128,9 @@ LONG_PTR Exchange(char* place, std::size_t size, const LONG_PTR* change)
 // Where a word of that many bytes stands; null for none.
 char* PlaceOf(Window& window, int index, std::size_t size)
 {
-    const auto as = [](auto& member) { return reinterpret_cast<char*>(&member); };
+    const auto as = [](auto& member) {
+        return reinterpret_cast<char*>(&member);
+    };
     const bool isWide = size == sizeof(LONG_PTR);
     const auto start = static_cast<std::size_t>(index);
     if (index >= 0)
@@ -211,8 +213,9 @@ HWND CreateWindowExA(DWORD extendedStyle, LPCSTR className, LPCSTR title, DWORD 
     return Guarded(HWND(nullptr), [&] {
         if (parent)
             Fail(ERROR_INVALID_WINDOW_HANDLE);
-        CREATESTRUCTA facts = {parameter, InstanceOf(instance), menu, parent, height, width, y, x,
-                               static_cast<LONG>(style), title, className, extendedStyle};
+        CREATESTRUCTA facts = {
+            parameter, InstanceOf(instance),     menu,  parent,    height,       width, y,
+            x,         static_cast<LONG>(style), title, className, extendedStyle};
         return Create(facts);
     });
 }

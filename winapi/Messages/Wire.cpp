@@ -116,8 +116,8 @@ Descriptor Attached(msghdr& message)
 {
     Descriptor file;
     for (cmsghdr* head = CMSG_FIRSTHDR(&message); head; head = CMSG_NXTHDR(&message, head))
-        for (std::size_t at = CMSG_LEN(0); head->cmsg_level == SOL_SOCKET &&
-                                           head->cmsg_type == SCM_RIGHTS && at < head->cmsg_len;
+        for (std::size_t at = CMSG_LEN(0);
+             head->cmsg_level == SOL_SOCKET && head->cmsg_type == SCM_RIGHTS && at < head->cmsg_len;
              at += sizeof(int)) {
             int fd;
             std::memcpy(&fd, reinterpret_cast<char*>(head) + at, sizeof fd);
@@ -177,7 +177,8 @@ DWORD Connect(const std::string& name, Descriptor& connection)
     connection = NewSocket();
     if (!connection)
         return CodeOf(errno);
-    if (Retried([&] { return posix.connect(connection.Get(), address.Get(), address.Size()); }) != 0)
+    if (Retried([&] { return posix.connect(connection.Get(), address.Get(), address.Size()); }) !=
+        0)
         return CodeOfDelivery(errno);
     return IsOwnUser(connection.Get(), process) ? 0 : ERROR_INVALID_WINDOW_HANDLE;
 }

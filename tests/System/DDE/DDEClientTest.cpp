@@ -20,7 +20,7 @@ constexpr unsigned LONG_TIME = 60000; // Milliseconds: nobody waits that long.
 class WordServer : public CT_DDEServer
 {
 public:
-    explicit WordServer(const char* service) : CT_DDEServer(nullptr, service) {}
+    explicit WordServer(const char* service) : CT_DDEServer(Module(), service) {}
     HWND Handle() const { return h_GetWindow(); }
 
     int vb_Initiate(HWND, unsigned short topic) override { return NameOf(topic) == "Words"; }
@@ -94,8 +94,10 @@ protected:
         return count;
     }
 
-    Server server{[] { return WordServer("OstraWords"); }};
-    CT_DDEClient client{nullptr};
+    Server server{[] {
+        return WordServer("OstraWords");
+    }};
+    CT_DDEClient client{Module()};
     CT_Buffer out{0, 32};
 };
 } // namespace
@@ -282,7 +284,7 @@ TEST_F(DDEClient, WithAnErrorSetItHasNoWindow)
 {
     Errors().v_SetError(4711, Units(u"earlier"));
     {
-        CT_DDEClient late(nullptr);
+        CT_DDEClient late(Module());
         EXPECT_EQ(late.h_DDEInitiate("OstraWords", "Words"), nullptr);
     }
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "number", LONG_TIME), 100000);
@@ -291,7 +293,7 @@ TEST_F(DDEClient, WithAnErrorSetItHasNoWindow)
 
 TEST_F(DDEClient, ThePlainFunctionReadsANumber)
 {
-    CT_DDEClient::sv_SetInstance(nullptr);
+    CT_DDEClient::sv_SetInstance(Module());
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "number", LONG_TIME), 42);
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "letters", LONG_TIME), 0);
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "empty", LONG_TIME), 0);
@@ -309,7 +311,7 @@ TEST_F(DDEClient, TheWindowsClassBelongsToTheInstance)
     EXPECT_FALSE(GetClassInfoA(instance, CT_DDEClient::sqcz_ClassName, &facts));
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "number", LONG_TIME), 42);
     EXPECT_TRUE(GetClassInfoA(instance, CT_DDEClient::sqcz_ClassName, &facts));
-    CT_DDEClient::sv_SetInstance(nullptr);
+    CT_DDEClient::sv_SetInstance(Module());
 }
 
 TEST_F(DDEClient, ATextIsSentToAWindowOfAClass)
@@ -350,16 +352,16 @@ TEST_F(DDEClient, TalksToAnotherProcess)
     const std::string service = Unique("OstraFar");
     ChildProcess child("DDEWords", {service});
     ASSERT_EQ(child.ReadLine(), "ready");
-    const HWND far = client.h_DDEInitiate(service.c_str(), "Words");
-    ASSERT_NE(far, nullptr);
-    EXPECT_EQ(client.b_DDERequest(far, "number", LONG_TIME, &out), 1);
+    const HWND remote = client.h_DDEInitiate(service.c_str(), "Words");
+    ASSERT_NE(remote, nullptr);
+    EXPECT_EQ(client.b_DDERequest(remote, "number", LONG_TIME, &out), 1);
     EXPECT_EQ(Text(out), Ended("42"));
-    EXPECT_EQ(client.b_DDERequest(far, "64K", LONG_TIME, &out), 1);
+    EXPECT_EQ(client.b_DDERequest(remote, "64K", LONG_TIME, &out), 1);
     EXPECT_TRUE(Text(out) == Ended(std::string(0x10000, 'k')));
-    EXPECT_EQ(client.b_DDERequest(far, "refused", LONG_TIME, &out), 0);
-    EXPECT_LT(TicksOf([&] { client.v_DDETerminate(far); }), 2900U);
+    EXPECT_EQ(client.b_DDERequest(remote, "refused", LONG_TIME, &out), 0);
+    EXPECT_LT(TicksOf([&] { client.v_DDETerminate(remote); }), 2900U);
     EXPECT_EQ(i_DDERequest(service.c_str(), "Words", "number", LONG_TIME), 42);
-    PostMessageA(far, QUIT, 0, 0);
+    PostMessageA(remote, QUIT, 0, 0);
     EXPECT_EQ(child.Wait(), 0);
     EXPECT_EQ(client.h_DDEInitiate(service.c_str(), "Words"), nullptr);
 }
@@ -370,11 +372,11 @@ TEST_F(DDEClient, TakesLargeItemsFromAnotherProcess)
     const std::string service = Unique("OstraLarge");
     ChildProcess child("DDEWords", {service});
     ASSERT_EQ(child.ReadLine(), "ready");
-    const HWND far = client.h_DDEInitiate(service.c_str(), "Words");
-    EXPECT_EQ(client.b_DDERequest(far, "3M", LONG_TIME, &out), 1);
+    const HWND remote = client.h_DDEInitiate(service.c_str(), "Words");
+    EXPECT_EQ(client.b_DDERequest(remote, "3M", LONG_TIME, &out), 1);
     EXPECT_TRUE(Text(out) == Ended(std::string(3000000, 'm')));
-    client.v_DDETerminate(far);
-    PostMessageA(far, QUIT, 0, 0);
+    client.v_DDETerminate(remote);
+    PostMessageA(remote, QUIT, 0, 0);
     EXPECT_EQ(child.Wait(), 0);
 }
 #endif
@@ -384,11 +386,11 @@ TEST_F(DDEClient, AKilledServerIsASystemErrorOrNobody)
     const std::string service = Unique("OstraKilled");
     ChildProcess child("DDEWords", {service});
     ASSERT_EQ(child.ReadLine(), "ready");
-    const HWND far = client.h_DDEInitiate(service.c_str(), "Words");
-    ASSERT_NE(far, nullptr);
-    EXPECT_EQ(client.b_DDERequest(far, "number", LONG_TIME, &out), 1);
+    const HWND remote = client.h_DDEInitiate(service.c_str(), "Words");
+    ASSERT_NE(remote, nullptr);
+    EXPECT_EQ(client.b_DDERequest(remote, "number", LONG_TIME, &out), 1);
     child.Kill();
-    EXPECT_EQ(client.b_DDERequest(far, "number", 1000, &out), 0);
+    EXPECT_EQ(client.b_DDERequest(remote, "number", 1000, &out), 0);
     EXPECT_EQ(TakeFailure().code, 1400U);
     EXPECT_EQ(client.h_DDEInitiate(service.c_str(), "Words"), nullptr);
     EXPECT_EQ(i_DDERequest(service.c_str(), "Words", "number", 100), 100000);

@@ -21,7 +21,7 @@ HINSTANCE Instance(unsigned value)
 class Server : public CT_DDEServer
 {
 public:
-    Server() : CT_DDEServer(nullptr, "OstraService") {}
+    Server() : CT_DDEServer(Module(), "OstraService") {}
 
     int vb_Initiate(HWND, unsigned short topic) override
     {
@@ -71,10 +71,10 @@ class DDEServer : public testing::Test
 protected:
     ~DDEServer() override { EXPECT_EQ(TakeFailure(), Failure()); }
 
-    void Begin(Client& client)
+    void Begin(Client& from)
     {
-        client.Initiate(Window(), "OstraService", "Words");
-        EXPECT_EQ(client.Take().size(), 1U);
+        from.Initiate(Window(), "OstraService", "Words");
+        EXPECT_EQ(from.Take().size(), 1U);
         server->log.clear();
     }
     HWND Window() const { return server->h_GetWindow(); }
@@ -122,7 +122,7 @@ TEST_F(DDEServer, PassesOverWhatItDoesNotServe)
 
 TEST_F(DDEServer, TheBaseRefusesEverything)
 {
-    CT_DDEServer base(nullptr, "OstraBase");
+    CT_DDEServer base(Module(), "OstraBase");
     client.Initiate(base.h_GetWindow(), "OstraBase", "Words");
     EXPECT_EQ(client.Take(), Entries());
     unsigned ordinal = 5;
@@ -158,7 +158,9 @@ TEST_F(DDEServer, DataAreTextInABlockThatTheClientFrees)
     EXPECT_EQ(entries[0].message, DATA);
     EXPECT_EQ(entries[0].from, Window());
     EXPECT_EQ(entries[0].high, ITEM);
-    EXPECT_EQ(BytesOf(entries[0].low), std::string("\x00\x30\x01\x00" "a value\0\0", 13));
+    EXPECT_EQ(BytesOf(entries[0].low), std::string("\x00\x30\x01\x00"
+                                                   "a value\0\0",
+                                                   13));
     EXPECT_EQ(GlobalFree(AsBlock(entries[0].low)), nullptr);
     // To a client that is gone nothing is sent, and nothing is reported.
     const HWND gone = Client();
@@ -244,8 +246,7 @@ TEST_F(DDEServer, EitherSideEndsAConversationInTheSameWay)
     EXPECT_EQ(server->log, Log{"terminate"});
     Begin(client);
     server->v_AcknowledgeTerminate(client, ITEM, 0, 1);
-    EXPECT_EQ(client.Take(),
-              (Entries{{ACK, Window(), 0x8000, ITEM}, {TERMINATE, Window(), 0, 0}}));
+    EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0x8000, ITEM}, {TERMINATE, Window(), 0, 0}}));
     EXPECT_EQ(server->log, Log{"terminate"});
     server->v_AcknowledgeTerminate(client, ITEM, 0, 1);
     EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0x8000, ITEM}}));
@@ -320,7 +321,7 @@ TEST_F(DDEServer, OneThatGetsNoWindowLeavesTheOthersDeafUntilTheNext)
     EXPECT_EQ(TakeFailure().trail, std::vector<std::string>{"System/DDE/DDEServer"});
     Post(REQUEST, client, Words(1, ITEM));
     EXPECT_EQ(server->log, Log());
-    const CT_DDEServer next(nullptr, "OstraNext");
+    const CT_DDEServer next(Module(), "OstraNext");
     Post(REQUEST, client, Words(1, ITEM));
     EXPECT_EQ(server->log.size(), 1U);
     client.Take();
@@ -330,7 +331,7 @@ TEST_F(DDEServer, OneThatGetsNoWindowLeavesTheOthersDeafUntilTheNext)
 TEST_F(DDEServer, WithAnErrorSetItMakesNoWindow)
 {
     Errors().v_SetError(4711, Units(u"earlier"));
-    CT_DDEServer late(nullptr, "OstraLateService");
+    CT_DDEServer late(Module(), "OstraLateService");
     EXPECT_EQ(late.h_GetWindow(), nullptr);
     const Failure failure = TakeFailure();
     EXPECT_EQ(failure.code, 4711U);

@@ -33,6 +33,11 @@ struct Entry
     bool operator==(const Entry&) const = default;
 };
 
+inline HINSTANCE Module()
+{
+    return GetModuleHandleA(nullptr);
+}
+
 inline LPARAM Words(unsigned low, unsigned high)
 {
     return static_cast<LPARAM>((low & 0xFFFF) | high << 16);

@@ -80,8 +80,7 @@ TEST(Atom, WhatIsNoTextAndNoNumberIsRefused)
     RunRows({CALL(GlobalAddAtomA(""), 0, 87), CALL(GlobalAddAtomA("#0"), 0, 87),
              CALL(GlobalAddAtomA("#49152"), 0, 87), CALL(GlobalAddAtomA("#99999999999"), 0, 87),
              CALL(GlobalAddAtomA(longer.c_str()), 0, 87),
-             CALL(GlobalFindAtomA(longer.c_str()), 0, 87),
-             CALL(GlobalFindAtomA("#0"), 0, 87)});
+             CALL(GlobalFindAtomA(longer.c_str()), 0, 87), CALL(GlobalFindAtomA("#0"), 0, 87)});
     const ATOM atom = GlobalAddAtomA(longest.c_str());
     EXPECT_TRUE(IsString(atom));
     EXPECT_EQ(NameOf(atom), longest);

@@ -72,8 +72,8 @@ LRESULT CALLBACK Serve(HWND window, UINT message, WPARAM first, LPARAM second)
     switch (message) {
     case REQUEST: {
         const std::string text(static_cast<std::size_t>(second) & 0xFFFF, 'v');
-        const LPARAM packed =
-            PackDDElParam(DATA, AsPart(Block(RELEASE, text)), static_cast<UINT_PTR>(second) >> 16);
+        const LPARAM packed = PackDDElParam(DATA, AsPart(Block(RELEASE, text)),
+                                            static_cast<UINT_PTR>(second) >> 16 & 0xFFFF);
         PostMessageA(client, DATA, own, packed);
         return 0;
     }

@@ -8,21 +8,21 @@
 
 namespace
 {
-constexpr UINT DOUBLE = WM_USER + 1;
+constexpr UINT TWICE = WM_USER + 1;
 constexpr UINT NEST = WM_USER + 2;
 constexpr UINT THREAD = WM_USER + 3;
 constexpr UINT END = WM_USER + 4;
-constexpr UINT LEAVE = 0x8123; // One that is broadcast.
+constexpr UINT LEAVE = 0xC123; // One that is broadcast.
 
 // Answers what it is asked, on the thread that made the window.
 LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM first, LPARAM second)
 {
     Told().push_back(message);
     switch (message) {
-    case DOUBLE:
+    case TWICE:
         return static_cast<LRESULT>(first) * 2 + second;
     case NEST: // Asks the asker in its turn.
-        return SendMessageA(reinterpret_cast<HWND>(first), DOUBLE, 20, 2);
+        return SendMessageA(reinterpret_cast<HWND>(first), TWICE, 20, 2);
     case THREAD:
         return static_cast<LRESULT>(GetCurrentThreadId());
     case LEAVE:
@@ -33,7 +33,6 @@ LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM first, LPARAM second)
         return DefWindowProcA(window, message, first, second);
     }
 }
-
 
 // A thread with a window, which answers until it is told to end.
 class Partner
@@ -94,10 +93,10 @@ TEST_F(Message, PostsComeInTheirOrder)
 TEST_F(Message, ALookLeavesTheMessageWhereItIs)
 {
     MSG message = {};
-    PostMessageA(window, DOUBLE, 1, 2);
+    PostMessageA(window, TWICE, 1, 2);
     EXPECT_TRUE(PeekMessageA(&message, window, 0, 0, PM_NOREMOVE));
-    EXPECT_FALSE(PeekMessageA(&message, window, DOUBLE + 1, DOUBLE + 9, PM_REMOVE));
-    EXPECT_TRUE(PeekMessageA(&message, window, DOUBLE, DOUBLE, PM_REMOVE));
+    EXPECT_FALSE(PeekMessageA(&message, window, TWICE + 1, TWICE + 9, PM_REMOVE));
+    EXPECT_TRUE(PeekMessageA(&message, window, TWICE, TWICE, PM_REMOVE));
     EXPECT_EQ(DispatchMessageA(&message), 4);
     EXPECT_FALSE(PeekMessageA(&message, window, 0, 0, PM_REMOVE));
 }
@@ -106,41 +105,41 @@ TEST_F(Message, MessagesOfOtherWindowsWait)
 {
     MSG message = {};
     const HWND other = kind.Make();
-    PostMessageA(other, DOUBLE, 0, 0);
+    PostMessageA(other, TWICE, 0, 0);
     EXPECT_FALSE(PeekMessageA(&message, window, 0, 0, PM_REMOVE));
     EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
     EXPECT_EQ(message.hwnd, other);
-    PostMessageA(other, DOUBLE, 0, 0);
+    PostMessageA(other, TWICE, 0, 0);
     EXPECT_TRUE(DestroyWindow(other));
-    EXPECT_FALSE(PeekMessageA(&message, nullptr, DOUBLE, DOUBLE, PM_REMOVE));
-    RunRows({CALL(PostMessageA(other, DOUBLE, 0, 0), 0, 1400),
+    EXPECT_FALSE(PeekMessageA(&message, nullptr, TWICE, TWICE, PM_REMOVE));
+    RunRows({CALL(PostMessageA(other, TWICE, 0, 0), 0, 1400),
              CALL(PeekMessageA(&message, other, 0, 0, PM_REMOVE), 0, 1400),
-             CALL(SendMessageA(other, DOUBLE, 1, 1), 0, 1400)});
+             CALL(SendMessageA(other, TWICE, 1, 1), 0, 1400)});
 }
 
 TEST_F(Message, ASendIsACallOnTheThreadOfTheWindow)
 {
-    EXPECT_EQ(SendMessageA(window, DOUBLE, 20, 2), 42);
+    EXPECT_EQ(SendMessageA(window, TWICE, 20, 2), 42);
     EXPECT_EQ(SendMessageA(window, THREAD, 0, 0), static_cast<LRESULT>(GetCurrentThreadId()));
     const Partner partner;
-    EXPECT_EQ(SendMessageA(partner.Window(), DOUBLE, 20, 2), 42);
+    EXPECT_EQ(SendMessageA(partner.Window(), TWICE, 20, 2), 42);
     EXPECT_EQ(SendMessageA(partner.Window(), THREAD, 0, 0), static_cast<LRESULT>(partner.Id()));
-    EXPECT_EQ(SendMessageA(partner.Window(), DOUBLE, 0, -7), -7);
+    EXPECT_EQ(SendMessageA(partner.Window(), TWICE, 0, -7), -7);
 }
 
 TEST_F(Message, TheSenderGoesOnTakingWhatIsSent)
 {
     const Partner partner;
     EXPECT_EQ(SendMessageA(partner.Window(), NEST, reinterpret_cast<WPARAM>(window), 0), 42);
-    EXPECT_EQ(Only({DOUBLE}), std::vector<UINT>{DOUBLE});
+    EXPECT_EQ(Only({TWICE}), std::vector<UINT>{TWICE});
 }
 
 TEST_F(Message, NoWindowAndItsThreadTakesNone)
 {
     const HWND foreign = reinterpret_cast<HWND>(static_cast<UINT_PTR>(0x7FFFFFF0));
-    RunRows({CALL(PostMessageA(foreign, DOUBLE, 0, 0), 0, 1400),
-             CALL(SendMessageA(foreign, DOUBLE, 0, 0), 0, 1400),
-             CALL(SendMessageA(nullptr, DOUBLE, 0, 0), 0, 1400)});
+    RunRows({CALL(PostMessageA(foreign, TWICE, 0, 0), 0, 1400),
+             CALL(SendMessageA(foreign, TWICE, 0, 0), 0, 1400),
+             CALL(SendMessageA(nullptr, TWICE, 0, 0), 0, 1400)});
 }
 
 TEST_F(Message, ABroadcastReachesAllThatAreNotPrivate)
@@ -155,8 +154,9 @@ TEST_F(Message, ABroadcastReachesAllThatAreNotPrivate)
         EXPECT_FALSE(IsWindow(gone));
     const HWND last = kind.Make();
     Told().clear();
-    SendMessageA(HWND_BROADCAST, DOUBLE, 0, 0);
-    EXPECT_EQ(Only({DOUBLE}), std::vector<UINT>{});
+    for (const UINT own : {TWICE, 0x7FFFU, 0x8000U, 0xBFFFU})
+        SendMessageA(HWND_BROADCAST, own, 0, 0);
+    EXPECT_EQ(Only({TWICE, 0x7FFF, 0x8000, 0xBFFF}), std::vector<UINT>{});
     EXPECT_TRUE(DestroyWindow(last));
     PumpUntil(nullptr, 0);
 }
@@ -170,7 +170,7 @@ TEST_F(Message, ATimerComesAgainAndAgainUntilItIsKilled)
         EXPECT_EQ(message.lParam, 0);
     }
     EXPECT_TRUE(KillTimer(window, 5));
-    RunRows({CALL(KillTimer(window, 5), 0, Side(87, 0)), CALL(KillTimer(nullptr, 12345), 0, Side(87, 0))});
+    RunRows({CALL(KillTimer(window, 5), 0, 87), CALL(KillTimer(nullptr, 12345), 0, 87)});
 }
 
 TEST_F(Message, ATimerWaitsForItsTimeAndComesBehindPosts)
@@ -183,9 +183,9 @@ TEST_F(Message, ATimerWaitsForItsTimeAndComesBehindPosts)
     PumpUntil(window, WM_TIMER);
     EXPECT_GE(GetTickCount() - start, 90U);
     std::this_thread::sleep_for(std::chrono::milliseconds(350));
-    PostMessageA(window, DOUBLE, 0, 0);
+    PostMessageA(window, TWICE, 0, 0);
     EXPECT_TRUE(PeekMessageA(&message, window, 0, 0, PM_REMOVE));
-    EXPECT_EQ(message.message, DOUBLE);
+    EXPECT_EQ(message.message, TWICE);
     // One waits, however often its time has come.
     EXPECT_TRUE(PeekMessageA(&message, window, 0, 0, PM_REMOVE));
     EXPECT_EQ(message.message, static_cast<UINT>(WM_TIMER));
@@ -215,10 +215,10 @@ TEST_F(Message, AThreadThatEndsReleasesWhoWaitsForIt)
     });
     while (!silent)
         std::this_thread::yield();
-    RunRows({CALL(SendMessageA(silent, DOUBLE, 1, 1), 0, Side(1400, 0))});
+    RunRows({CALL(SendMessageA(silent, TWICE, 1, 1), 0, Side(1400, 5))});
     thread.join();
     EXPECT_FALSE(IsWindow(silent));
-    RunRows({CALL(PostMessageA(silent, DOUBLE, 1, 1), 0, 1400)});
+    RunRows({CALL(PostMessageA(silent, TWICE, 1, 1), 0, 1400)});
 }
 
 CHILD_PROCESS(MessagePartner)
@@ -238,14 +238,14 @@ TEST_F(Message, ProcessesPostAndSend)
     const HWND partner = FindWindowA(name.c_str(), nullptr);
     ASSERT_NE(partner, nullptr);
     EXPECT_TRUE(IsWindow(partner));
-    EXPECT_EQ(SendMessageA(partner, DOUBLE, 20, 2), 42);
+    EXPECT_EQ(SendMessageA(partner, TWICE, 20, 2), 42);
     EXPECT_EQ(SendMessageA(partner, NEST, reinterpret_cast<WPARAM>(window), 0), 42);
-    RunRows({CALL(SetWindowLongA(partner, GWLP_USERDATA, 1), 0, 5),
+    RunRows({CALL(SetWindowLongA(partner, GWLP_USERDATA, 1), 0, Side(5, 0)),
              CALL(DestroyWindow(partner), 0, 5)});
     EXPECT_TRUE(PostMessageA(partner, END, 0, 0));
     EXPECT_EQ(child.Wait(), 0);
     EXPECT_EQ(FindWindowA(name.c_str(), nullptr), nullptr);
-    RunRows({CALL(PostMessageA(partner, DOUBLE, 0, 0), 0, 1400)});
+    RunRows({CALL(PostMessageA(partner, TWICE, 0, 0), 0, 1400)});
 }
 
 TEST_F(Message, TheWindowsOfAKilledProcessAreGone)
@@ -258,6 +258,6 @@ TEST_F(Message, TheWindowsOfAKilledProcessAreGone)
     child.Kill();
     EXPECT_EQ(FindWindowA(name.c_str(), nullptr), nullptr);
     EXPECT_FALSE(IsWindow(partner));
-    RunRows({CALL(PostMessageA(partner, DOUBLE, 0, 0), 0, 1400),
-             CALL(SendMessageA(partner, DOUBLE, 0, 0), 0, 1400)});
+    RunRows({CALL(PostMessageA(partner, TWICE, 0, 0), 0, 1400),
+             CALL(SendMessageA(partner, TWICE, 0, 0), 0, 1400)});
 }

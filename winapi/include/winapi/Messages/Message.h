@@ -51,7 +51,7 @@ constexpr UINT USER_TIMER_MAXIMUM = 0x7FFFFFFF;
 // owner runs it, while this thread goes on handling what is sent to it. 0 with
 // ERROR_INVALID_WINDOW_HANDLE (1400) for what is no window, and when its owner ends meanwhile. To
 // HWND_BROADCAST: all windows, the newest first, which are waited for five seconds each at most; 1,
-// with ERROR_TIMEOUT (1460) if that didn't suffice. Numbers from WM_USER to 7FFFh aren't broadcast.
+// with ERROR_TIMEOUT (1460) if that didn't suffice. Numbers from WM_USER to BFFFh aren't broadcast.
 WINAPI_EXPORT LRESULT SendMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam);
 // Leaves the message in the queue of the window's thread. FALSE with ERROR_INVALID_WINDOW_HANDLE
 // (1400), or ERROR_NOT_ENOUGH_QUOTA (1816) when the thread takes none any more. Null posts to the

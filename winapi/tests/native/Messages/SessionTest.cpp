@@ -77,7 +77,8 @@ CHILD_PROCESS(SessionUser)
 
 CHILD_PROCESS(SessionIdler)
 {
-    return getenv("XDG_RUNTIME_DIR") && fs::exists(fs::path(getenv("XDG_RUNTIME_DIR")) / "ostra-winapi");
+    return getenv("XDG_RUNTIME_DIR") &&
+           fs::exists(fs::path(getenv("XDG_RUNTIME_DIR")) / "ostra-winapi");
 }
 
 // Holds a window, a socket and atoms until it is killed.

@@ -289,7 +289,7 @@ TEST_F(Wire, ABroadcastWaitsFiveSecondsForWhoIsSilent)
     while (!ready)
         std::this_thread::yield();
     const DWORD start = GetTickCount();
-    RunRows({CALL(SendMessageA(HWND_BROADCAST, 0x8123, 0, 0), 1, 1460)});
+    RunRows({CALL(SendMessageA(HWND_BROADCAST, 0xC123, 0, 0), 1, 1460)});
     EXPECT_GE(GetTickCount() - start, 4900U);
     EXPECT_EQ(calls, 1U); // The one behind it was reached.
     over = true;
