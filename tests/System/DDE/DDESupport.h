@@ -22,6 +22,14 @@ constexpr UINT POKE = 0x3E7, EXECUTE = 0x3E8;
 constexpr UINT QUIT = WM_USER + 99;
 constexpr WORD RESPONSE = 0x1000, RELEASE = 0x2000, ACK_REQUEST = 0x8000;
 
+// The platform copies the block of each message that is posted, within a process too, and posts no
+// broken ones.
+#ifdef _WIN32
+constexpr bool COPIES = true;
+#else
+constexpr bool COPIES = false;
+#endif
+
 // A message with its parts.
 struct Entry
 {

@@ -77,7 +77,8 @@ protected:
     static bool IsDropped(const Descriptor& connection)
     {
         char byte;
-        return recv(connection.Get(), &byte, 1, MSG_DONTWAIT) == 0;
+        const ssize_t count = recv(connection.Get(), &byte, 1, MSG_DONTWAIT);
+        return count == 0 || (count < 0 && errno == ECONNRESET);
     }
     bool Comes()
     {
@@ -238,7 +239,8 @@ TEST_F(Wire, AnotherUserIsRefusedOnBothSides)
 
 TEST_F(Wire, ASocketThatIsGoneIsNoWindow)
 {
-    EXPECT_EQ(unlink((SessionFolder() + '/' + socket).c_str()), 0);
+    const std::string path = SessionFolder() + '/' + socket;
+    EXPECT_EQ(rename(path.c_str(), (path + "x").c_str()), 0);
     std::thread sender([&] {
         SetLastError(0);
         EXPECT_FALSE(PostMessageA(window, WM_USER, 0, 0));
@@ -248,6 +250,7 @@ TEST_F(Wire, ASocketThatIsGoneIsNoWindow)
         EXPECT_EQ(GetLastError(), 1400U);
     });
     sender.join();
+    EXPECT_EQ(rename((path + "x").c_str(), path.c_str()), 0);
 }
 
 TEST_F(Wire, ManyPostsWaitAndTooManyAreRefused)
@@ -261,7 +264,8 @@ TEST_F(Wire, ManyPostsWaitAndTooManyAreRefused)
     sender.join();
     std::thread many([&] {
         for (int i = 0; i < 3000; ++i)
-            EXPECT_TRUE(PostMessageA(window, WM_USER, static_cast<WPARAM>(i), 0));
+            ASSERT_TRUE(PostMessageA(window, WM_USER, static_cast<WPARAM>(i), 0))
+                << i << " " << GetLastError();
     });
     many.join();
     MSG message;
