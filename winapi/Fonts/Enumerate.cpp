@@ -1,7 +1,7 @@
 // winapi/Fonts/Enumerate.cpp: the families of the machine and their styles.
+#include "Errors/Failure.h"
 #include "Fonts/CharacterSet.h"
 #include "Fonts/Font.h"
-#include "winapi/Errors/LastError.h"
 
 #include <algorithm>
 #include <cstring>
@@ -107,6 +107,9 @@ int EnumFontFamiliesA(HDC hdc, LPCSTR lpLogfont, FONTENUMPROCA lpProc, LPARAM lP
 {
     const Reference<DeviceContext> context(hdc);
     if (!context || !lpProc)
+        return 0;
+    // Read apart from the calls back, which may do as they like.
+    if (!Guarded(false, [] { return AllFaces(), true; }))
         return 0;
     Caller caller(lpProc, lParam);
     if (lpLogfont)

@@ -70,12 +70,34 @@ const Thing* Publish(std::atomic<const Thing*>& place, std::unique_ptr<Thing> ma
 // All faces, for the life of the process.
 using Catalog = std::vector<const Face*>;
 
+// A face with its names in UTF-8.
+struct FoundFace
+{
+    explicit FoundFace(const FaceNames& told)
+        : file(told.file),
+          family(told.family),
+          style(told.style),
+          fullName(told.fullName),
+          names(told)
+    {}
+
+    FaceNames Names() const
+    {
+        FaceNames own = names;
+        own.file = file.c_str();
+        own.family = family.c_str();
+        own.style = style.c_str();
+        own.fullName = fullName.c_str();
+        return own;
+    }
+
+    std::string file, family, style, fullName;
+    FaceNames names; // Its texts are gone.
+};
+
 void TakeFace(void* place, const FaceNames& names)
 {
-    // A family whose name has no character of the code page can't be asked for.
-    std::unique_ptr<Face> face(new (std::nothrow) Face(names));
-    if (face && face->family.find_first_not_of("? ") != std::string::npos)
-        static_cast<Catalog*>(place)->push_back(face.release());
+    static_cast<std::vector<FoundFace>*>(place)->emplace_back(names);
 }
 
 bool IsBefore(const Face* a, const Face* b)
@@ -84,21 +106,44 @@ bool IsBefore(const Face* a, const Face* b)
     return order ? order < 0 : 2 * a->italic + a->bold < 2 * b->italic + b->bold;
 }
 
+std::unique_ptr<Catalog> MakeCatalog(const std::vector<FoundFace>& found)
+{
+    std::vector<std::unique_ptr<Face>> faces;
+    faces.reserve(found.size());
+    for (const FoundFace& one : found) {
+        faces.push_back(std::make_unique<Face>(one.Names()));
+        // A family whose name has no character of the code page can't be asked for.
+        if (faces.back()->family.find_first_not_of("? ") == std::string::npos)
+            faces.pop_back();
+    }
+    auto catalog = std::make_unique<Catalog>();
+    catalog->reserve(faces.size());
+    for (std::unique_ptr<Face>& face : faces)
+        catalog->push_back(face.release());
+    std::stable_sort(catalog->begin(), catalog->end(), IsBefore);
+    return catalog;
+}
+
 const Catalog& GetCatalog()
 {
     static constinit std::atomic<const Catalog*> catalog;
+    static constinit const Catalog none{};
     if (const Catalog* const found = catalog.load())
         return *found;
-    std::unique_ptr<Catalog> made(new Catalog);
+    std::vector<FoundFace> found;
     if (const Host host; host)
-        host->fonts->list(made.get(), TakeFace);
-    std::stable_sort(made->begin(), made->end(), IsBefore);
-    return *Publish(catalog, std::move(made));
+        host->fonts->list(&found, TakeFace);
+    else
+        return none; // Another time the host may be there.
+    // Behind the scope: to convert a name may need the host too.
+    return *Publish(catalog, MakeCatalog(found));
 }
 
 const Face& BuiltInFace()
 {
-    static const Face& face = *new Face;
+    // Never ended, and made without memory.
+    alignas(Face) static char place[sizeof(Face)];
+    static const Face& face = *new (place) Face;
     return face;
 }
 
@@ -168,38 +213,52 @@ void FaceSize::GetMetrics(TEXTMETRICA& metrics) const
     metrics.tmPitchAndFamily = facts.fixed ? 0x36 : facts.serif ? 0x17 : 0x27;
 }
 
+bool FaceSize::Measure(WCHAR unit, Glyph& glyph) const
+{
+    glyph = {static_cast<int>(BUILT_IN_WIDTH * dots / BUILT_IN_HEIGHT), 0, 1};
+    if (face.file.empty())
+        return true;
+    const Host host;
+    return host && host->fonts->measure(face.file.c_str(), face.index, dots, unit, &glyph);
+}
+
 Glyph FaceSize::GetGlyph(WCHAR unit) const
 {
-    Glyph glyph = {static_cast<int>(BUILT_IN_WIDTH * dots / BUILT_IN_HEIGHT), 0, 1};
-    if (!face.file.empty())
-        if (const Host host; host)
-            host->fonts->measure(face.file.c_str(), face.index, dots, unit, &glyph);
+    Glyph glyph;
+    Measure(unit, glyph);
     return glyph;
+}
+
+std::atomic<short>* FaceSize::GetRow(WCHAR unit) const
+{
+    std::atomic<Row*>& place = rows[unit / ROW];
+    if (Row* const row = place.load(std::memory_order_acquire))
+        return *row;
+    std::atomic<short>* const made = new (std::nothrow) std::atomic<short>[ROW];
+    if (!made)
+        return nullptr;
+    for (unsigned i = 0; i < ROW; ++i)
+        made[i].store(-1, std::memory_order_relaxed);
+    Row* expected = nullptr;
+    if (place.compare_exchange_strong(expected, reinterpret_cast<Row*>(made)))
+        return made;
+    delete[] made;
+    return *expected;
 }
 
 int FaceSize::GetWidth(WCHAR unit) const
 {
-    std::atomic<Row*>& place = rows[unit / ROW];
-    Row* row = place.load(std::memory_order_acquire);
-    if (!row) {
-        std::atomic<short>* const made = new (std::nothrow) std::atomic<short>[ROW];
-        if (!made)
-            return GetGlyph(unit).advance;
-        for (unsigned i = 0; i < ROW; ++i)
-            made[i].store(-1, std::memory_order_relaxed);
-        if (place.compare_exchange_strong(row, reinterpret_cast<Row*>(made)))
-            row = reinterpret_cast<Row*>(made);
-        else
-            delete[] made;
-    }
-    std::atomic<short>& width = (*row)[unit % ROW];
-    int found = width.load(std::memory_order_relaxed);
-    if (found < 0) {
-        found = GetGlyph(unit).advance;
-        if (found >= 0 && found <= 0x7FFF)
-            width.store(static_cast<short>(found), std::memory_order_relaxed);
-    }
-    return found;
+    std::atomic<short>* const row = GetRow(unit);
+    if (!row)
+        return GetGlyph(unit).advance;
+    std::atomic<short>& width = row[unit % ROW];
+    if (const int known = width.load(std::memory_order_relaxed); known >= 0)
+        return known;
+    Glyph glyph;
+    // What couldn't be measured may be so another time.
+    if (Measure(unit, glyph) && glyph.advance >= 0 && glyph.advance <= 0x7FFF)
+        width.store(static_cast<short>(glyph.advance), std::memory_order_relaxed);
+    return glyph.advance;
 }
 
 // ---- Faces --------------------------------------------------------------------------------

@@ -31,6 +31,12 @@ private:
 
     // Widths once asked for; below 0 those that weren't.
     using Row = std::atomic<short>[ROW];
+
+    // False if the face can't be read now; the glyph is the built-in one then.
+    bool Measure(WCHAR unit, Glyph& glyph) const;
+    // The row of a unit; null without memory.
+    std::atomic<short>* GetRow(WCHAR unit) const;
+
     mutable std::atomic<Row*> rows[0x10000 / ROW] = {};
 };
 
@@ -61,7 +67,7 @@ private:
     mutable std::atomic<FaceSize*> sizes = nullptr;
 };
 
-// The faces that can be scaled, by family and style; made at the first call.
+// The faces that can be scaled, by family and style; made at the first call. Throws std::bad_alloc.
 struct Faces
 {
     const Face* const* first;
@@ -73,7 +79,7 @@ struct Faces
 Faces AllFaces();
 
 // Of the family, if it is there, what is nearest in weight and slant; else what Fontconfig takes
-// for it. Never null.
+// for it. Never null. Throws std::bad_alloc.
 const Face* FindFace(const char* family, bool bold, bool italic);
 
 // Whether the names are those of one family: letters of ASCII may be of either case.

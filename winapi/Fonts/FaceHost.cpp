@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 
 #include <fontconfig/fontconfig.h>
@@ -20,6 +21,14 @@ struct PatternEnd
     void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
 };
 using Pattern = std::unique_ptr<FcPattern, PatternEnd>;
+
+struct SetEnd
+{
+    void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
+    void operator()(FcObjectSet* set) const { FcObjectSetDestroy(set); }
+};
+using FontSet = std::unique_ptr<FcFontSet, SetEnd>;
+using ObjectSet = std::unique_ptr<FcObjectSet, SetEnd>;
 
 // Of several names the last English one: Fontconfig puts those of the typographic family in front,
 // which the platform doesn't know.
@@ -66,21 +75,18 @@ bool Tell(const FcPattern* pattern, void* place, void (*take)(void* place, const
 void List(void* place, void (*take)(void* place, const FaceNames& names))
 {
     const Pattern wanted(FcPatternCreate());
-    FcObjectSet* const objects =
-        FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FAMILYLANG, FC_STYLE, FC_STYLELANG,
-                         FC_FULLNAME, FC_FULLNAMELANG, FC_WEIGHT, FC_SLANT, nullptr);
-    if (wanted && objects) {
-        FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-        // Instances of variable fonts have no files of their own.
-        FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
-        if (FcFontSet* const found = FcFontList(nullptr, wanted.get(), objects)) {
-            for (int i = 0; i < found->nfont; ++i)
-                Tell(found->fonts[i], place, take);
-            FcFontSetDestroy(found);
-        }
-    }
-    if (objects)
-        FcObjectSetDestroy(objects);
+    const ObjectSet objects(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FAMILYLANG, FC_STYLE,
+                                             FC_STYLELANG, FC_FULLNAME, FC_FULLNAMELANG, FC_WEIGHT,
+                                             FC_SLANT, nullptr));
+    if (!wanted || !objects)
+        return;
+    FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+    // Instances of variable fonts have no files of their own.
+    FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
+    // The caller may run out of memory and throw.
+    const FontSet found(FcFontList(nullptr, wanted.get(), objects.get()));
+    for (int i = 0; found && i < found->nfont; ++i)
+        Tell(found->fonts[i], place, take);
 }
 
 bool Match(const char* family, bool bold, bool italic, void* place,
@@ -134,11 +140,13 @@ private:
         if (slot.face)
             FT_Done_Face(slot.face);
         slot.face = nullptr;
-        if (FT_New_Face(library, file, index, &slot.face))
-            return false;
-        slot.file = file;
         slot.index = index;
-        return true;
+        try {
+            slot.file = file;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        return !FT_New_Face(library, file, index, &slot.face);
     }
 
     FT_Library library = nullptr;
@@ -148,7 +156,8 @@ private:
 FT_Face FaceOf(const char* file, int index)
 {
     // Never ended: a program may measure texts while it goes.
-    static OpenFaces& faces = *new OpenFaces;
+    alignas(OpenFaces) static char place[sizeof(OpenFaces)];
+    static OpenFaces& faces = *new (place) OpenFaces;
     return faces.Get(file, index);
 }
 

@@ -1,8 +1,8 @@
 // winapi/Fonts/Font.cpp: fonts as objects.
 #include "Fonts/Font.h"
 
+#include "Errors/Failure.h"
 #include "Fonts/CharacterSet.h"
-#include "winapi/Errors/LastError.h"
 #include "winapi/Text/CodePage.h"
 
 #include <cstring>
@@ -52,8 +52,10 @@ const FaceSize* Font::GetSize() const
 {
     if (const FaceSize* const found = size.load())
         return found;
-    const Face* const face = FindFace(request.lfFaceName, IsBold(request), request.lfItalic != 0);
-    const FaceSize* const made = face->GetSize(request.lfHeight);
+    const FaceSize* const made = Guarded<const FaceSize*>(nullptr, [this] {
+        return FindFace(request.lfFaceName, IsBold(request), request.lfItalic != 0)
+            ->GetSize(request.lfHeight);
+    });
     size.store(made);
     return made;
 }
