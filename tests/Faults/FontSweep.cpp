@@ -2,9 +2,12 @@
 #include <Ostra/String/UString.h>
 
 #include "Faults/Sweep.h"
+#include "Support/Private.h"
 #include "System/FontManager/FontSupport.h"
 
 #include <memory>
+
+OSTRA_PRIVATE(SweptManagerExit, void (*)(), &CT_FontManager::sv_Exit);
 
 namespace
 {
@@ -19,6 +22,16 @@ struct Device
     std::unique_ptr<CT_LogicalFont> made;
     CT_UString text{u"before"};
 };
+
+// One that leaves the pool as it was.
+struct Hirer : Device
+{
+    ~Hirer()
+    {
+        CT_FontManager::spco_GetFontManager()->v_Fire(hired);
+        CT_FontManager::spco_GetFontManager()->v_FreeUnused();
+    }
+};
 } // namespace
 
 TEST(FontSweep, HiringGivesAFontOrNone)
@@ -29,20 +42,49 @@ TEST(FontSweep, HiringGivesAFontOrNone)
         report,
         [&] {
             manager.v_FreeUnused();
-            return std::make_unique<Device>();
+            return std::make_unique<Hirer>();
         },
-        [&](Device& device) {
+        [&](Hirer& device) {
             device.hired = manager.pco_Hire(device.dc, &device.name, 204, 17, 1, 0, 0, 0);
         },
-        [&](Device& device, bool failed) {
+        [&](const Hirer& device, bool failed) {
             EXPECT_TRUE(device.hired || failed);
-            manager.v_Fire(device.hired);
             CT_LogicalFont* const again =
                 manager.pco_Hire(device.dc, &device.name, 204, 18, 1, 0, 0, 0);
             ASSERT_NE(again, nullptr);
             EXPECT_EQ(again->n_GetCharSet(), 204u);
             manager.v_Fire(again);
         });
+}
+
+// A manager whose pool has no place yet.
+struct NewManager
+{
+    NewManager()
+    {
+        Private(SweptManagerExit())();
+        CT_FontManager::sv_Init(nullptr);
+        CT_FontManager::spco_GetFontManager();
+    }
+    ~NewManager() { Private(SweptManagerExit())(); }
+
+    Device device;
+};
+
+TEST(FontSweep, AFontWithoutAPlaceInThePoolIsDestroyed)
+{
+    OSTRA_NEEDS_FONTS();
+    Sweep(
+        report, [] { return std::make_unique<NewManager>(); },
+        [](NewManager& made) {
+            made.device.hired = CT_FontManager::spco_GetFontManager()->pco_Hire(
+                made.device.dc, &made.device.name, 204, 17, 0, 0, 0, 0);
+        },
+        [](NewManager& made, bool failed) {
+            EXPECT_TRUE(made.device.hired || failed);
+            CT_FontManager::spco_GetFontManager()->v_Fire(made.device.hired);
+        });
+    CT_FontManager::sv_Init(nullptr);
 }
 
 // Without its table a font measures by calls.
@@ -57,8 +99,8 @@ TEST(FontSweep, AFontMeasuresTheSame)
                                                            12, 0, 0, 0, 0);
         },
         [&](Device& device, bool failed) {
-            ASSERT_NE(device.made, nullptr);
-            if (failed)
+            EXPECT_TRUE(device.made || failed);
+            if (failed || !device.made)
                 return;
             SelectObject(device.dc, device.made->h_GetHandle());
             EXPECT_GT(device.made->n_GetTextExtent(device.dc, &text, 0, 0xFFFFFFFF), 100u);

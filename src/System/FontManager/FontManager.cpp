@@ -62,7 +62,8 @@ void CT_FontManager::operator delete(void* pv_Object)
 CT_FontManager::CT_FontManager(unsigned n_Fonts)
     : co_Fonts(sizeof(CT_LogicalFont*), GROWTH, 0),
       co_Families(CT_CompList::es_Byte, 4, 0, 0, LIST_GROWTH, 0),
-      b_IsRead(false)
+      b_IsRead(false),
+      b_IsEnded(false)
 {
     v_Null();
     v_Init(n_Fonts);
@@ -102,6 +103,10 @@ void CT_FontManager::sv_Exit()
 
 void CT_FontManager::v_Exit()
 {
+    // After v_Set the end of the process comes by once more.
+    if (b_IsEnded)
+        return;
+    b_IsEnded = true;
     for (unsigned n = co_Fonts.n_GetCount(); n; --n)
         delete pco_GetAt(n);
     delete pco_SystemFont;
@@ -182,7 +187,7 @@ CT_LogicalFont* CT_FontManager::pco_Hire(HDC h_DC, const CT_String* pcco_Name, u
                                          unsigned n_Size, int b_Bold, int b_Italic, int b_Underline,
                                          int b_StrikeOut)
 {
-    if (!pcco_Name->vn_GetLength())
+    if (!pcco_Name->vn_GetLength() || b_IsEnded)
         return pco_SystemFont;
     CT_UString co_Name(pcco_Name);
     sv_StripCharsetSpecifier(&co_Name, n_Charset);
@@ -199,13 +204,23 @@ CT_LogicalFont* CT_FontManager::pco_Hire(HDC h_DC, const CT_String* pcco_Name, u
     } else {
         pco_Font = new CT_LogicalFont(sh_Instance, h_DC, &co_Name, n_Charset, n_Size, b_Bold,
                                       b_Italic, b_Underline, b_StrikeOut);
-        if (!pco_Font)
+        if (!pco_Font || !b_Place(pco_Font))
             return nullptr;
-        v_MakeRoom();
-        co_Fonts.v_Insert(&pco_Font);
     }
     pco_Font->v_Lock();
     return pco_Font;
+}
+
+// Puts a new font at the end of the pool. Without memory for its place the font is destroyed.
+bool CT_FontManager::b_Place(CT_LogicalFont* pco_Font)
+{
+    v_MakeRoom();
+    const unsigned n_Count = co_Fonts.n_GetCount();
+    co_Fonts.v_Insert(&pco_Font);
+    if (co_Fonts.n_GetCount() != n_Count)
+        return true;
+    delete pco_Font;
+    return false;
 }
 
 // Keeps a font from being the next to go. With free places in the pool none goes.
@@ -242,7 +257,7 @@ void CT_FontManager::v_Fire(CT_LogicalFont* pco_Font)
 
 void CT_FontManager::v_FreeUnused()
 {
-    for (unsigned n = co_Fonts.n_GetCount(); n; --n) {
+    for (unsigned n = b_IsEnded ? 0 : co_Fonts.n_GetCount(); n; --n) {
         CT_LogicalFont* const pco_Font = pco_GetAt(n);
         if (pco_Font->b_IsLocked())
             continue;

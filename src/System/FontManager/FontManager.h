@@ -61,8 +61,8 @@ public:
     void v_Fire(CT_LogicalFont* pco_Font);
     // Destroys all fonts that nobody has hired.
     void v_FreeUnused();
-    // Kept: destroys all fonts and leaves the pool with pointers to them. The manager is of no use
-    // afterwards.
+    // Kept: destroys all fonts, hired ones too, and leaves the pool with pointers to them. The
+    // manager is of no use afterwards: it hires nothing out.
     void v_Set() { v_Exit(); }
 
     // ---- Questions --------------------------------------------------------------------------
@@ -126,6 +126,7 @@ private:
     CT_LogicalFont* pco_GetAt(unsigned n_Position) const;
     void v_MoveToEnd(unsigned n_Position);
     void v_MakeRoom();
+    bool b_Place(CT_LogicalFont* pco_Font);
 
     // The order of the members is part of the interface.
     CT_VoidArray co_Fonts; // CT_LogicalFont*, the one placed last at the end
@@ -134,6 +135,7 @@ private:
     CT_LogicalFont* pco_SystemDefaultFont;
     CT_CompList co_Families; // full names, each with length and styles of the face
     bool b_IsRead;           // the system was asked
+    bool b_IsEnded;          // the fonts are gone
 
     static CT_FontManager* spco_FontManager;
     static HINSTANCE sh_Instance;

@@ -100,8 +100,8 @@ void CT_LogicalFont::v_InitRequest(unsigned n_Charset, int b_Bold, int b_Italic,
 {
     tagLOGFONTA* const pso_LogFont = pso_GetLogFont();
     std::memset(pso_LogFont, 0, sizeof(*pso_LogFont));
-    const int i_Scaled = static_cast<int>(n_Points * n_PixelsPerInch);
-    pso_LogFont->lfHeight = (-POINTS_PER_INCH / 2 - i_Scaled) / POINTS_PER_INCH;
+    const unsigned n_Scaled = POINTS_PER_INCH / 2 + n_Points * n_PixelsPerInch;
+    pso_LogFont->lfHeight = static_cast<int>(0 - n_Scaled) / POINTS_PER_INCH;
     pso_LogFont->lfItalic = static_cast<BYTE>(b_Italic);
     pso_LogFont->lfUnderline = static_cast<BYTE>(b_Underline);
     pso_LogFont->lfWeight = b_Bold ? BOLD : REGULAR;

@@ -198,6 +198,18 @@ TEST_F(FontManager, FreeUnusedDestroysWhatNobodyHas)
     EXPECT_EQ(Most(), 32u);
 }
 
+TEST_F(FontManager, AnotherResolutionIsAnotherFont)
+{
+    // What is no device has none.
+    ASSERT_EQ(GetDeviceCaps(nullptr, LOGPIXELSY), 0);
+    CT_LogicalFont* const other = Hire(nullptr, {});
+    CT_LogicalFont* const font = Hire(dc, {});
+    EXPECT_NE(other, font);
+    EXPECT_EQ(other->i_GetHeight(), 0);
+    EXPECT_EQ(Hire(nullptr, {}), other);
+    EXPECT_EQ(Hire(dc, {}), font);
+}
+
 TEST_F(FontManager, LockedFontsCountAsHired)
 {
     CT_LogicalFont* const font = Hire(dc, {});
@@ -383,6 +395,42 @@ TEST(FontManagerLife, ManagerThatIsMadeAnewLeavesTheOldOneAlone)
     *Private(ManagerObject()) = old;
     Private(ManagerExit())();
     CT_FontManager::sv_Init(CT_OstraDLLMain::sh_GetInstance());
+}
+
+TEST(FontManagerLife, ManagerThatWasSetHiresNothingOutAndEndsInPeace)
+{
+    CT_FontManager* const manager = CT_FontManager::spco_GetFontManager();
+    ASSERT_NE(manager, nullptr);
+    const Screen dc;
+    CT_LogicalFont* const font = Hire(dc, {});
+    ASSERT_NE(font, nullptr);
+    Hire(dc, {"Liberation Serif"});
+    manager->v_Fire(font);
+    manager->v_Set();
+    EXPECT_EQ(Hire(dc, {}), nullptr);
+    EXPECT_EQ(Hire(dc, {""}), nullptr);
+    EXPECT_EQ(manager->pcco_GetSystemDefaultFont(), nullptr);
+    manager->v_FreeUnused();
+    manager->v_Set();
+    Private(ManagerExit())();
+    CT_FontManager::sv_Init(CT_OstraDLLMain::sh_GetInstance());
+}
+
+// On a machine without a font, too.
+TEST(FontManagerLife, FontsAreHiredWhateverTheMachineHas)
+{
+    const Screen dc;
+    const CT_UString text(u"plain \u0416\u65E5\xD83D\xDE00 text");
+    for (const char* name : {"DejaVu Sans", "No Such Face", "No Such Face Cyr", "\xFF\xFE"})
+        for (const unsigned charset : {0u, 1u, 77u, 128u, 204u, 999u}) {
+            CT_LogicalFont* const font = Hire(dc, {name, charset, 12, 1, 1});
+            ASSERT_NE(font, nullptr);
+            EXPECT_EQ(font->n_GetCharSet(), charset & 0xFF);
+            font->n_GetTextExtent(dc, &text, 0, text.vn_GetLength());
+            font->b_IsLocaleSupported(dc, 0x409);
+            CT_FontManager::spco_GetFontManager()->v_Fire(font);
+        }
+    CT_FontManager::spco_GetFontManager()->v_FreeUnused();
 }
 
 TEST(FontManagerLife, WithoutAResolutionTheSizeIs0)

@@ -8,8 +8,13 @@
 #include "Support/Private.h"
 #include "System/FontManager/FontSupport.h"
 
+#include <System/OS/OS.h>
+
 OSTRA_PRIVATE(FontWidths, int* CT_LogicalFont::*, &CT_LogicalFont::pn_Widths);
 OSTRA_PRIVATE(FontRequested, unsigned CT_LogicalFont::*, &CT_LogicalFont::n_RequestedCharset);
+OSTRA_PRIVATE(FontOnNT, int*, &CT_OS::sb_IsWindowsNT);
+OSTRA_PRIVATE(FontOn95, int*, &CT_OS::sb_IsWindows95);
+OSTRA_PRIVATE(FontOn32s, int*, &CT_OS::sb_IsWindows32s);
 
 namespace
 {
@@ -34,6 +39,29 @@ const Request missing(unsigned charset)
     request.charset = charset;
     return request;
 }
+
+// Another family of systems for the life of a scope.
+class Family
+{
+public:
+    Family(int nt, int nine_five, int subset)
+        : before{*Private(FontOnNT()), *Private(FontOn95()), *Private(FontOn32s())}
+    {
+        Set(nt, nine_five, subset);
+    }
+    ~Family() { Set(before[0], before[1], before[2]); }
+    Family(const Family&) = delete;
+    Family& operator=(const Family&) = delete;
+
+private:
+    static void Set(int nt, int nine_five, int subset)
+    {
+        *Private(FontOnNT()) = nt;
+        *Private(FontOn95()) = nine_five;
+        *Private(FontOn32s()) = subset;
+    }
+    const int before[3];
+};
 
 // The first family of a character set, or an empty name.
 struct Search
@@ -118,6 +146,15 @@ TEST(LogicalFont, HeightsAreRoundedToTheNearestDot)
     }
 }
 
+TEST(LogicalFont, SizesBeyondAllMeasureAreNoError)
+{
+    OSTRA_NEEDS_FONTS();
+    for (const unsigned points : {22369621u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+        MadeFont font(Screen(), {"DejaVu Sans", 0, points});
+        EXPECT_EQ(font->n_GetPoints(), points);
+    }
+}
+
 TEST(LogicalFont, SizeOf0Is10)
 {
     OSTRA_NEEDS_FONTS();
@@ -153,6 +190,23 @@ TEST(LogicalFont, FaceThatIsMissingKeepsTheSubstitute)
     EXPECT_GT(StylesOf(face), 0) << face;
     EXPECT_STREQ(static_cast<const CT_CString*>(font->pcco_GetName())->qccz_Get(), "No Such Face");
     EXPECT_EQ(RequestedOf(font.font), font->n_GetCharSet());
+}
+
+// A name in another spelling is a substitution: it takes the first set that the face has.
+TEST(LogicalFont, SetOfASubstituteIsntTheOneAskedFor)
+{
+    OSTRA_NEEDS_FONTS();
+    const std::string family = "Noto Sans Hebrew"; // which has no other set
+    if (StylesOf(family.c_str()) == 0)
+        GTEST_SKIP() << family << " isn't installed";
+    const Screen dc;
+    MadeFont font(dc, {"noto sans hebrew", 0});
+    EXPECT_STREQ(font->pcso_GetLogFont()->lfFaceName, family.c_str());
+    EXPECT_EQ(font->n_GetCharSet(), 177u);
+    EXPECT_EQ(font->n_GetCodePage(), 1255u);
+    EXPECT_EQ(RequestedOf(font.font), 0u);
+    EXPECT_TRUE(IsEqual(font.font, {"noto sans hebrew", 0}));
+    EXPECT_FALSE(IsEqual(font.font, {"noto sans hebrew", 177}));
 }
 
 TEST(LogicalFont, SuffixInTheNameIsTheCallersMatter)
@@ -350,6 +404,63 @@ TEST(LogicalFont, BackslashWithoutWidthIsAsWideAsTheAverage)
     EXPECT_EQ(font->n_GetTextExtent(nullptr, &narrow, 0, ALL), 0u);
 }
 
+TEST(LogicalFont, AllFamiliesOfSystemsMeasureTheSame)
+{
+    OSTRA_NEEDS_FONTS();
+    const Screen dc;
+    MadeFont nt(dc, {"DejaVu Sans", 204});
+    const HGDIOBJ old = SelectObject(dc, nt->h_GetHandle());
+    const CT_UString wide(u"The quick \\ brown fox \u0416\u0438\u0440\u2014");
+    const CT_CString narrow(&wide, 1251);
+    const unsigned extent = nt->n_GetTextExtent(dc, &wide, 0, ALL);
+    for (const int nine_five : {0, 1}) {
+        const Family family(0, nine_five, !nine_five);
+        MadeFont font(dc, {"DejaVu Sans", 204});
+        EXPECT_EQ(
+            std::memcmp(font.font.*Private(FontWidths()), nt.font.*Private(FontWidths()), 384), 0);
+        EXPECT_EQ(font->n_GetTextExtent(dc, &wide, 0, ALL), extent);
+        EXPECT_EQ(font->n_GetTextExtent(dc, &narrow, 0, ALL), extent);
+        EXPECT_EQ(font->n_GetTextExtent(dc, &wide, 4, 9), font->n_GetTextExtent(dc, &narrow, 4, 9));
+    }
+    SelectObject(dc, old);
+}
+
+TEST(LogicalFont, OnWin32sWideTextsAreMeasuredInBytes)
+{
+    OSTRA_NEEDS_FONTS();
+    const Screen dc;
+    MadeFont font(dc, {"DejaVu Sans", 204});
+    const HGDIOBJ old = SelectObject(dc, font->h_GetHandle());
+    int* const widths = font.font.*Private(FontWidths());
+    widths['\\' - 0x20] = 0;
+    const CT_UString backslash(u"\\"), outside(u"x\u05D0y"), part(u"\u05D0");
+    const CT_CString replaced("x?y");
+    const Family family(0, 0, 1);
+    EXPECT_EQ(font->n_GetTextExtent(dc, &backslash, 0, ALL), 0u);
+    EXPECT_EQ(font->n_GetTextExtent(dc, &outside, 0, ALL),
+              font->n_GetTextExtent(dc, &replaced, 0, ALL));
+    EXPECT_EQ(font->n_GetTextExtent(dc, &outside, 1, 1),
+              font->n_GetTextExtent(dc, &replaced, 1, 1));
+    EXPECT_EQ(font->n_GetTextExtent(dc, &part, 0, 0), 0u);
+    SelectObject(dc, old);
+}
+
+TEST(LogicalFont, HebrewIsMeasuredInItsCodePage)
+{
+    OSTRA_NEEDS_FONTS();
+    const Screen dc;
+    MadeFont font(dc, {"DejaVu Sans", 177});
+    EXPECT_EQ(font->n_GetCharSet(), 177u);
+    EXPECT_EQ(font->pcso_GetTextMetric()->tmCharSet, 177);
+    EXPECT_EQ(font->n_GetCodePage(), 1255u);
+    const HGDIOBJ old = SelectObject(dc, font->h_GetHandle());
+    const CT_UString wide(u"\u05E9\u05DC\u05D5\u05DD a");
+    const CT_CString narrow(&wide, 1255);
+    EXPECT_EQ(font->n_GetTextExtent(dc, &narrow, 0, ALL), font->n_GetTextExtent(dc, &wide, 0, ALL));
+    EXPECT_NE(font->b_IsLocaleSupported(dc, 0x040D) & 1 << 5, 0);
+    SelectObject(dc, old);
+}
+
 TEST(LogicalFont, DoubleByteFontsMeasurePairsByCalls)
 {
     OSTRA_NEEDS_FONTS();
@@ -402,6 +513,7 @@ TEST(LogicalFont, LocalesAreSupportedByTheirCharacterSets)
     EXPECT_NE(font->b_IsLocaleSupported(dc, 0x0419) & 4, 0);       // Russian, by the Cyrillic one
     EXPECT_EQ(font->b_IsLocaleSupported(dc, 0x0411) & 1 << 17, 0); // Japanese
     EXPECT_EQ(font->b_IsLocaleSupported(dc, 0x7409), 0);           // no locale
+    EXPECT_EQ(font->b_IsLocaleSupported(nullptr, 0x0409), 0);      // no device
     EXPECT_EQ(SelectObject(dc, GetStockObject(13)), GetStockObject(13));
 }
 
