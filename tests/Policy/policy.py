@@ -138,8 +138,8 @@ UPWARD = {
     "Ostra/Frame/ErrorManager.cpp": ["Ostra/String"],
     "Ostra/Frame/ErrorManagerSystem.cpp": ["System/OS"],
     "Ostra/Frame/ErrorManagerWindow.cpp": ["Ostra/String", "System/OS"],
-    # The module's name is a text; the font manager takes its handle.
-    "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String", "System/FontManager"],
+    # The module's name is a text; the font manager takes its handle, the version record has its product's version.
+    "Ostra/Frame/OstraDLLMain.cpp": ["Ostra/String", "System/FontManager", "System/ModuleVersion"],
     # The forms that take string objects; those of raw text stand below the strings.
     "System/String/StringConvertString.cpp": ["Ostra/String"],
     "System/String/StandardUTF8.cpp": ["Ostra/String"],

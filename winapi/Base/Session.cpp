@@ -16,6 +16,7 @@ namespace winapi
 {
 namespace
 {
+constexpr char NAME[] = "/ostra-winapi";
 constexpr std::size_t MARK_SIZE = 16;
 constexpr char DIGITS[] = "0123456789abcdef";
 
@@ -55,8 +56,8 @@ std::string ChosenFolder()
     struct stat facts;
     const std::string given = HostVariable("XDG_RUNTIME_DIR").value_or("");
     if (!given.empty() && given[0] == '/' && posix.stat(given.c_str(), &facts) == 0)
-        return given + "/ostra-winapi";
-    return "/tmp/ostra-winapi-" + std::to_string(posix.geteuid());
+        return given + NAME;
+    return std::string("/tmp") + NAME + '-' + std::to_string(posix.geteuid());
 }
 
 // The user's own, and closed to everybody else.

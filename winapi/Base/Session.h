@@ -17,7 +17,7 @@ DWORD EnterSession();
 // Tables: win(hwnd, fold, title, mark, socket), atom(id, fold, name), hold(atom, mark, refs).
 extern Database session;
 
-// The folder; ostra-winapi in $XDG_RUNTIME_DIR, or else /tmp/ostra-winapi-<user>. The variable is
+// The folder; ostra-winapi in $XDG_RUNTIME_DIR, or else ostra-winapi-<user> in /tmp. The variable is
 // looked at when the process enters for the first time.
 const std::string& SessionFolder();
 // The name of this process's mark.

@@ -1,7 +1,6 @@
 // System/Time/Calendar.cpp
 #include <System/Time/Calendar.h>
 
-#include <Ostra/Frame/Text.h>
 #include <Ostra/String/CString.h>
 #include <System/LocaleInfo/Language.h>
 #include <System/LocaleInfo/LocaleInfo.h>
@@ -18,19 +17,32 @@ static constexpr unsigned HEBREW_LANGUAGE = 13;
 static constexpr int HIJRI_MARK = -1;
 static constexpr int HEBREW_MARK = -2;
 
+// The texts as units: pointers to them are known to the compiler, so that the table needs no code
+// at the program's start.
+static constexpr unsigned short auz_Gregorian[] = {'A', '.', 'D', '.', 0};
+static constexpr unsigned short auz_Heisei[] = {0x5E73, 0x6210, 0};
+static constexpr unsigned short auz_Showa[] = {0x662D, 0x548C, 0};
+static constexpr unsigned short auz_Taisho[] = {0x5927, 0x6B63, 0};
+static constexpr unsigned short auz_Meiji[] = {0x660E, 0x6CBB, 0};
+static constexpr unsigned short auz_Taiwan[] = {0x4E2D, 0x83EF, 0x6C11, 0x570B, 0};
+static constexpr unsigned short auz_Korea[] = {0xB2E8, 0xAE30, 0};
+static constexpr unsigned short auz_Thai[] = {0x0E1E, '.', 0x0E28, '.', 0};
+static constexpr unsigned short auz_Hijri[] = {'A', '.', 'H', '.', 0};
+static constexpr unsigned short auz_Hebrew[] = {'H', 'e', 'b', 'r', 'e', 'w', 0};
+
 // The first row of a calendar is the one that it has by default: the newest Japanese era.
-const CT_Calendar::et_EraInfo CT_Calendar::saeo_Eras[12] = {
-    {id_Gregorian, ct_Gregorian, 0, qcuz_Text(u"A.D.")},
-    {id_GregorianUS, ct_GregorianUS, 0, qcuz_Text(u"A.D.")},
-    {id_Japan, ct_Japan, 1988, qcuz_Text(u"\u5E73\u6210")},
-    {id_JapanShowa, ct_Japan, 1925, qcuz_Text(u"\u662D\u548C")},
-    {id_JapanTaisho, ct_Japan, 1911, qcuz_Text(u"\u5927\u6B63")},
-    {id_JapanMeiji, ct_Japan, 1867, qcuz_Text(u"\u660E\u6CBB")},
-    {id_Taiwan, ct_Taiwan, 1911, qcuz_Text(u"\u4E2D\u83EF\u6C11\u570B")},
-    {id_Korea, ct_Korea, -2333, qcuz_Text(u"\uB2E8\uAE30")},
-    {id_Thai, ct_Thai, -543, qcuz_Text(u"\u0E1E.\u0E28.")},
-    {id_Hijri, ct_Hijri, HIJRI_MARK, qcuz_Text(u"A.H.")},
-    {id_Hebrew, ct_Hebrew, HEBREW_MARK, qcuz_Text(u"Hebrew")},
+constinit const CT_Calendar::et_EraInfo CT_Calendar::saeo_Eras[12] = {
+    {id_Gregorian, ct_Gregorian, 0, auz_Gregorian},
+    {id_GregorianUS, ct_GregorianUS, 0, auz_Gregorian},
+    {id_Japan, ct_Japan, 1988, auz_Heisei},
+    {id_JapanShowa, ct_Japan, 1925, auz_Showa},
+    {id_JapanTaisho, ct_Japan, 1911, auz_Taisho},
+    {id_JapanMeiji, ct_Japan, 1867, auz_Meiji},
+    {id_Taiwan, ct_Taiwan, 1911, auz_Taiwan},
+    {id_Korea, ct_Korea, -2333, auz_Korea},
+    {id_Thai, ct_Thai, -543, auz_Thai},
+    {id_Hijri, ct_Hijri, HIJRI_MARK, auz_Hijri},
+    {id_Hebrew, ct_Hebrew, HEBREW_MARK, auz_Hebrew},
     {id_None, ct_None, 0, nullptr},
 };
 
