@@ -282,6 +282,7 @@ DWORD Database::Open(const DatabaseTable& table, const std::string& path)
     }
     if (facts.st_dev != device || facts.st_ino != inode)
         ++generation;
+    ++openings;
     device = facts.st_dev;
     inode = facts.st_ino;
     nextOpen = firstOpen;

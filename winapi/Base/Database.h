@@ -139,6 +139,7 @@ private:
     ino_t inode = 0;
     std::int64_t looked = 0; // When the file was last seen in its place, in milliseconds.
     unsigned generation = 0;
+    unsigned openings = 0;
     Database* nextOpen = nullptr;
 };
 
@@ -147,8 +148,10 @@ class Transaction
 public:
     // Which file this is: a number that changes when the database is found to be another one.
     unsigned Generation() const { return database.generation; }
-    // The state in which a reading began, or one before that.
+    // The state in which a reading began, or one before that. Stamps of two openings tell nothing
+    // about each other: what all have closed begins anew with the stamp of any other.
     const DatabaseStamp& Stamp() const { return stamp; }
+    unsigned Opening() const { return database.openings; }
     // The rows that the last statement changed, and the number of the row that it added.
     int Changes() const { return table.changes(database.connection); }
     std::int64_t LastId() const { return table.lastId(database.connection); }

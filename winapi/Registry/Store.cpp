@@ -80,12 +80,12 @@ public:
     // Forgets all that is of another state. False where nobody knows the state.
     bool Turn(const Transaction& transaction)
     {
-        if (transaction.Stamp() == stamp && transaction.Generation() == generation)
+        if (transaction.Stamp() == stamp && transaction.Opening() == opening)
             return stamp != DatabaseStamp{};
         keys.clear();
         values.clear();
         stamp = transaction.Stamp();
-        generation = transaction.Generation();
+        opening = transaction.Opening();
         return false;
     }
     const KeyPlace* Find(const std::string& path) const
@@ -114,7 +114,7 @@ private:
     static constexpr std::size_t MOST_DATA = 1000;
 
     DatabaseStamp stamp{};
-    unsigned generation = 0;
+    unsigned opening = 0;
     std::unordered_map<std::string, KeyPlace> keys;
     std::unordered_map<std::string, ValueEntry> values;
 };

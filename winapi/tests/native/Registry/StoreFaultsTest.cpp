@@ -475,6 +475,28 @@ TEST(RegistryFile, OnAFullDiskKeepsWhatItHas)
     }
 }
 
+TEST(RegistryFile, IsReadAnewOnceItWasClosed)
+{
+    const auto read = [] {
+        char value[9] = "";
+        DWORD size = sizeof value;
+        HKEY key = nullptr;
+        RegOpenKeyExA(HKEY_CURRENT_USER, KEY.c_str(), 0, KEY_READ, &key);
+        RegQueryValueExA(key, "v", nullptr, nullptr, reinterpret_cast<BYTE*>(value), &size);
+        RegCloseKey(key);
+        return std::string(value);
+    };
+    EXPECT_EQ(TryCreate(KEY), 0);
+    CloseDatabases();
+    // Each of them leaves a file alone, without a log that would tell one state from another.
+    Execute(DatabaseFile(), "INSERT INTO val SELECT id, 'v', 'v', 3, x'6F6C6400' FROM key"
+                            " WHERE fold = 'key'");
+    EXPECT_EQ(read(), "old");
+    CloseDatabases();
+    Execute(DatabaseFile(), "UPDATE val SET data = x'6E657700' WHERE fold = 'v'");
+    EXPECT_EQ(read(), "new");
+}
+
 TEST(RegistryFile, IsWholeOnBothSidesOfAFork)
 {
     EXPECT_EQ(TryCreate(KEY), 0);
