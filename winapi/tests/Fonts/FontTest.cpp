@@ -238,11 +238,11 @@ TEST_F(Fonts, WidthsOfBytesAreThoseOfTheirCharacters)
         int others[256];
         ASSERT_TRUE(GetCharWidthA(dc, 0, 255, others));
         EXPECT_EQ(std::memcmp(widths, others, sizeof(widths)), 0);
-        for (unsigned byte = 0; byte < 256; ++byte) {
-            const char text = static_cast<char>(byte);
+        for (unsigned code = 0; code < 256; ++code) {
+            const char text = static_cast<char>(code);
             WCHAR unit = 0;
             ASSERT_EQ(MultiByteToWideChar(page, 0, &text, 1, &unit, 1), 1);
-            EXPECT_EQ(widths[byte], Width(unit)) << byte << " in " << page;
+            EXPECT_EQ(widths[code], Width(unit)) << code << " in " << page;
         }
     }
 }
