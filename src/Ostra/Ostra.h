@@ -70,10 +70,10 @@
 #include <System/FontManager/FontManager.h>
 #include <System/FontManager/LogicalFont.h>
 #include <System/Forum/Forum.h>
+#include <System/IniFile/IniFile.h>
 #include <System/LocaleInfo/FormatString.h>
 #include <System/LocaleInfo/Language.h>
 #include <System/LocaleInfo/LocaleInfo.h>
-#include <System/IniFile/IniFile.h>
 #include <System/ModuleVersion/ModuleVersion.h>
 #include <System/OS/OS.h>
 #include <System/Registry/Registry.h>
