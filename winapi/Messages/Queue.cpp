@@ -123,38 +123,40 @@ bool Queue::Post(const MSG& message, bool isImported)
 
 // ---- What comes from others ---------------------------------------------------------------
 
-// Messages stay in the backlog while there is no room for them here.
-void Queue::AcceptAll()
+// Handles the record of a connection, which is then out of the list: what is called may come here
+// again. False when there is none; the place is then the next one.
+bool Queue::TakeAt(std::list<Connection>::iterator& place)
 {
+    Letter letter;
+    const Arrival arrival = ReceiveLetter(place->socket.Get(), letter);
+    if (arrival == Arrival::NOTHING && place->until > Now()) {
+        ++place;
+        return false;
+    }
+    const Connection connection = std::move(*place);
+    place = connections.erase(place);
+    if (arrival == Arrival::LETTER)
+        Handle(connection, letter);
+    return arrival == Arrival::LETTER;
+}
+
+// Handles the first record that is there. False when there is none. Messages stay in the backlog
+// while there is no room for them here.
+bool Queue::TakeOne()
+{
+    for (auto place = connections.begin(); place != connections.end();)
+        if (TakeAt(place))
+            return true;
     while (listener && !IsFull()) {
         Connection next{Descriptor(), 0, Now() + PATIENCE};
         next.socket = Accept(listener.Get(), next.process);
         if (!next.socket)
-            return;
-        if (connections.size() >= MOST_CONNECTIONS)
-            connections.pop_front();
-        connections.push_back(std::move(next));
-    }
-}
-
-// Handles the first record that is there. False when there is none.
-bool Queue::TakeOne()
-{
-    AcceptAll();
-    for (auto place = connections.begin(); place != connections.end();) {
-        Letter letter;
-        const Arrival arrival = ReceiveLetter(place->socket.Get(), letter);
-        if (arrival == Arrival::NOTHING && place->until > Now()) {
-            ++place;
-            continue;
-        }
-        // Out of the list first: what is called may come here again.
-        const Connection connection = std::move(*place);
-        place = connections.erase(place);
-        if (arrival == Arrival::LETTER) {
-            Handle(connection, letter);
+            return false;
+        auto place = connections.insert(connections.end(), std::move(next));
+        if (TakeAt(place))
             return true;
-        }
+        if (connections.size() > MOST_CONNECTIONS)
+            connections.pop_front();
     }
     return false;
 }

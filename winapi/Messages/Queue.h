@@ -65,7 +65,7 @@ private:
     };
 
     bool IsFull() const;
-    void AcceptAll();
+    bool TakeAt(std::list<Connection>::iterator& place);
     bool TakeOne();
     void TakeAll();
     void Handle(const Connection& connection, const Letter& letter);
