@@ -91,6 +91,7 @@ TEST(Time, DatesBehind2038HaveMoments)
 
 TEST(Time, UtcLiesNotBehindItself)
 {
+    _tzset();
     EXPECT_EQ(static_cast<long>(_timezone), 0);
     EXPECT_EQ(static_cast<int>(_daylight), 0);
 }

@@ -334,9 +334,7 @@ TEST_F(Fonts, WhatIsNoDeviceContextMeasuresNothing)
     TEXTMETRICA metrics;
     int width;
     ABC parts;
-    char name[LF_FACESIZE];
     EXPECT_FALSE(GetTextMetricsA(none, &metrics));
-    EXPECT_EQ(GetTextFaceA(none, LF_FACESIZE, name), 0);
     EXPECT_FALSE(GetCharWidth32W(none, 'A', 'A', &width));
     EXPECT_FALSE(GetCharWidth32A(none, 'A', 'A', &width));
     EXPECT_FALSE(GetCharABCWidthsA(none, 'A', 'A', &parts));
