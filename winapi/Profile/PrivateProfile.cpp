@@ -172,9 +172,10 @@ std::optional<std::string> Rewritten(const std::string& file, const Argument& se
 BOOL Write(const Argument& section, const Argument& key, const Argument& value, LPCWSTR name)
 {
     // All null asks to forget what is kept of the file in memory, which nothing is.
-    if (section.IsNull())
-        return Finish(key.IsNull() && value.IsNull() ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND) &&
-               FALSE;
+    if (section.IsNull()) {
+        Finish(key.IsNull() && value.IsNull() ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND);
+        return FALSE;
+    }
     const bool adds = !key.IsNull() && !value.IsNull();
     const auto path = ProfilePath(name, adds);
     return path && Finish(RewriteProfile(*path, adds, [&](const std::string& file) {

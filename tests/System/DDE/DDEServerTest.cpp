@@ -310,13 +310,16 @@ TEST_F(DDEServer, WithoutANameItHasNoWindowAndCopiesShareIt)
     EXPECT_EQ(none.h_GetWindow(), nullptr);
 }
 
+static LRESULT CALLBACK RefuseCreation(HWND window, UINT message, WPARAM first, LPARAM second)
+{
+    return message == WM_CREATE ? -1 : DefWindowProcA(window, message, first, second);
+}
+
 TEST_F(DDEServer, OneThatGetsNoWindowLeavesTheOthersDeafUntilTheNext)
 {
     Begin(client);
     WNDCLASSA facts = {};
-    facts.lpfnWndProc = [](HWND window, UINT message, WPARAM first, LPARAM second) -> LRESULT {
-        return message == WM_CREATE ? -1 : DefWindowProcA(window, message, first, second);
-    };
+    facts.lpfnWndProc = RefuseCreation;
     facts.hInstance = Instance(0x55550000);
     facts.lpszClassName = CT_DDEServer::sqcz_ClassName;
     ASSERT_NE(RegisterClassA(&facts), 0);

@@ -160,6 +160,9 @@ static void ExpectReadBack(unsigned type)
         const std::u16string picture = Fact(locale, type);
         const auto row = listed.find({locale, type});
         const std::string cause = row == listed.end() ? "" : row->second;
+        // The platform's own months have other forms beside a day.
+        if (!FixedClock::WORKS && cause == "genitive")
+            continue;
         SCOPED_TRACE(std::to_string(locale) + " " + Narrow(picture) + " " + cause);
         const CT_UString wide(picture.c_str());
         NamesOf names(locale, picture);
