@@ -13,8 +13,6 @@ namespace almanac
 {
 namespace
 {
-constexpr int MONTHS = 12;
-
 struct Name
 {
     const char* own;
