@@ -21,6 +21,7 @@ HINSTANCE Instance(unsigned value)
 class Server : public CT_DDEServer
 {
 public:
+    virtual ~Server() = default; // the base has none that is virtual
     Server() : CT_DDEServer(Module(), "OstraService") {}
 
     int vb_Initiate(HWND, unsigned short topic) override
