@@ -63,7 +63,7 @@ BOOL SystemParametersInfoA(UINT uiAction, UINT, LPVOID pvParam, UINT)
     font.lfHeight = -11;
     font.lfWeight = 400;
     font.lfPitchAndFamily = 0x22; // varying widths, no serifs
-    std::strcpy(font.lfFaceName, "MS Shell Dlg");
+    StoreText(font.lfFaceName, LF_FACESIZE, "MS Shell Dlg");
     return TRUE;
 }
 } // namespace winapi

@@ -14,12 +14,6 @@ constexpr DWORD ITALIC = 0x01;
 constexpr DWORD BOLD = 0x20;
 constexpr DWORD REGULAR = 0x40;
 
-void Store(BYTE* place, std::size_t room, const std::string& text)
-{
-    std::memset(place, 0, room);
-    std::memcpy(place, text.data(), std::min(text.size(), room - 1));
-}
-
 // Who is called, until an answer is 0.
 class Caller
 {
@@ -69,9 +63,9 @@ private:
         font.elfLogFont.lfCharSet = set;
         font.elfLogFont.lfPitchAndFamily =
             static_cast<BYTE>((metrics.tmPitchAndFamily & 0xF0) | (facts.fixed ? 1 : 2));
-        std::strcpy(font.elfLogFont.lfFaceName, face.family.c_str());
-        Store(font.elfStyle, sizeof font.elfStyle, face.style);
-        Store(font.elfFullName, sizeof font.elfFullName, face.fullName);
+        StoreText(font.elfLogFont.lfFaceName, LF_FACESIZE, face.family);
+        StoreText(font.elfStyle, sizeof font.elfStyle, face.style);
+        StoreText(font.elfFullName, sizeof font.elfFullName, face.fullName);
         answer = procedure(&font.elfLogFont, reinterpret_cast<const TEXTMETRICA*>(&metrics),
                            TRUETYPE_FONTTYPE, parameter);
         return answer != 0;

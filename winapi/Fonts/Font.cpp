@@ -37,7 +37,7 @@ HANDLE MakeSystemFont()
     request.lfHeight = 16;
     request.lfWeight = BOLD;
     request.lfCharSet = ANY_SET;
-    std::strcpy(request.lfFaceName, "sans-serif");
+    StoreText(request.lfFaceName, LF_FACESIZE, "sans-serif");
     return MakeFont(request, true);
 }
 } // namespace

@@ -37,6 +37,15 @@ public:
     Reference<Font> font; // which it keeps alive
 };
 
+// As much of a text as there is room for, and zeros behind it.
+template <class Character>
+void StoreText(Character* place, std::size_t room, const std::string& text)
+{
+    const std::size_t length = text.size() < room ? text.size() : room - 1;
+    for (std::size_t i = 0; i < room; ++i)
+        place[i] = i < length ? static_cast<Character>(text[i]) : 0;
+}
+
 // Whether a font with such a request is bold.
 constexpr bool IsBold(const LOGFONTA& request)
 {

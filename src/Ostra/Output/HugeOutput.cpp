@@ -94,7 +94,7 @@ void CT_HugeOutput::vv_Append(const void* qcv_Data, unsigned n_Count)
         CT_Report::sb_Failed(qccz_Source);
         return;
     }
-    if (!n_Count)
+    if (!n_Count || !pv_Memory)
         return;
     char* pc_Memory = static_cast<char*>(pv_Memory);
     const void* pcv_From = n_Place == ELSEWHERE ? qcv_Data : pc_Memory + n_Place;

@@ -47,7 +47,8 @@ CT_DDEServer::CT_DDEServer(const CT_DDEServer& co_Other) : co_Clients(sizeof(HWN
 
 CT_DDEServer& CT_DDEServer::operator=(const CT_DDEServer& co_Other)
 {
-    v_Copy(co_Other);
+    if (this != &co_Other)
+        v_Copy(co_Other);
     return *this;
 }
 
@@ -212,9 +213,11 @@ void CT_DDEServer::v_SendData(HWND h_Client, unsigned short u_Item, const char* 
     }
     {
         CT_ValueBlock co_Block(h_Data);
-        co_Block.v_SetFlags(HEAD_RESPONSE | HEAD_RELEASE);
-        co_Block.v_SetFormat(TEXT_FORMAT);
-        std::memcpy(co_Block.pc_GetValue(), qccz_Text, n_Size);
+        if (co_Block) {
+            co_Block.v_SetFlags(HEAD_RESPONSE | HEAD_RELEASE);
+            co_Block.v_SetFormat(TEXT_FORMAT);
+            std::memcpy(co_Block.pc_GetValue(), qccz_Text, n_Size);
+        }
     }
     const LPARAM l_Parameter = PackDDElParam(DDE_DATA, reinterpret_cast<UINT_PTR>(h_Data), u_Item);
     if (PostMessageA(h_Client, DDE_DATA, reinterpret_cast<WPARAM>(h_Window), l_Parameter))

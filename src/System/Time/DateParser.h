@@ -23,7 +23,9 @@ public:
           b_Error(0),
           i_Era(-1),
           n_HourShift(0),
-          n_YearDigits(0)
+          n_YearDigits(0),
+          so_Date(),
+          qcuz_Text(nullptr)
     {}
 
     // 1, and the date with tm_year counted from 1900; or 0.
