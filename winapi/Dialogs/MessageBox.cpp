@@ -48,19 +48,19 @@ constexpr Button ok = {IDOK, "_OK"}, cancel = {IDCANCEL, "_Cancel"}, abort = {ID
 struct Box
 {
     int count;
-    Button buttons[3];
     int closed;
+    Button buttons[3];
 };
 
 // By the number in the type.
 constexpr Box boxes[] = {
-    {1, {ok}, IDOK},
-    {2, {ok, cancel}, IDCANCEL},
-    {3, {abort, retry, ignore}, IDIGNORE},
-    {3, {yes, no, cancel}, IDCANCEL},
-    {2, {yes, no}, IDNO},
-    {2, {retry, cancel}, IDCANCEL},
-    {3, {cancel, again, proceed}, IDCANCEL},
+    {1, IDOK, {ok}},
+    {2, IDCANCEL, {ok, cancel}},
+    {3, IDIGNORE, {abort, retry, ignore}},
+    {3, IDCANCEL, {yes, no, cancel}},
+    {2, IDNO, {yes, no}},
+    {2, IDCANCEL, {retry, cancel}},
+    {3, IDCANCEL, {cancel, again, proceed}},
 };
 
 std::string Utf8(LPCWSTR text)
@@ -193,7 +193,7 @@ void Tell(LPCWSTR title, LPCWSTR text)
 }
 
 // zenity has texts of its own for an empty one.
-std::string OrBlank(std::string text)
+std::string OrBlank(const std::string& text)
 {
     return text.empty() ? " " : text;
 }

@@ -56,7 +56,10 @@ DWORD FollowLinks(std::string& path)
         if (length <= 0)
             return 0;
         const std::string next(target, static_cast<std::size_t>(length));
-        path = next[0] == '/' ? next : ParentOf(path) + '/' + next;
+        if (next[0] != '/')
+            path = ParentOf(path).append("/").append(next);
+        else
+            path = next;
     }
     return CodeOf(ELOOP);
 }

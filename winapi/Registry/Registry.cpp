@@ -3,6 +3,7 @@
 
 #include "winapi/Text/CodePage.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace winapi
@@ -230,7 +231,7 @@ DWORD StoreData(const ValueEntry& entry, std::size_t width, LPDWORD type, BYTE* 
     if (needed > room)
         return ERROR_MORE_DATA;
     if (needed)
-        std::memcpy(data, entry.data.data(), needed);
+        std::copy_n(entry.data.data(), needed, reinterpret_cast<char*>(data));
     if (IsText(entry.type) && room - needed >= width && IsUnended(entry.data, width))
         std::memset(data + needed, 0, width);
     return 0;

@@ -28,14 +28,14 @@ DWORD Long(const BYTE* bytes)
     return Word(bytes) | DWORD(Word(bytes + 2)) << 16;
 }
 
-template <std::size_t size>
+template <std::size_t Size>
 struct Bytes
 {
     bool From(const CheckedFile& file, std::uint64_t offset)
     {
-        return file.Read(offset, bytes, size);
+        return file.Read(offset, bytes, Size);
     }
-    BYTE bytes[size];
+    BYTE bytes[Size];
 };
 
 bool ReadTable(const CheckedFile& file, std::uint64_t offset, std::size_t count,

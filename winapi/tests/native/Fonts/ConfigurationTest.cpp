@@ -37,6 +37,13 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+// All kinds, so that each block goes where it came from.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    ++asked;
+    return left < 0 || left-- > 0 ? std::malloc(size) : nullptr;
+}
+
 void operator delete(void* block) noexcept
 {
     std::free(block);
