@@ -29,7 +29,7 @@ std::atomic<unsigned> asked;
 } // namespace
 
 // Fontconfig keeps a block of its own that it forgets; of no matter but under the sanitizers.
-extern "C" const char* __lsan_default_suppressions()
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
 {
     return "leak:libfontconfig.so";
 }
