@@ -344,6 +344,8 @@ LONG CALLBACK Count(EXCEPTION_POINTERS* what)
 
 TEST(ErrorManagerWindow, RetryStopsInADebugger)
 {
+    if (sizeof(void*) == 4)
+        GTEST_SKIP() << "a breakpoint that is passed over ends 32-bit programs under Wine";
     breaks = 0;
     void* const handler = AddVectoredExceptionHandler(1, Count);
     const AnsweredBoxes boxes(IDRETRY);
