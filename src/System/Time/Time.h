@@ -18,7 +18,7 @@ class CT_String;
 //          beyond the range is 0xFFFFFFFF. The 64-bit form counts from 1 January of year 1
 //          00:00:00, proleptic Gregorian, UTC by the standard time of the zone. Dates are in the
 //          zone's time, in daylight time where that is in force.
-//          A locale of 0 is the thread's.
+//          A locale of 0 is the thread's; b_Set with a picture knows no names of it.
 // Owns:    the `tm` that spso_Abs2Date gives, one for the whole process.
 // Reports: the system's last error where a date or time can't be printed; the string stays then.
 //          Text that can't be read is no error: b_Set tells.
