@@ -59,6 +59,7 @@ else()
 endif()
 # What is linked into the shared library has to be named for the static one.
 if(OSTRA_STATIC)
+    include(OstraHostLibraries)
     set(OSTRA_PC_CFLAGS " -DOSTRA_STATIC_DEFINE")
     set(OSTRA_PC_REQUIRES "Requires: ${OSTRA_HOST_MODULES}\n")
     set(OSTRA_PC_LIBS " -lstdc++ -lm -lpthread -ldl")
