@@ -3,7 +3,7 @@
 
 PROGRAM is error_box, with what starts it. On Linux zenity shows the box, under Wine the system's own. Needs xvfb-run,
 xdotool and ImageMagick; without them it ends with 77, which counts as skipped. --picture keeps what the first box
-looks like.
+looks like. --blank asks for the answers to keys alone: 32-bit Wine has no fonts to draw a box with.
 """
 import argparse
 import os
@@ -61,11 +61,12 @@ def take_picture(window, picture):
     sys.exit(f"the window shows nothing: {width} x {height} points of {colors} colours")
 
 
-def check(command, buttons, key, number, picture):
+def check(command, buttons, key, number, picture, blank):
     program = subprocess.Popen(command + [str(buttons | ERROR)], stdout=subprocess.PIPE, text=True)
     try:
         window = wait_for_window(program)
-        take_picture(window, picture)
+        if not blank:
+            take_picture(window, picture)
         end = time.monotonic() + SECONDS
         while program.poll() is None and time.monotonic() < end:
             # A window that has just come up may not take a key yet.
@@ -94,14 +95,14 @@ def start_wine(command):
                        stderr=subprocess.DEVNULL, timeout=SECONDS)
 
 
-def run_inside(command, wine, kept):
+def run_inside(command, wine, kept, blank):
     if wine:
         start_wine(command)
     with tempfile.TemporaryDirectory() as folder:
         pictures = []
         for place, (buttons, key, number) in enumerate(CASES):
             picture = pathlib.Path(folder) / f"{place}.png"
-            check(command, buttons, key, number, picture)
+            check(command, buttons, key, number, picture, blank)
             pictures.append(picture)
         if kept:
             subprocess.run(["convert", pictures[0], "-strip", "-colors", "64", f"png8:{kept}"], check=True)
@@ -113,11 +114,12 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--inside", action="store_true")
     parser.add_argument("--picture", default="")
+    parser.add_argument("--blank", action="store_true")
     parser.add_argument("program", nargs="+")
     arguments = parser.parse_args()
     wine = arguments.program[-1].endswith(".exe")
     if arguments.inside:
-        run_inside(arguments.program, wine, arguments.picture)
+        run_inside(arguments.program, wine, arguments.picture, arguments.blank)
         return
     gone = missing(wine)
     if gone:
@@ -126,7 +128,8 @@ def main():
     environment = dict(os.environ, GDK_BACKEND="x11", LC_ALL="C.UTF-8")
     environment.pop("WAYLAND_DISPLAY", None)
     sys.exit(subprocess.run(["xvfb-run", "-a", "-s", "-screen 0 800x600x24", sys.executable, __file__, "--inside",
-                             "--picture", arguments.picture, *arguments.program], env=environment).returncode)
+                             "--picture", arguments.picture, *(["--blank"] if arguments.blank else []),
+                             *arguments.program], env=environment).returncode)
 
 
 main()

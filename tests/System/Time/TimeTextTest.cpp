@@ -203,11 +203,23 @@ TEST(TimeText, WhatTheSystemRefusesIsReportedAndLeavesTheString)
     }
 }
 
+// How long a picture the system's printer takes on this road.
+static unsigned LongestPicture()
+{
+    const std::string picture(255, 'x');
+    const SYSTEMTIME moment = {1998, 5, 0, 4, 5, 6, 7, 0};
+    // Where the wide calls are missing, some systems have room for half as much.
+    const bool fits = CT_OS::sb_GetIsWindowsNT() ||
+                      GetDateFormatA(ENGLISH, 0, &moment, picture.c_str(), nullptr, 0) == 256;
+    return fits ? 255 : 127;
+}
+
 TEST(TimeText, ATextBeyond255CharactersIsReported)
 {
     const std::u16string picture(256, u'x');
+    const unsigned longest = LongestPicture();
     for (const bool date : {true, false}) {
-        const CT_UString wide(picture.c_str()), shorter(picture.c_str(), 255);
+        const CT_UString wide(picture.c_str()), shorter(picture.c_str(), longest);
         CT_UString out(u"before");
         CT_CString bytes("before");
         for (CT_String* string : {static_cast<CT_String*>(&out), static_cast<CT_String*>(&bytes)}) {
@@ -225,7 +237,7 @@ TEST(TimeText, ATextBeyond255CharactersIsReported)
             Moment().v_GetDate(&out, &shorter, ENGLISH, CT_Time::df_Default);
         else
             Moment().v_GetTime(&out, &shorter, ENGLISH);
-        EXPECT_EQ(Of(out), picture.substr(1));
+        EXPECT_EQ(Of(out), picture.substr(0, longest));
     }
 }
 
