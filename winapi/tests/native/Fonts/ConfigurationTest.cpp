@@ -28,12 +28,6 @@ std::atomic<int> left = -1;
 std::atomic<unsigned> asked;
 } // namespace
 
-// Fontconfig keeps a block of its own that it forgets; of no matter but under the sanitizers.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig.so";
-}
-
 void* operator new(std::size_t size)
 {
     ++asked;
