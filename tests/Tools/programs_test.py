@@ -21,7 +21,8 @@ READERS = CHECKERS + ["recdump", "listdump"]
 GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "almanac": ["2026-03"],
         "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"],
         "listdump": ["words.list"], "vercheck": ["version.bin"],
-        "recode": ["--from", "utf-8", "--to", "utf-16", "words.tsv", "-"], "settings": ["list", "words.ini"]}
+        "recode": ["--from", "utf-8", "--to", "utf-16", "words.tsv", "-"], "settings": ["list", "words.ini"],
+        "specimen": ["DejaVu Sans"]}
 DATA = pathlib.Path(__file__).resolve().parents[1] / "Data"
 
 
@@ -94,7 +95,7 @@ class Programs(unittest.TestCase):
         self.expect(answer, 1, b"lexicon: cannot write the output\n")
 
     def test_who_stops_reading_ends_the_program_in_silence(self):
-        for name in ("lexicon", "recdump"):
+        for name in ("lexicon", "recdump", "specimen"):
             reading, writing = os.pipe()
             os.close(reading)
             answer = run(name, *GOOD[name], stdout=writing, restore_signals=True)
