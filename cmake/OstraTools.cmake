@@ -4,9 +4,9 @@
 if(NOT WIN32)
     file(RELATIVE_PATH way ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     if(IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
-        set_target_properties(almanac charinfo lexicon recode settings specimen PROPERTIES INSTALL_RPATH ${CMAKE_INSTALL_FULL_LIBDIR})
+        set_target_properties(almanac ask charinfo lexicon recode settings specimen PROPERTIES INSTALL_RPATH ${CMAKE_INSTALL_FULL_LIBDIR})
     else()
-        set_target_properties(almanac charinfo lexicon recode settings specimen PROPERTIES INSTALL_RPATH "$ORIGIN/${way}")
+        set_target_properties(almanac ask charinfo lexicon recode settings specimen PROPERTIES INSTALL_RPATH "$ORIGIN/${way}")
     endif()
 endif()
 

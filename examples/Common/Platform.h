@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,10 @@ std::vector<std::string> CommandLine(int count, char** words);
 // Makes the standard streams carry the bytes that they are given, as UTF-8, and a limit of the size
 // of files a failure like others.
 void PrepareStreams();
+
+// Calls that on a thread of its own when the process is asked to end, by a key, by its terminal or by
+// the system, which then doesn't end it. For once in a process, before it starts other threads.
+void OnStop(std::function<void()> stop);
 
 // True if the standard error stream is a terminal.
 bool IsErrorTerminal();

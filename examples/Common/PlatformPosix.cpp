@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <thread>
 
 namespace common
 {
@@ -17,6 +18,20 @@ std::vector<std::string> CommandLine(int count, char** words)
 void PrepareStreams()
 {
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void OnStop(std::function<void()> stop)
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&signals, number);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread([signals, stop = std::move(stop)] {
+        for (int number;;)
+            if (sigwait(&signals, &number) == 0)
+                stop();
+    }).detach();
 }
 
 bool IsErrorTerminal()

@@ -37,6 +37,28 @@ void PrepareStreams()
     _setmode(_fileno(stderr), _O_BINARY);
 }
 
+static std::function<void()>& Stop()
+{
+    static auto* const stop = new std::function<void()>;
+    return *stop;
+}
+
+// The system calls it on a thread of its own, and ends the process when it has returned from a
+// closing of the console or an end of the session.
+static BOOL WINAPI HandleStop(DWORD event)
+{
+    Stop()();
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        Sleep(INFINITE);
+    return TRUE;
+}
+
+void OnStop(std::function<void()> stop)
+{
+    Stop() = std::move(stop);
+    SetConsoleCtrlHandler(HandleStop, TRUE);
+}
+
 bool IsErrorTerminal()
 {
     return _isatty(_fileno(stderr)) != 0;

@@ -22,7 +22,9 @@ GOOD = {"lexicon": ["list", "words.rec"], "charinfo": ["a"], "almanac": ["2026-0
         "reccheck": ["words.rec"], "recdump": ["words.rec"], "listcheck": ["words.list"],
         "listdump": ["words.list"], "vercheck": ["version.bin"],
         "recode": ["--from", "utf-8", "--to", "utf-16", "words.tsv", "-"], "settings": ["list", "words.ini"],
-        "specimen": ["DejaVu Sans"]}
+        "specimen": ["DejaVu Sans"],
+        # What it answers needs a server; its own test has one.
+        "ask": ["--help"]}
 DATA = pathlib.Path(__file__).resolve().parents[1] / "Data"
 
 
@@ -180,6 +182,8 @@ class Programs(unittest.TestCase):
         self.expect(answer, 1, b"charinfo: the text is not UTF-8\n")
         answer = run("almanac", "read", b"broken\xff")
         self.expect(answer, 1, b"almanac: an argument is not UTF-8\n")
+        answer = run("ask", b"broken\xff")
+        self.expect(answer, 1, b"ask: argument 1 is not well-formed UTF-8\n")
         answer = run("lexicon", "build", "words.tsv", b"broken\xff.rec")
         self.expect(answer, 1, b"lexicon: argument 2 is not well-formed UTF-8\n")
 
