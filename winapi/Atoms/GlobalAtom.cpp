@@ -74,13 +74,33 @@ unsigned IdOf(Transaction& transaction, const std::string& fold)
     return query.Text(fold).Step() ? static_cast<unsigned>(query.NumberAt(0)) : 0;
 }
 
-// The lowest that is free.
+unsigned FreeAbove(Transaction& transaction, unsigned id)
+{
+    Query query(transaction, "SELECT min(id) + 1 FROM (SELECT ? AS id UNION ALL SELECT id FROM atom"
+                             " WHERE id > ?) WHERE id + 1 NOT IN (SELECT id FROM atom)");
+    query.Number(id).Number(id).Step();
+    return static_cast<unsigned>(query.NumberAt(0));
+}
+
+unsigned LastGiven(Transaction& transaction)
+{
+    Query query(transaction, "SELECT seq FROM sqlite_sequence WHERE name = 'atom'");
+    return query.Step() ? static_cast<unsigned>(query.NumberAt(0)) : FIRST - 1;
+}
+
+// The next that is free, in a round: conversations delete atoms once more than they add them, and
+// are not to meet another's new one.
 unsigned FreeId(Transaction& transaction)
 {
-    Query query(transaction, "SELECT min(id) + 1 FROM (SELECT 49151 AS id UNION ALL SELECT id FROM"
-                             " atom) WHERE id + 1 NOT IN (SELECT id FROM atom)");
-    query.Step();
-    return static_cast<unsigned>(query.NumberAt(0));
+    unsigned id = FreeAbove(transaction, LastGiven(transaction));
+    if (id > LAST)
+        id = FreeAbove(transaction, FIRST - 1);
+    if (id > LAST)
+        return id;
+    Query(transaction, "UPDATE sqlite_sequence SET seq = ? WHERE name = 'atom'").Number(id).Run();
+    if (transaction.Changes() == 0)
+        Query(transaction, "INSERT INTO sqlite_sequence VALUES ('atom', ?)").Number(id).Run();
+    return id;
 }
 
 DWORD Add(Transaction& transaction, const Name& text, unsigned& id)
@@ -104,17 +124,52 @@ DWORD Add(Transaction& transaction, const Name& text, unsigned& id)
     return 0;
 }
 
-// The process's own count goes first.
+// Lets one hold of that mark go; false for none.
+bool LetGo(Transaction& transaction, unsigned id, const std::string& mark)
+{
+    Query(transaction, "UPDATE hold SET refs = refs - 1 WHERE atom = ? AND mark = ?")
+        .Number(id)
+        .Text(mark)
+        .Run();
+    return transaction.Changes() != 0;
+}
+
+// A living process's, who may or may not want it.
+bool LetGoOfAny(Transaction& transaction, unsigned id)
+{
+    std::string mark;
+    {
+        Query query(transaction, "SELECT mark FROM hold WHERE atom = ? LIMIT 1");
+        if (!query.Number(id).Step())
+            return false;
+        mark = query.BytesAt(0);
+    }
+    return LetGo(transaction, id, mark);
+}
+
+bool IsThere(Transaction& transaction, unsigned id)
+{
+    Query query(transaction, "SELECT id FROM atom WHERE id = ?");
+    return query.Number(id).Step();
+}
+
+// The process's own count goes first, then those of the dead.
 DWORD Delete(Transaction& transaction, unsigned id)
 {
-    Query(transaction, "UPDATE hold SET refs = refs - 1 WHERE rowid = (SELECT rowid FROM hold WHERE"
-                       " atom = ? ORDER BY mark = ? DESC LIMIT 1)")
-        .Number(id)
-        .Text(SessionMark())
-        .Run();
-    if (transaction.Changes() == 0)
+    if (!IsThere(transaction, id))
         return ERROR_INVALID_HANDLE;
+    if (!LetGo(transaction, id, SessionMark())) {
+        Sweep(transaction);
+        if (!LetGo(transaction, id, {}))
+            LetGoOfAny(transaction, id);
+    }
     Query(transaction, "DELETE FROM hold WHERE atom = ? AND refs = 0").Number(id).Run();
+    // The dead alone hold nothing.
+    Query(transaction,
+          "DELETE FROM hold WHERE atom = ? AND mark = '' AND NOT EXISTS"
+          " (SELECT 1 FROM hold AS other WHERE other.atom = hold.atom AND other.mark <> '')")
+        .Number(id)
+        .Run();
     Query(transaction, "DELETE FROM atom WHERE id = ? AND id NOT IN (SELECT atom FROM hold)")
         .Number(id)
         .Run();

@@ -21,6 +21,8 @@ constexpr std::size_t MARK_SIZE = 16;
 constexpr char DIGITS[] = "0123456789abcdef";
 
 // Windows count from 10000h on and are never used twice. An atom is there while anybody holds it.
+// The holds of the dead have no mark: they count as long as a living one holds the atom, for partners
+// of the dead let go of what those would have.
 constexpr char TABLES[] =
     "CREATE TABLE win (hwnd INTEGER PRIMARY KEY AUTOINCREMENT, fold TEXT NOT NULL,"
     " title TEXT NOT NULL, mark TEXT NOT NULL, socket TEXT NOT NULL);"
@@ -114,13 +116,27 @@ void RemoveFiles(const std::string& mark)
     posix.unlink((state->folder + '/' + mark).c_str());
 }
 
+void ForgetUnheldAtoms(Transaction& transaction)
+{
+    Query(transaction, "DELETE FROM hold WHERE mark = '' AND atom NOT IN"
+                       " (SELECT atom FROM hold WHERE mark <> '')")
+        .Run();
+    Query(transaction, "DELETE FROM atom WHERE id NOT IN (SELECT atom FROM hold)").Run();
+}
+
 void Remove(Transaction& transaction, const std::string& mark)
 {
     Query(transaction, "DELETE FROM win WHERE mark = ?").Text(mark).Run();
+    Query(transaction, "INSERT INTO hold SELECT atom, '', refs FROM hold WHERE mark = ?"
+                       " ON CONFLICT DO UPDATE SET refs = refs + excluded.refs")
+        .Text(mark)
+        .Run();
     Query(transaction, "DELETE FROM hold WHERE mark = ?").Text(mark).Run();
-    Query(transaction, "DELETE FROM atom WHERE id NOT IN (SELECT atom FROM hold)").Run();
+    ForgetUnheldAtoms(transaction);
     RemoveFiles(mark);
 }
+
+} // namespace
 
 void Sweep(Transaction& transaction)
 {
@@ -137,6 +153,8 @@ void Sweep(Transaction& transaction)
             Remove(transaction, mark);
 }
 
+namespace
+{
 std::string NewMark()
 {
     unsigned char bytes[MARK_SIZE / 2] = {};

@@ -25,6 +25,9 @@ const std::string& SessionMark();
 
 // Whether the process of that mark lives.
 bool IsAlive(const std::string& mark);
-// Removes what dead processes have left.
+// Removes what dead processes have left; what they held of atoms that others hold stays, without a
+// mark.
 void SweepSession();
+// The same within a transaction.
+void Sweep(Transaction& transaction);
 } // namespace winapi
