@@ -235,7 +235,7 @@ void AfterExport(HWND to, HWND from, UINT message, LPARAM parameter)
     else if (message == WM_DDE_ACK)
         FreeAcknowledged(from, to, high);
     else if (message == WM_DDE_TERMINATE)
-        FreeWhere([&](const Lent& lent) { return lent.window == from && lent.partner == to; });
+        FreeLentBy(to, from);
 }
 
 bool Import(const Letter& letter, LPARAM& parameter)
@@ -256,6 +256,11 @@ void Discard(UINT message, LPARAM parameter)
     FreeDDElParam(message, parameter);
     if (message == WM_DDE_DATA || message == WM_DDE_POKE || message == WM_DDE_ADVISE)
         GlobalFree(BlockOf(low));
+}
+
+void FreeLentBy(HWND partner, HWND window)
+{
+    FreeWhere([&](const Lent& lent) { return lent.window == window && lent.partner == partner; });
 }
 
 void FreeLent(HWND window)

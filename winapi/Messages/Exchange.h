@@ -19,6 +19,7 @@ void AfterExport(HWND to, HWND from, UINT message, LPARAM parameter);
 bool Import(const Letter& letter, LPARAM& parameter);
 // Frees what an imported message holds that nobody has taken.
 void Discard(UINT message, LPARAM parameter);
-// Frees the copies that a window was lent.
+// Frees the copies that a window was lent; those that a partner which is gone has lent it.
 void FreeLent(HWND window);
+void FreeLentBy(HWND partner, HWND window);
 } // namespace winapi

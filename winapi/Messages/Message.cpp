@@ -59,6 +59,8 @@ BOOL Post(HWND to, UINT message, WPARAM first, LPARAM second)
     const DWORD code = Deliver(to, letter, connection);
     if (!code && isFar)
         AfterExport(to, WindowOf(first), message, second);
+    if (code == ERROR_INVALID_WINDOW_HANDLE && isFar)
+        FreeLentBy(to, WindowOf(first));
     return Finish(code);
 }
 
