@@ -66,20 +66,19 @@ private:
     // What the tables and the record heads say of the blocks.
     void Names(const RecordShape& shape)
     {
-        for (std::uint64_t slot = 0; slot < shape.freeCount; ++slot)
-            Name(RECORD_HEADER + RECORD_TABLE_ENTRY * slot, "free block");
-        for (std::uint64_t slot = 0; slot < shape.resourceCount; ++slot) {
-            const std::uint64_t entry = shape.ResourceTable() + RECORD_TABLE_ENTRY * slot;
-            if (entry + RECORD_TABLE_ENTRY > length)
-                return;
-            Name(entry + 4, "resource " + std::to_string(RecordWord(bytes + entry)));
+        for (std::uint64_t slot = 0; slot < Entries(RECORD_HEADER, shape.freeCount); ++slot)
+            names[RecordWord(bytes + RECORD_HEADER + RECORD_TABLE_ENTRY * slot)] = "free block";
+        const std::uint64_t table = shape.ResourceTable();
+        for (std::uint64_t slot = 0; slot < Entries(table, shape.resourceCount); ++slot) {
+            const unsigned char* const entry = bytes + table + RECORD_TABLE_ENTRY * slot;
+            names[RecordWord(entry + 4)] = "resource " + std::to_string(RecordWord(entry));
         }
     }
 
-    void Name(std::uint64_t at, const std::string& name)
+    // How many entries of a table are there, whatever the header tells.
+    std::uint64_t Entries(std::uint64_t table, std::uint64_t told) const
     {
-        if (at + 4 <= length)
-            names[RecordWord(bytes + at)] = name;
+        return table < length ? std::min(told, (length - table) / RECORD_TABLE_ENTRY) : 0;
     }
 
     void Blocks(const RecordShape& shape)
