@@ -145,8 +145,13 @@ UINT ProfileContents::Page() const
 std::string ProfileContents::File() const
 {
     std::string file(TextOf(mark));
-    if (!IsWide())
+    if (!IsWide()) {
+        // A text that begins with bytes of a mark, once the blanks in front are gone, gets an empty
+        // line there: it would be read as another one.
+        if (mark == ProfileMark::NONE && MarkOf(bytes) != ProfileMark::NONE)
+            file = "\r\n";
         return file + bytes;
+    }
     const int low = mark == ProfileMark::UTF16 ? 0 : 8;
     for (const WCHAR unit : units) {
         file += static_cast<char>(unit >> low);

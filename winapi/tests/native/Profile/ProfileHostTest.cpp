@@ -392,6 +392,16 @@ TEST(ProfileHost, BytesThatAreNoTextSurviveAWriting)
     EXPECT_EQ(ReadBytes("p.ini"), std::string("[s]\r\nz=a\0b\r\nk=new\r\n", 19));
 }
 
+TEST(ProfileHost, BytesOfAMarkBehindABlankAreNoneAfterAWriting)
+{
+    for (const std::string mark : {"\xFF\xFE", "\xFE\xFF", "\xEF\xBB\xBF"}) {
+        WriteBytes("p.ini", " " + mark + "=1\r\n[s]\r\n");
+        ASSERT_TRUE(Write("new"));
+        EXPECT_EQ(ReadBytes("p.ini"), "\r\n" + mark + "=1\r\n[s]\r\nk=new\r\n");
+        EXPECT_EQ(Value("./p.ini"), "new");
+    }
+}
+
 TEST(ProfileHost, ASectionWithoutANameKeepsItsLine)
 {
     WriteBytes("p.ini", "[s]\nk=old\n[ ]\nx=1\n");
