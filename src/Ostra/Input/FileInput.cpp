@@ -40,9 +40,11 @@ void CT_FileInput::operator delete(void* pv_Object)
     std::free(pv_Object);
 }
 
-// The size isn't asked for its failure: what can't be measured can't be opened either.
+// The size isn't asked for its failure: what can't be measured can't be opened either. A file that
+// is open is closed first: a second open would lose the handle, and be refused for it.
 void CT_FileInput::vv_Open()
 {
+    v_CloseOpen();
     co_Buffer.v_SetSize(n_GetBuffer(), 0);
     if (CT_Report::sb_Failed(qccz_Source))
         return;

@@ -46,8 +46,11 @@ void CT_MappedFileInput::operator delete(void* pv_Object)
     std::free(pv_Object);
 }
 
+// A file that is open is closed first: a second open would lose the handle and the view, and be
+// refused for it.
 void CT_MappedFileInput::vv_Open()
 {
+    v_CloseOpen();
     v_Null(); // what an earlier open left behind
     const unsigned n_Size = co_File.vn_GetSize();
     co_File.vv_Open(CT_File::e_AccessRead, CT_File::e_OpenExisting, CT_File::e_ShareNone,

@@ -27,7 +27,7 @@ public:
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }
     static void operator delete(void* pv_Object);
 
-    // Opens the file for itself alone and maps it.
+    // Opens the file for itself alone and maps it. A file that is open is closed before.
     void vv_Open() override;
     void vv_Close() override;
 

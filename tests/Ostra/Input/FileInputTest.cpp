@@ -153,6 +153,21 @@ TEST(FileInput, AnotherHolderOfTheFileIsInTheWay)
     EXPECT_EQ(TakeSystem(), NO_FAILURE);
 }
 
+TEST(FileInput, AnOpenInputOpensAnew)
+{
+    {
+        Opened input;
+        EXPECT_EQ(Next(input), "01234567");
+        input.vv_Open();
+        EXPECT_EQ(TakeSystem(), NO_FAILURE);
+        EXPECT_EQ(input.vn_GetSize(), 20u);
+        EXPECT_EQ(input.vn_GetOffset(), 0u);
+        EXPECT_EQ(Next(input), "01234567");
+    }
+    fs::rename("file", "renamed"); // no handle is left
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
+
 TEST(FileInput, AnErrorThatStandsStopsTheOpen)
 {
     WriteBytes("file", INPUT_TEXT);

@@ -132,6 +132,34 @@ TEST(MappedFileInput, AnEmptyFileIsRefusedAndStaysOpen)
     EXPECT_EQ(TakeSystem(), NO_FAILURE);
 }
 
+TEST(MappedFileInput, AnOpenInputOpensAnew)
+{
+    {
+        Opened input;
+        EXPECT_EQ(Next(input), "01234567");
+        input.vv_Open();
+        EXPECT_EQ(TakeSystem(), NO_FAILURE);
+        EXPECT_EQ(input.vn_GetOffset(), 0u);
+        EXPECT_EQ(Next(input), "01234567");
+    }
+    fs::rename("file", "renamed"); // no handle is left
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
+
+// The failure has left the file open.
+TEST(MappedFileInput, AFailedOpenCanBeRepeated)
+{
+    WriteBytes("file", INPUT_TEXT);
+    const CT_UString name = Name("file");
+    CT_MappedFileInput input(8, &name);
+    Errors().v_SetError(1234, Units(u"first"));
+    input.vv_Open();
+    TakeFailure();
+    input.vv_Open();
+    EXPECT_EQ(Next(input), "01234567");
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
+
 TEST(MappedFileInput, AnErrorThatStandsStopsTheOpen)
 {
     WriteBytes("file", INPUT_TEXT);
