@@ -33,7 +33,8 @@ public:
     void vv_Append(unsigned char c_Byte, unsigned n_Count) override;
     void vv_Append(const void* qcv_Data, unsigned n_Size) override;
     // Joins the other file to this one by name. Both are open afterwards, at their ends, whatever
-    // failed on the way. A file can't be joined to itself: code 32 of the system.
+    // failed on the way. A file can't be joined to itself: code 32 of the system. Kept: they are
+    // opened for writing what exists, which empties a CT_StdFile; use CT_WinFile here.
     void vv_Append(CT_FileOutput& co_Output) override;
     void vv_Append(const CT_MemoryOutput& co_Output) override;
     // The file stands at its end afterwards. The offset has 31 bits.

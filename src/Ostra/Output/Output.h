@@ -30,7 +30,7 @@ public:
     virtual void vv_Append(unsigned char c_Byte, unsigned n_Count) = 0;
     virtual void vv_Append(const void* qcv_Data, unsigned n_Size) = 0;
     // What the other output has taken so far. A file is closed for it and stays closed if memory
-    // takes it, or is opened again, without its content going, if a file does.
+    // takes it, or is opened again, for writing to what exists, if a file does.
     virtual void vv_Append(CT_FileOutput& co_Output) = 0;
     virtual void vv_Append(const CT_MemoryOutput& co_Output) = 0;
     // Overwrites bytes that have been appended before.

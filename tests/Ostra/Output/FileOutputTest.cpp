@@ -1,6 +1,7 @@
 // tests/Ostra/Output/FileOutputTest.cpp
 #include <Ostra/Output/FileOutput.h>
 
+#include <Ostra/File/StdFile.h>
 #include <Ostra/File/WinFile.h>
 #include <Ostra/Output/MemoryOutput.h>
 
@@ -374,6 +375,27 @@ TEST(FileOutput, JoinsTwoFiles)
     delete other.pco_GiveFile();
     EXPECT_EQ(ReadBytes("file"), "abc" + large + "!");
     EXPECT_EQ(ReadBytes("other"), large + "?");
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
+
+// They are opened for writing alone, which empties a file of the stream library.
+TEST(FileOutput, AJoinEmptiesFilesOfTheStreamLibrary)
+{
+    const CT_UString name = Name("file");
+    const CT_UString other_name = Name("other");
+    CT_StdFile file(&name, 1024);
+    CT_StdFile other_file(&other_name, 1024);
+    {
+        CT_FileOutput output(&file);
+        CT_FileOutput other(&other_file);
+        Append(output, "abc");
+        Append(other, "xyz");
+        output.vv_Append(other);
+        EXPECT_EQ(output.vn_GetSize(), 0u);
+        Append(output, "!");
+    }
+    EXPECT_EQ(ReadBytes("file"), "!");
+    EXPECT_EQ(ReadBytes("other"), "");
     EXPECT_EQ(TakeSystem(), NO_FAILURE);
 }
 
