@@ -66,7 +66,8 @@ public:
     // Moves the cursor to a key that exists; else it stays.
     void v_SetKey(const CT_String* pcco_NewKey);
     // Deletes a key below the cursor with all that it holds. The name is taken as it is: neither
-    // "\" in front nor ".." leads elsewhere. A failure leaves what isn't deleted yet.
+    // "\" in front nor ".." leads elsewhere. Kept: an empty one is the key of the cursor itself. A
+    // failure leaves what isn't deleted yet.
     void v_DeleteKey(const CT_String* pcco_Name);
 
     // ---- Values of the cursor's key ---------------------------------------------------------

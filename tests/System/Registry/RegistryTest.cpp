@@ -330,6 +330,19 @@ TEST_F(RegistryCursor, ADeletedNameIsNoPath)
     EXPECT_EQ(TryOpen(HKEY_CURRENT_USER, In("a\\b")), 0);
 }
 
+TEST_F(RegistryCursor, AnEmptyNameDeletesTheKeyOfTheCursor)
+{
+    Make("a\\b");
+    Make("beside");
+    Set("a");
+    const CT_UString empty;
+    registry.v_DeleteKey(&empty);
+    ExpectDone();
+    EXPECT_EQ(TryOpen(HKEY_CURRENT_USER, In("a")), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(TryOpen(HKEY_CURRENT_USER, In("beside")), 0);
+    EXPECT_EQ(Cursor(), In("a")) << "which is gone";
+}
+
 TEST_F(RegistryCursor, TextIsStoredAsItStandsInItsBuffer)
 {
     const CT_UString value = Text("text");
