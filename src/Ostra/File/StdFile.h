@@ -55,9 +55,10 @@ public:
     void vv_Set() override;
 
     // Existing for writing empties the file or makes it, creating for reading demands it and keeps
-    // its content; appending for reading alone fails. Sharing, attributes and flags are recorded
-    // without effect. A stream whose buffer is refused (a size below 2) stays with the object,
-    // which isn't open; vv_Close closes it.
+    // its content; appending for reading alone fails, and else may stand at 0 until the first
+    // write, which goes to the end. Sharing, attributes and flags are recorded without effect. A
+    // stream whose buffer is refused (a size below 2) stays with the object, which isn't open;
+    // vv_Close closes it.
     void vv_Open(et_Access ec_Access, et_Open ec_Open, et_Share ec_Share, unsigned n_Attribut,
                  unsigned n_Flag) override;
     // Where what is buffered can't be written the file stays open, and closing can be repeated; the

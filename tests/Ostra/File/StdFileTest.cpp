@@ -130,6 +130,20 @@ TEST(StdFile, AccessAndWayMakeTheMode)
     }
 }
 
+TEST(StdFile, AnAppendWritesAtTheEndWhereverItStands)
+{
+    WriteBytes("file", "abc");
+    StdFileProbe file("file", CT_File::e_OpenAppend);
+    EXPECT_EQ(file.vn_GetOffset(), 0u) << "until the first write";
+    EXPECT_EQ(file.Read(2), "ab");
+    EXPECT_EQ(file.Write("de"), 2u);
+    file.vv_SetOffset(CT_File::e_OriginBegin, 1);
+    EXPECT_EQ(file.Write("f"), 1u);
+    file.vv_SetOffset(CT_File::e_OriginBegin, 0);
+    EXPECT_EQ(file.Read(9), "abcdef");
+    EXPECT_EQ(TakeFailure(), NONE);
+}
+
 TEST(StdFile, AFailedOpenLeavesAClosedFileClosed)
 {
     StdFileProbe file("file", CT_File::e_OpenExisting);
