@@ -27,8 +27,8 @@ public:
     static void* operator new(std::size_t, void* pv_Place) noexcept { return pv_Place; }
     static void operator delete(void* pv_Object);
 
-    // Makes the buffer of one block, measures the file and opens it for itself alone. A file that is
-    // open is closed before, and read from its beginning.
+    // Makes the buffer of one block, measures the file and opens it for itself alone. A file that
+    // is open is closed before, and read from its beginning.
     void vv_Open() override;
     void vv_Close() override;
 
