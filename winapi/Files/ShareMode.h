@@ -47,7 +47,7 @@ void UnlockRange(int fd, off_t offset, off_t length);
 
 // What those take turns at who replace a file as a whole: the rewriting, and its contents, which
 // readers share. A turn is waited for, and ends with the descriptor. Result: 0, or
-// ERROR_SHARING_VIOLATION after ten seconds.
+// ERROR_SHARING_VIOLATION after a minute.
 enum class Turn
 {
     REWRITING,

@@ -33,7 +33,7 @@ WINAPI_EXPORT DWORD GetPrivateProfileStringA(LPCSTR lpAppName, LPCSTR lpKeyName,
 // end of their section, new sections to the end of the file. The file is made if it isn't there;
 // the mark of its text, its owner, its mode and a symbolic link stay. It is replaced as a whole, so
 // that readers see the old text or the new one, and writers take turns: a writer that waits for
-// more than ten seconds fails with ERROR_SHARING_VIOLATION. What a change doesn't concern is laid
+// more than a minute fails with ERROR_SHARING_VIOLATION. What a change doesn't concern is laid
 // out anew: blanks around names and values and empty lines go, lines end in CR LF. A change that
 // changes nothing leaves the file untouched. On failure, too: ERROR_PATH_NOT_FOUND,
 // ERROR_ACCESS_DENIED also for a read-only file, ERROR_DISK_FULL (112). A null section fails with
