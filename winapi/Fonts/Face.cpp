@@ -2,6 +2,8 @@
 #include "Fonts/Face.h"
 
 #include "Base/Host.h"
+#include "Fonts/SfntFacts.h"
+#include "Fonts/Type1Facts.h"
 #include "winapi/Text/CodePage.h"
 
 #include <algorithm>
@@ -282,11 +284,11 @@ const FaceFacts& Face::GetFacts() const
     std::unique_ptr<FaceFacts> made(new (std::nothrow) FaceFacts(BUILT_IN));
     if (!made)
         return BUILT_IN;
-    if (const Host host; host) {
-        FaceFacts read;
-        if (host->fonts->read(file.c_str(), index, &read))
-            *made = read;
-    }
+    FaceFacts read;
+    if (ReadSfntFacts(file.c_str(), index, &read) || ReadType1Facts(file.c_str(), index, &read))
+        *made = read;
+    else if (const Host host; host && host->fonts->read(file.c_str(), index, &read))
+        *made = read;
     return *Publish(facts, std::move(made));
 }
 

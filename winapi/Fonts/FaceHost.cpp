@@ -161,11 +161,6 @@ FT_Face FaceOf(const char* file, int index)
     return faces.Get(file, index);
 }
 
-constexpr int PANOSE_TEXT = 2;
-constexpr int PANOSE_FIXED = 9;
-constexpr int PANOSE_FIRST_SERIF = 2;
-constexpr int PANOSE_LAST_SERIF = 10;
-
 void TakeWindowsFacts(const TT_OS2& table, FaceFacts& facts)
 {
     facts.winAscent = table.usWinAscent;
@@ -176,10 +171,7 @@ void TakeWindowsFacts(const TT_OS2& table, FaceFacts& facts)
     std::copy(std::begin(ranges), std::end(ranges), facts.unicodeRanges);
     facts.codePages[0] = static_cast<DWORD>(table.ulCodePageRange1);
     facts.codePages[1] = static_cast<DWORD>(table.ulCodePageRange2);
-    if (table.panose[0] != PANOSE_TEXT)
-        return;
-    facts.fixed |= table.panose[3] == PANOSE_FIXED;
-    facts.serif = table.panose[1] >= PANOSE_FIRST_SERIF && table.panose[1] <= PANOSE_LAST_SERIF;
+    TakePanose(table.panose, facts);
 }
 
 bool Read(const char* file, int index, FaceFacts* facts)

@@ -34,6 +34,19 @@ struct FaceFacts
     bool serif;
 };
 
+// The ten numbers of OS/2 that classify a face.
+inline void TakePanose(const BYTE* panose, FaceFacts& facts)
+{
+    constexpr BYTE text = 2;
+    constexpr BYTE fixed = 9;
+    constexpr BYTE firstSerif = 2;
+    constexpr BYTE lastSerif = 10;
+    if (panose[0] != text)
+        return;
+    facts.fixed |= panose[3] == fixed;
+    facts.serif = panose[1] >= firstSerif && panose[1] <= lastSerif;
+}
+
 // In dots of a size.
 struct Glyph
 {
