@@ -118,14 +118,22 @@ private:
     char* pc_Block;
 };
 
+// Posts a message with two parts. False, with nothing left of the message, if that can't be done.
+inline bool b_PostParts(HWND h_To, HWND h_From, unsigned n_Message, UINT_PTR n_Low, UINT_PTR n_High)
+{
+    const LPARAM l_Parameter = PackDDElParam(n_Message, n_Low, n_High);
+    if (!l_Parameter)
+        return false;
+    if (PostMessageA(h_To, n_Message, reinterpret_cast<WPARAM>(h_From), l_Parameter))
+        return true;
+    FreeDDElParam(n_Message, l_Parameter);
+    return false;
+}
+
 // Answers a message whose item goes back to the sender. False if it couldn't be posted.
 inline bool b_PostAck(HWND h_To, HWND h_From, unsigned n_Status, unsigned n_Item)
 {
-    const LPARAM l_Parameter = PackDDElParam(DDE_ACK, n_Status, n_Item);
-    if (PostMessageA(h_To, DDE_ACK, reinterpret_cast<WPARAM>(h_From), l_Parameter))
-        return true;
-    FreeDDElParam(DDE_ACK, l_Parameter);
-    return false;
+    return b_PostParts(h_To, h_From, DDE_ACK, n_Status, n_Item);
 }
 
 // A class of hidden windows for the instance, registered unless it is. False with the last error

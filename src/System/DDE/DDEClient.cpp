@@ -162,6 +162,7 @@ int CT_DDEClient::b_DDERequest(HWND h_Server, const char* qccz_Item, unsigned n_
         return 0;
     }
     const MSG so_End = so_Wait([u_Item](MSG* pso_Message) {
+        // Kept: data of any item are taken for the answer.
         if (pso_Message->message != DDE_ACK)
             return pso_Message->message == DDE_DATA;
         UINT_PTR n_Status, n_Answered;
@@ -201,16 +202,28 @@ bool CT_DDEClient::b_TakeData(HWND h_Server, LPARAM l_Parameter, CT_Buffer* pco_
     return true;
 }
 
-int CT_DDEClient::b_DDEExecute(HWND h_Server, const char* qccz_Command, unsigned n_Timeout)
+// A block with the text; null, reported, if there is none to be had.
+static HGLOBAL h_MakeCommand(const char* qccz_Command)
 {
     const std::size_t n_Size = std::strlen(qccz_Command) + 1;
     const HGLOBAL h_Command = GlobalAlloc(GMEM_DDESHARE, n_Size);
-    if (!h_Command) {
+    void* const pv_Text = h_Command ? GlobalLock(h_Command) : nullptr;
+    if (!pv_Text) {
         CT_Report::sv_System(qccz_Source);
-        return 0;
+        if (h_Command)
+            GlobalFree(h_Command);
+        return nullptr;
     }
-    std::memcpy(GlobalLock(h_Command), qccz_Command, n_Size);
+    std::memcpy(pv_Text, qccz_Command, n_Size);
     GlobalUnlock(h_Command);
+    return h_Command;
+}
+
+int CT_DDEClient::b_DDEExecute(HWND h_Server, const char* qccz_Command, unsigned n_Timeout)
+{
+    const HGLOBAL h_Command = h_MakeCommand(qccz_Command);
+    if (!h_Command)
+        return 0;
     if (!PostMessageA(h_Server, DDE_EXECUTE, reinterpret_cast<WPARAM>(h_Window),
                       reinterpret_cast<LPARAM>(h_Command))) {
         CT_Report::sv_System(qccz_Source);
@@ -222,6 +235,7 @@ int CT_DDEClient::b_DDEExecute(HWND h_Server, const char* qccz_Command, unsigned
         CT_Report::sv_System(qccz_Source);
         return 0;
     }
+    // Kept: any acknowledgement is taken for the command's.
     const MSG so_End =
         so_Wait([](const MSG* pcso_Message) { return pcso_Message->message == DDE_ACK; });
     UINT_PTR n_Status = 0;

@@ -98,8 +98,9 @@ void CT_DDEServer::v_Exit()
         co_Clients.v_GetAt(&h_Client, 1);
         v_Terminate(h_Client);
     }
-    if (h_Window)
-        DestroyWindow(h_Window);
+    // A window of another thread stays, and is to find no object any more.
+    if (h_Window && !DestroyWindow(h_Window))
+        SetWindowLongPtrA(h_Window, OBJECT, 0);
     h_Window = nullptr;
 }
 
@@ -202,27 +203,33 @@ void CT_DDEServer::v_AcknowledgeTerminate(HWND h_Client, unsigned short u_Item, 
     v_Terminate(h_Client);
 }
 
-void CT_DDEServer::v_SendData(HWND h_Client, unsigned short u_Item, const char* qccz_Text)
+// A block with the value; null, reported, if there is none to be had.
+static HGLOBAL h_MakeValue(const char* qccz_Text)
 {
     const std::size_t n_Size = std::strlen(qccz_Text) + 1;
     // One byte to spare behind the terminator.
     const HGLOBAL h_Data = GlobalAlloc(GMEM_DDESHARE | GHND, HEAD + n_Size + 1);
-    if (!h_Data) {
-        CT_Report::sv_System(qccz_Source);
-        return;
-    }
-    {
+    if (h_Data) {
         CT_ValueBlock co_Block(h_Data);
         if (co_Block) {
             co_Block.v_SetFlags(HEAD_RESPONSE | HEAD_RELEASE);
             co_Block.v_SetFormat(TEXT_FORMAT);
             std::memcpy(co_Block.pc_GetValue(), qccz_Text, n_Size);
+            return h_Data;
         }
     }
-    const LPARAM l_Parameter = PackDDElParam(DDE_DATA, reinterpret_cast<UINT_PTR>(h_Data), u_Item);
-    if (PostMessageA(h_Client, DDE_DATA, reinterpret_cast<WPARAM>(h_Window), l_Parameter))
+    CT_Report::sv_System(qccz_Source);
+    if (h_Data)
+        GlobalFree(h_Data);
+    return nullptr;
+}
+
+void CT_DDEServer::v_SendData(HWND h_Client, unsigned short u_Item, const char* qccz_Text)
+{
+    const HGLOBAL h_Data = h_MakeValue(qccz_Text);
+    if (!h_Data ||
+        b_PostParts(h_Client, h_Window, DDE_DATA, reinterpret_cast<UINT_PTR>(h_Data), u_Item))
         return;
-    FreeDDElParam(DDE_DATA, l_Parameter);
     GlobalFree(h_Data);
     GlobalDeleteAtom(u_Item);
 }

@@ -228,6 +228,40 @@ TEST_F(DDEClient, BrokenDataAreAFailureWithoutAnError)
     EXPECT_EQ(Text(out), Ended("eeeeeeee"));
 }
 
+TEST_F(DDEClient, DataThatComeTooLateAnswerTheNextRequest)
+{
+    // The first item is answered when the second one is asked for.
+    UINT_PTR late = 0;
+    const Served<RawPartner> partner([&] {
+        return RawPartner([&](HWND window, UINT message, WPARAM first, LPARAM second) -> LRESULT {
+            if (message != REQUEST)
+                return DefWindowProcA(window, message, first, second);
+            if (late)
+                PostMessageA(AsWindow(first), DATA, AsFirst(window),
+                             PackDDElParam(DATA, late, 0xBF01));
+            late = Block(RELEASE, "of the first");
+            return 0;
+        });
+    });
+    EXPECT_EQ(client.b_DDERequest(partner.Handle(), "first", 30, &out), 0);
+    EXPECT_EQ(client.b_DDERequest(partner.Handle(), "second", LONG_TIME, &out), 1);
+    EXPECT_EQ(Text(out), Ended("of the first"));
+    SendMessageA(partner.Handle(), WM_USER, 0, 0);
+    GlobalFree(AsBlock(late));
+}
+
+TEST_F(DDEClient, ANameThatIsNoAtomIsAskedForAsNone)
+{
+    const std::string longer(256, 'n');
+    EXPECT_EQ(client.h_DDEInitiate("", "Words"), nullptr);
+    EXPECT_EQ(client.h_DDEInitiate(longer.c_str(), "Words"), nullptr);
+    const HWND found = client.h_DDEInitiate("OstraWords", "Words");
+    EXPECT_EQ(client.b_DDERequest(found, longer.c_str(), 60, &out), 0);
+    EXPECT_EQ(client.b_DDERequest(found, "", 60, &out), 0);
+    EXPECT_EQ(client.b_DDERequest(found, "number", LONG_TIME, &out), 1);
+    client.v_DDETerminate(found);
+}
+
 TEST_F(DDEClient, ACommandsResultIsTheServersAcknowledgement)
 {
     std::string commands;

@@ -294,6 +294,32 @@ TEST_F(DDEServer, ItsEndEndsAllConversationsInTheirOrder)
     }
 }
 
+TEST_F(DDEServer, ItsEndEndsAllConversationsWhileAnErrorIsSet)
+{
+    Client second, third;
+    for (Client* one : {&client, &second, &third})
+        Begin(*one);
+    Errors().v_SetError(4711, Units(u"earlier"));
+    server.reset();
+    for (Client* one : {&client, &second, &third})
+        EXPECT_EQ(one->Take().size(), 1U);
+    EXPECT_EQ(TakeFailure().code, 4711U);
+}
+
+TEST_F(DDEServer, OneThatEndsOnAnotherThreadLeavesAWindowThatAnswersNobody)
+{
+    Begin(client);
+    const HWND window = Window();
+    std::thread([&] { server.reset(); }).join();
+    EXPECT_TRUE(IsWindow(window));
+    client.Take();
+    client.Initiate(window, "OstraService", "Words");
+    PostMessageA(window, REQUEST, AsFirst(client), Words(1, ITEM));
+    Pump();
+    EXPECT_EQ(client.Take(), Entries());
+    EXPECT_TRUE(DestroyWindow(window));
+}
+
 TEST_F(DDEServer, WithoutANameItHasNoWindowAndCopiesShareIt)
 {
     CT_DDEServer none;
