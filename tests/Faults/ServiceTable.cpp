@@ -65,6 +65,26 @@ void Leave(CloseHandleService, HANDLE handle)
 }
 
 // These are gone also where ending them fails.
+void Leave(DestroyWindowService, HWND window)
+{
+    DestroyWindowService::place.real(window);
+}
+
+void Leave(KillTimerService, HWND window, UINT_PTR id)
+{
+    KillTimerService::place.real(window, id);
+}
+
+void Leave(GlobalDeleteAtomService, ATOM atom)
+{
+    GlobalDeleteAtomService::place.real(atom);
+}
+
+void Leave(FreeDDElParamService, UINT message, LPARAM parameter)
+{
+    FreeDDElParamService::place.real(message, parameter);
+}
+
 void Leave(UnmapViewOfFileService, LPCVOID view)
 {
     UnmapViewOfFileService::place.real(view);
