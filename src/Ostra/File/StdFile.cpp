@@ -125,6 +125,15 @@ void CT_StdFile::v_CloseOpen()
     v_Drop();
 }
 
+// The stream of a file that is opened once more. What can't be written is lost with it.
+void CT_StdFile::v_Leave()
+{
+    errno = 0;
+    if (pso_File && std::fflush(pso_File))
+        b_Fail(u"fclose", errno);
+    v_Drop();
+}
+
 // A stream that a failure has left behind.
 void CT_StdFile::v_Drop()
 {
@@ -166,7 +175,7 @@ void CT_StdFile::vv_Open(et_Access ec_Access, et_Open ec_Open, et_Share ec_Share
 {
     const st_Mode so_Mode = so_ModeOf(ec_Access, ec_Open);
     int i_Error = 0;
-    v_Drop();
+    v_Leave();
     pso_File = t_CallNoting(
         &i_Error,
         [&](LPCWSTR qcuz_Name) { return _wfopen(qcuz_Name, qcuz_System(so_Mode.au_Wide)); },

@@ -94,6 +94,7 @@ public:
 
 private:
     void v_CloseOpen();
+    void v_Leave();
     void v_Drop();
     int b_HasStream() const;
     int b_Fail(const char16_t* qcuz_Function, int i_Error,

@@ -179,6 +179,18 @@ TEST(StdFileFailures, AFullDevice)
     EXPECT_EQ(file.pcco_GetFILE(), nullptr);
 }
 
+TEST(StdFileFailures, ASecondOpenTellsWhatTheFirstStreamHasLost)
+{
+    const std::string name = "/dev/full";
+    StdFileProbe file(name, CT_File::e_OpenExisting, CT_File::e_AccessWrite);
+    EXPECT_EQ(file.Write("abc"), 3u);
+    file.Open(CT_File::e_OpenExisting);
+    EXPECT_EQ(TakeFailure(), StdFailure(28, "fclose", {STDFILE_PLACE}, name));
+    EXPECT_EQ(file.b_IsOpen(), 1);
+    file.vv_Close();
+    EXPECT_EQ(TakeFailure(), NONE);
+}
+
 TEST(StdFileFailures, OtherDevices)
 {
     StdFileProbe zero("/dev/zero", CT_File::e_OpenExisting, CT_File::e_AccessRead);
