@@ -321,12 +321,14 @@ void CT_Registry::v_EndText()
     const unsigned n_Width = CT_OS::sb_GetIsWindowsNT() ? 2 : 1;
     const unsigned n_Used = co_Buffer.n_GetUsedSize();
     const auto pc_Text = static_cast<const char*>(co_Buffer.qcv_Get());
-    if (!n_Used || (n_Used >= n_Width && !pc_Text[n_Used - 1] && !pc_Text[n_Used - n_Width]))
+    // A half of a unit at the end is no terminator: its other half is what lay there before.
+    if (!n_Used || (n_Used % n_Width == 0 && !pc_Text[n_Used - 1] && !pc_Text[n_Used - n_Width]))
         return;
+    constexpr unsigned ZEROS = 3; // a whole unit also behind a half
     const CT_Report::CT_Since co_Since;
-    co_Buffer.v_SetMinSize(n_Used + 2, 1);
+    co_Buffer.v_SetMinSize(n_Used + ZEROS, 1);
     if (!co_Since.b_HasFailed())
-        std::memset(static_cast<char*>(const_cast<void*>(co_Buffer.qcv_Get())) + n_Used, 0, 2);
+        std::memset(static_cast<char*>(const_cast<void*>(co_Buffer.qcv_Get())) + n_Used, 0, ZEROS);
 }
 
 // Stores the buffer as the value.

@@ -440,6 +440,28 @@ TEST_F(RegistryCursor, ATextWithoutTerminatorReadsToItsEnd)
     }
 }
 
+TEST_F(RegistryCursor, HalfAUnitAtTheEndOfATextBringsNothingOfAnEarlierValue)
+{
+    if (!IsWide())
+        GTEST_SKIP() << "units are bytes";
+    const CT_UString value = Text("text"), earlier = Text("earlier");
+    const CT_UString letters(u"\x5555\x5555\x5555\x5555");
+    registry.v_SetValue(&earlier, &letters);
+    const HKEY key = Open(HKEY_CURRENT_USER, name, KEY_ALL_ACCESS);
+    for (const std::string& bytes : {std::string("a\0\0", 3), std::string("a\0b", 3)}) {
+        EXPECT_EQ(RegSetValueExW(key, ::Wide(std::string("text")).c_str(), 0, REG_SZ,
+                                 reinterpret_cast<const BYTE*>(bytes.data()), 3),
+                  0);
+        CT_UString out;
+        registry.v_GetValue(&earlier, &out);
+        out.v_Set(u"");
+        registry.v_GetValue(&value, &out);
+        EXPECT_EQ(::Wide(out.qcuz_Get()), bytes[2] ? u"ab" : u"a");
+    }
+    RegCloseKey(key);
+    ExpectDone();
+}
+
 TEST_F(RegistryCursor, BinaryDataComeBackInASharedBlock)
 {
     const std::string data("\0\1\2\xFF", 4);
