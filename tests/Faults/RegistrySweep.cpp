@@ -129,6 +129,11 @@ const Step STEPS[] = {
      [](State& s) {
          return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;
      }},
+    {"store text of bytes", [](State& s) { s.registry.v_SetValue(&s.name, &s.name); },
+     [](State& s) { return Find(s.name.qccz_Get()) == 0; },
+     [](State& s) {
+         return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;
+     }},
     {"store a number", [](State& s) { s.registry.v_SetValue(&s.name, DWORD(5)); },
      [](State& s) { return Find(s.name.qccz_Get()) == 0; },
      [](State& s) {

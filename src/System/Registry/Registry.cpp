@@ -135,6 +135,26 @@ void v_StripKey(CT_String* pco_Path)
     pco_Path->vv_Strip(&co_Separator);
 }
 
+// Whether bytes that are read as a text of the road end with its terminator, or are none at all.
+// A half of a unit at the end is none: its other half is what lay there before.
+bool b_IsEnded(const CT_Buffer& co_Text)
+{
+    const unsigned n_Width = CT_OS::sb_GetIsWindowsNT() ? 2 : 1;
+    const unsigned n_Used = co_Text.n_GetUsedSize();
+    const auto pc_Text = static_cast<const char*>(co_Text.qcv_Get());
+    return !n_Used || (n_Used % n_Width == 0 && !pc_Text[n_Used - 1] && !pc_Text[n_Used - n_Width]);
+}
+
+// The system looks behind a text without a terminator, and stores two more bytes where it finds
+// zeros there. What lies there isn't the text's, so it finds others.
+void v_Fence(CT_Buffer* pco_Text)
+{
+    const unsigned n_Used = pco_Text->n_GetUsedSize();
+    pco_Text->v_Append("\xFF\xFF", 2);
+    if (pco_Text->n_GetUsedSize() > n_Used)
+        pco_Text->v_SetUsedSize(n_Used);
+}
+
 unsigned n_FindLast(const CT_UString& co_Text, unsigned short u_Find)
 {
     unsigned n_At = co_Text.vn_GetLength();
@@ -318,12 +338,9 @@ void CT_Registry::v_ValueToBuffer(const CT_String* pcco_Name, DWORD n_Type)
 // A text that was stored without a terminator gets one, which the used size doesn't count.
 void CT_Registry::v_EndText()
 {
-    const unsigned n_Width = CT_OS::sb_GetIsWindowsNT() ? 2 : 1;
-    const unsigned n_Used = co_Buffer.n_GetUsedSize();
-    const auto pc_Text = static_cast<const char*>(co_Buffer.qcv_Get());
-    // A half of a unit at the end is no terminator: its other half is what lay there before.
-    if (!n_Used || (n_Used % n_Width == 0 && !pc_Text[n_Used - 1] && !pc_Text[n_Used - n_Width]))
+    if (b_IsEnded(co_Buffer))
         return;
+    const unsigned n_Used = co_Buffer.n_GetUsedSize();
     constexpr unsigned ZEROS = 3; // a whole unit also behind a half
     const CT_Report::CT_Since co_Since;
     co_Buffer.v_SetMinSize(n_Used + ZEROS, 1);
@@ -336,6 +353,9 @@ void CT_Registry::v_BufferToValue(const CT_String* pcco_Name, DWORD n_Type) cons
 {
     const CT_Report::CT_Since co_Since;
     const CT_RoadText co_Name(pcco_Name);
+    CT_Buffer co_Data(&co_Buffer);
+    if (n_Type == REG_SZ && !b_IsEnded(co_Data))
+        v_Fence(&co_Data);
     if (co_Since.b_Failed(qccz_Source))
         return;
     // Kept: asks for no more than reading where there are no wide calls.
@@ -344,7 +364,7 @@ void CT_Registry::v_BufferToValue(const CT_String* pcco_Name, DWORD n_Type) cons
         return;
     const LSTATUS i4_Code =
         t_Call(RegSetValueExW, RegSetValueExA, h_Cursor, co_Name.pcco_Get(), DWORD(0), n_Type,
-               static_cast<const BYTE*>(co_Buffer.qcv_Get()), DWORD(co_Buffer.n_GetUsedSize()));
+               static_cast<const BYTE*>(co_Data.qcv_Get()), DWORD(co_Data.n_GetUsedSize()));
     RegCloseKey(h_Cursor);
     b_Refused(i4_Code);
 }

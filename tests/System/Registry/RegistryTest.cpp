@@ -378,12 +378,56 @@ TEST_F(RegistryCursor, TextOfBytesIsStoredAsBytes)
     const CT_UString value = Text("text");
     const CT_CString text("abc", -1, 0);
     registry.v_SetValue(&value, &text);
-    // The reference run counts a zero behind the bytes with them.
-    EXPECT_EQ(Raw("text").substr(0, 4), std::string("abc\0", 4));
+    EXPECT_EQ(Raw("text"), std::string("abc\0", 4));
+    EXPECT_EQ(text.pcco_GetBuffer()->n_GetUseCount(), 2U);
     CT_CString out("", -1, 0);
     registry.v_GetValue(&value, &out);
     EXPECT_STREQ(out.qccz_Get(), "abc");
+    EXPECT_EQ(out.vn_GetLength(), 3U);
     ExpectDone();
+}
+
+// Whatever lies behind the bytes: the system looks there where they end without two zeros.
+TEST_F(RegistryCursor, OfATextNothingIsStoredThatLiesBehindIt)
+{
+    if (!IsWide())
+        return;
+    const CT_UString value = Text("text");
+    for (unsigned bytes = 0; bytes < 60; ++bytes)
+        for (const char behind : {'\0', 'x'}) {
+            const std::string content = std::string(bytes, 'a') + '\0';
+            CT_Buffer block((content + std::string(4, behind)).data(), bytes + 5, 32);
+            block.v_SetUsedSize(bytes + 1);
+            const CT_CString text(&block);
+            registry.v_SetValue(&value, &text);
+            EXPECT_EQ(Raw("text"), content);
+            CT_CString out("", -1, 0);
+            registry.v_GetValue(&value, &out);
+            EXPECT_EQ(out.vn_GetLength(), bytes);
+        }
+    ExpectDone();
+}
+
+TEST_F(RegistryCursor, AnOddByteBehindATextIsNoEndOfIt)
+{
+    if (!IsWide())
+        return;
+    // What the object fetched before lies behind the text.
+    StoreRaw("data", REG_BINARY, std::string(16, '\xFF'));
+    const HKEY key = Open(HKEY_CURRENT_USER, name, KEY_ALL_ACCESS);
+    const BYTE bytes[] = {'a', 0, 0, 0xFF, 0xFF};
+    EXPECT_EQ(RegSetValueExW(key, ::Wide(std::string("text")).c_str(), 0, REG_SZ, bytes, 3), 0);
+    RegCloseKey(key);
+    const CT_UString value = Text("text"), data = Text("data");
+    {
+        CT_Buffer before;
+        registry.v_GetValue(&data, &before);
+    }
+    CT_UString out;
+    registry.v_GetValue(&value, &out);
+    ExpectDone();
+    EXPECT_EQ(out.pcco_GetBuffer()->n_GetUsedSize(), 3U);
+    EXPECT_EQ(::Wide(out.qcuz_Get()), u"a");
 }
 
 TEST_F(RegistryCursor, TextIsFetchedInTheFormOfTheRoad)
