@@ -128,7 +128,7 @@ DWORD Get(const Char* section, const Char* key, const Char* otherwise, Char* buf
     if (Answer(name, question, answer))
         return Store(View(answer), question.ofAll || question.ofSection, buffer, room);
     const View text = otherwise ? View(otherwise) : View();
-    return Store(key ? Unquoted(TrimmedBehind(text)) : text, false, buffer, room);
+    return Store(key ? Unquoted(WithoutSpacesBehind(text)) : text, false, buffer, room);
 }
 
 template <class Char>

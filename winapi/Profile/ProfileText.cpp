@@ -276,19 +276,21 @@ bool WantedName::IsFrom(std::size_t start, WideView rest) const
 }
 
 template <class Char>
-std::basic_string_view<Char> TrimmedBehind(std::basic_string_view<Char> text)
+std::basic_string_view<Char> Trimmed(std::basic_string_view<Char> text)
 {
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
     while (!text.empty() && IsBlank(text.back()))
         text.remove_suffix(1);
     return text;
 }
 
 template <class Char>
-std::basic_string_view<Char> Trimmed(std::basic_string_view<Char> text)
+std::basic_string_view<Char> WithoutSpacesBehind(std::basic_string_view<Char> text)
 {
-    while (!text.empty() && IsBlank(text.front()))
-        text.remove_prefix(1);
-    return TrimmedBehind(text);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
 }
 
 template <class Char>
@@ -366,8 +368,8 @@ template class ProfileText<char>;
 template class ProfileText<WCHAR>;
 template std::string_view Trimmed(std::string_view);
 template WideView Trimmed(WideView);
-template std::string_view TrimmedBehind(std::string_view);
-template WideView TrimmedBehind(WideView);
+template std::string_view WithoutSpacesBehind(std::string_view);
+template WideView WithoutSpacesBehind(WideView);
 template std::string_view Unquoted(std::string_view);
 template WideView Unquoted(WideView);
 } // namespace winapi

@@ -60,11 +60,12 @@ private:
     UINT page;
 };
 
-// Without blanks at both ends, and at the end alone; the end of a file of old counts as one.
+// Without blanks at both ends; tabs and the end of a file of old count as such.
 template <class Char>
 std::basic_string_view<Char> Trimmed(std::basic_string_view<Char> text);
+// Without spaces at the end, and nothing else.
 template <class Char>
-std::basic_string_view<Char> TrimmedBehind(std::basic_string_view<Char> text);
+std::basic_string_view<Char> WithoutSpacesBehind(std::basic_string_view<Char> text);
 // Without one pair of equal quotes around it.
 template <class Char>
 std::basic_string_view<Char> Unquoted(std::basic_string_view<Char> text);

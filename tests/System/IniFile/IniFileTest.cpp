@@ -51,6 +51,7 @@ TEST(IniFile, AKeyThatIsMissingReadsAsTheDefault)
     Profile profile("[s]\r\nk=v\r\n");
     EXPECT_EQ(profile.Text("s", "none", "given"), "given");
     EXPECT_EQ(profile.Text("none", "k", "given"), "given");
+    EXPECT_EQ(profile.Text("s", "none", "given\r\n\t"), "given\r\n\t");
     EXPECT_EQ(profile.Number("s", "none", 5), 5U);
     EXPECT_EQ(profile.Number("none", "k", 0xFFFFFFFE), 0xFFFFFFFEU);
     EXPECT_EQ(TakeFailure(), NONE);

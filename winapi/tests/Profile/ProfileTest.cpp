@@ -36,9 +36,9 @@ Answer Get(const char* section, const char* key, const char* otherwise = "def", 
     return read;
 }
 
-std::string Value(const char* section, const char* key)
+std::string Value(const char* section, const char* key, const char* otherwise = "(none)")
 {
-    const Answer read = Get(section, key, "(none)");
+    const Answer read = Get(section, key, otherwise);
     EXPECT_EQ(read.bytes.back(), 0);
     return read.bytes.substr(0, read.count);
 }
@@ -246,6 +246,16 @@ TEST(Profile, AListThatIsEmptyGivesTheDefaultAsItStands)
     EXPECT_EQ(Get("none", nullptr, "d"), (Answer{1, std::string("d\0", 2)}));
     EXPECT_EQ(Get("none", "k", " 'd' "), (Answer{4, std::string(" 'd'\0", 5)}));
     EXPECT_EQ(Get("none", "k", "'d' "), (Answer{1, std::string("d\0", 2)}));
+}
+
+TEST(Profile, OfADefaultOnlySpacesAtTheEndAreLost)
+{
+    Make("[s]\n");
+    for (const std::string behind : {"\t", "\r\n", "\x1A", " \t", "\xA0"}) {
+        const std::string text = " d" + behind;
+        EXPECT_EQ(Value("s", "k", text.c_str()), text);
+        EXPECT_EQ(Value("s", "k", (text + "  ").c_str()), text);
+    }
 }
 
 TEST(Profile, ListsThatDoNotFitEndInTwoZeros)
