@@ -5,6 +5,8 @@
 #include <Ostra/Frame/Text.h>
 #include <Ostra/String/UString.h>
 
+#include <string>
+
 // Bytes of the code pages; texts are split where a digit would be taken for part of a number.
 const char CT_FontManager::sacz_Default[] = "AaBbCcXxYyZz 1234567890";
 const char CT_FontManager::sacz_WestEuropean[] = "The quick brown fox";
@@ -77,6 +79,16 @@ int CT_FontManager::sb_GetCharsetSpecifier(CT_String* pco_Specifier, unsigned n_
         return 0;
     pco_Specifier->v_Set(qcuz_Suffix + 1);
     return 1;
+}
+
+// False for most names at once: by their last character.
+bool CT_FontManager::sb_MayHaveSuffix(const CT_String* pcco_Name, unsigned n_Charset)
+{
+    const char16_t* const qcuz_Suffix = pcso_Find(n_Charset)->qcuz_Suffix;
+    const unsigned n_Length = pcco_Name->vn_GetLength();
+    return qcuz_Suffix && n_Length &&
+           pcco_Name->vu_GetAt(n_Length - 1) ==
+               qcuz_Suffix[std::char_traits<char16_t>::length(qcuz_Suffix) - 1];
 }
 
 void CT_FontManager::sv_StripCharsetSpecifier(CT_String* pco_Name, unsigned n_Charset)

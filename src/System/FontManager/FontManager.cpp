@@ -4,6 +4,7 @@
 #include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 #include <Ostra/String/CString.h>
+#include <Ostra/String/StringKind.h>
 #include <Ostra/String/UString.h>
 #include <System/FontManager/LogicalFont.h>
 
@@ -15,6 +16,7 @@
 
 static constexpr char qccz_Source[] = "System/FontManager/FontManager";
 
+static constexpr unsigned LONGEST_PLAIN = 64;   // a name that is looked for without conversion
 static constexpr unsigned FONTS = 32;           // places of a new pool
 static constexpr unsigned GROWTH = 8;           // of the pool
 static constexpr unsigned LIST_GROWTH = 128;    // of the list of families, in bytes
@@ -183,25 +185,74 @@ CT_LogicalFont* CT_FontManager::pco_GetAt(unsigned n_Position) const
     return pco_Font;
 }
 
+// A name of ASCII alone, which is the same in each form and needs no conversion; false for others,
+// and for those that may end in the suffix of a set.
+bool CT_FontManager::sb_TakePlain(char* pc_Name, const CT_String* pcco_Name, unsigned n_Charset)
+{
+    const unsigned n_Length = pcco_Name->vn_GetLength();
+    if (n_Length >= LONGEST_PLAIN || sb_MayHaveSuffix(pcco_Name, n_Charset))
+        return false;
+    unsigned n_All = 0; // the bits of all characters
+    unsigned n_None = 0;
+    const auto v_Take = [&](const auto* pc_Text) {
+        for (unsigned n = 0; n < n_Length; ++n) {
+            const unsigned n_Character = static_cast<unsigned>(pc_Text[n]);
+            n_All |= n_Character;
+            n_None |= !n_Character;
+            pc_Name[n] = static_cast<char>(n_Character);
+        }
+    };
+    if (const CT_UString* const pcco_Wide = pcco_Units(pcco_Name))
+        v_Take(pcco_Wide->qcuz_Get());
+    else if (const CT_CString* const pcco_Narrow = pcco_Bytes(pcco_Name);
+             pcco_Narrow && !pcco_Narrow->n_GetCodePage())
+        v_Take(reinterpret_cast<const unsigned char*>(pcco_Narrow->qccz_Get()));
+    else
+        return false;
+    pc_Name[n_Length] = 0;
+    return n_All < 0x80 && !n_None;
+}
+
+// The youngest font of a request; 0 for none.
+unsigned CT_FontManager::n_FindFont(const CT_String* pcco_Name, unsigned n_Charset, unsigned n_Size,
+                                    int b_Bold, int b_Italic, int b_Underline, int b_StrikeOut,
+                                    unsigned n_Resolution) const
+{
+    unsigned n = co_Fonts.n_GetCount();
+    if (char ac_Name[LONGEST_PLAIN]; sb_TakePlain(ac_Name, pcco_Name, n_Charset)) {
+        const auto b_IsIt = [&](const CT_LogicalFont* pcco_Font) {
+            return pcco_Font->b_IsRequest(n_Charset, n_Size, b_Bold, b_Italic, b_Underline,
+                                          b_StrikeOut, n_Resolution) &&
+                   !std::strcmp(pcco_Font->co_Name.qccz_Get(), ac_Name);
+        };
+        while (n && !b_IsIt(pco_GetAt(n)))
+            --n;
+        return n;
+    }
+    CT_UString co_Name(pcco_Name);
+    sv_StripCharsetSpecifier(&co_Name, n_Charset);
+    while (n && !pco_GetAt(n)->b_IsEqual(&co_Name, n_Charset, n_Size, b_Bold, b_Italic, b_Underline,
+                                         b_StrikeOut, n_Resolution))
+        --n;
+    return n;
+}
+
 CT_LogicalFont* CT_FontManager::pco_Hire(HDC h_DC, const CT_String* pcco_Name, unsigned n_Charset,
                                          unsigned n_Size, int b_Bold, int b_Italic, int b_Underline,
                                          int b_StrikeOut)
 {
     if (!pcco_Name->vn_GetLength() || b_IsEnded)
         return pco_SystemFont;
-    CT_UString co_Name(pcco_Name);
-    sv_StripCharsetSpecifier(&co_Name, n_Charset);
     const unsigned n_Resolution = static_cast<unsigned>(GetDeviceCaps(h_DC, RESOLUTION));
-
-    unsigned n = co_Fonts.n_GetCount();
-    while (n && !pco_GetAt(n)->b_IsEqual(&co_Name, n_Charset, n_Size, b_Bold, b_Italic, b_Underline,
-                                         b_StrikeOut, n_Resolution))
-        --n;
+    const unsigned n = n_FindFont(pcco_Name, n_Charset, n_Size, b_Bold, b_Italic, b_Underline,
+                                  b_StrikeOut, n_Resolution);
     CT_LogicalFont* pco_Font;
     if (n) {
         pco_Font = pco_GetAt(n);
         v_MoveToEnd(n);
     } else {
+        CT_UString co_Name(pcco_Name);
+        sv_StripCharsetSpecifier(&co_Name, n_Charset);
         pco_Font = new CT_LogicalFont(sh_Instance, h_DC, &co_Name, n_Charset, n_Size, b_Bold,
                                       b_Italic, b_Underline, b_StrikeOut);
         if (!pco_Font || !b_Place(pco_Font))

@@ -124,6 +124,11 @@ private:
     void v_Exit();
     void v_ReadSystem();
     CT_LogicalFont* pco_GetAt(unsigned n_Position) const;
+    static bool sb_MayHaveSuffix(const CT_String* pcco_Name, unsigned n_Charset);
+    static bool sb_TakePlain(char* pc_Name, const CT_String* pcco_Name, unsigned n_Charset);
+    unsigned n_FindFont(const CT_String* pcco_Name, unsigned n_Charset, unsigned n_Size, int b_Bold,
+                        int b_Italic, int b_Underline, int b_StrikeOut,
+                        unsigned n_Resolution) const;
     void v_MoveToEnd(unsigned n_Position);
     void v_MakeRoom();
     bool b_Place(CT_LogicalFont* pco_Font);

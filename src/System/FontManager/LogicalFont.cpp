@@ -170,9 +170,16 @@ int CT_LogicalFont::b_IsEqual(const CT_String* pcco_Name, unsigned n_Charset, un
                               int b_Bold, int b_Italic, int b_Underline, int b_StrikeOut,
                               unsigned n_Resolution) const
 {
+    return !co_Name.vi_Compare(pcco_Name, 0, ALL, 0) &&
+           b_IsRequest(n_Charset, n_Size, b_Bold, b_Italic, b_Underline, b_StrikeOut, n_Resolution);
+}
+
+int CT_LogicalFont::b_IsRequest(unsigned n_Charset, unsigned n_Size, int b_Bold, int b_Italic,
+                                int b_Underline, int b_StrikeOut, unsigned n_Resolution) const
+{
     const tagLOGFONTA* const pcso_LogFont = pcso_GetLogFont();
-    return !co_Name.vi_Compare(pcco_Name, 0, ALL, 0) && n_Charset == n_RequestedCharset &&
-           b_Bold == b_GetBold() && static_cast<BYTE>(b_Italic) == pcso_LogFont->lfItalic &&
+    return n_Charset == n_RequestedCharset && b_Bold == b_GetBold() &&
+           static_cast<BYTE>(b_Italic) == pcso_LogFont->lfItalic &&
            static_cast<BYTE>(b_Underline) == pcso_LogFont->lfUnderline &&
            static_cast<BYTE>(b_StrikeOut) == pcso_LogFont->lfStrikeOut && n_Size == n_Points &&
            n_Resolution == n_PixelsPerInch;

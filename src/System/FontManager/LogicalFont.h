@@ -93,6 +93,8 @@ public:
     unsigned n_GetCodePage() const { return n_CodePage; }
 
 private:
+    friend class CT_FontManager;
+
     void v_Null();
     void v_Init(HINSTANCE h_Instance, HDC h_DC, const CT_String* pcco_Name, unsigned n_Charset,
                 unsigned n_Size, int b_Bold, int b_Italic, int b_Underline, int b_StrikeOut,
@@ -100,6 +102,9 @@ private:
     void v_Exit();
     void v_InitRequest(unsigned n_Charset, int b_Bold, int b_Italic, int b_Underline,
                        int b_StrikeOut);
+    // The request but for the name.
+    int b_IsRequest(unsigned n_Charset, unsigned n_Size, int b_Bold, int b_Italic, int b_Underline,
+                    int b_StrikeOut, unsigned n_Resolution) const;
     HANDLE h_Realise(HDC h_DC);
     bool b_IsSubstituted(const char* qccz_Face, unsigned n_Charset) const;
     void v_TakeFace(HDC h_DC, const char* qccz_Face);

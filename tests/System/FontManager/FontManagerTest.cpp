@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "Support/Private.h"
@@ -123,6 +125,31 @@ TEST_F(FontManager, SizeOf0IsANewFontEachTime)
 {
     EXPECT_NE(Hire(dc, OfSize(0)), Hire(dc, OfSize(0)));
     EXPECT_EQ(Hire(dc, OfSize(10)), Pool().back());
+}
+
+TEST_F(FontManager, AFontIsFoundByEachFormOfItsName)
+{
+    const auto hire = [&](const CT_String& name, unsigned charset) {
+        return Manager().pco_Hire(dc, &name, charset, 31, 0, 0, 0, 0);
+    };
+    const std::u16string names[] = {u"DejaVu Sans", u"dejavu sans", u"Gr\u00F6\u00DFe",
+                                    std::u16string(63, u'x'), std::u16string(64, u'x')};
+    std::set<CT_LogicalFont*> fonts;
+    for (const std::u16string& name : names)
+        for (const unsigned charset : {0u, 204u}) {
+            const CT_UString wide(name.c_str());
+            CT_LogicalFont* const font = hire(wide, charset);
+            EXPECT_TRUE(fonts.insert(font).second);
+            const CT_CString narrow(&wide), western(&wide, 1252);
+            const CT_UString suffixed((name + u" Cyr").c_str());
+            const CT_CString narrowSuffixed(&suffixed, 1252);
+            EXPECT_EQ(hire(wide, charset), font);
+            EXPECT_EQ(hire(narrow, charset), font);
+            EXPECT_EQ(hire(western, charset), font);
+            EXPECT_EQ(hire(suffixed, charset) == font, charset == 204);
+            EXPECT_EQ(hire(narrowSuffixed, charset) == font, charset == 204);
+            EXPECT_EQ(font->b_IsLocked(), charset == 204 ? 6 : 4);
+        }
 }
 
 TEST_F(FontManager, EmptyNameIsTheSystemFontWhichIsntCounted)
