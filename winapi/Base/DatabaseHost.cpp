@@ -102,6 +102,8 @@ void Close(void* connection)
 constexpr char SETTINGS[] = "PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF;"
                             "PRAGMA foreign_keys = ON; PRAGMA synchronous = OFF";
 constexpr char DURABLE[] = "PRAGMA synchronous = NORMAL";
+// Of few and short rows: a change copies whole pages, and a new file has pages of this size.
+constexpr char FLEETING[] = "PRAGMA page_size = 1024";
 
 DWORD Open(const char* path, bool durable, void** connection)
 {
@@ -110,7 +112,7 @@ DWORD Open(const char* path, bool durable, void** connection)
         return ERROR_NOT_ENOUGH_MEMORY;
     int result = sqlite3_open_v2(path, &opened->handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                                  nullptr);
-    for (const char* text : {SETTINGS, durable ? DURABLE : ""})
+    for (const char* text : {SETTINGS, durable ? DURABLE : FLEETING})
         if (result == SQLITE_OK)
             result = sqlite3_exec(opened->handle, text, nullptr, nullptr, nullptr);
     const DWORD code = opened->handle ? CodeOf(opened->handle, result) : ERROR_NOT_ENOUGH_MEMORY;

@@ -28,7 +28,7 @@ constexpr char TABLES[] =
     " title TEXT NOT NULL, mark TEXT NOT NULL, socket TEXT NOT NULL);"
     "CREATE TABLE atom (id INTEGER PRIMARY KEY, fold TEXT NOT NULL UNIQUE, name TEXT NOT NULL);"
     "CREATE TABLE hold (atom INTEGER NOT NULL, mark TEXT NOT NULL, refs INTEGER NOT NULL,"
-    " PRIMARY KEY (atom, mark));"
+    " PRIMARY KEY (atom, mark)) WITHOUT ROWID;"
     "INSERT INTO sqlite_sequence VALUES ('win', 65535);";
 
 std::optional<std::string> CheckedFolder(bool make);

@@ -5,6 +5,7 @@
 #include "Errors/Failure.h"
 
 #include <cstring>
+#include <memory>
 
 #include <sys/mman.h>
 #include <sys/un.h>
@@ -161,13 +162,15 @@ Descriptor Listen(const std::string& name)
 
 Descriptor Accept(int listener, pid_t& process)
 {
-    for (;;) {
+    // The system makes a socket for each accept, for one in vain as well: a look costs less.
+    for (pollfd waits{listener, POLLIN, 0}; posix.poll(&waits, 1, 0) > 0;) {
         Descriptor connection(Retried([&] {
             return posix.accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
         }));
         if (!connection || IsOwnUser(connection.Get(), process))
             return connection;
     }
+    return Descriptor();
 }
 
 DWORD Connect(const std::string& name, Descriptor& connection)
@@ -207,8 +210,8 @@ DWORD SendLetter(int connection, const Letter& letter)
 
 Arrival ReceiveLetter(int connection, Letter& letter)
 {
-    std::string room(MOST_INLINE, 0);
-    iovec pieces[] = {{&letter.record, sizeof letter.record}, {room.data(), room.size()}};
+    const auto room = std::make_unique_for_overwrite<char[]>(MOST_INLINE);
+    iovec pieces[] = {{&letter.record, sizeof letter.record}, {room.get(), MOST_INLINE}};
     Control control = {};
     msghdr message = {};
     message.msg_iov = pieces;
@@ -224,10 +227,9 @@ Arrival ReceiveLetter(int connection, Letter& letter)
     if (size < sizeof letter.record || (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0 ||
         !Check(letter, size, file))
         return Arrival::BROKEN;
-    if (!file) {
-        room.resize(letter.record.size);
-        letter.contents = std::move(room);
-    } else if (!ReadSealed(file.Get(), letter.record.size, letter.contents))
+    if (!file)
+        letter.contents.assign(room.get(), letter.record.size);
+    else if (!ReadSealed(file.Get(), letter.record.size, letter.contents))
         return Arrival::BROKEN;
     return Arrival::LETTER;
 }
