@@ -12,6 +12,8 @@
 #include <new>
 #include <unordered_map>
 
+#include <pthread.h>
+
 namespace winapi
 {
 namespace
@@ -45,6 +47,23 @@ Table& Blocks()
 {
     static Table* const table = new Table;
     return *table;
+}
+
+void Lock()
+{
+    Blocks().mutex.lock();
+}
+
+void Unlock()
+{
+    Blocks().mutex.unlock();
+}
+
+// A child has the blocks, and may use them. As early as this: it is the last that a fork waits for,
+// as who holds something else may ask for a block.
+__attribute__((constructor(200))) void MakeForksWait()
+{
+    pthread_atfork(Lock, Unlock, Unlock);
 }
 
 HGLOBAL NewHandle(Table& table)

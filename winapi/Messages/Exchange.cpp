@@ -267,4 +267,20 @@ void FreeLent(HWND window)
 {
     FreeWhere([&](const Lent& lent) { return lent.window == window; });
 }
+
+void LockLent()
+{
+    Copies().mutex.lock();
+}
+
+void UnlockLent()
+{
+    Copies().mutex.unlock();
+}
+
+void ForgetLent()
+{
+    Copies().list.clear();
+    UnlockLent();
+}
 } // namespace winapi

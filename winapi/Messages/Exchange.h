@@ -22,4 +22,10 @@ void Discard(UINT message, LPARAM parameter);
 // Frees the copies that a window was lent; those that a partner which is gone has lent it.
 void FreeLent(HWND window);
 void FreeLentBy(HWND partner, HWND window);
+
+// Over a fork, behind windowsMutex. A child forgets the copies, which are lent to windows of its
+// parent; the blocks stay, as whoever forks may be reading one.
+void LockLent();
+void UnlockLent();
+void ForgetLent();
 } // namespace winapi

@@ -4,6 +4,7 @@
 #include "Base/Session.h"
 #include "Errors/Failure.h"
 #include "Messages/Classes.h"
+#include "Messages/Exchange.h"
 #include "Messages/Queue.h"
 #include "Messages/WindowRows.h"
 
@@ -30,10 +31,12 @@ WindowMap& Known()
 void Lock()
 {
     windowsMutex.lock();
+    LockLent();
 }
 
 void Unlock()
 {
+    UnlockLent();
     windowsMutex.unlock();
 }
 
@@ -41,6 +44,7 @@ void Forget()
 {
     Known().clear();
     Queue::ForgetAll();
+    ForgetLent();
     windowsMutex.unlock();
 }
 

@@ -2,8 +2,11 @@
 #include "../../Messages/MessageTools.h"
 #include "../../Support/Calls.h"
 
+#include "Messages/Exchange.h"
+
 #include "Support/ChildProcess.h"
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <thread>
@@ -191,6 +194,47 @@ TEST(Session, AForkedChildHasNoWindowsAndHoldsNone)
     EXPECT_EQ(status, 0);
     const MSG message = PumpUntil(window, WM_USER);
     EXPECT_EQ(message.wParam, 1U);
+    EXPECT_TRUE(DestroyWindow(window));
+}
+
+// A child that waits for what nobody gives back is ended.
+int OutcomeOfFork(int (*body)())
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(20);
+        _exit(body());
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+TEST(Session, AForkWaitsForBlocksAndLentCopies)
+{
+    const OwnClass kind("OstraFork", Plain);
+    const HWND window = kind.Make();
+    std::atomic<bool> isOver = false;
+    std::thread lender([&] {
+        while (!isOver)
+            winapi::FreeLent(nullptr);
+    });
+    std::thread owner([&] {
+        while (!isOver)
+            GlobalFree(GlobalAlloc(GMEM_MOVEABLE, 1));
+    });
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 10);
+    int status = 0;
+    for (int i = 0; i < 100 && status == 0; ++i)
+        status = OutcomeOfFork([] {
+            winapi::FreeLent(nullptr);
+            return GlobalFree(GlobalAlloc(GMEM_MOVEABLE, 1)) == nullptr ? 0 : 1;
+        });
+    EXPECT_EQ(status, 0);
+    isOver = true;
+    lender.join();
+    owner.join();
+    EXPECT_EQ(GlobalFree(block), nullptr);
     EXPECT_TRUE(DestroyWindow(window));
 }
 
