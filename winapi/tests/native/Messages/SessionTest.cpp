@@ -1,6 +1,7 @@
 // winapi/tests/native/Messages/SessionTest.cpp: the session's folder, and what processes leave there.
 #include "../../Messages/MessageTools.h"
 #include "../../Support/Calls.h"
+#include "../../Support/Replace.h"
 
 #include "Messages/Exchange.h"
 
@@ -135,6 +136,147 @@ TEST(Session, AFolderThatIsNotTheUsersAloneIsRefused)
         EXPECT_EQ(chown("run/ostra-winapi", 65534, 65534), 0);
         EXPECT_EQ(Outcome("SessionUser"), 5);
     }
+}
+
+// ---- The folder in /tmp -------------------------------------------------------------------
+
+// A user whom nobody else is; files of the real one pass for his.
+namespace
+{
+uid_t stranger;
+uid_t real;
+
+uid_t Owner(uid_t owner)
+{
+    return owner == real ? stranger : owner;
+}
+
+int StatAsOwn(const char* path, struct stat* facts)
+{
+    const int result = ::stat(path, facts);
+    facts->st_uid = Owner(facts->st_uid);
+    return result;
+}
+
+int FstatAsOwn(int fd, struct stat* facts)
+{
+    const int result = ::fstat(fd, facts);
+    facts->st_uid = Owner(facts->st_uid);
+    return result;
+}
+
+int StatxAsOwn(int folder, const char* path, int flags, unsigned mask, struct statx* facts)
+{
+    const int result = ::statx(folder, path, flags, mask, facts);
+    facts->stx_uid = Owner(facts->stx_uid);
+    return result;
+}
+
+fs::path FolderInTmp(uid_t user)
+{
+    return "/tmp/ostra-winapi-" + std::to_string(user);
+}
+} // namespace
+
+// The user's number, whether files are his, and a variable, or none: 0, or the last error.
+CHILD_PROCESS(SessionOfStranger)
+{
+    real = geteuid();
+    stranger = static_cast<uid_t>(std::stoul(arguments[0]));
+    if (arguments.size() > 2)
+        setenv("XDG_RUNTIME_DIR", arguments[2].c_str(), 1);
+    else
+        unsetenv("XDG_RUNTIME_DIR");
+    umask(0);
+    posix.geteuid = [] {
+        return stranger;
+    };
+    if (arguments[1] == "own") {
+        posix.stat = StatAsOwn;
+        posix.fstat = FstatAsOwn;
+        posix.statx = StatxAsOwn;
+    }
+    return GlobalAddAtomA("OstraSessionAtom") ? 0 : static_cast<int>(GetLastError());
+}
+
+class SessionInTmp : public testing::Test
+{
+protected:
+    SessionInTmp()
+    {
+        do
+            user = 0x70000000U + static_cast<uid_t>(rand()) % 0x1000000U;
+        while (fs::exists(fs::symlink_status(FolderInTmp(user))));
+        folder = FolderInTmp(user);
+    }
+    ~SessionInTmp() override { fs::remove_all(folder); }
+
+    int Enter(const std::string& whose, const ChildProcess::Arguments& more = {}) const
+    {
+        ChildProcess::Arguments arguments = {std::to_string(user), whose};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return Outcome("SessionOfStranger", arguments);
+    }
+
+    uid_t user;
+    fs::path folder;
+};
+
+TEST_F(SessionInTmp, IsMadeForTheUserAlone)
+{
+    EXPECT_EQ(Enter("own"), 0);
+    struct stat facts = {};
+    EXPECT_EQ(lstat(folder.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode, S_IFDIR | 0700U);
+    EXPECT_EQ(FilesIn(folder), std::vector<std::string>{"session.db"});
+    EXPECT_EQ(Enter("own"), 0);
+}
+
+TEST_F(SessionInTmp, ServesWhereTheVariableNamesNoFolder)
+{
+    for (const char* value : {"", "relative", "/no such folder"}) {
+        EXPECT_EQ(Enter("own", {value}), 0) << value;
+        EXPECT_TRUE(fs::exists(folder)) << value;
+        fs::remove_all(folder);
+    }
+    fs::create_directory("run");
+    EXPECT_EQ(Enter("own", {(fs::current_path() / "run").string()}), 0);
+    EXPECT_FALSE(fs::exists(folder));
+}
+
+TEST_F(SessionInTmp, OfSomebodyElseIsRefused)
+{
+    fs::create_directory(folder);
+    chmod(folder.c_str(), 0700);
+    EXPECT_EQ(Enter("foreign"), 5);
+    EXPECT_TRUE(fs::is_empty(folder));
+    EXPECT_EQ(Enter("own"), 0);
+}
+
+TEST_F(SessionInTmp, ThatOthersMayLookIntoIsRefused)
+{
+    fs::create_directory(folder);
+    for (const unsigned mode : {0755U, 0701U, 0720U, 01700U}) {
+        chmod(folder.c_str(), mode);
+        EXPECT_EQ(Enter("own"), 5) << mode;
+        EXPECT_TRUE(fs::is_empty(folder));
+    }
+}
+
+TEST_F(SessionInTmp, ThatIsALinkOrAFileIsRefused)
+{
+    fs::create_directory("elsewhere");
+    chmod("elsewhere", 0700);
+    fs::create_directory_symlink(fs::current_path() / "elsewhere", folder);
+    EXPECT_EQ(Enter("own"), 5);
+    EXPECT_TRUE(fs::is_empty("elsewhere"));
+    fs::remove(folder);
+    fs::create_symlink("/no such place", folder);
+    EXPECT_EQ(Enter("own"), 5);
+    fs::remove(folder);
+    fclose(fopen(folder.c_str(), "w"));
+    EXPECT_EQ(Enter("own"), 5);
+    EXPECT_TRUE(fs::is_regular_file(folder));
 }
 
 TEST(Session, AFolderOfAnyLengthWillDo)
