@@ -177,7 +177,9 @@ public:
               log.push_back(entry);
               return 0;
           })
-    {}
+    {
+        log.reserve(16); // Some messages come while the heap is exhausted.
+    }
 
     void Initiate(HWND server, const char* application, const char* topic)
     {
