@@ -33,9 +33,10 @@ std::u16string Quoted(std::u16string_view text)
 {
     std::u16string quoted = u"\"";
     for (const char16_t unit : text) {
-        if (unit == '"' || unit == '\\')
+        const bool endsLine = unit == '\n' || unit == '\r';
+        if (endsLine || unit == '"' || unit == '\\')
             quoted += '\\';
-        quoted += unit;
+        quoted += !endsLine ? unit : unit == '\n' ? u'n' : u'r';
     }
     return quoted + u'"';
 }

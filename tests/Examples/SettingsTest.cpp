@@ -210,6 +210,22 @@ TEST_F(SettingsRegistry, AnImportThatIsRefusedChangesNothing)
     EXPECT_EQ(Settings({"list", Place()}).status, 1);
 }
 
+TEST(SettingsText, NamesWithEndsOfLinesComeBack)
+{
+    settings::Value value;
+    value.name = u"two\r\nlines \\n \"quoted\"";
+    value.type = 4;
+    value.data = std::string("\x2A\0\0\0", 4);
+    settings::Key key;
+    key.path = u"HKEY_CURRENT_USER\\Software";
+    key.values.push_back(value);
+    const auto keys = settings::ReadRegistryText(settings::WriteRegistryText({key}));
+    ASSERT_EQ(keys.size(), 1U);
+    ASSERT_EQ(keys[0].values.size(), 1U);
+    EXPECT_EQ(keys[0].values[0].name, value.name);
+    EXPECT_EQ(keys[0].values[0].data, value.data);
+}
+
 TEST(SettingsText, DamagedTextNeverHurtsTheReader)
 {
     const std::string whole =
