@@ -46,7 +46,8 @@ public:
         }
         if (Maximum() < Total(size) - 12)
             block = NewBlock(Total(Total(size)) - 12);
-        block->used = 0;
+        if (block)
+            block->used = 0;
     }
     void Set(const Range& bytes, unsigned new_growth)
     {
