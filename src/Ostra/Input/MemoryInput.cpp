@@ -76,12 +76,13 @@ int CT_MemoryInput::vb_GetNextBuffer(const unsigned char** ppq_Data, unsigned* p
     return vb_GetNextBuffer(n_GetBuffer(), ppq_Data, pn_Size);
 }
 
-// Kept: the copy isn't cut at the end. A part of a larger memory may be left in one go.
+// Kept: the copy isn't cut at the end. A part of a larger memory may be left in one go. The target
+// may lie in the source.
 int CT_MemoryInput::vb_CopyNextBuffer(unsigned char* pq_Target, unsigned n_Size)
 {
     if (pq_Current >= pq_End)
         return 0;
-    std::memcpy(pq_Target, pq_Current, n_Size);
+    std::memmove(pq_Target, pq_Current, n_Size);
     pq_Current += n_Size;
     return 1;
 }

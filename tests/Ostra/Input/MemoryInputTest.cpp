@@ -102,6 +102,16 @@ TEST(MemoryInput, ACopyIsntHeldToTheEnd)
     EXPECT_EQ(Next(input), NO_BLOCK);
 }
 
+TEST(MemoryInput, ACopyMayGoToItsOwnSource)
+{
+    std::string text = INPUT_TEXT;
+    const auto bytes = reinterpret_cast<unsigned char*>(text.data());
+    CT_MemoryInput input(4, bytes, unsigned(text.size()));
+    input.vb_Skip(2);
+    EXPECT_EQ(input.vb_CopyNextBuffer(bytes, 18), 1);
+    EXPECT_EQ(text, "23456789abcdefghijij");
+}
+
 TEST(MemoryInput, ASkipTellsWhetherSomethingIsLeftBehindIt)
 {
     const auto input = Over(INPUT_TEXT);
