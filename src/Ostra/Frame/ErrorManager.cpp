@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -329,9 +330,13 @@ CT_ErrorManager::pso_CreateNewError(unsigned n_Code, HINSTANCE h_Instance, unsig
 {
     if (pso_GetError(pso_SetErrors))
         return nullptr;
-    if (st_Error* pso_Held = pso_GetError(pso_HoldErrors))
-        v_DestroyError(pso_Held, &pso_HoldErrors);
+    st_Error* pso_Held = pso_GetError(pso_HoldErrors);
+    if (pso_Held && !pso_FreeErrors)
+        v_DestroyError(std::exchange(pso_Held, nullptr), &pso_HoldErrors);
     st_Error* pso_Error = pso_CreateError();
+    // As long as there are records the held one isn't taken anew: the new message may quote it.
+    if (pso_Held)
+        v_DestroyError(pso_Held, &pso_HoldErrors);
     pso_Error->n_ErrorCode = n_Code;
     pso_Error->h_Instance = h_Instance ? h_Instance : sh_Instance;
     pso_Error->n_FormatID = n_FormatID;
@@ -345,6 +350,7 @@ CT_ErrorManager::st_Error* CT_ErrorManager::pso_CreateError()
     if (!pso_Error)
         std::abort();
     pso_FreeErrors = pso_Error->pso_Next;
+    std::memset(pso_Error, 0, sizeof(*pso_Error));
     pso_Error->pso_Next = pso_SetErrors;
     pso_SetErrors = pso_Error;
     pso_Error->n_Thread = n_GetThread();
@@ -355,7 +361,6 @@ void CT_ErrorManager::v_DestroyError(st_Error* pso_Error, st_Error** ppso_List)
 {
     v_DestroyLocations(pso_Error);
     sv_Unlink(pso_Error, ppso_List);
-    std::memset(pso_Error, 0, sizeof(*pso_Error));
     pso_Error->pso_Next = pso_FreeErrors;
     pso_FreeErrors = pso_Error;
 }

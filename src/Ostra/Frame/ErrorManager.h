@@ -120,7 +120,7 @@ public:
     // True if the thread has an error set that isn't ignored.
     int b_IsSetError() const { return pso_SetErrors && b_IsSetHere(); }
     int b_IsHoldError() const;
-    // Sets the error aside: it can still be read, and the next error replaces it.
+    // Sets the error aside: it can be read until the next one replaces it, which may quote it.
     void v_HoldError();
     // Forgets the set error, or else the held one.
     void v_ClearError();

@@ -205,6 +205,25 @@ TEST(ErrorManager, HeldErrorCanBeReadAndIsReplacedByTheNext)
     EXPECT_FALSE(Errors().b_IsHoldError());
 }
 
+TEST(ErrorManager, AnErrorMayQuoteTheHeldOneThatItReplaces)
+{
+    const auto hold = [] {
+        SetError(1, u"first");
+        Errors().v_HoldError();
+        return Errors().qcuz_GetErrorMessage();
+    };
+    Errors().v_SetError(2, Units(u"after %s"), hold());
+    EXPECT_EQ(TakeFailure(), (Failure{2, "(2): after (1): first", {}}));
+    Errors().v_SetError(3, nullptr, 60012, hold());
+    EXPECT_EQ(TakeFailure(), (Failure{3, "(3): Semantic error: (1): first", {}}));
+    Errors().v_SetMessageError(Units(u"%s, too"), hold());
+    EXPECT_EQ(TakeFailure(), (Failure{0, "(1): first, too", {}}));
+    WSASetLastError(10004);
+    Errors().v_SetSocketError(Units(u"%s"), hold());
+    EXPECT_EQ(TakeFailure(), (Failure{10004, "(10004): Interrupted system call [(1): first]", {}}));
+    EXPECT_FALSE(Errors().b_IsHoldError());
+}
+
 TEST(ErrorManager, HoldWithoutAnErrorHasNoEffect)
 {
     Errors().v_HoldError();
@@ -441,4 +460,19 @@ TEST(ErrorManager, RecordsHaveTheirFields)
     using Location = CT_ErrorManager::st_Location;
     EXPECT_EQ(offsetof(Location, qccz_File), 0U);
     EXPECT_LT(offsetof(Location, n_Line), offsetof(Location, pso_Next));
+}
+
+// The tenth record is that of the main thread: there is no other one to take.
+TEST(ErrorManagerDeathTest, AHeldErrorGivesItsRecordToTheNextOne)
+{
+    EXPECT_EXIT(
+        {
+            FailInThreads(9);
+            for (unsigned code = 1; code < 5; ++code) {
+                SetError(code);
+                Errors().v_HoldError();
+            }
+            std::_Exit(int(Errors().n_GetErrorCode()));
+        },
+        testing::ExitedWithCode(4), "");
 }
