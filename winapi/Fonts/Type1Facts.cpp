@@ -224,7 +224,8 @@ bool HasPlainMatrix(std::string_view open)
     for (unsigned n = 0; n < 6; ++n) {
         const std::string_view word = words->Next();
         const bool isScale = n % 3 == 0 && n < 4;
-        const bool isZero = word.find_first_not_of("0.") == word.npos && word != "" && word != ".";
+        const bool isZero =
+            word.find_first_not_of("0.") == word.npos && !word.empty() && word != ".";
         if (isScale ? word != "0.001" && word != ".001" && word != "0.001000" : !isZero)
             return false;
     }
