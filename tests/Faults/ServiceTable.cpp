@@ -90,6 +90,16 @@ void Leave(UnmapViewOfFileService, LPCVOID view)
     UnmapViewOfFileService::place.real(view);
 }
 
+void Leave(ReleaseDCService, HWND window, HDC context)
+{
+    ReleaseDCService::place.real(window, context);
+}
+
+void Leave(DeleteObjectService, HGDIOBJ object)
+{
+    DeleteObjectService::place.real(object);
+}
+
 void Leave(fcloseService, std::FILE* stream)
 {
     fcloseService::place.real(stream);
