@@ -11,8 +11,9 @@ OSTRA_PRIVATE(SweptManagerExit, void (*)(), &CT_FontManager::sv_Exit);
 
 namespace
 {
-const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/String/CString", "Ostra/String/UString",
-                          "System/FontManager/FontManager", "System/FontManager/LogicalFont"});
+const SweepReport report({"Ostra/Buffer/Buffer", "Ostra/CompList/CompList", "Ostra/String/CString",
+                          "Ostra/String/UString", "System/FontManager/FontManager",
+                          "System/FontManager/LogicalFont"});
 
 struct Device
 {
@@ -21,6 +22,11 @@ struct Device
     CT_LogicalFont* hired = nullptr;
     std::unique_ptr<CT_LogicalFont> made;
     CT_UString text{u"before"};
+    const CT_CString empty;
+    const CT_UString full{u"DejaVu Sans Bold"};
+    CT_CString sample;
+    unsigned length = 0, points = 0;
+    int known = 0, bold = 0, italic = 0;
 };
 
 // One that leaves the pool as it was.
@@ -58,15 +64,19 @@ TEST(FontSweep, HiringGivesAFontOrNone)
 }
 
 // A manager whose pool has no place yet.
-struct NewManager
+struct UnreadManager
 {
-    NewManager()
+    UnreadManager()
     {
         Private(SweptManagerExit())();
         CT_FontManager::sv_Init(nullptr);
-        CT_FontManager::spco_GetFontManager();
     }
-    ~NewManager() { Private(SweptManagerExit())(); }
+    ~UnreadManager() { Private(SweptManagerExit())(); }
+};
+
+struct NewManager : UnreadManager
+{
+    NewManager() { CT_FontManager::spco_GetFontManager(); }
 
     Device device;
 };
@@ -120,5 +130,59 @@ TEST(FontSweep, NamesAndSamplesAreSetOrNot)
             EXPECT_TRUE(failed || std::string(device.name.qccz_Get()) == "DejaVu Sans");
             device.text.v_Set(u"after");
             EXPECT_EQ(device.text.vn_GetLength(), 5u);
+        });
+}
+
+// What couldn't be read is missing; fonts are hired all the same.
+TEST(FontSweep, AManagerThatCouldntReadTheSystemHiresFonts)
+{
+    OSTRA_NEEDS_FONTS();
+    Sweep(
+        report, [] { return std::make_unique<UnreadManager>(); },
+        [](UnreadManager&) { CT_FontManager::spco_GetFontManager(); },
+        [](UnreadManager&, bool failed) {
+            CT_FontManager& manager = *CT_FontManager::spco_GetFontManager();
+            EXPECT_TRUE(failed || manager.h_GetSystemFont());
+            EXPECT_TRUE(failed || manager.h_GetSystemDefaultFont());
+            const Device device;
+            CT_LogicalFont* const font =
+                manager.pco_Hire(device.dc, &device.name, 204, 17, 0, 0, 0, 0);
+            ASSERT_NE(font, nullptr);
+            EXPECT_EQ(font->n_GetCharSet(), 204u);
+            manager.v_Fire(font);
+            manager.v_Fire(manager.pco_Hire(device.dc, &device.empty, 0, 0, 0, 0, 0, 0));
+            unsigned length = 0;
+            int bold = 0, italic = 0;
+            EXPECT_EQ(manager.b_StripFlagFont(&device.empty, &length, &bold, &italic), 0);
+        });
+    CT_FontManager::sv_Init(nullptr);
+}
+
+TEST(FontSweep, QuestionsAreAnsweredOrNot)
+{
+    OSTRA_NEEDS_FONTS();
+    CT_FontManager& manager = *CT_FontManager::spco_GetFontManager();
+    Sweep(
+        report,
+        [] {
+            auto device = std::make_unique<Device>();
+            device->made = std::make_unique<CT_LogicalFont>(nullptr, device->dc, &device->name, 161,
+                                                            12, 0, 0, 0, 0);
+            return device;
+        },
+        [&](Device& device) {
+            device.known =
+                manager.b_StripFlagFont(&device.full, &device.length, &device.bold, &device.italic);
+            CT_FontManager::sv_GetSystemDefaultFont(&device.text, &device.points);
+            device.made->v_GetFontSampleText(&device.sample);
+        },
+        [](Device& device, bool failed) {
+            if (failed)
+                return;
+            EXPECT_EQ(device.known, 1);
+            EXPECT_EQ(device.length, 11u);
+            EXPECT_EQ(device.bold, 1);
+            EXPECT_GT(device.points, 5u);
+            EXPECT_STREQ(device.sample.qccz_Get(), CT_FontManager::sacz_Greek);
         });
 }

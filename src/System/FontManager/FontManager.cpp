@@ -10,13 +10,20 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 static constexpr char qccz_Source[] = "System/FontManager/FontManager";
 
-static constexpr unsigned LONGEST_PLAIN = 64;   // a name that is looked for without conversion
+static constexpr unsigned LONGEST_PLAIN = 64; // a name that is looked for without conversion
+// Stages of asking the system.
+static constexpr unsigned UNREAD = 0;
+static constexpr unsigned READING = 1;
+static constexpr unsigned READ = 2;
+static constexpr DWORD LONGEST_READING = 10000; // milliseconds
+
 static constexpr unsigned FONTS = 32;           // places of a new pool
 static constexpr unsigned GROWTH = 8;           // of the pool
 static constexpr unsigned LIST_GROWTH = 128;    // of the list of families, in bytes
@@ -64,7 +71,7 @@ void CT_FontManager::operator delete(void* pv_Object)
 CT_FontManager::CT_FontManager(unsigned n_Fonts)
     : co_Fonts(sizeof(CT_LogicalFont*), GROWTH, 0),
       co_Families(CT_CompList::es_Byte, 4, 0, 0, LIST_GROWTH, 0),
-      b_IsRead(false),
+      n_Stage(UNREAD),
       b_IsEnded(false)
 {
     v_Null();
@@ -92,9 +99,27 @@ CT_FontManager* CT_FontManager::spco_GetFontManager()
 {
     // Not at start-up: a library that is being loaded must not wait for the system's fonts, and
     // few programs ask for them.
-    if (spco_FontManager && !spco_FontManager->b_IsRead)
-        spco_FontManager->v_ReadSystem();
+    if (spco_FontManager)
+        spco_FontManager->v_ReadOnce();
     return spco_FontManager;
+}
+
+// Whoever has the object has the fonts: threads that come meanwhile wait for the one that reads.
+void CT_FontManager::v_ReadOnce()
+{
+    const std::atomic_ref<unsigned> co_Stage(n_Stage);
+    unsigned n_Now = co_Stage.load(std::memory_order_acquire);
+    if (n_Now == READ)
+        return;
+    if (n_Now == UNREAD && co_Stage.compare_exchange_strong(n_Now, READING)) {
+        v_ReadSystem();
+        co_Stage.store(READ, std::memory_order_release);
+        return;
+    }
+    // Not for ever: in a child of a process that was reading nobody goes on with it.
+    for (const DWORD n_Start = GetTickCount();
+         n_Now == READING && GetTickCount() - n_Start < LONGEST_READING;)
+        n_Now = co_Stage.load(std::memory_order_acquire);
 }
 
 void CT_FontManager::sv_Exit()
@@ -136,7 +161,6 @@ static int CALLBACK i_EnumFamily(const LOGFONTA* pcso_Font, const TEXTMETRICA* p
 
 void CT_FontManager::v_ReadSystem()
 {
-    b_IsRead = true;
     const CT_Screen co_Screen;
     const HDC h_DC = co_Screen.h_Get();
     CT_UString co_Name;
@@ -302,7 +326,8 @@ void CT_FontManager::v_MakeRoom()
 
 void CT_FontManager::v_Fire(CT_LogicalFont* pco_Font)
 {
-    if (pco_Font && pco_Font != pco_SystemFont)
+    // Behind v_Set there are no fonts any more.
+    if (pco_Font && pco_Font != pco_SystemFont && !b_IsEnded)
         pco_Font->v_Unlock();
 }
 

@@ -35,7 +35,7 @@ struct st_FontsFamilies
 // Reports: nothing; 60006 where the heap is exhausted. pco_Hire then gives null.
 // Caller:  fires each font that it hired once, and uses neither the manager nor its fonts after
 //          v_Set.
-// Threads: one thread at a time, normally that of the user interface.
+// Threads: one thread at a time, normally that of the user interface. Any may ask for the object.
 class OSTRA_API CT_FontManager
 {
 public:
@@ -122,6 +122,7 @@ private:
     void v_Null();
     void v_Init(unsigned n_Fonts);
     void v_Exit();
+    void v_ReadOnce();
     void v_ReadSystem();
     CT_LogicalFont* pco_GetAt(unsigned n_Position) const;
     static bool sb_MayHaveSuffix(const CT_String* pcco_Name, unsigned n_Charset);
@@ -139,7 +140,7 @@ private:
     CT_LogicalFont* pco_SystemFont;
     CT_LogicalFont* pco_SystemDefaultFont;
     CT_CompList co_Families; // full names, each with length and styles of the face
-    bool b_IsRead;           // the system was asked
+    unsigned n_Stage;        // of asking the system
     bool b_IsEnded;          // the fonts are gone
 
     static CT_FontManager* spco_FontManager;

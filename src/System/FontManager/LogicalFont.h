@@ -17,7 +17,8 @@
 //
 // A face that the system lacks in the character set asked for is asked for again without a set; the
 // wish is remembered, and n_GetCharSet tells it. A face that it lacks altogether is replaced by the
-// system; pcso_GetLogFont then names the face taken if no character set was asked for.
+// system, and pcso_GetLogFont names the face taken. Kept: a face of which small and capital letters
+// are spelled otherwise is taken for lacking.
 //
 // Fonts are hired from CT_FontManager, which owns them.
 //

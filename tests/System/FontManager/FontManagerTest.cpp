@@ -3,10 +3,12 @@
 #include <Ostra/String/UString.h>
 
 #include <algorithm>
+#include <atomic>
 #include <map>
 #include <random>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Support/Private.h"
@@ -346,6 +348,26 @@ TEST_F(FontManager, SystemIsReadAtTheFirstRequest)
 }
 
 // What the pool has to hold, by requests.
+TEST_F(FontManager, ThreadsThatAskAtOnceFindTheSystemRead)
+{
+    for (int round = 0; round < 3; ++round) {
+        Renew();
+        std::atomic<int> waiting = 4;
+        std::atomic<int> good = 0;
+        std::vector<std::thread> threads;
+        for (int n = 0; n < 4; ++n)
+            threads.emplace_back([&] {
+                for (--waiting; waiting;)
+                    std::this_thread::yield();
+                const CT_FontManager* const manager = CT_FontManager::spco_GetFontManager();
+                good += manager->h_GetSystemFont() && manager->h_GetSystemDefaultFont();
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        EXPECT_EQ(good, 4);
+    }
+}
+
 TEST_F(FontManager, PoolIsAsItsModel)
 {
     struct Place
@@ -431,9 +453,11 @@ TEST(FontManagerLife, ManagerThatWasSetHiresNothingOutAndEndsInPeace)
     const Screen dc;
     CT_LogicalFont* const font = Hire(dc, {});
     ASSERT_NE(font, nullptr);
-    Hire(dc, {"Liberation Serif"});
+    CT_LogicalFont* const gone = Hire(dc, {"Liberation Serif"});
     manager->v_Fire(font);
     manager->v_Set();
+    // Kept pointers are of no use, and of no harm here.
+    manager->v_Fire(gone);
     EXPECT_EQ(Hire(dc, {}), nullptr);
     EXPECT_EQ(Hire(dc, {""}), nullptr);
     EXPECT_EQ(manager->pcco_GetSystemDefaultFont(), nullptr);

@@ -210,6 +210,17 @@ TEST(LogicalFont, SetOfASubstituteIsntTheOneAskedFor)
     EXPECT_FALSE(IsEqual(font.font, {"noto sans hebrew", 177}));
 }
 
+TEST(LogicalFont, AnotherSpellingIsAFaceThatIsMissingInTheSet)
+{
+    OSTRA_NEEDS_FONTS();
+    const Screen dc;
+    MadeFont font(dc, {"dejavu SANS", 204});
+    EXPECT_STREQ(font->pcso_GetLogFont()->lfFaceName, "DejaVu Sans");
+    EXPECT_EQ(font->n_GetCharSet(), 204u);
+    EXPECT_EQ(font->pcso_GetTextMetric()->tmCharSet, 0);
+    EXPECT_EQ(MadeFont(dc, {"DejaVu Sans", 204})->pcso_GetTextMetric()->tmCharSet, 204);
+}
+
 TEST(LogicalFont, SuffixInTheNameIsTheCallersMatter)
 {
     OSTRA_NEEDS_FONTS();
