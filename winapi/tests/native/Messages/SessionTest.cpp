@@ -174,7 +174,7 @@ int StatxAsOwn(int folder, const char* path, int flags, unsigned mask, struct st
 
 fs::path FolderInTmp(uid_t user)
 {
-    return "/tmp/ostra-winapi-" + std::to_string(user);
+    return fs::path("/tmp") / ("ostra-winapi-" + std::to_string(user));
 }
 } // namespace
 
