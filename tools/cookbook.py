@@ -39,8 +39,8 @@ def output(command):
     command = [str(pathlib.Path(word).resolve()) if pathlib.Path(word).exists() else word for word in command]
     program = command[-1]
     with tempfile.TemporaryDirectory() as folder:
-        # On Linux the registry lies there, too.
-        variables = {**os.environ, "XDG_DATA_HOME": str(pathlib.Path(folder) / "data")}
+        # On Linux the registry lies there, too, and the session.
+        variables = {**os.environ, "XDG_DATA_HOME": str(pathlib.Path(folder) / "data"), "XDG_RUNTIME_DIR": folder}
         run = subprocess.run(command, cwd=folder, env=variables, capture_output=True, timeout=300)
     if run.returncode:
         sys.exit(f"{program} ended with {run.returncode}:\n{run.stdout!r}\n{run.stderr!r}")
