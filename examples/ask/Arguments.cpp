@@ -62,8 +62,7 @@ std::string Arguments::Parse(const std::vector<std::string>& words)
         else if (word == "--")
             unguarded = operands.size();
         else if (!TakeSwitch(word)) {
-            const std::string wrong =
-                TakeOption(word, at + 1 < words.size() ? &words[at + 1] : nullptr);
+            std::string wrong = TakeOption(word, at + 1 < words.size() ? &words[at + 1] : nullptr);
             if (!wrong.empty())
                 return wrong;
             ++at;

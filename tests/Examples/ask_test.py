@@ -233,15 +233,17 @@ class AskOnPosix(Ask):
             self.assertEqual((stat.S_IMODE(facts.st_mode), facts.st_uid), (0o700, os.geteuid()))
             self.assertEqual(ask("m\u00fcde")[0], 3)
 
-    def test_a_folder_that_others_may_look_into_is_told(self):
+    def test_a_folder_that_cant_be_used_is_told(self):
         os.mkdir("open")
         os.mkdir("open/ostra-winapi")
         os.chmod("open/ostra-winapi", 0o755)
-        bad = {**os.environ, "XDG_RUNTIME_DIR": os.path.abspath("open")}
-        for arguments in (["m\u00fcde"], ["serve", "words.rec"]):
-            status, out, errors = ask(*arguments, env=bad)
-            self.assertEqual((status, out, errors.count("\n")), (1, "", 1), errors)
-            self.assertTrue(errors.startswith("ask: conversations can't be held here: "), errors)
+        # Nothing can be made in the second, and the third is no folder.
+        for place in (os.path.abspath("open"), "/proc", os.path.abspath("words.rec")):
+            bad = {**os.environ, "XDG_RUNTIME_DIR": place}
+            for arguments in (["m\u00fcde"], ["serve", "words.rec"]):
+                status, out, errors = ask(*arguments, env=bad)
+                self.assertEqual((status, out, errors.count("\n")), (1, "", 1), errors)
+                self.assertTrue(errors.startswith("ask: conversations can't be held here: "), errors)
 
 
 if __name__ == "__main__":
