@@ -64,7 +64,7 @@ TEST(AtomHold, ANumberComesAgainWhenAllOthersHaveBeenGiven)
     EXPECT_EQ(GlobalDeleteAtom(first), 0);
     unsigned others = 0;
     for (ATOM next = 0; next != first && others < 0x8000; ++others) {
-        next = GlobalAddAtomA("OstraRound");
+        next = GlobalAddAtomA(("OstraRound" + std::to_string(others)).c_str());
         ASSERT_GE(next, 0xC000);
         ASSERT_NE(next, stays);
         ASSERT_EQ(GlobalDeleteAtom(next), 0);
