@@ -116,7 +116,7 @@ public:
     std::vector<Key> Read()
     {
         std::u16string line;
-        if (!NextLine(line) || !ReadHead(line))
+        if (!RawLine(line) || !ReadHead(line))
             throw Failure("not the text of a registry");
         while (NextLine(line))
             ReadLine(line);

@@ -226,6 +226,14 @@ TEST(SettingsText, NamesWithEndsOfLinesComeBack)
     EXPECT_EQ(keys[0].values[0].data, value.data);
 }
 
+TEST(SettingsText, AHeadIsAWholeLine)
+{
+    for (const std::string text : {"\\\nREGEDIT4\n", "REG\\\nEDIT4\n"}) {
+        EXPECT_FALSE(settings::IsRegistryText(text));
+        EXPECT_THROW(settings::ReadRegistryText(text), std::runtime_error);
+    }
+}
+
 TEST(SettingsText, DamagedTextNeverHurtsTheReader)
 {
     const std::string whole =
