@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """The program ask from outside: ask_test.py FOLDER VERSION SAMPLE LEXICON ASK [EMULATOR...]
 
-FOLDER is made anew; LEXICON and ASK are the programs, and SAMPLE an input of the first one. What only a system with
-signals and folders for sessions has is tested where the programs run without an emulator.
+FOLDER is made anew; LEXICON and ASK are the programs, and SAMPLE an input of the first one. Signals and the folder of
+the session are for the systems that have them.
 """
 import os
 import pathlib
