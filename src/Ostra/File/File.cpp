@@ -30,16 +30,20 @@ CT_File::CT_File(const CT_File* pco_File)
 
 CT_File::~CT_File() {}
 
+// The file may be this one.
 void CT_File::vv_Set(const CT_File* pco_File)
 {
-    v_Empty();
-    v_Init(pco_File);
+    const unsigned n_Size = pco_File->n_BufferSize;
+    CT_File::vv_Set(&pco_File->co_FullName, 0);
+    n_BufferSize = n_Size;
 }
 
+// The name may be the object's own.
 void CT_File::vv_Set(const CT_String* pco_FullName, unsigned n_Size)
 {
+    const CT_UString co_Given(pco_FullName);
     v_Empty();
-    v_Init(pco_FullName, n_Size);
+    v_Init(&co_Given, n_Size);
 }
 
 void CT_File::vv_Set()

@@ -97,7 +97,7 @@ public:
     virtual ~CT_File();
 
     // Make the object new, as the constructors do; an open file is closed. vv_Set() keeps the
-    // buffer size. The name mustn't be one of the object's own strings, which are emptied first.
+    // buffer size. Name and file may be the object's own.
     virtual void vv_Set(const CT_File* pco_File);
     virtual void vv_Set(const CT_String* pco_Name, unsigned n_BufferSize);
     virtual void vv_Set();

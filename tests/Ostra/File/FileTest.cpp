@@ -181,6 +181,23 @@ TEST(File, SetWithoutArgumentsKeepsTheBufferSizeOnly)
     EXPECT_EQ(file.Access(), CT_File::e_FileAccessNone);
 }
 
+TEST(File, SetTakesItsOwnNameAndItself)
+{
+    const CT_UString name = Name("c:\\d\\n.e");
+    const Strings parts = {"c:\\d\\n.e", "c:", "\\d\\", "n", ".e"};
+    MemoryFile file(&name, 3000);
+    file.vv_Set(file.pcco_GetFullName(), 5000);
+    EXPECT_EQ(Parts(file), parts);
+    EXPECT_EQ(file.n_GetBufferSize(), 5120u);
+    file.vv_Set(&file);
+    EXPECT_EQ(Parts(file), parts);
+    EXPECT_EQ(file.n_GetBufferSize(), 5120u);
+    EXPECT_EQ(file.pcco_GetFullName()->pcco_GetBuffer()->n_GetUseCount(), 2u) << "with name";
+    file.vv_Set(file.pcco_GetName(), 0);
+    EXPECT_EQ(Parts(file), (Strings{"n", "", "", "n", ""}));
+    EXPECT_TRUE(file.calls.empty());
+}
+
 TEST(File, NameAndPartsAgree)
 {
     const CT_UString name = Name("c:\\d\\n.e");

@@ -331,6 +331,16 @@ TEST(FileInput, SetTakesAnotherFile)
     fs::rename("file", "renamed"); // the first one is closed
 }
 
+TEST(FileInput, SetTakesTheSameFile)
+{
+    Opened input;
+    EXPECT_EQ(Next(input), "01234567");
+    input.v_Set(3, input.pcco_GetFile()->pcco_GetFullName());
+    input.vv_Open();
+    EXPECT_EQ(Next(input), "012");
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
+
 TEST(FileInput, TheDestructorClosesTheFile)
 {
     {
