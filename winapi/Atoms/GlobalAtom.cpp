@@ -70,15 +70,17 @@ Name Parse(LPCSTR text)
 
 unsigned IdOf(Transaction& transaction, const std::string& fold)
 {
-    Query query(transaction, "SELECT id FROM atom WHERE fold = ?");
+    Query query(transaction,
+                "SELECT id FROM atom WHERE fold = ? AND EXISTS (SELECT 1 FROM hold WHERE"
+                " atom = id AND mark <> '')");
     return query.Text(fold).Step() ? static_cast<unsigned>(query.NumberAt(0)) : 0;
 }
 
 unsigned FreeAbove(Transaction& transaction, unsigned id)
 {
-    Query query(transaction, "SELECT min(id) + 1 FROM (SELECT ? AS id UNION ALL SELECT id FROM atom"
-                             " WHERE id > ?) WHERE id + 1 NOT IN (SELECT id FROM atom)");
-    query.Number(id).Number(id).Step();
+    Query query(transaction, "SELECT min(id) + 1 FROM (SELECT ?1 AS id UNION ALL SELECT atom FROM"
+                             " hold WHERE atom > ?1) WHERE id + 1 NOT IN (SELECT atom FROM hold)");
+    query.Number(id).Step();
     return static_cast<unsigned>(query.NumberAt(0));
 }
 
@@ -103,30 +105,59 @@ unsigned FreeId(Transaction& transaction)
     return id;
 }
 
-DWORD Add(Transaction& transaction, const Name& text, unsigned& id)
+void Set(Transaction& transaction, unsigned id, const Name& text)
 {
-    id = IdOf(transaction, text.fold);
-    if (!id) {
-        id = FreeId(transaction);
-        if (id > LAST)
-            return ERROR_NOT_ENOUGH_MEMORY;
-        Query(transaction, "INSERT INTO atom VALUES (?, ?, ?)")
-            .Number(id)
-            .Text(text.fold)
-            .Text(text.name)
-            .Run();
-    }
-    Query(transaction, "INSERT INTO hold VALUES (?, ?, 1)"
-                       " ON CONFLICT DO UPDATE SET refs = refs + 1")
+    Query(transaction, "INSERT OR REPLACE INTO atom VALUES (?, ?, ?)")
         .Number(id)
-        .Text(SessionMark())
+        .Text(text.fold)
+        .Text(text.name)
         .Run();
+}
+
+// A name that nobody holds has kept its row, and gets it back: names come again and again. It is
+// spelled anew then.
+DWORD FindOrMake(Transaction& transaction, const Name& text, unsigned& id)
+{
+    bool isSpelled = false;
+    {
+        Query query(
+            transaction,
+            "SELECT id, name = ? OR EXISTS (SELECT 1 FROM hold WHERE atom = id AND mark <> '')"
+            " FROM atom WHERE fold = ?");
+        const bool isThere = query.Text(text.name).Text(text.fold).Step();
+        id = isThere ? static_cast<unsigned>(query.NumberAt(0)) : 0;
+        isSpelled = isThere && query.NumberAt(1) != 0;
+    }
+    if (!id)
+        id = FreeId(transaction);
+    if (id > LAST)
+        return ERROR_NOT_ENOUGH_MEMORY;
+    if (!isSpelled)
+        Set(transaction, id, text);
     return 0;
 }
 
-// Lets one hold of that mark go; false for none.
+DWORD Add(Transaction& transaction, const Name& text, unsigned& id)
+{
+    const DWORD code = FindOrMake(transaction, text, id);
+    if (code == 0)
+        Query(transaction, "INSERT INTO hold VALUES (?, ?, 1)"
+                           " ON CONFLICT DO UPDATE SET refs = refs + 1")
+            .Number(id)
+            .Text(SessionMark())
+            .Run();
+    return code;
+}
+
+// Lets one hold of that mark go; false for none. The last one's row goes.
 bool LetGo(Transaction& transaction, unsigned id, const std::string& mark)
 {
+    Query(transaction, "DELETE FROM hold WHERE atom = ? AND mark = ? AND refs = 1")
+        .Number(id)
+        .Text(mark)
+        .Run();
+    if (transaction.Changes() != 0)
+        return true;
     Query(transaction, "UPDATE hold SET refs = refs - 1 WHERE atom = ? AND mark = ?")
         .Number(id)
         .Text(mark)
@@ -134,45 +165,24 @@ bool LetGo(Transaction& transaction, unsigned id, const std::string& mark)
     return transaction.Changes() != 0;
 }
 
-// A living process's, who may or may not want it.
-bool LetGoOfAny(Transaction& transaction, unsigned id)
+// The mark of some living process that holds the atom; nothing for none.
+std::string SomeHolder(Transaction& transaction, unsigned id)
 {
-    std::string mark;
-    {
-        Query query(transaction, "SELECT mark FROM hold WHERE atom = ? LIMIT 1");
-        if (!query.Number(id).Step())
-            return false;
-        mark = query.BytesAt(0);
-    }
-    return LetGo(transaction, id, mark);
+    Query query(transaction, "SELECT mark FROM hold WHERE atom = ? AND mark <> '' LIMIT 1");
+    return query.Number(id).Step() ? std::string(query.BytesAt(0)) : std::string();
 }
 
-bool IsThere(Transaction& transaction, unsigned id)
-{
-    Query query(transaction, "SELECT id FROM atom WHERE id = ?");
-    return query.Number(id).Step();
-}
-
-// The process's own count goes first, then those of the dead.
+// The process's own count goes first, then those of the dead, then a living one's, who may or may
+// not want it. The atom's row goes when a process ends, or when its number is wanted.
 DWORD Delete(Transaction& transaction, unsigned id)
 {
-    if (!IsThere(transaction, id))
+    if (LetGo(transaction, id, SessionMark()))
+        return 0;
+    if (SomeHolder(transaction, id).empty())
         return ERROR_INVALID_HANDLE;
-    if (!LetGo(transaction, id, SessionMark())) {
-        Sweep(transaction);
-        if (!LetGo(transaction, id, {}))
-            LetGoOfAny(transaction, id);
-    }
-    Query(transaction, "DELETE FROM hold WHERE atom = ? AND refs = 0").Number(id).Run();
-    // The dead alone hold nothing.
-    Query(transaction,
-          "DELETE FROM hold WHERE atom = ? AND mark = '' AND NOT EXISTS"
-          " (SELECT 1 FROM hold AS other WHERE other.atom = hold.atom AND other.mark <> '')")
-        .Number(id)
-        .Run();
-    Query(transaction, "DELETE FROM atom WHERE id = ? AND id NOT IN (SELECT atom FROM hold)")
-        .Number(id)
-        .Run();
+    Sweep(transaction);
+    if (!LetGo(transaction, id, {}))
+        LetGo(transaction, id, SomeHolder(transaction, id));
     return 0;
 }
 
@@ -193,7 +203,8 @@ WideText TextOf(ATOM atom)
         return Widen('#' + std::to_string(CheckedNumber(atom)), 0);
     std::string stored;
     InSession(Database::READ, [&](Transaction& transaction) {
-        Query query(transaction, "SELECT name FROM atom WHERE id = ?");
+        Query query(transaction, "SELECT name FROM atom WHERE id = ? AND EXISTS (SELECT 1 FROM"
+                                 " hold WHERE atom = id AND mark <> '')");
         if (!query.Number(atom).Step())
             return ERROR_INVALID_HANDLE;
         stored = query.BytesAt(0);

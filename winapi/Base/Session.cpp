@@ -20,9 +20,9 @@ constexpr char NAME[] = "/ostra-winapi";
 constexpr std::size_t MARK_SIZE = 16;
 constexpr char DIGITS[] = "0123456789abcdef";
 
-// Windows count from 10000h on and are never used twice. An atom is there while anybody holds it.
-// The holds of the dead have no mark: they count as long as a living one holds the atom, for partners
-// of the dead let go of what those would have.
+// Windows count from 10000h on and are never used twice. An atom is there while anybody holds it;
+// its row may stay longer. The holds of the dead have no mark: they count as long as a living one
+// holds the atom, for partners of the dead let go of what those would have.
 constexpr char TABLES[] =
     "CREATE TABLE win (hwnd INTEGER PRIMARY KEY AUTOINCREMENT, fold TEXT NOT NULL,"
     " title TEXT NOT NULL, mark TEXT NOT NULL, socket TEXT NOT NULL);"

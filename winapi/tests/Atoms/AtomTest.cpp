@@ -63,6 +63,31 @@ TEST(Atom, AnAtomIsGoneWhenItWasDeletedAsOftenAsAdded)
              CALL(GlobalDeleteAtom(atom), atom, 6)});
 }
 
+TEST(Atom, ANameThatIsGoneComesBackAsItIsSpelledThen)
+{
+    const ATOM before = GlobalAddAtomA("OstraSpelled");
+    EXPECT_EQ(GlobalDeleteAtom(before), 0);
+    RunRows({CALL(GlobalFindAtomA("OstraSpelled"), 0, 2)});
+    const ATOM atom = GlobalAddAtomA("oSTRAsPELLED");
+    char name[20] = "";
+    EXPECT_EQ(GlobalGetAtomNameA(atom, name, sizeof name), 12U);
+    EXPECT_STREQ(name, "oSTRAsPELLED");
+    EXPECT_EQ(GlobalFindAtomA("OstraSpelled"), atom);
+    EXPECT_EQ(GlobalDeleteAtom(atom), 0);
+}
+
+TEST(Atom, NumbersOfThoseThatAreGoneServeOthers)
+{
+    // More names than there are numbers.
+    for (int i = 0; i < 17000; ++i) {
+        const std::string name = "OstraMany" + std::to_string(i);
+        const ATOM atom = GlobalAddAtomA(name.c_str());
+        ASSERT_GE(atom, 0xC000) << i;
+        ASSERT_EQ(GlobalDeleteAtom(atom), 0) << i;
+    }
+    EXPECT_EQ(GlobalFindAtomA("OstraMany16999"), 0);
+}
+
 TEST(Atom, NumbersAreThemselves)
 {
     RunRows({CALL(GlobalAddAtomA("#123"), 123, 0), CALL(GlobalAddAtomA(Number(7)), 7, 0),
