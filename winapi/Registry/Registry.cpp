@@ -123,8 +123,8 @@ DWORD Create(HKEY from, LPCWSTR text, REGSAM wanted, PHKEY result, LPDWORD dispo
     const OpenKey key = Opened(from, 0);
     if (const DWORD code = ParsePath(from, text, path))
         return code;
-    // The rights of the handle don't count here: those of the key do, which are the user's.
-    if (const DWORD code = CreateKey(key.place, path, found, created))
+    const bool mayCreate = (key.rights & KEY_CREATE_SUB_KEY) != 0;
+    if (const DWORD code = CreateKey(key.place, path, mayCreate, found, created))
         return code;
     *result = MakeKey(found, wanted);
     if (disposition)

@@ -236,13 +236,15 @@ DWORD FindKey(KeyPlace from, const KeyPath& path, KeyPlace& found)
     });
 }
 
-DWORD CreateKey(KeyPlace from, const KeyPath& path, KeyPlace& found, bool& created)
+DWORD CreateKey(KeyPlace from, const KeyPath& path, bool mayCreate, KeyPlace& found, bool& created)
 {
     created = false;
     // Most are there, and those who read wait for nobody.
     const DWORD code = FindKey(from, path, found);
     if (code != ERROR_FILE_NOT_FOUND)
         return code;
+    if (!mayCreate)
+        return ERROR_ACCESS_DENIED;
     return RunFor(from, Database::WRITE, [&](Transaction& transaction) {
         std::int64_t id = from.id;
         const std::size_t step = Walk(transaction, path, id);

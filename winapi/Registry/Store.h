@@ -57,7 +57,8 @@ struct ValueEntry
 const KeyPlace* FindPredefined(HKEY key);
 
 DWORD FindKey(KeyPlace from, const KeyPath& path, KeyPlace& found);
-DWORD CreateKey(KeyPlace from, const KeyPath& path, KeyPlace& found, bool& created);
+// ERROR_ACCESS_DENIED (5) where something would have to be made that may not.
+DWORD CreateKey(KeyPlace from, const KeyPath& path, bool mayCreate, KeyPlace& found, bool& created);
 DWORD DeleteKey(KeyPlace from, const KeyPath& path);
 DWORD QueryKey(KeyPlace key, KeyFacts& facts);
 DWORD EnumerateKey(KeyPlace key, DWORD index, SubkeyEntry& entry);

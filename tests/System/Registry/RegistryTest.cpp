@@ -194,17 +194,6 @@ TEST_F(RegistryCursor, MakingAKeyDoesNotMoveTheCursor)
     Make("a");
 }
 
-TEST_F(RegistryCursor, ARootThatIsOpenForReadingAloneTakesNewKeys)
-{
-    const HKEY root = Open(HKEY_CURRENT_USER, name, KEY_READ);
-    registry.v_Set(root);
-    Make("\\a");
-    Set("\\a");
-    Make("b");
-    EXPECT_EQ(TryOpen(HKEY_CURRENT_USER, In("a\\b")), 0);
-    RegCloseKey(root);
-}
-
 TEST_F(RegistryCursor, MovesDownByRelativeAndByAbsolutePaths)
 {
     Make("A\\B");
