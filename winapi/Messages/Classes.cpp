@@ -139,10 +139,7 @@ BOOL UnregisterClassA(LPCSTR text, HINSTANCE instance)
 BOOL GetClassInfoA(HINSTANCE instance, LPCSTR name, WNDCLASSA* facts)
 {
     return Guarded(FALSE, [&] {
-        // Without an instance the platform's own classes are asked for, and here are none.
-        if (!instance)
-            Fail(ERROR_CLASS_DOES_NOT_EXIST);
-        *facts = ClassOf(name, instance)->facts;
+        *facts = ClassOf(name, InstanceOf(instance))->facts;
         facts->hInstance = instance;
         facts->lpszClassName = name;
         return TRUE;
