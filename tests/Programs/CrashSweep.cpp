@@ -21,11 +21,13 @@
 #include "Crash/CrashCheck.h"
 #include "Crash/CrashHost.h"
 #include "Crash/CrashScript.h"
+#include "Crash/PowerLoss.h"
 
 namespace
 {
-constexpr int HANGS = 20;      // seconds
-constexpr unsigned SAMPLE = 4; // of so many moments one, in a short run
+constexpr int HANGS = 20;                        // seconds
+constexpr unsigned IMAGES = 50, FEW_IMAGES = 10; // of a moment when power is lost
+constexpr unsigned SAMPLE = 4;                   // of so many moments one, in a short run
 
 // How far a writer has come, in memory that it shares with its parent.
 struct Progress
@@ -122,6 +124,33 @@ CrashFigures KillAll(unsigned pieces, unsigned stride)
     }
     return sum;
 }
+
+CrashFigures LosePower(const CrashScript& script, unsigned stride, unsigned images,
+                       unsigned* points)
+{
+    const PowerLoss loss(script);
+    CrashCheck check(script, CrashCheck::POWER_LOST);
+    for (unsigned count = 0; count <= loss.Count(); count += stride, ++*points) {
+        for (unsigned seed = 0; seed < images; ++seed) {
+            alarm(HANGS);
+            place = script.name + ", power lost behind write " + std::to_string(count) +
+                    ", image " + std::to_string(seed);
+            std::filesystem::remove(PathOf("records.rec"));
+            WriteBytes(PathOf("records.rec"), loss.Image(count, seed));
+            check.Look(loss.SinceFlush(count), seed);
+        }
+    }
+    return check.figures;
+}
+
+CrashFigures LoseAll(unsigned pieces, unsigned stride, unsigned images, unsigned* points)
+{
+    CrashFigures sum;
+    for (const CrashForm& form : CrashScript::FORMS)
+        for (unsigned seed = 1; seed <= pieces; ++seed)
+            Add(sum, LosePower(CrashScript::Working(form, seed, false), stride, images, points));
+    return sum;
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -136,5 +165,11 @@ int main(int argc, char** argv)
     std::printf("crash sweep: %u points, %u with an overflowed free table, all as promised: %u no "
                 "record file yet, %u told as unclosed, %u sound and worked on\n",
                 killed.files, killed.chained, killed.refused, killed.unclosed, killed.sound);
+    unsigned points = 0;
+    const CrashFigures lost = LoseAll(pieces, stride, scale ? IMAGES : FEW_IMAGES, &points);
+    std::printf(
+        "power loss: %u points, %u files, all as promised: %u told as unclosed, %u sound and "
+        "worked on; %u reads of touched ones, %u with bytes of others\n",
+        points, lost.files, lost.unclosed, lost.sound, lost.touchedReads, lost.foreign);
     return 0;
 }
