@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include <sys/mman.h>
 #include <sys/un.h>
@@ -88,13 +89,23 @@ Descriptor Sealed(const std::string& bytes)
     return file;
 }
 
+bool MakeRoom(std::string& bytes, std::size_t size)
+{
+    try {
+        bytes.resize(size);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
 bool ReadSealed(int fd, std::size_t size, std::string& bytes)
 {
     struct stat facts;
-    if (posix.fcntl_seals(fd, F_GET_SEALS, 0) != SEALS || posix.fstat(fd, &facts) != 0 ||
-        facts.st_size < 0 || static_cast<std::size_t>(facts.st_size) != size)
+    if (size > MOST_APART || posix.fcntl_seals(fd, F_GET_SEALS, 0) != SEALS ||
+        posix.fstat(fd, &facts) != 0 || facts.st_size < 0 ||
+        static_cast<std::size_t>(facts.st_size) != size || !MakeRoom(bytes, size))
         return false;
-    bytes.resize(size);
     for (std::size_t done = 0; done < size;) {
         const ssize_t count = Retried([&] {
             return posix.pread(fd, bytes.data() + done, size - done, static_cast<off_t>(done));
@@ -189,6 +200,8 @@ DWORD Connect(const std::string& name, Descriptor& connection)
 DWORD SendLetter(int connection, const Letter& letter)
 {
     Record record = letter.record;
+    if (record.size > MOST_APART)
+        return ERROR_NOT_ENOUGH_MEMORY;
     const bool apart = record.size > MOST_INLINE;
     iovec pieces[] = {{&record, sizeof record},
                       {const_cast<char*>(letter.contents.data()), letter.contents.size()}};

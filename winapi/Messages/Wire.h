@@ -43,6 +43,9 @@ struct Letter
 };
 
 constexpr std::size_t MOST_INLINE = 0x10000;
+// Contents above that aren't sent, and aren't taken: a file in memory can claim any size without
+// having it.
+constexpr std::size_t MOST_APART = 0x10000000;
 
 inline std::uint32_t NumberOf(HWND window)
 {
@@ -64,13 +67,13 @@ Descriptor Accept(int listener, pid_t& process);
 // nobody listens there, or another user; ERROR_NOT_ENOUGH_QUOTA (1816) when it takes no more.
 DWORD Connect(const std::string& name, Descriptor& connection);
 
-// Result: 0 or the code of the failure.
+// Result: 0 or the code of the failure; ERROR_NOT_ENOUGH_MEMORY (8) for contents above MOST_APART.
 DWORD SendLetter(int connection, const Letter& letter);
 
 enum class Arrival
 {
     NOTHING, // Not yet.
-    BROKEN,  // The other side has ended, or it is no record.
+    BROKEN,  // The other side has ended, it is no record, or there is no memory for it.
     LETTER
 };
 Arrival ReceiveLetter(int connection, Letter& letter);

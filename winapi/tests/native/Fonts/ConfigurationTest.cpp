@@ -1,5 +1,7 @@
 // winapi/tests/native/Fonts/ConfigurationTest.cpp: machines without fonts, with broken settings,
 // with names in every script, and without memory.
+#include "../Support/Heap.h"
+
 #include "winapi/Errors/LastError.h"
 #include "winapi/Fonts/Font.h"
 #include "winapi/Text/CodePage.h"
@@ -9,50 +11,15 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <new>
 #include <set>
 #include <string>
 #include <vector>
 
 using namespace winapi;
-
-namespace
-{
-// How many allocations succeed until one fails; below 0 all do.
-std::atomic<int> left = -1;
-std::atomic<unsigned> asked;
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    ++asked;
-    if (left < 0 || left-- > 0)
-        if (void* const block = std::malloc(size))
-            return block;
-    throw std::bad_alloc();
-}
-
-// All kinds, so that each block goes where it came from.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    ++asked;
-    return left < 0 || left-- > 0 ? std::malloc(size) : nullptr;
-}
-
-void operator delete(void* block) noexcept
-{
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept
-{
-    std::free(block);
-}
 
 namespace
 {
@@ -236,10 +203,10 @@ CHILD_PROCESS(ListsWithoutMemory)
     int result = 0;
     int failures = -1;
     while (result == 0 && failures < 100000) {
-        left = ++failures;
+        heap.left = ++failures;
         SetLastError(0);
         result = EnumFontFamiliesA(dc, "No Such Face", Count, reinterpret_cast<LPARAM>(&count));
-        left = -1;
+        heap.left = -1;
         EXPECT_EQ(GetLastError(), result ? 0u : ERROR_NOT_ENOUGH_MEMORY) << failures;
     }
     EXPECT_EQ(result, 1);
@@ -267,11 +234,11 @@ CHILD_PROCESS(MeasuresWithoutMemory)
     while (!done && failures < 100000) {
         const HDC dc = GetDC(nullptr);
         SelectObject(dc, Make("DejaVu Sans", -16 - failures));
-        left = ++failures;
+        heap.left = ++failures;
         SetLastError(0);
         int width = 0;
         done = GetCharWidth32W(dc, 'A', 'A', &width);
-        left = -1;
+        heap.left = -1;
         EXPECT_TRUE(done || GetLastError() == ERROR_NOT_ENOUGH_MEMORY) << failures;
         EXPECT_EQ(GetCharWidth32W(dc, 'A', 'A', &width), 1) << failures;
         EXPECT_NEAR(width, (15 + failures) * 0.684, 1.5) << failures;

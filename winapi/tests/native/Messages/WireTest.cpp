@@ -2,6 +2,7 @@
 #include "../../Messages/MessageTools.h"
 #include "../../Support/Calls.h"
 #include "../../Support/Replace.h"
+#include "../Support/Heap.h"
 
 #include "Base/Session.h"
 #include "Messages/Queue.h"
@@ -35,6 +36,26 @@ Record Post(HWND window)
     record.kind = Record::POST;
     record.window = NumberOf(window);
     record.message = WM_USER;
+    return record;
+}
+
+// A file in memory of zeros that takes no memory, sealed.
+Descriptor Sparse(std::size_t size)
+{
+    Descriptor file(memfd_create("test", MFD_ALLOW_SEALING | MFD_CLOEXEC));
+    EXPECT_EQ(ftruncate(file.Get(), static_cast<off_t>(size)), 0);
+    const int seals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
+    EXPECT_EQ(fcntl(file.Get(), F_ADD_SEALS, seals), 0);
+    return file;
+}
+
+Record Data(HWND window, std::size_t size)
+{
+    Record record = Post(window);
+    record.kind = Record::PARTS;
+    record.message = WM_DDE_DATA;
+    record.size = size;
+    record.hasBlock = 1;
     return record;
 }
 
@@ -155,11 +176,7 @@ TEST_F(Wire, WhatIsNoRecordIsDroppedWithoutAnAnswer)
 
 TEST_F(Wire, AFileThatCouldChangeIsDropped)
 {
-    Record record = Post(window);
-    record.kind = Record::PARTS;
-    record.message = WM_DDE_DATA;
-    record.size = MOST_INLINE + 1;
-    record.hasBlock = 1;
+    Record record = Data(window, MOST_INLINE + 1);
     const Descriptor open(memfd_create("test", MFD_ALLOW_SEALING | MFD_CLOEXEC));
     ASSERT_EQ(ftruncate(open.Get(), MOST_INLINE + 1), 0);
     ExpectDropped(&record, sizeof record, open.Get());
@@ -171,6 +188,39 @@ TEST_F(Wire, AFileThatCouldChangeIsDropped)
     --record.size;
     const Descriptor connection = Connection();
     Send(connection, &record, sizeof record, open.Get());
+    EXPECT_TRUE(Comes());
+}
+
+TEST_F(Wire, AFileThatClaimsMoreThanMayComeIsDropped)
+{
+    for (const std::size_t size : {MOST_APART + 1, MOST_APART << 4, std::size_t(INT64_MAX)}) {
+        SCOPED_TRACE(size);
+        const Record record = Data(window, size);
+        ExpectDropped(&record, sizeof record, Sparse(size).Get());
+    }
+    Record most = Data(window, MOST_APART);
+    const Descriptor file = Sparse(MOST_APART);
+    int pair[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair), 0);
+    const Descriptor from(pair[0]), to(pair[1]);
+    Send(from, &most, sizeof most, file.Get());
+    Letter letter;
+    EXPECT_EQ(ReceiveLetter(to.Get(), letter), Arrival::LETTER);
+    EXPECT_EQ(letter.contents.size(), MOST_APART);
+    letter.contents.clear();
+    ++letter.record.size;
+    EXPECT_EQ(SendLetter(from.Get(), letter), 8U);
+}
+
+TEST_F(Wire, ALetterWithoutMemoryForItIsDropped)
+{
+    const Record record = Data(window, 3000000);
+    const Descriptor file = Sparse(3000000);
+    heap.largest = 2999999;
+    ExpectDropped(&record, sizeof record, file.Get());
+    heap.largest = SIZE_MAX;
+    const Descriptor connection = Connection();
+    Send(connection, &record, sizeof record, file.Get());
     EXPECT_TRUE(Comes());
 }
 
