@@ -164,10 +164,13 @@ DWORD Copy(const std::string& from, const std::string& to, bool failIfExists)
                      target))
         return code;
     const int error = CopyContents(source.fd.Get(), target.fd.Get());
-    if (error == 0)
-        CopyFacts(source.fd.Get(), facts, target.fd.Get());
-    else
-        posix.unlink(to.c_str());
+    // A device or a FIFO stays as it is.
+    if (S_ISREG(target.mode)) {
+        if (error == 0)
+            CopyFacts(source.fd.Get(), facts, target.fd.Get());
+        else
+            posix.unlink(to.c_str());
+    }
     return error == 0 ? 0 : CodeOf(error);
 }
 

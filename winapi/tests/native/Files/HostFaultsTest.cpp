@@ -6,8 +6,10 @@
 #include "Support/Directory.h"
 
 #include <algorithm>
+#include <thread>
 
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
@@ -272,6 +274,53 @@ TEST(HostFaults, ACopyThatFailsLeavesNoTarget)
         CALL(CopyFileA("f", "g", TRUE), 0, ERROR_DISK_FULL),
         CALL(GetFileAttributesA("g"), ALL_BITS, ERROR_FILE_NOT_FOUND),
     });
+}
+
+TEST(HostFaults, ACopyThatFailsLeavesADevice)
+{
+    WriteBytes("f", "contents");
+    ASSERT_EQ(symlink("/dev/full", "g"), 0);
+    RunRows({CALL(CopyFileA("f", "g", FALSE), 0, ERROR_DISK_FULL)});
+    struct stat facts;
+    EXPECT_EQ(lstat("g", &facts), 0);
+}
+
+TEST(HostFaults, ACopyLeavesTheFactsOfAFIFO)
+{
+    WriteBytes("f", "contents");
+    SetFileAttributesA("f", FILE_ATTRIBUTE_READONLY);
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    const File both("pipe", GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING);
+    RunRows({CALL(CopyFileA("f", "pipe", FALSE), 1, 0)});
+    struct stat facts;
+    ASSERT_EQ(stat("pipe", &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0600U);
+    char bytes[16];
+    DWORD count = 0;
+    EXPECT_TRUE(ReadFile(both, bytes, sizeof bytes, &count, nullptr));
+    EXPECT_EQ(std::string(bytes, count), "contents");
+    SetFileAttributesA("f", FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(HostFaults, AnOpeningOfAFIFOWaitsForTheOtherEnd)
+{
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    std::thread writer([] {
+        const File end("pipe", GENERIC_WRITE, 0, OPEN_EXISTING);
+        DWORD count = 0;
+        EXPECT_TRUE(WriteFile(end, "text", 4, &count, nullptr));
+    });
+    {
+        const File end("pipe", GENERIC_READ, 0, OPEN_EXISTING);
+        char bytes[8];
+        DWORD count = 0;
+        EXPECT_TRUE(ReadFile(end, bytes, sizeof bytes, &count, nullptr));
+        EXPECT_EQ(std::string(bytes, count), "text");
+    }
+    writer.join();
+    // Who asks for both is the other end.
+    const File both("pipe", GENERIC_READ | GENERIC_WRITE, 0, OPEN_EXISTING);
+    RunRows({CALL(both != INVALID_HANDLE_VALUE, 1, 0)});
 }
 
 TEST(HostFaults, AMoveToAnotherDeviceCopies)
