@@ -125,6 +125,20 @@ TEST(VoidArraySweep, AnInsertionIsThereWholeOrNotAtAll)
     SweepInsertion([](State& state) { state.array.v_AtInsertCopy(1, 5, 6); }, "eeefff" + before);
 }
 
+// The growth is asked for first, then the room for the item. Only the first is refused here.
+TEST(VoidArraySweep, AnItemGoesInWhereOnlyTheGrowthIsRefused)
+{
+    CT_VoidArray array{ITEM_SIZE, 100, 1};
+    while (array.n_GetCount() < array.n_GetMaxItems())
+        array.v_Insert("abc");
+    const std::string full = Items(array);
+    FailingHeap::Arm(1, FailingHeap::ONCE);
+    array.v_Insert("zzz");
+    EXPECT_EQ(FailingHeap::Disarm(), 1U);
+    EXPECT_EQ(TakeFailure().code, 60006U);
+    EXPECT_EQ(Items(array), full + "zzz");
+}
+
 TEST(VoidArraySweep, CopiesStopAtTheFirstThatDoesNotFit)
 {
     Sweep(
