@@ -3,6 +3,7 @@
 #include "Faults/Services.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <type_traits>
@@ -14,6 +15,7 @@ namespace
 unsigned calls_left;
 bool within_service; // which may call others of its own accord
 unsigned error_index;
+bool ends_process;
 Services::Call failed;
 
 struct Row
@@ -264,16 +266,33 @@ void Services::Arm(unsigned number, unsigned error)
     error_index = error;
 }
 
+void Services::EndAt(unsigned number)
+{
+    calls_left = number;
+    ends_process = true;
+}
+
 Services::Call Services::Disarm()
 {
     calls_left = 0;
+    ends_process = false;
     return failed;
+}
+
+static void EndProcess()
+{
+#ifdef _WIN32
+    TerminateProcess(GetCurrentProcess(), Services::ENDED);
+#endif
+    std::_Exit(Services::ENDED);
 }
 
 bool Services::Fails(const char* name, Told told)
 {
     if (within_service || calls_left == 0 || --calls_left)
         return false;
+    if (ends_process)
+        EndProcess();
     failed.name = name;
     failed.told = told;
     if (told == LAST_ERROR)

@@ -37,6 +37,9 @@ public:
 
     // Lets call `number`, counted from 1, fail with one of the errors; none for 0.
     static void Arm(unsigned number, unsigned error);
+    // Ends the process, as a kill does, in front of call `number`; ENDED is then its status.
+    static void EndAt(unsigned number);
+    static constexpr int ENDED = 99;
     // All services work again. Result: the call that failed.
     static Call Disarm();
     // Services that this program reaches through wrappers.
