@@ -216,8 +216,9 @@ int main(int argc, char** argv)
     const int replacing = Sweep({before, {}}, after);
     const int making = Sweep({}, after);
     const int taking = takes ? Sweep({{}, before}, after) : 0;
-    std::printf("kill sweep: %d calls over an old file, %d without one, %d beside one without its "
-                "name\n",
-                replacing, making, taking);
+    std::printf(
+        "kill sweep of %s: %d calls over an old file, %d without one, %d beside one without "
+        "its name\n",
+        fs::path(argv[3]).filename().c_str(), replacing, making, taking);
     return 0;
 }

@@ -22,15 +22,21 @@
 namespace
 {
 constexpr unsigned CLIENTS = 8;
-constexpr unsigned CONVERSATIONS = 1000;
-constexpr unsigned LARGE = 3000000;    // Bytes of an item.
-constexpr unsigned SHORT_TIME = 250;   // Milliseconds, where a partner is dead.
-constexpr unsigned LONG_TIME = 30000;  // Where it lives.
-constexpr unsigned FAREWELL = 3000;    // The client's own.
-constexpr unsigned SLACK = 2500;       // Of a machine that does much else.
-constexpr unsigned RANDOM_KILLS = 150; // Of clients; each tenth one kills the server too.
+constexpr unsigned LARGE = 3000000;   // Bytes of an item.
+constexpr unsigned SHORT_TIME = 250;  // Milliseconds, where a partner is dead.
+constexpr unsigned LONG_TIME = 30000; // Where it lives.
+constexpr unsigned FAREWELL = 3000;   // The client's own.
+constexpr unsigned SLACK = 2500;      // Of a machine that does much else.
 constexpr UINT EXECUTE = 0x3E8, ACK = 0x3E4, QUIT = WM_USER + 99;
 constexpr char TOPIC[] = "Words";
+
+// OSTRA_SWEEP multiplies the work.
+const unsigned factor = [] {
+    const char* const text = std::getenv("OSTRA_SWEEP");
+    return text ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : 1;
+}();
+const unsigned conversations = 1000 * factor;
+const unsigned randomKills = 150 * factor; // Of clients; each tenth one kills the server too.
 
 // ---- The server ---------------------------------------------------------------------------
 
@@ -232,7 +238,7 @@ void RunMany()
     std::vector<pid_t> clients;
     for (unsigned number = 0; number < CLIENTS; ++number)
         clients.push_back(Start([&pair, number] {
-            for (unsigned i = 0; i < CONVERSATIONS / CLIENTS; ++i) {
+            for (unsigned i = 0; i < conversations / CLIENTS; ++i) {
                 // One client for some conversations, as programs have it.
                 Asker asker(pair);
                 for (const unsigned end = i + 5; i < end - 1; ++i)
@@ -247,7 +253,7 @@ void RunMany()
     shared->isOver = true;
     AwaitSuccess(stranger, "the stranger");
     EndServer(pair, server, QUIT);
-    if (shared->conversations != CONVERSATIONS)
+    if (shared->conversations != conversations)
         Fail("conversations are missing");
 }
 
@@ -370,7 +376,7 @@ void KillAtAnyMoment()
     };
     for (unsigned i = 0; i < CLIENTS; ++i)
         clients.push_back(Start(talker));
-    for (unsigned kills = 0; kills < RANDOM_KILLS; ++kills) {
+    for (unsigned kills = 0; kills < randomKills; ++kills) {
         usleep(static_cast<useconds_t>(random() % 12000));
         pid_t& client = clients[random() % CLIENTS];
         Kill(client);
@@ -424,12 +430,12 @@ int main(int argc, char** argv)
     const std::string other = RefuseAnotherUser();
     AwaitSuccess(Start(RunNext), "the next process");
     ExpectRows(0);
-    std::printf(
-        "%u conversations by %u clients at once in %.1f s: %u requests, %.0f MB, asked again %u "
-        "times; %u kills, no wait longer than its time-out and %u ms; %u broken records "
-        "dropped; %s; nothing left behind\n",
-        CONVERSATIONS, CLIENTS, shared->milliseconds / 1000.0, unsigned(shared->requests),
-        double(shared->bytes) / 1e6, unsigned(shared->askedAgain), unsigned(shared->kills),
-        unsigned(shared->longest), unsigned(shared->dropped), other.c_str());
+    std::printf("conversation sweep: %u conversations by %u clients at once in %.1f s: %u "
+                "requests, %.0f MB, asked again %u "
+                "times; %u kills, no wait longer than its time-out and %u ms; %u broken records "
+                "dropped; %s; nothing left behind\n",
+                conversations, CLIENTS, shared->milliseconds / 1000.0, unsigned(shared->requests),
+                double(shared->bytes) / 1e6, unsigned(shared->askedAgain), unsigned(shared->kills),
+                unsigned(shared->longest), unsigned(shared->dropped), other.c_str());
     return 0;
 }

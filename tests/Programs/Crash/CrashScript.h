@@ -77,7 +77,7 @@ public:
 
     // Does one operation; it has to come out as it was foreseen.
     void Play(Records& records, const Operation& operation) const;
-    // While the operation runs, and behind it up to the next, with what the disk must have had.
+    // What has happened since the last save while the operation runs, its own doing with it.
     Since DuringOperation(unsigned operation) const { return during[operation]; }
 
     CrashForm form;

@@ -25,7 +25,6 @@ namespace
 namespace fs = std::filesystem;
 
 constexpr unsigned WRITERS = 4;
-constexpr unsigned KILLS = 500;
 constexpr DWORD STEP = 16; // Each such number of values, one is deleted.
 
 struct Shared
@@ -34,6 +33,11 @@ struct Shared
     volatile unsigned failed;
 };
 Shared* shared;
+
+const unsigned kills = [] {
+    const char* const factor = std::getenv("OSTRA_SWEEP");
+    return 500 * (factor ? static_cast<unsigned>(std::strtoul(factor, nullptr, 10)) : 1);
+}();
 
 [[noreturn]] void Fail(const std::string& what)
 {
@@ -118,7 +122,7 @@ void Sweep()
     pid_t children[WRITERS];
     for (unsigned writer = 0; writer < WRITERS; ++writer)
         children[writer] = Start(writer);
-    for (unsigned kills = 0; kills < KILLS; ++kills) {
+    for (unsigned n = 0; n < kills; ++n) {
         usleep(random() % 6000);
         const unsigned writer = random() % WRITERS;
         Kill(children[writer]);
@@ -183,7 +187,7 @@ int main(int argc, char** argv)
     Sweep();
     CheckFile((folder / "ostra-winapi/registry.db").string());
     const DWORD values = CheckValues();
-    std::printf("%u kills, %u values acknowledged, none lost\n", KILLS,
+    std::printf("registry sweep: %u kills, %u values acknowledged, none lost\n", kills,
                 static_cast<unsigned>(values));
     fs::remove_all(folder);
     return 0;
