@@ -147,6 +147,59 @@ TEST(CompListBuilderSweep, BuildingLeavesTheArgumentAlone)
     }
 }
 
+// The keys come in an order of their own, so the block is that of the same builder without a fault.
+TEST(CompListBuilderSweep, BuildingByWeightLeavesTheArgumentAlone)
+{
+    struct Target : State
+    {
+        CT_CompList target{CT_CompList::es_Byte, 2, 0, 1, 128, 1252};
+        std::string whole;
+    };
+    const auto prepare = [] {
+        auto state = std::make_unique<Target>();
+        state->builder.v_SetOrder(CT_CompListBuilder::bo_ByWeight);
+        for (const char* key : {"dog", "car", "cat", "cart"})
+            state->builder.b_Add(key, 1, 3);
+        state->whole = Built(state->builder);
+        return state;
+    };
+    Sweep(
+        report, prepare, [](Target& state) { state.builder.v_Build(&state.target); },
+        [](Target& state, bool failed) {
+            EXPECT_EQ(state.target.n_GetCodePage(), failed ? 1252U : 0U);
+            EXPECT_EQ(Built(state.builder), state.whole);
+            if (!failed) {
+                EXPECT_EQ(Block(state.target), state.whole);
+            }
+        });
+}
+
+// The first key with a weight brings the weights of all.
+TEST(CompListBuilderSweep, AKeyWithAWeightIsTakenWholeOrNotAtAll)
+{
+    const auto prepare = [] {
+        auto state = Many();
+        state->builder.v_SetOrder(CT_CompListBuilder::bo_ByWeight);
+        return state;
+    };
+    const auto addAll = [](State& state) {
+        for (std::size_t at = 0; at < state.keys.size(); ++at)
+            state.added[at] = state.builder.b_Add(state.keys[at].data(), 7, at % 3);
+    };
+    Sweep(report, prepare, addAll, [](State& state, bool failed) {
+        CT_CompListBuilder whole(CT_CompList::es_Byte, 2, 0, 1, 128, 0);
+        whole.v_SetOrder(CT_CompListBuilder::bo_ByWeight);
+        std::size_t missed = 0;
+        for (std::size_t at = 0; at < state.keys.size(); ++at) {
+            missed += !state.added[at];
+            if (state.added[at])
+                whole.b_Add(state.keys[at].data(), 7, at % 3);
+        }
+        EXPECT_EQ(missed > 0, failed);
+        EXPECT_TRUE(Built(state.builder) == Built(whole));
+    });
+}
+
 // From the first key that is cut the builder is a list.
 TEST(CompListBuilderSweep, AKeyThatIsCutIsAddedOrNot)
 {

@@ -172,29 +172,54 @@ unsigned CT_CompListBuilder::n_GetNrOfEntries() const
     return so_GetHeader().n_NrOfEntries;
 }
 
+CT_CompListBuilder::et_Order CT_CompListBuilder::ec_GetOrder() const
+{
+    return ec_Order;
+}
+
 // ---- Adding -------------------------------------------------------------------------------
 
 int CT_CompListBuilder::b_Add(const char* qccz_Key, unsigned n_Handle)
 {
-    return b_AddKey(pcc_Text(qccz_Key), n_Handle);
+    return b_AddKey(pcc_Text(qccz_Key), n_Handle, 1);
 }
 
 int CT_CompListBuilder::b_Add(const unsigned short* qcuz_Key, unsigned n_Handle)
 {
-    return b_AddKey(pcc_Text(qcuz_Key), n_Handle);
+    return b_AddKey(pcc_Text(qcuz_Key), n_Handle, 1);
 }
 
 int CT_CompListBuilder::b_Add(const CT_CString* pcco_Key, unsigned n_Handle)
 {
-    return b_AddKey(pcc_Text(pcco_Key), n_Handle);
+    return b_AddKey(pcc_Text(pcco_Key), n_Handle, 1);
 }
 
 int CT_CompListBuilder::b_Add(const CT_UString* pcco_Key, unsigned n_Handle)
 {
-    return b_AddKey(pcc_Text(pcco_Key), n_Handle);
+    return b_AddKey(pcc_Text(pcco_Key), n_Handle, 1);
 }
 
-int CT_CompListBuilder::b_AddKey(const char* pcc_Key, unsigned n_Handle)
+int CT_CompListBuilder::b_Add(const char* qccz_Key, unsigned n_Handle, unsigned n_Weight)
+{
+    return b_AddKey(pcc_Text(qccz_Key), n_Handle, n_Weight);
+}
+
+int CT_CompListBuilder::b_Add(const unsigned short* qcuz_Key, unsigned n_Handle, unsigned n_Weight)
+{
+    return b_AddKey(pcc_Text(qcuz_Key), n_Handle, n_Weight);
+}
+
+int CT_CompListBuilder::b_Add(const CT_CString* pcco_Key, unsigned n_Handle, unsigned n_Weight)
+{
+    return b_AddKey(pcc_Text(pcco_Key), n_Handle, n_Weight);
+}
+
+int CT_CompListBuilder::b_Add(const CT_UString* pcco_Key, unsigned n_Handle, unsigned n_Weight)
+{
+    return b_AddKey(pcc_Text(pcco_Key), n_Handle, n_Weight);
+}
+
+int CT_CompListBuilder::b_AddKey(const char* pcc_Key, unsigned n_Handle, unsigned n_Weight)
 {
     if (b_HoldsReserved(pcc_Key)) {
         CT_Report::sv_Format(qccz_Source, SEMANTIC_ERROR, SEMANTIC_ERROR,
@@ -203,7 +228,7 @@ int CT_CompListBuilder::b_AddKey(const char* pcc_Key, unsigned n_Handle)
     }
     if (pco_List || b_IsCut(pcc_Key))
         return b_AddToList(pcc_Key, n_Handle);
-    return pco_Trie ? b_AddLinked(pcc_Key, n_Handle) : 0;
+    return pco_Trie ? b_AddLinked(pcc_Key, n_Handle, n_Weight) : 0;
 }
 
 template <class T>
@@ -241,11 +266,11 @@ int CT_CompListBuilder::b_IsCut(const char* pcc_Key) const
            });
 }
 
-int CT_CompListBuilder::b_AddLinked(const char* pcc_Key, unsigned n_Handle)
+int CT_CompListBuilder::b_AddLinked(const char* pcc_Key, unsigned n_Handle, unsigned n_Weight)
 {
     if (!std::memcmp(pcc_Key, &n4_NoKey, so_Header.n1_ElementSize))
         return b_AddEmptyKey(n_Handle);
-    switch (pco_Trie->vec_Add(pcc_Key, n_Handle)) {
+    switch (pco_Trie->vec_Add(pcc_Key, n_Handle, n_Weight)) {
     case CT_LinkedTrie::lr_Done:
         ++so_Header.n_NrOfEntries;
         return 1;
@@ -283,6 +308,11 @@ int CT_CompListBuilder::b_AddToList(const char* pcc_Key, unsigned n_Handle)
 
 // ---- Building -----------------------------------------------------------------------------
 
+void CT_CompListBuilder::v_SetOrder(et_Order ec_NewOrder)
+{
+    ec_Order = ec_NewOrder;
+}
+
 void CT_CompListBuilder::v_Build(CT_Buffer* pco_Buffer) const
 {
     if (pco_Trie)
@@ -315,7 +345,8 @@ void CT_CompListBuilder::v_BuildLinked(CT_Buffer* pco_Buffer) const
         static_cast<st_CompListHeader*>(const_cast<void*>(co_Block.qcv_Get()));
     *pso_Block = so_Header;
     pso_Block->n_End = n_End;
-    switch (pco_Trie->vec_Write(pso_Block)) {
+    switch (ec_Order == bo_ByWeight ? pco_Trie->vec_WriteByWeight(pso_Block)
+                                    : pco_Trie->vec_Write(pso_Block)) {
     case CT_LinkedTrie::lr_Done:
         pco_Buffer->v_Set(&co_Block);
         return;

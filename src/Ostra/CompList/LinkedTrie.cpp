@@ -1,6 +1,7 @@
 // Ostra/CompList/LinkedTrie.cpp: nodes and chains.
 #include <Ostra/CompList/LinkedTrie.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -18,6 +19,7 @@ CT_LinkedTrie::CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset)
     : pso_Nodes(nullptr),
       n_Nodes(0),
       n_NodeRoom(0),
+      pn_Weights(nullptr),
       an_Jump(),
       n_HandleBytes(n_HandleSize),
       n_OffsetBytes(n_Offset),
@@ -27,6 +29,7 @@ CT_LinkedTrie::CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset)
 CT_LinkedTrie::~CT_LinkedTrie()
 {
     std::free(pso_Nodes);
+    std::free(pn_Weights);
 }
 
 void* CT_LinkedTrie::operator new(std::size_t n_Size) noexcept
@@ -54,7 +57,28 @@ int CT_LinkedTrie::b_MakeNodes(unsigned n_More)
     if (!pv_New)
         return 0;
     pso_Nodes = static_cast<st_Node*>(pv_New);
+    if (pn_Weights) {
+        pv_New = std::realloc(pn_Weights, static_cast<std::size_t>(n_Room) * sizeof(unsigned));
+        if (!pv_New)
+            return 0;
+        pn_Weights = static_cast<unsigned*>(pv_New);
+    }
     n_NodeRoom = static_cast<unsigned>(n_Room);
+    return 1;
+}
+
+// Lets keys have weights, those that are there 1; 0 when the heap is exhausted.
+int CT_LinkedTrie::b_MakeWeights()
+{
+    if (pn_Weights)
+        return 1;
+    if (!b_MakeNodes(1))
+        return 0;
+    pn_Weights = static_cast<unsigned*>(
+        std::malloc(static_cast<std::size_t>(n_NodeRoom) * sizeof(unsigned)));
+    if (!pn_Weights)
+        return 0;
+    std::fill_n(pn_Weights, n_Nodes, 1u);
     return 1;
 }
 
@@ -63,6 +87,15 @@ unsigned CT_LinkedTrie::n_NewNode(unsigned n_Start, unsigned n_First)
 {
     pso_Nodes[n_Nodes] = {n_Start, 0, 0, 0, n_First, 0, 0, 0};
     return n_Nodes++;
+}
+
+// Lets a key end at a node.
+void CT_LinkedTrie::v_SetEnd(unsigned n_Node, unsigned n_Handle, unsigned n_Weight)
+{
+    pso_Nodes[n_Node].b_End = 1;
+    pso_Nodes[n_Node].n_Handle = n_Handle;
+    if (pn_Weights)
+        pn_Weights[n_Node] = n_Weight;
 }
 
 int CT_LinkedTrie::b_Fits(unsigned long long n_More) const

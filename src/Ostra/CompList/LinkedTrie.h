@@ -27,18 +27,6 @@ public:
         lr_Foreign // the block isn't a sound list
     };
 
-    virtual ~CT_LinkedTrie();
-    static void* operator new(std::size_t n_Size) noexcept;
-    static void operator delete(void* pv_Object);
-
-    // Adds a key, which isn't empty and holds no reserved element.
-    virtual et_Result vec_Add(const char* pcc_Key, unsigned n_Handle) = 0;
-    // Writes the stream and the jump offsets to a block of n_GetEnd() bytes.
-    virtual et_Result vec_Write(st_CompListHeader* pso_Header) const = 0;
-
-    unsigned n_GetEnd() const { return n_End; }
-
-protected:
     struct st_Node
     {
         unsigned n_Text;        // where its elements are in the text
@@ -51,6 +39,20 @@ protected:
         unsigned n_Handle;
     };
 
+    virtual ~CT_LinkedTrie();
+    static void* operator new(std::size_t n_Size) noexcept;
+    static void operator delete(void* pv_Object);
+
+    // Adds a key, which isn't empty and holds no reserved element.
+    virtual et_Result vec_Add(const char* pcc_Key, unsigned n_Handle, unsigned n_Weight) = 0;
+    // Writes the stream and the jump offsets to a block of n_GetEnd() bytes, with the branches as
+    // keys brought them, or in the order of CT_WeightOrder.
+    virtual et_Result vec_Write(st_CompListHeader* pso_Header) const = 0;
+    virtual et_Result vec_WriteByWeight(st_CompListHeader* pso_Header) const = 0;
+
+    unsigned n_GetEnd() const { return n_End; }
+
+protected:
     // Where following a key came to a stop.
     struct st_Place
     {
@@ -65,7 +67,9 @@ protected:
     CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset);
 
     int b_MakeNodes(unsigned n_More);
+    int b_MakeWeights();
     unsigned n_NewNode(unsigned n_Start, unsigned n_First);
+    void v_SetEnd(unsigned n_Node, unsigned n_Handle, unsigned n_Weight);
     int b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Place) const;
     void v_Append(const st_Place* pcso_Place, unsigned n_Node);
     et_Result ec_IndexChains();
@@ -77,6 +81,7 @@ protected:
     st_Node* pso_Nodes; // the first begins the first branch
     unsigned n_Nodes;
     unsigned n_NodeRoom;
+    unsigned* pn_Weights; // of the keys that end at the nodes; null while each weighs 1
     CT_ChainIndex co_Chains;
     unsigned an_Jump[26]; // a node's number + 1; 0 for none
     const unsigned n_HandleBytes;

@@ -3,6 +3,7 @@
 
 #include <Ostra/CompList/AlternativeIndex.h>
 #include <Ostra/CompList/CompListStream.h>
+#include <Ostra/CompList/WeightOrder.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -53,14 +54,17 @@ static unsigned n_GetElement(const char* pcc_Key, unsigned n_At)
 }
 
 template <class T>
-CT_LinkedTrie::et_Result CT_TypedTrie<T>::vec_Add(const char* pcc_Key, unsigned n_Handle)
+CT_LinkedTrie::et_Result CT_TypedTrie<T>::vec_Add(const char* pcc_Key, unsigned n_Handle,
+                                                  unsigned n_Weight)
 {
+    if (n_Weight != 1 && !b_MakeWeights())
+        return lr_Memory;
     st_Place so_Place = {};
     so_Place.b_Long = 0;
     if (n_Nodes)
         so_Place = so_Follow(pcc_Key);
-    return so_Place.b_KeyEnds ? ec_AddEnd(&so_Place, n_Handle)
-                              : ec_AddTail(&so_Place, pcc_Key, n_Handle);
+    return so_Place.b_KeyEnds ? ec_AddEnd(&so_Place, n_Handle, n_Weight)
+                              : ec_AddTail(&so_Place, pcc_Key, n_Handle, n_Weight);
 }
 
 // Follows a key until it ends, a leaf does, or elements differ with no other way on.
@@ -95,7 +99,8 @@ CT_LinkedTrie::st_Place CT_TypedTrie<T>::so_Follow(const char* pcc_Key) const
 
 // The key ends where the trie goes on, or at an end that is there.
 template <class T>
-CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddEnd(const st_Place* pcso_Place, unsigned n_Handle)
+CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddEnd(const st_Place* pcso_Place, unsigned n_Handle,
+                                                    unsigned n_Weight)
 {
     const int b_Inside = pcso_Place->n_Within < pso_Nodes[pcso_Place->n_Node].n_Length;
     if (!b_Inside && pso_Nodes[pcso_Place->n_Node].b_End)
@@ -107,8 +112,7 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddEnd(const st_Place* pcso_Place, 
         return lr_Memory;
     if (b_Inside)
         v_Split(pcso_Place->n_Node, pcso_Place->n_Within);
-    pso_Nodes[pcso_Place->n_Node].b_End = 1;
-    pso_Nodes[pcso_Place->n_Node].n_Handle = n_Handle;
+    v_SetEnd(pcso_Place->n_Node, n_Handle, n_Weight);
     n_End += n_Size;
     return lr_Done;
 }
@@ -116,7 +120,8 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddEnd(const st_Place* pcso_Place, 
 // The rest of the key becomes a node: behind a leaf in the same branch, else in one of its own.
 template <class T>
 CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddTail(const st_Place* pcso_Place,
-                                                     const char* pcc_Key, unsigned n_Handle)
+                                                     const char* pcc_Key, unsigned n_Handle,
+                                                     unsigned n_Weight)
 {
     const char* pcc_Rest = pcc_Key + std::size_t{pcso_Place->n_Matched} * sizeof(T);
     unsigned n_Rest = 0;
@@ -131,7 +136,8 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_AddTail(const st_Place* pcso_Place,
     if (!b_MakeNodes(2) || !b_MakeText(n_Rest) || !co_Chains.b_MakeRoom(2))
         return lr_Memory;
 
-    const unsigned n_Tail = n_NewTail(pcc_Rest, n_Rest, n_Handle);
+    const unsigned n_Tail = n_NewTail(pcc_Rest, n_Rest);
+    v_SetEnd(n_Tail, n_Handle, n_Weight);
     pso_Nodes[n_Tail].b_Branch = b_First || b_Inside;
     if (b_Inside && pcso_Place->n_Within) {
         v_Split(pcso_Place->n_Node, pcso_Place->n_Within);
@@ -158,20 +164,20 @@ void CT_TypedTrie<T>::v_Split(unsigned n_Node, unsigned n_Within)
     so_Lower.b_End = so_Upper.b_End;
     so_Lower.n_Handle = so_Upper.n_Handle;
     so_Lower.n_Child = so_Upper.n_Child;
+    if (pn_Weights)
+        pn_Weights[n_Lower] = pn_Weights[n_Node];
     so_Upper.n_Length = n_Within;
     so_Upper.b_End = 0;
     so_Upper.n_Child = n_Lower;
 }
 
 template <class T>
-unsigned CT_TypedTrie<T>::n_NewTail(const char* pcc_Rest, unsigned n_Length, unsigned n_Handle)
+unsigned CT_TypedTrie<T>::n_NewTail(const char* pcc_Rest, unsigned n_Length)
 {
     const unsigned n_Tail = n_NewNode(n_TextUsed, n_GetElement<T>(pcc_Rest, 0));
     std::memcpy(p_Text + n_TextUsed, pcc_Rest, std::size_t{n_Length} * sizeof(T));
     n_TextUsed += n_Length;
     pso_Nodes[n_Tail].n_Length = n_Length;
-    pso_Nodes[n_Tail].b_End = 1;
-    pso_Nodes[n_Tail].n_Handle = n_Handle;
     return n_Tail;
 }
 
@@ -362,25 +368,66 @@ struct CT_TypedTrie<T>::st_Writer
     }
 
     st_CompListHeader* pso_Header;
+    const unsigned* pcn_Jump; // of each letter the way + 1; 0 for none
     char* pc_Block;
     unsigned n_At;
-    unsigned* pn_Marks; // where the marks stand that lead to the nodes
+    unsigned* pn_Marks; // where the marks stand that lead to the ways
+};
+
+// The branches as they come: a way is a node.
+template <class T>
+struct CT_TypedTrie<T>::st_AddedOrder
+{
+    unsigned n_GetWays() const { return n_Count; }
+    unsigned n_GetNode(unsigned n_Way) const { return n_Way; }
+    unsigned n_GetNext(unsigned n_Way) const { return pcso_All[n_Way].n_Next; }
+    unsigned n_GetChild(unsigned n_Way) const { return pcso_All[n_Way].n_Child; }
+    int b_GetBranch(unsigned* pn_Way)
+    {
+        while (n_At < n_Count && !pcso_All[n_At].b_Branch)
+            ++n_At;
+        *pn_Way = n_At;
+        return n_At++ < n_Count;
+    }
+    const unsigned* pcn_GetJump() const { return pcn_Jump; }
+
+    const st_Node* pcso_All;
+    const unsigned* pcn_Jump;
+    unsigned n_Count;
+    unsigned n_At;
 };
 
 template <class T>
 CT_LinkedTrie::et_Result CT_TypedTrie<T>::vec_Write(st_CompListHeader* pso_Header) const
 {
-    unsigned* pn_Marks = static_cast<unsigned*>(std::calloc(n_Nodes + 1, sizeof(unsigned)));
+    st_AddedOrder so_Order = {pso_Nodes, an_Jump, n_Nodes, 0};
+    return ec_WriteInOrder(&so_Order, pso_Header);
+}
+
+template <class T>
+CT_LinkedTrie::et_Result CT_TypedTrie<T>::vec_WriteByWeight(st_CompListHeader* pso_Header) const
+{
+    CT_WeightOrder co_Order(pso_Nodes, n_Nodes, pn_Weights);
+    return co_Order.b_Make() ? ec_WriteInOrder(&co_Order, pso_Header) : lr_Memory;
+}
+
+template <class T>
+template <class t_Order>
+CT_LinkedTrie::et_Result CT_TypedTrie<T>::ec_WriteInOrder(t_Order* pco_Order,
+                                                          st_CompListHeader* pso_Header) const
+{
+    unsigned* pn_Marks =
+        static_cast<unsigned*>(std::calloc(pco_Order->n_GetWays() + 1, sizeof(unsigned)));
     if (!pn_Marks)
         return lr_Memory;
-    st_Writer so_Writer = {pso_Header, reinterpret_cast<char*>(pso_Header),
-                           sizeof(st_CompListHeader), pn_Marks};
+    st_Writer so_Writer = {pso_Header, pco_Order->pcn_GetJump(),
+                           reinterpret_cast<char*>(pso_Header), sizeof(st_CompListHeader),
+                           pn_Marks};
     int b_Fit = 1;
-    for (unsigned n_Node = 0; n_Node < n_Nodes && b_Fit; ++n_Node) {
-        if (!pso_Nodes[n_Node].b_Branch)
-            continue;
-        b_Fit = b_LeadHere(n_Node, &so_Writer);
-        v_WriteBranch(n_Node, &so_Writer);
+    for (unsigned n_Way; b_Fit && pco_Order->b_GetBranch(&n_Way);) {
+        const unsigned n_First = pso_Nodes[pco_Order->n_GetNode(n_Way)].n_First;
+        b_Fit = b_LeadHere(n_Way, n_First, &so_Writer);
+        v_WriteBranch(n_Way, pco_Order, &so_Writer);
     }
     so_Writer.v_PutElement(CT_CompList::ec_ListEnd);
     std::free(pn_Marks);
@@ -389,12 +436,12 @@ CT_LinkedTrie::et_Result CT_TypedTrie<T>::vec_Write(st_CompListHeader* pso_Heade
 
 // Writes the offset of the mark that leads to the branch, and the jump offset.
 template <class T>
-int CT_TypedTrie<T>::b_LeadHere(unsigned n_Node, st_Writer* pso_Writer) const
+int CT_TypedTrie<T>::b_LeadHere(unsigned n_Way, unsigned n_First, st_Writer* pso_Writer) const
 {
-    const unsigned n_First = pso_Nodes[n_Node].n_First;
-    if (n_GetJump(n_First) == n_Node + 1)
-        pso_Writer->pso_Header->an4_JumpOffset[n_First - 'a'] = pso_Writer->n_At;
-    const unsigned n_Mark = pso_Writer->pn_Marks[n_Node];
+    const unsigned n_Letter = n_First - 'a';
+    if (n_Letter < 26 && pso_Writer->pcn_Jump[n_Letter] == n_Way + 1)
+        pso_Writer->pso_Header->an4_JumpOffset[n_Letter] = pso_Writer->n_At;
+    const unsigned n_Mark = pso_Writer->pn_Marks[n_Way];
     if (!n_Mark)
         return 1;
     const unsigned n_Offset = pso_Writer->n_At - n_Mark;
@@ -404,28 +451,29 @@ int CT_TypedTrie<T>::b_LeadHere(unsigned n_Node, st_Writer* pso_Writer) const
 }
 
 template <class T>
-void CT_TypedTrie<T>::v_WriteBranch(unsigned n_Node, st_Writer* pso_Writer) const
+template <class t_Order>
+void CT_TypedTrie<T>::v_WriteBranch(unsigned n_Way, const t_Order* pcco_Order,
+                                    st_Writer* pso_Writer) const
 {
     for (;;) {
-        const st_Node& so_Node = pso_Nodes[n_Node];
+        const st_Node& so_Node = pso_Nodes[pcco_Order->n_GetNode(n_Way)];
         const T* p_Run = p_Text + so_Node.n_Text;
         pso_Writer->v_PutElement(so_Node.n_First);
-        if (so_Node.n_Next) {
+        if (const unsigned n_Next = pcco_Order->n_GetNext(n_Way)) {
             const unsigned n_Unknown = 0;
-            pso_Writer->pn_Marks[so_Node.n_Next] = pso_Writer->n_At;
+            pso_Writer->pn_Marks[n_Next] = pso_Writer->n_At;
             pso_Writer->v_PutElement(CT_CompList::ec_Alternative);
             pso_Writer->v_Put(&n_Unknown, n_OffsetBytes);
         }
         pso_Writer->v_Put(p_Run + 1, (so_Node.n_Length - 1) * sizeof(T));
+        n_Way = pcco_Order->n_GetChild(n_Way);
         if (so_Node.b_End) {
-            pso_Writer->v_PutElement(so_Node.n_Child ? +CT_CompList::ec_InnerEnd
-                                                     : +CT_CompList::ec_LeafEnd);
+            pso_Writer->v_PutElement(n_Way ? +CT_CompList::ec_InnerEnd : +CT_CompList::ec_LeafEnd);
             // Kept: a handle is cut to its size.
             pso_Writer->v_Put(&so_Node.n_Handle, n_HandleBytes);
         }
-        if (!so_Node.n_Child)
+        if (!n_Way)
             return;
-        n_Node = so_Node.n_Child;
     }
 }
 
