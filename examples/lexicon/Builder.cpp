@@ -109,6 +109,7 @@ bool Builder::Fill(Side side, CT_Buffer* list, CT_Buffer* texts, Progress* progr
     texts->v_SetSize(static_cast<unsigned>(TextRoom(side)), 0);
     CT_CompListBuilder builder(CT_CompList::et_ElementSize(ELEMENT_SIZE), HANDLE_SIZE, 0, 1,
                                LIST_GROWTH, CODE_PAGE_UTF16);
+    builder.v_SetOrder(CT_CompListBuilder::bo_ByWeight);
     const WordTable& words = tables[side];
     CT_UString key;
     for (unsigned number = 0; number < words.Count() && !Failing(); ++number) {

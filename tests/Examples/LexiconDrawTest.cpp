@@ -245,8 +245,8 @@ TEST(LexiconDraw, ThePictureShowsCharactersEndsAndAlternatives)
     EXPECT_TRUE(Holds(picture, "<title>cart: Karren, Wagen</title>"));
     EXPECT_TRUE(Holds(picture, ">29</text>"));
     // From the mark behind c at 134 to d.
-    EXPECT_TRUE(Holds(picture, "<title>element 100 at byte 178</title>"));
-    EXPECT_TRUE(Holds(picture, "<title>alternative, 44 bytes on</title>"));
+    EXPECT_TRUE(Holds(picture, "<title>element 100 at byte 170</title>"));
+    EXPECT_TRUE(Holds(picture, "<title>alternative, 36 bytes on</title>"));
 }
 
 TEST(LexiconDraw, OnlyWhatIsBelowThePrefixIsShown)
