@@ -1,13 +1,15 @@
 // benchmarks/Lexicon.cpp: the compressed list, its builder and its iterators.
 //
-// A hit looks up all words of a list in an order of chance. words.en was built in the order of the
-// alphabet, words.en.shuf in another of chance. marisa numbers its keys itself, which is compared
-// by a table outside the time. Building starts with the words and ends with what can
-// be searched. An iteration takes every key and its number; the map's key is copied.
+// A hit looks up all words of a list in an order of chance. For words.en they were added in the
+// order of the alphabet, for words.en.shuf in another of chance. ostra is built by weight, all words
+// alike, as_added is not. marisa numbers its keys itself, which is compared by a table outside the
+// time. Building starts with the words and ends with what can be searched; there and elsewhere
+// ostra is built as added. An iteration takes every key and its number; the map's key is copied.
 //
-// frequent looks up the words of a running text in a list of them and of a dictionary: ostra has
-// the frequent words added first, in_order all of them in the order of the alphabet, shuffled in
-// one of chance.
+// frequent looks up the words of a running text in a list of them and of a dictionary. ostra is
+// built by weight, and each word weighs what it occurs in the text, maybe 0; marisa has the same
+// weights. first has the frequent words added first, in_order all of them in the order of the
+// alphabet, shuffled in one of chance.
 //
 // add sets the builder beside b_Add, which is measured at three smaller sizes and extrapolated as
 // a time that rises with the square; literal is a b_Add that scans the stream at each insertion,
@@ -77,22 +79,31 @@ CT_CompList::et_ElementSize ElementSize()
 // ---- Sides --------------------------------------------------------------------------------
 // Each is made of words and finds their numbers.
 
-// How many bytes the list takes.
+// How many bytes the list takes. No weights are 1 for each.
 template <class Word>
-unsigned Build(const std::vector<Word>& words, CT_CompList* list)
+unsigned Build(const std::vector<Word>& words, CT_CompList* list,
+               CT_CompListBuilder::et_Order order = CT_CompListBuilder::bo_AsAdded,
+               const Numbers& weights = {})
 {
     CT_CompListBuilder builder(ElementSize<Word>(), 4, 0, 1, GROWTH, 0);
+    builder.v_SetOrder(order);
     unsigned number = 0;
-    for (const Word& word : words)
-        builder.b_Add(Key(word), number++);
+    for (const Word& word : words) {
+        builder.b_Add(Key(word), number, weights.empty() ? 1 : weights[number]);
+        ++number;
+    }
     builder.v_Build(list);
     return list->n_GetEnd();
 }
 
-class Ostra
+template <CT_CompListBuilder::et_Order ORDER>
+class Listed
 {
 public:
-    explicit Ostra(const Words& words) { Build(words, &list); }
+    explicit Listed(const Words& words, const Numbers& weights = {})
+    {
+        Build(words, &list, ORDER, weights);
+    }
     unsigned Find(const std::string& word) { return list.n_Search(word.c_str(), nullptr); }
     unsigned Number(const std::string& word) { return Find(word); }
     unsigned NumberOf(unsigned number) const { return number; }
@@ -109,16 +120,19 @@ public:
 private:
     CT_CompList list{CT_CompList::es_Byte, 0, 0, 0, GROWTH, 0};
 };
+typedef Listed<CT_CompListBuilder::bo_AsAdded> Ostra;
+typedef Listed<CT_CompListBuilder::bo_ByWeight> ByWeight;
 
 #if HAVE_MARISA
 class Marisa
 {
 public:
-    explicit Marisa(const Words& words)
+    explicit Marisa(const Words& words, const Numbers& weights = {})
     {
         marisa::Keyset keys;
-        for (const std::string& word : words)
-            keys.push_back(word.c_str(), word.size());
+        for (size_t n = 0; n < words.size(); ++n)
+            keys.push_back(words[n].c_str(), words[n].size(),
+                           weights.empty() ? 1.0F : static_cast<float>(weights[n]));
         trie.build(keys);
         ids.resize(words.size());
         for (size_t n = 0; n < words.size(); ++n)
@@ -152,7 +166,8 @@ private:
 class BytesTrie
 {
 public:
-    explicit BytesTrie(const Words& words)
+    // Weights mean nothing to it.
+    explicit BytesTrie(const Words& words, const Numbers& = {})
     {
         UErrorCode status = U_ZERO_ERROR;
         icu::BytesTrieBuilder builder(status);
@@ -243,7 +258,8 @@ void AddHit(Measure<Numbers>& measure, const char* side, const Words& entered, c
 void RegisterHit(const std::string& name, const Words& entered, const Words& words)
 {
     Measure<Numbers> measure("hit", name, {Amount::ITEMS, words.size()});
-    AddHit<Ostra>(measure, "ostra", entered, words);
+    AddHit<ByWeight>(measure, "ostra", entered, words);
+    AddHit<Ostra>(measure, "as_added", entered, words);
 #if HAVE_MARISA
     AddHit<Marisa>(measure, "marisa", entered, words);
 #endif
@@ -274,6 +290,7 @@ void RegisterBuild(const std::string& name, const Words& words)
 {
     Measure<Numbers> measure("build", name, {Amount::ITEMS, words.size()});
     AddBuild<Ostra>(measure, "ostra", words);
+    AddBuild<ByWeight>(measure, "by_weight", words);
 #if HAVE_MARISA
     AddBuild<Marisa>(measure, "marisa", words);
 #endif
@@ -352,41 +369,70 @@ Words WordsOf(const std::string& text)
     return words;
 }
 
-// Each word once, the frequent ones first.
-Words ByFrequency(const Words& text)
+struct Weighted
+{
+    Words words; // each once, the frequent ones first
+    Numbers weights;
+};
+
+// The words of a text and those of a dictionary.
+Weighted ByFrequency(const Words& text, const Words& dictionary)
 {
     std::map<std::string, unsigned> counts;
     for (const std::string& word : text)
         ++counts[word];
-    Words words;
+    for (const std::string& word : dictionary)
+        counts.emplace(word, 0);
+    Weighted all;
     for (const auto& entry : counts)
-        words.push_back(entry.first);
-    std::stable_sort(words.begin(), words.end(), [&](const auto& first, const auto& second) {
-        return counts[first] > counts[second];
-    });
-    return words;
+        all.words.push_back(entry.first);
+    std::stable_sort(
+        all.words.begin(), all.words.end(),
+        [&](const auto& first, const auto& second) { return counts[first] > counts[second]; });
+    for (const std::string& word : all.words)
+        all.weights.push_back(counts[word]);
+    return all;
+}
+
+template <class Made>
+void AddFrequent(Measure<Numbers>& measure, const char* side, const Words& text,
+                 const Words& entered, const Numbers& weights = {})
+{
+    Lasting<Made> made = std::make_shared<Made>(entered, weights);
+    measure.Side(
+        side,
+        [&text, made] {
+            std::uint64_t sum = 0;
+            for (const std::string& word : text)
+                sum += made->Find(word);
+            return sum;
+        },
+        [&text, &entered, made] {
+            Numbers answers; // whether each word was found
+            for (const std::string& word : text)
+                answers.push_back(entered.at(made->Number(word)) == word);
+            return answers;
+        });
 }
 
 void RegisterFrequent(const Words& text, const Words& dictionary)
 {
-    Words words = ByFrequency(text);
-    words.insert(words.end(), dictionary.begin(), dictionary.end());
-    Words ordered = words;
+    const Weighted all = ByFrequency(text, dictionary);
+    Words ordered = all.words;
     std::sort(ordered.begin(), ordered.end());
     Words shuffled = ordered;
     Inputs::Shuffle(shuffled);
-    const Words* const entered[] = {&words, &ordered, &shuffled};
-    const char* const sides[] = {"ostra", "in_order", "shuffled"};
-    for (unsigned n = 0; n < 3; ++n) {
-        Lasting<Ostra> made = std::make_shared<Ostra>(*entered[n]);
-        Job::Register(std::string("frequent/") + sides[n] + "/faq.de", {Amount::ITEMS, text.size()},
-                      [&text, made] {
-                          std::uint64_t sum = 0;
-                          for (const std::string& word : text)
-                              sum += made->Find(word);
-                          return sum;
-                      });
-    }
+    Measure<Numbers> measure("frequent", "faq.de", {Amount::ITEMS, text.size()});
+    AddFrequent<ByWeight>(measure, "ostra", text, all.words, all.weights);
+    AddFrequent<Ostra>(measure, "first", text, all.words);
+    AddFrequent<Ostra>(measure, "in_order", text, ordered);
+    AddFrequent<Ostra>(measure, "shuffled", text, shuffled);
+#if HAVE_MARISA
+    AddFrequent<Marisa>(measure, "marisa", text, all.words, all.weights);
+#endif
+#if HAVE_ICU
+    AddFrequent<BytesTrie>(measure, "icu", text, all.words);
+#endif
 }
 
 // ---- Large lists --------------------------------------------------------------------------
