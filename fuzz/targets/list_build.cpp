@@ -65,6 +65,17 @@ void RequireSame(const CT_CompList& list, const CT_CompListBuilder& builder,
     REQUIRE(Built(builder) == model.bytes);
     REQUIRE(CheckList(model.bytes).sound);
 }
+
+// By weight the bytes are others, but sound, as many, and short offsets may be too short for them.
+void RequireSameByWeight(CT_CompListBuilder& builder, const CompListModel& model)
+{
+    builder.v_SetOrder(CT_CompListBuilder::bo_ByWeight);
+    const std::string bytes = Built(builder);
+    if (bytes.empty() && TakeCode() == 60021)
+        return;
+    REQUIRE(bytes.size() == model.bytes.size());
+    REQUIRE(CheckList(bytes).sound);
+}
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -97,6 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
     }
     RequireSame(list, builder, model);
+    RequireSameByWeight(builder, model);
     REQUIRE(TakeCode() == 0);
     return 0;
 }
