@@ -1,6 +1,8 @@
 // examples/lexicon/Commands.h: the commands of the program, apart from the process they run in.
 #pragma once
 
+#include <Common/Status.h>
+
 #include <istream>
 #include <ostream>
 #include <string>
@@ -8,13 +10,8 @@
 
 namespace lexicon
 {
-// Exit statuses.
-enum Status
-{
-    DONE = 0,
-    FAILED = 1,
-    USAGE = 2
-};
+using common::Status;
+using enum common::Status;
 
 struct Streams
 {

@@ -1,19 +1,16 @@
 // examples/settings/Commands.h: the commands of the program, apart from the process they run in.
 #pragma once
 
+#include <Common/Status.h>
+
 #include <ostream>
 #include <string>
 #include <vector>
 
 namespace settings
 {
-// Exit statuses.
-enum Status
-{
-    DONE = 0,
-    FAILED = 1,
-    USAGE = 2
-};
+using common::Status;
+using enum common::Status;
 
 // Runs the program with its arguments, the program's own name not among them. All text is UTF-8.
 Status Run(const std::vector<std::string>& arguments, std::ostream& output, std::ostream& errors);

@@ -12,21 +12,15 @@
 #include <string>
 #include <vector>
 
+#include "Result.h"
+
 namespace
 {
-struct Result
-{
-    int status;
-    std::string output;
-    std::string errors;
-};
-
 Result RunAlmanac(const std::vector<std::string>& arguments)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int status = almanac::Run(arguments, output, errors);
-    return {status, output.str(), errors.str()};
+    return ResultOf([&](std::ostream& output, std::ostream& errors) {
+        return almanac::Run(arguments, output, errors);
+    });
 }
 
 std::vector<std::string> Lines(const std::string& text)

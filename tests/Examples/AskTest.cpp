@@ -18,34 +18,21 @@
 #include <thread>
 #include <vector>
 
+#include "Result.h"
+
 namespace
 {
 using ask::Addition;
 using ask::Words;
-
-struct Result
-{
-    int status;
-    std::string output;
-    std::string errors;
-
-    bool operator==(const Result&) const = default;
-};
-
-void PrintTo(const Result& result, std::ostream* out)
-{
-    *out << result.status << "\n" << result.output << result.errors;
-}
 
 // Names of this test only: other programs of the user may be served at the time.
 constexpr char APPLICATION[] = "OstraAskTest";
 
 Result Called(const std::vector<std::string>& arguments)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int status = ask::Run(arguments, {output, errors, {}});
-    return {status, output.str(), errors.str()};
+    return ResultOf([&](std::ostream& output, std::ostream& errors) {
+        return ask::Run(arguments, {output, errors, {}});
+    });
 }
 
 Result Ask(std::vector<std::string> arguments)

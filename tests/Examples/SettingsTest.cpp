@@ -9,35 +9,20 @@
 #include <windows.h>
 
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "../../winapi/tests/Support/RegistryPlace.h"
+#include "Result.h"
 #include "Support/Directory.h"
 
 namespace
 {
-struct Result
-{
-    int status;
-    std::string output;
-    std::string errors;
-
-    bool operator==(const Result&) const = default;
-};
-
-void PrintTo(const Result& result, std::ostream* out)
-{
-    *out << result.status << "\n" << result.output << result.errors;
-}
-
 Result Settings(const std::vector<std::string>& arguments)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int status = settings::Run(arguments, output, errors);
-    return {status, output.str(), errors.str()};
+    return ResultOf([&](std::ostream& output, std::ostream& errors) {
+        return settings::Run(arguments, output, errors);
+    });
 }
 
 Result Done(const std::string& output = "")

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Result.h"
 #include "Support/Directory.h"
 #include "Support/Files.h"
 #include "System/FontManager/FontSupport.h"
@@ -22,19 +23,11 @@ namespace
 {
 typedef std::vector<std::string> Strings;
 
-struct Result
-{
-    int status;
-    std::string output;
-    std::string errors;
-};
-
 Result RunSpecimen(const Strings& arguments)
 {
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int status = specimen::Run(arguments, output, errors);
-    return {status, output.str(), errors.str()};
+    return ResultOf([&](std::ostream& output, std::ostream& errors) {
+        return specimen::Run(arguments, output, errors);
+    });
 }
 
 // The output of a run in which nothing was to be said.

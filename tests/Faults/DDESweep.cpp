@@ -3,7 +3,7 @@
 #include <System/DDE/DDEClient.h>
 
 #include "../System/DDE/DDESupport.h"
-#include "Faults/Sweep.h"
+#include "Faults/FailEach.h"
 
 #include <memory>
 
@@ -53,25 +53,6 @@ struct State
     Answers server;
     Client clients[2];
 };
-
-// Runs the work with allocation 1, 2, ... failing until none fails; work(failing) disarms the heap.
-template <class T_Work>
-unsigned FailEach(T_Work work)
-{
-    unsigned failures = 0;
-    for (unsigned number = 1;; ++number) {
-        SCOPED_TRACE(number);
-        FailingHeap::Track();
-        FailingHeap::Arm(number, FailingHeap::ONCE);
-        const unsigned failing = work();
-        EXPECT_EQ(FailingHeap::Live(), 0U);
-        failures += failing;
-        if (!failing || testing::Test::HasFailure())
-            break;
-    }
-    SweepRun::Count(1, failures);
-    return failures;
-}
 } // namespace
 
 TEST(DDESweep, NewClient)

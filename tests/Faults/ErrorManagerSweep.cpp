@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-#include "Faults/Sweep.h"
+#include "Faults/FailEach.h"
 #include "Support/Directory.h"
 #include "Support/MessageBox.h"
 #include "Support/Private.h"
@@ -45,25 +45,6 @@ struct NoFormatters
         (Errors().*Private(Threads())).v_Set(0, 0, 0);
     }
 };
-
-// Runs the work with allocation 1, 2, ... failing until none fails. Result: failures.
-template <typename T_Work>
-unsigned FailEach(T_Work work)
-{
-    unsigned failures = 0;
-    for (unsigned number = 1;; ++number) {
-        SCOPED_TRACE(number);
-        FailingHeap::Track();
-        FailingHeap::Arm(number, FailingHeap::ONCE);
-        const unsigned failing = work();
-        EXPECT_EQ(FailingHeap::Live(), 0U);
-        if (!failing)
-            break;
-        failures += failing;
-    }
-    SweepRun::Count(1, failures);
-    return failures;
-}
 } // namespace
 
 TEST(ErrorManagerSweep, AFormatterIsRegisteredOrNot)

@@ -15,26 +15,7 @@ namespace fs = std::filesystem;
 
 namespace
 {
-// An input of a file with that content, opened.
-class Opened : public CT_FileInput
-{
-public:
-    explicit Opened(const std::string& content = INPUT_TEXT, unsigned block = 8)
-        : CT_FileInput(block, &Set(content))
-    {
-        vv_Open();
-    }
-
-    CT_WinFile& File() const { return FileOf(pcco_GetFile()); }
-
-private:
-    static const CT_UString& Set(const std::string& content)
-    {
-        static const CT_UString name = Name("file");
-        WriteBytes("file", content);
-        return name;
-    }
-};
+using Opened = OpenedInput<CT_FileInput>;
 } // namespace
 
 TEST(FileInput, NothingHappensBeforeTheOpen)
@@ -155,17 +136,7 @@ TEST(FileInput, AnotherHolderOfTheFileIsInTheWay)
 
 TEST(FileInput, AnOpenInputOpensAnew)
 {
-    {
-        Opened input;
-        EXPECT_EQ(Next(input), "01234567");
-        input.vv_Open();
-        EXPECT_EQ(TakeSystem(), NO_FAILURE);
-        EXPECT_EQ(input.vn_GetSize(), 20u);
-        EXPECT_EQ(input.vn_GetOffset(), 0u);
-        EXPECT_EQ(Next(input), "01234567");
-    }
-    fs::rename("file", "renamed"); // no handle is left
-    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+    ExpectOpensAnew<CT_FileInput>();
 }
 
 TEST(FileInput, AnErrorThatStandsStopsTheOpen)

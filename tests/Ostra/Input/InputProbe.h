@@ -4,9 +4,11 @@
 #include <Ostra/File/WinFile.h>
 #include <Ostra/Input/Input.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "Support/Directory.h"
 #include "Support/Files.h"
 
 // Blocks as texts; a block that isn't there as this one.
@@ -67,3 +69,42 @@ const std::string WINFILE_PLACE = "Ostra/File/WinFile";
 const std::string FILE_INPUT_PLACE = "Ostra/Input/FileInput";
 const std::string MAPPED_INPUT_PLACE = "Ostra/Input/MappedFileInput";
 const SystemFailure NO_FAILURE;
+
+// An input of the file "file" with that content, opened.
+template <class T_Input>
+class OpenedInput : public T_Input
+{
+public:
+    explicit OpenedInput(const std::string& content = INPUT_TEXT, unsigned block = 8)
+        : T_Input(block, &Set(content))
+    {
+        this->vv_Open();
+    }
+
+    CT_WinFile& File() const { return FileOf(this->pcco_GetFile()); }
+
+private:
+    static const CT_UString& Set(const std::string& content)
+    {
+        static const CT_UString name = Name("file");
+        WriteBytes("file", content);
+        return name;
+    }
+};
+
+// An input that is open begins anew, and no handle is left.
+template <class T_Input>
+void ExpectOpensAnew()
+{
+    {
+        OpenedInput<T_Input> input;
+        EXPECT_EQ(Next(input), "01234567");
+        input.vv_Open();
+        EXPECT_EQ(TakeSystem(), NO_FAILURE);
+        EXPECT_EQ(input.vn_GetSize(), INPUT_TEXT.size());
+        EXPECT_EQ(input.vn_GetOffset(), 0u);
+        EXPECT_EQ(Next(input), "01234567");
+    }
+    std::filesystem::rename("file", "renamed");
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
