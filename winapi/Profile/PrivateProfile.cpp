@@ -17,7 +17,11 @@ namespace
 class Argument
 {
 public:
-    explicit Argument(LPCWSTR text) : null(!text), units(text ? WideView(text) : WideView()) {}
+    explicit Argument(LPCWSTR text) : null(!text)
+    {
+        if (text)
+            units = text;
+    }
     explicit Argument(LPCSTR text)
         : null(!text),
           narrow(text != nullptr),
