@@ -217,6 +217,7 @@ TEST(Storage, AListLargerThanAStepOfTheMapIsTheOneThatWasBuilt)
     MakeLexicon(Lines(pairs));
     CT_CompListBuilder builder(CT_CompList::et_ElementSize(lexicon::ELEMENT_SIZE),
                                lexicon::HANDLE_SIZE, 0, 1, 128, lexicon::CODE_PAGE_UTF16);
+    builder.v_SetOrder(CT_CompListBuilder::bo_ByWeight);
     unsigned handle = 0;
     CT_UString key;
     for (const auto& [source, target] : pairs) {
