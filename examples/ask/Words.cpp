@@ -59,9 +59,9 @@ class Words::Pairs
 {
 public:
     // False with an error set.
-    bool Read(const CT_UString& file)
+    bool Read(const CT_UString& name)
     {
-        lexicon::Lexicon lexicon(&file);
+        lexicon::Lexicon lexicon(&name);
         if (!lexicon.Open() || !lexicon.Load(lexicon::SOURCES))
             return false;
         lexicon::Entry entry;
