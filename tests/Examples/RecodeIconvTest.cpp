@@ -56,7 +56,20 @@ std::optional<std::string> Iconv(const char* from, const char* to, const std::st
 }
 } // namespace
 
-TEST(RecodeIconv, BothMakeTheSameBytes)
+// Under an emulator the C library's tables may be missing.
+class RecodeIconv : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const iconv_t converter = iconv_open("CP1252", "UTF-8");
+        if (converter == iconv_t(-1))
+            GTEST_SKIP() << "the C library has no converters here";
+        iconv_close(converter);
+    }
+};
+
+TEST_F(RecodeIconv, BothMakeTheSameBytes)
 {
     unsigned compared = 0;
     for (const Script& script : Scripts()) {
@@ -83,7 +96,7 @@ TEST(RecodeIconv, BothMakeTheSameBytes)
 
 // What a page doesn't hold there, it doesn't hold here either, for the pages that are one thing
 // everywhere.
-TEST(RecodeIconv, BothRefuseTheSameTexts)
+TEST_F(RecodeIconv, BothRefuseTheSameTexts)
 {
     for (const Script& script : Scripts()) {
         for (const char* page : {"1250", "1251", "1252", "1253", "1254", "1255", "1256", "1257"}) {
