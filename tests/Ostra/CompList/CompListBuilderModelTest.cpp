@@ -7,6 +7,7 @@
 #include <Models/CompListKey.h>
 #include <Models/CompListModel.h>
 #include <Models/CompListWords.h>
+#include <Models/RealWords.h>
 #include <Support/Directory.h>
 #include <Support/Failure.h>
 
@@ -46,17 +47,6 @@ CT_CompList NewList(const Form& form, unsigned growth)
 {
     return CT_CompList(ElementSize(form.element), form.handle, form.empty, form.longOffsets, growth,
                        1252);
-}
-
-// A selection from an English word list, in its order.
-std::vector<std::string> RealWords()
-{
-    std::ifstream file(OSTRA_TEST_DATA "/words/words.txt");
-    std::vector<std::string> words;
-    for (std::string word; std::getline(file, word);)
-        words.push_back(word);
-    EXPECT_EQ(words.size(), 30000u);
-    return words;
 }
 
 // Words that look like those of a language, all different.

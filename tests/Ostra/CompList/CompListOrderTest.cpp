@@ -8,12 +8,12 @@
 #include <Ostra/String/UString.h>
 #include <Models/CompListKey.h>
 #include <Models/CompListWords.h>
+#include <Models/RealWords.h>
 #include <Models/WeightOrderModel.h>
 #include <Support/Directory.h>
 #include <Support/Failure.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 
 namespace
@@ -92,17 +92,6 @@ void BuildBothWays(Random& random, const Kind& kind)
     ASSERT_EQ(built.pcco_GetBuffer()->n_GetMaximumSize(),
               list.pcco_GetBuffer()->n_GetMaximumSize());
     ASSERT_EQ(builder.n_GetEnd(), list.n_GetEnd());
-}
-
-// A selection from an English word list, in its order.
-std::vector<std::string> RealWords()
-{
-    std::ifstream file(OSTRA_TEST_DATA "/words/words.txt");
-    std::vector<std::string> words;
-    for (std::string word; std::getline(file, word);)
-        words.push_back(word);
-    EXPECT_EQ(words.size(), 30000u);
-    return words;
 }
 
 void Build(const std::vector<std::string>& words, CT_CompListBuilder::et_Order order,

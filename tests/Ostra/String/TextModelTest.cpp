@@ -3,7 +3,8 @@
 #include "../../Support/Directory.h"
 #include "StringSupport.h"
 
-#include <algorithm>
+#include <Models/TextModel.h>
+
 #include <map>
 #include <random>
 
@@ -18,62 +19,6 @@ unsigned PlainFind(const String& text, const String& find, unsigned from)
         return from;
     const auto at = text.find(find, from);
     return at == String::npos ? NONE : static_cast<unsigned>(at);
-}
-
-template <class String>
-int PlainCompare(const String& left, const String& right)
-{
-    const auto order = [](auto a, auto b) {
-        return std::make_unsigned_t<decltype(a)>(a) < std::make_unsigned_t<decltype(b)>(b);
-    };
-    if (std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(), order))
-        return -1;
-    return left == right ? 0 : 1;
-}
-
-// By all ways of splitting the text, each tried once.
-template <class String>
-bool PlainMatch(const String& text, const String& pattern)
-{
-    if (pattern.empty())
-        return true;
-    std::vector<char> reached(text.size() + 1);
-    reached[0] = true;
-    for (const auto c : pattern) {
-        if (c == '*') {
-            for (size_t at = 1; at <= text.size(); ++at)
-                reached[at] = reached[at] || reached[at - 1];
-            continue;
-        }
-        for (size_t at = text.size(); at; --at)
-            reached[at] = reached[at - 1] && (c == '?' || c == text[at - 1]);
-        reached[0] = false;
-    }
-    return reached[text.size()];
-}
-
-template <class String>
-String PlainTranslate(const String& text, const String& from, const String& to)
-{
-    String out;
-    for (const auto c : text) {
-        const auto place = from.find(c);
-        if (place == String::npos)
-            out += c;
-        else if (place < to.size())
-            out += to[place];
-    }
-    return out;
-}
-
-template <class String>
-String PlainStrip(const String& text, const String& set)
-{
-    const auto first = text.find_first_not_of(set);
-    String out = first == String::npos ? String() : text.substr(first);
-    while (out.size() > 1 && set.find(out.back()) != String::npos)
-        out.pop_back();
-    return out;
 }
 
 // ---- Strings of both classes ----------------------------------------------------------------
