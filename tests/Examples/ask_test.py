@@ -48,13 +48,27 @@ def failed(line, status=1):
     return status, "", f"ask: {line}\n"
 
 
+def emulated(arguments):
+    """The number of the process that runs the program with these: the one started may have it as a child."""
+    wanted = b"ask.exe\0" + b"\0".join(map(os.fsencode, arguments))
+    for number in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            line = pathlib.Path(f"/proc/{number}/cmdline").read_bytes().rstrip(b"\0")
+        except OSError:  # It has ended meanwhile.
+            continue
+        if line.endswith(wanted) and b"start.exe" not in line:
+            return int(number)
+    raise ProcessLookupError(arguments)
+
+
 class Served:
     """A server that answers; it is stopped at the end."""
 
     def __init__(self, file="words.rec", *names, **more):
         self.out, self.errors = (pathlib.Path(tempfile.mkstemp(dir=RUNTIME)[1]) for _ in range(2))
+        self.arguments = [*(names or NAME), "serve", file]
         with open(self.out, "wb") as out, open(self.errors, "wb") as errors:
-            self.process = subprocess.Popen([*ASK, *(names or NAME), "serve", file], stdin=subprocess.DEVNULL,
+            self.process = subprocess.Popen([*ASK, *self.arguments], stdin=subprocess.DEVNULL,
                                             stdout=out, stderr=errors, **more)
         end = time.monotonic() + SECONDS
         while b"\n" not in self.out.read_bytes() and self.process.poll() is None and time.monotonic() < end:
@@ -62,7 +76,7 @@ class Served:
 
     def stop(self, number=signal.SIGINT):
         if self.process.poll() is None:
-            self.process.send_signal(number)
+            os.kill(emulated(self.arguments) if WINDOWS else self.process.pid, number)
         status = self.process.wait(SECONDS)
         return status, self.out.read_text("utf-8"), self.errors.read_text("utf-8")
 
