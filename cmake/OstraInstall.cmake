@@ -20,7 +20,7 @@ if(NOT WIN32)
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ostra-winapi COMPONENT Development)
 endif()
 
-install(TARGETS ostra ostra_utf8 winapi EXPORT OstraTargets
+install(TARGETS ostra ostra_utf8 ostra_winapi EXPORT OstraTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development)
