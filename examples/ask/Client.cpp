@@ -5,6 +5,9 @@
 #include <Common/Failure.h>
 
 #include <windows.h>
+#ifdef _WIN32
+#include <dde.h>
+#endif
 
 #include <chrono>
 #include <thread>
@@ -23,6 +26,27 @@ constexpr int TRIES = 5;
 constexpr std::chrono::milliseconds PAUSE(5);
 // The platform's clock of timers may be that much ahead.
 constexpr std::chrono::milliseconds GRAIN(20);
+
+#ifdef _WIN32
+// A partner may acknowledge what it has answered by data, as the library of Wine does. The item that
+// is asked for next would be refused by that if it had the name or the number of the one before. It
+// has come when the partner takes messages again, and is taken away. False if that takes too long.
+bool Settle(HWND server, unsigned timeout)
+{
+    if (!SendMessageTimeoutA(server, WM_NULL, 0, 0, SMTO_NORMAL, timeout, nullptr))
+        return false;
+    MSG message;
+    while (PeekMessageA(&message, nullptr, WM_DDE_ACK, WM_DDE_ACK, PM_REMOVE))
+        FreeDDElParam(WM_DDE_ACK, message.lParam);
+    return true;
+}
+#else
+// No partner here does that.
+bool Settle(HWND, unsigned)
+{
+    return true;
+}
+#endif
 } // namespace
 
 // What looks like a number, as in #12, is one to the platform, and comes back in its plain form.
@@ -84,7 +108,8 @@ Answer Conversation::Request(const std::string& item, std::string* text)
 {
     return Timed([&] {
         CT_Buffer bytes(0, GROWTH);
-        if (!client.b_DDERequest(server, item.c_str(), timeout, &bytes) || Failing())
+        if (!Settle(server, timeout) ||
+            !client.b_DDERequest(server, item.c_str(), timeout, &bytes) || Failing())
             return false;
         *text = static_cast<const char*>(bytes.qcv_Get());
         return true;

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""The program ask from outside: ask_test.py FOLDER VERSION SAMPLE LEXICON ASK [EMULATOR...]
+"""The program ask from outside: ask_test.py FOLDER VERSION SAMPLE LEXICON ASK SHEET [EMULATOR...]
 
 FOLDER is made anew; LEXICON and ASK are the programs, and SAMPLE an input of the first one. Signals and the folder of
-the session are for the systems that have them.
+the session are for the systems that have them, and so is SHEET, which is empty elsewhere: a partner written with the
+platform's own library for conversations.
 """
 import os
 import pathlib
@@ -18,8 +19,8 @@ import time
 import unittest
 
 FOLDER, VERSION, SAMPLE = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3]
-EMULATOR = sys.argv[6:]
-LEXICON, ASK = EMULATOR + [sys.argv[4]], EMULATOR + [sys.argv[5]]
+EMULATOR = sys.argv[7:]
+LEXICON, ASK, SHEET = (EMULATOR + [program] for program in sys.argv[4:7])
 WINDOWS = sys.argv[5].endswith(".exe")
 SECONDS = 120
 # Names of this run only: other programs of the user may be served at the time.
@@ -61,22 +62,24 @@ def emulated(arguments):
     raise ProcessLookupError(arguments)
 
 
-class Served:
-    """A server that answers; it is stopped at the end."""
+class Started:
+    """A program that goes on, and has told a line by the end of this."""
 
-    def __init__(self, file="words.rec", *names, **more):
+    def __init__(self, program, arguments, **more):
         self.out, self.errors = (pathlib.Path(tempfile.mkstemp(dir=RUNTIME)[1]) for _ in range(2))
-        self.arguments = [*(names or NAME), "serve", file]
         with open(self.out, "wb") as out, open(self.errors, "wb") as errors:
-            self.process = subprocess.Popen([*ASK, *self.arguments], stdin=subprocess.DEVNULL,
-                                            stdout=out, stderr=errors, **more)
-        end = time.monotonic() + SECONDS
-        while b"\n" not in self.out.read_bytes() and self.process.poll() is None and time.monotonic() < end:
-            time.sleep(0.01)
+            self.process = subprocess.Popen([*program, *arguments], stdin=subprocess.DEVNULL, stdout=out,
+                                            stderr=errors, **more)
+        self.told(1)
 
-    def stop(self, number=signal.SIGINT):
-        if self.process.poll() is None:
-            os.kill(emulated(self.arguments) if WINDOWS else self.process.pid, number)
+    def told(self, lines):
+        """Waits until it has told so many; those."""
+        end = time.monotonic() + SECONDS
+        while self.out.read_bytes().count(b"\n") < lines and self.process.poll() is None and time.monotonic() < end:
+            time.sleep(0.01)
+        return self.out.read_text("utf-8").splitlines()
+
+    def ended(self):
         status = self.process.wait(SECONDS)
         return status, self.out.read_text("utf-8"), self.errors.read_text("utf-8")
 
@@ -84,9 +87,25 @@ class Served:
         return self
 
     def __exit__(self, *_):
-        self.stop()
         if self.process.poll() is None:
             self.process.kill()
+
+
+class Served(Started):
+    """A server that answers; it is stopped at the end."""
+
+    def __init__(self, file="words.rec", *names, **more):
+        self.arguments = [*(names or NAME), "serve", file]
+        super().__init__(ASK, self.arguments, **more)
+
+    def stop(self, number=signal.SIGINT):
+        if self.process.poll() is None:
+            os.kill(emulated(self.arguments) if WINDOWS else self.process.pid, number)
+        return self.ended()
+
+    def __exit__(self, *_):
+        self.stop()
+        super().__exit__()
 
 
 class Ask(unittest.TestCase):
@@ -140,6 +159,55 @@ class Ask(unittest.TestCase):
             for thread in threads:
                 thread.join()
         self.assertEqual(answers, 12 * [(0, "tired\nstreet\nroad\n", "")])
+
+
+class AskOnWindows(Ask):
+    """Partners that are written with the platform's own library."""
+
+    BOOK = ["--application", f"OstraSheetTest{os.getpid()}", "--topic", "Sheet"]
+    SHEETS = BOOK[1] + "|Sheet"
+
+    def cells(self, *arguments):
+        return run(*self.BOOK, *arguments)
+
+    def test_a_sheet_is_asked_for_cells_and_told_what_to_do(self):
+        with Started(SHEET, ["serve", self.BOOK[1]]) as sheet:
+            for _ in range(3):
+                self.assertEqual(self.cells("R1C1", "R1C2", "R2C1", "R1C2", "R1C2"),
+                                 (0, "Birne \u00e4\n12.50\n\n12.50\n12.50\n", ""))
+            self.assertEqual(self.cells("R1C1:R2C2"), (0, "Pear\t12.50\nPlum\t3\n", ""))
+            self.assertEqual(self.cells("Long", "R1C2"), (0, 30000 * "l" + "\n12.50\n", ""))
+            self.assertEqual(self.cells("r1c2", "R9C9", "R1C2"),
+                             (1, "12.50\n12.50\n", f"ask: R9C9: refused by {self.SHEETS}\n"))
+            self.assertEqual(run(*self.BOOK[:3], "Other", "R1C1"), failed(f"nobody answers to {self.BOOK[1]}|Other", 3))
+            self.assertEqual(self.cells("--execute", "[set R2C1 7]", "[set R2C1 8]"), (0, "", ""))
+            self.assertEqual(self.cells("--execute", "[set]", "[set R2C1 9]"),
+                             failed(f"[set]: refused by {self.SHEETS}"))
+            self.assertEqual(self.cells("R2C1"), (0, "8\n", ""))
+            self.assertEqual(self.cells("--execute", "[quit]"), (0, "", ""))
+            self.assertEqual(sheet.ended(), (0, "ready\n", ""))
+        self.assertEqual(self.cells("R1C1"), failed(f"nobody answers to {self.SHEETS}", 3))
+
+    def test_a_sheet_that_is_silent_is_waited_for_until_the_time_is_out(self):
+        with Started(SHEET, ["serve", self.BOOK[1]]) as sheet:
+            start = time.monotonic()
+            self.assertEqual(self.cells("--timeout", "1", "R1C2", "Stuck", "R1C2"),
+                             (3, "12.50\n", f"ask: Stuck: no answer from {self.SHEETS} in 1 second\n"))
+            self.assertGreaterEqual(time.monotonic() - start, 1)
+            # Another conversation is answered when it listens again.
+            self.assertEqual(self.cells("--timeout", "60", "R1C2"), (0, "12.50\n", ""))
+            self.assertEqual(self.cells("--execute", "[quit]"), (0, "", ""))
+            self.assertEqual(sheet.ended()[0], 0)
+
+    def test_a_sheet_asks_the_lexicon_and_adds_to_it(self):
+        steps = ["?m\u00fcde", "?none", '[add("pear","Birne")]', "?pear", "[remove]", "?PEAR"]
+        with Served() as served, Started(SHEET, ["ask", NAME[1], *steps]) as sheet:
+            lines = ["nobody", "found", "tired", "error 4009", "done", "Birne", "error 4009", "Birne", "ended", "found"]
+            self.assertEqual(sheet.told(len(lines)), lines)
+            # Its second conversation is open when the server ends.
+            self.assertEqual(served.stop(), (0, f"words.rec: answers to {PARTNER}\n", ""))
+            self.assertEqual(sheet.ended(), (0, "\n".join([*lines, "told of the end", ""]), ""))
+        self.assertIn("\npear\tBirne\n", self.listed())
 
 
 class AskOnPosix(Ask):
@@ -268,7 +336,7 @@ if __name__ == "__main__":
     shutil.copy(SAMPLE, "words.tsv")
     with open("built", "wb") as built:
         subprocess.run([*LEXICON, "build", "words.tsv", "sample.rec"], check=True, stdout=built)
-    tests = unittest.defaultTestLoader.loadTestsFromTestCase(Ask if WINDOWS else AskOnPosix)
+    tests = unittest.defaultTestLoader.loadTestsFromTestCase(AskOnWindows if WINDOWS else AskOnPosix)
     done = unittest.TextTestRunner().run(tests).wasSuccessful()
     shutil.rmtree(RUNTIME, ignore_errors=True)
     sys.exit(not done)

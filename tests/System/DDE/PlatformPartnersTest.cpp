@@ -9,16 +9,14 @@
 #include "DDESupport.h"
 
 #include "Support/ChildProcess.h"
+#include "Support/ConversationLibrary.h"
 #include "Support/Failure.h"
 
-#include <ddeml.h>
-
 using namespace dde;
+using namespace conversation_library;
 
 namespace
 {
-constexpr unsigned LONG_TIME = 60000; // Milliseconds: nobody waits that long.
-constexpr unsigned SHORT_TIME = 300;  // Where no answer comes.
 constexpr char TOPIC[] = "Words";
 
 std::string Unique(const char* name)
@@ -26,51 +24,9 @@ std::string Unique(const char* name)
     return name + std::to_string(GetTickCount());
 }
 
-void Tell(const std::string& line)
-{
-    std::puts(line.c_str());
-    std::fflush(stdout);
-}
-
 // ---- The platform's library ---------------------------------------------------------------
 
-DWORD library; // The instance that the library knows the process by.
-
-std::string TextOf(HSZ name)
-{
-    char text[256] = "";
-    DdeQueryStringA(library, name, text, sizeof text, CP_WINANSI);
-    return text;
-}
-
-std::string BytesOf(HDDEDATA data)
-{
-    const DWORD size = DdeGetData(data, nullptr, 0, 0);
-    std::string bytes(size, '\0');
-    DdeGetData(data, reinterpret_cast<BYTE*>(bytes.data()), size, 0);
-    return bytes;
-}
-
-// Up to the terminator: the library rounds sizes up.
-std::string ValueOf(HDDEDATA data)
-{
-    return BytesOf(data).c_str();
-}
-
-HDDEDATA DataOf(const std::string& text, HSZ item)
-{
-    const auto bytes = reinterpret_cast<BYTE*>(const_cast<char*>(text.c_str()));
-    return DdeCreateDataHandle(library, bytes, static_cast<DWORD>(text.size()) + 1, 0, item,
-                               CF_TEXT, 0);
-}
-
-HDDEDATA AsResult(UINT_PTR value)
-{
-    return reinterpret_cast<HDDEDATA>(value);
-}
-
 std::string poked;
-bool is_connected;
 
 HDDEDATA CALLBACK ServeByLibrary(UINT type, UINT, HCONV, HSZ topic, HSZ item, HDDEDATA data,
                                  ULONG_PTR, ULONG_PTR)
@@ -100,86 +56,6 @@ HDDEDATA CALLBACK ServeByLibrary(UINT type, UINT, HCONV, HSZ topic, HSZ item, HD
     default:
         return nullptr;
     }
-}
-
-HDDEDATA CALLBACK AskByLibrary(UINT type, UINT, HCONV, HSZ, HSZ, HDDEDATA, ULONG_PTR, ULONG_PTR)
-{
-    if (type == XTYP_DISCONNECT)
-        is_connected = false;
-    return nullptr;
-}
-
-// One conversation, told in lines.
-class LibraryClient
-{
-public:
-    LibraryClient(const std::string& service, const char* topic)
-    {
-        const HSZ first = Name(service.c_str()), second = Name(topic);
-        conversation = DdeConnect(library, first, second, nullptr);
-        is_connected = conversation != nullptr;
-    }
-    bool IsThere() const { return conversation != nullptr; }
-    std::string Request(const char* item)
-    {
-        const HDDEDATA data = Transact(nullptr, 0, item, XTYP_REQUEST, LONG_TIME);
-        return data ? ValueOf(data) : Error();
-    }
-    std::string Poke(const char* item, const std::string& text)
-    {
-        return Transact(text.c_str(), text.size() + 1, item, XTYP_POKE, LONG_TIME) ? "poked"
-                                                                                   : Error();
-    }
-    // The base of servers answers neither.
-    std::string Execute(const std::string& text)
-    {
-        return Transact(text.c_str(), text.size() + 1, nullptr, XTYP_EXECUTE, SHORT_TIME) ? "done"
-                                                                                          : Error();
-    }
-    std::string Advise(const char* item)
-    {
-        return Transact(nullptr, 0, item, XTYP_ADVSTART, SHORT_TIME) ? "advised" : Error();
-    }
-    // The library may call back, or just know.
-    bool HasEnded() const
-    {
-        CONVINFO facts = {};
-        facts.cb = sizeof facts;
-        return !is_connected || !DdeQueryConvInfo(conversation, QID_SYNC, &facts) ||
-               !(facts.wStatus & ST_CONNECTED);
-    }
-    std::string End() { return DdeDisconnect(conversation) ? "ended" : Error(); }
-
-private:
-    static HSZ Name(const char* text) { return DdeCreateStringHandleA(library, text, CP_WINANSI); }
-    static std::string Error()
-    {
-        char text[16];
-        std::snprintf(text, sizeof text, "error %x", DdeGetLastError(library));
-        return text;
-    }
-    HDDEDATA Transact(const char* bytes, std::size_t size, const char* item, UINT type,
-                      unsigned time)
-    {
-        const auto data = reinterpret_cast<BYTE*>(const_cast<char*>(bytes));
-        return DdeClientTransaction(data, static_cast<DWORD>(size), conversation,
-                                    item ? Name(item) : nullptr, item ? CF_TEXT : 0, type, time,
-                                    nullptr);
-    }
-
-    HCONV conversation;
-};
-
-// Dispatches what comes until that holds.
-template <class T_Condition>
-bool PumpUntil(T_Condition condition)
-{
-    for (const DWORD start = GetTickCount(); GetTickCount() - start < LONG_TIME; Sleep(1)) {
-        Pump();
-        if (condition())
-            return true;
-    }
-    return false;
 }
 
 // Wine's library also acknowledges what it has answered by data. That is taken away here: the next
@@ -265,16 +141,7 @@ std::string Text(const CT_Buffer& buffer)
 
 CHILD_PROCESS(LibraryServer)
 {
-    if (DdeInitializeA(&library, ServeByLibrary, APPCLASS_STANDARD, 0) != DMLERR_NO_ERROR)
-        return 1;
-    const HSZ service = DdeCreateStringHandleA(library, arguments[0].c_str(), CP_WINANSI);
-    DdeNameService(library, service, nullptr, DNS_REGISTER);
-    Tell("ready");
-    MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0)
-        DispatchMessageA(&message);
-    DdeUninitialize(library);
-    return 0;
+    return Serve(arguments[0], ServeByLibrary);
 }
 
 TEST(PlatformPartners, TheClientTalksToAServerOfThePlatformsLibrary)
@@ -326,7 +193,8 @@ CHILD_PROCESS(LibraryClient)
     Tell(client.Request("poked"));
     Tell(client.Poke("unknown", "another"));
     Tell(client.Request("poked"));
-    Tell(client.Execute("[do]"));
+    // The base of servers answers neither.
+    Tell(client.Execute("[do]", SHORT_TIME));
     Tell(client.Advise("word"));
     Tell(client.End());
     LibraryClient next(service, TOPIC);
