@@ -1,5 +1,7 @@
 # What every target of the project is compiled with: interface target ostra_options.
 
+option(OSTRA_COVERAGE "A build of the preset linux-coverage" OFF)
+
 find_program(OSTRA_CCACHE ccache)
 if(OSTRA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${OSTRA_CCACHE})
