@@ -23,6 +23,7 @@ namespace
 {
 constexpr int ROOM = 256; // Longer than any name or pattern.
 constexpr int ID_ROOM = 96;
+constexpr std::size_t CURRENCY_LETTERS = 3;
 
 template <auto Close>
 struct Closer
@@ -239,13 +240,17 @@ private:
         const std::u16string code = Ask([&](char16_t* buffer, int32_t room, UErrorCode* e) {
             return ucurr_forLocale(id, buffer, room, e);
         });
+        // ICU reads three letters, also of a code that isn't there: places without a currency have none.
         const auto name = [&](const char* language, UCurrNameStyle style) {
+            if (code.size() != CURRENCY_LETTERS)
+                return std::u16string();
             UErrorCode own = U_ZERO_ERROR;
             int32_t length = 0;
             const char16_t* const text =
                 ucurr_getName(code.c_str(), language, style, nullptr, &length, &own);
             Note(own);
-            return HasAnswered(own) ? std::u16string(text, static_cast<std::size_t>(length)) : u"";
+            return HasAnswered(own) ? std::u16string(text, static_cast<std::size_t>(length))
+                                    : std::u16string();
         };
         const std::u16string english = name("en", UCURR_LONG_NAME);
         Give(CURRENCY_CODE, code);
