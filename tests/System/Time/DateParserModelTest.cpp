@@ -2,6 +2,8 @@
 //
 // tests/Data/date-pictures.tsv lists the pictures of locales of which that doesn't hold in all
 // moments, each with the rule that is the cause.
+#include <System/OS/OS.h>
+
 #include <fstream>
 #include <map>
 #include <random>
@@ -148,6 +150,13 @@ bool ModelAgrees(const CT_UString& text, const std::u16string& picture, unsigned
 }
 } // namespace
 
+// On the 8-bit road the names of a language without a code page are question marks.
+static bool HasLetters(unsigned locale)
+{
+    constexpr unsigned ANSI_CODE_PAGE = 0x1004;
+    return CT_OS::sb_GetIsWindowsNT() || Fact(locale, ANSI_CODE_PAGE) != u"0";
+}
+
 // The test of all pictures of one type.
 static void ExpectReadBack(unsigned type)
 {
@@ -161,7 +170,7 @@ static void ExpectReadBack(unsigned type)
         const auto row = listed.find({locale, type});
         const std::string cause = row == listed.end() ? "" : row->second;
         // The platform's own months have other forms beside a day.
-        if (!FixedClock::WORKS && cause == "genitive")
+        if ((!FixedClock::WORKS && cause == "genitive") || !HasLetters(locale))
             continue;
         SCOPED_TRACE(std::to_string(locale) + " " + Narrow(picture) + " " + cause);
         const CT_UString wide(picture.c_str());
