@@ -179,15 +179,24 @@ int CT_CString::b_RMatch(const char* qccz_Text, const char* qccz_Pattern) const
 
 int CT_CString::b_Match(const char* qccz_Pattern) const
 {
-    return b_RMatch(qccz_Get(), qccz_Pattern);
+    return b_RMatch(Bytes::spc_Get(co_Buffer), qccz_Pattern);
+}
+
+// A match with a pattern of whatever class; the common one isn't to pay for its frame.
+[[gnu::noinline]] static int b_MatchAny(const CT_CString* pcco_Own, const CT_String* pcco_Pattern)
+{
+    if (const CT_CString* pcco = pcco_Bytes(pcco_Pattern))
+        return pcco_Own->b_Match(pcco->qccz_Get());
+    const CT_CString co_Pattern(pcco_Pattern, pcco_Own->n_GetCodePage());
+    return pcco_Own->b_Match(co_Pattern.qccz_Get());
 }
 
 int CT_CString::vb_Match(const CT_String* pcco_Pattern) const
 {
-    if (const CT_CString* pcco = pcco_Bytes(pcco_Pattern))
-        return b_Match(pcco->qccz_Get());
-    const CT_CString co_Pattern(pcco_Pattern, n_CodePage);
-    return b_Match(co_Pattern.qccz_Get());
+    if (!b_IsLike(pcco_Pattern, sco_Object))
+        return b_MatchAny(this, pcco_Pattern);
+    return Bytes::Text::sb_Match(Bytes::spc_Get(co_Buffer),
+                                 Bytes::spc_Get(*pcco_Pattern->pcco_GetBuffer()));
 }
 
 int CT_CString::vi_Compare(const char* qccz_Other, unsigned n_Count, unsigned n_Offset) const

@@ -5,16 +5,6 @@
 
 namespace
 {
-// Whether so many characters of the text are those of the pattern, where ? is any one.
-template <class Unit>
-bool b_IsLike(const Unit* qc_Text, const Unit* qc_Pattern, unsigned n_Count)
-{
-    for (unsigned n = 0; n < n_Count; ++n)
-        if (qc_Pattern[n] != '?' && qc_Pattern[n] != qc_Text[n])
-            return false;
-    return true;
-}
-
 struct st_Piece
 {
     unsigned n_From;
@@ -53,7 +43,7 @@ unsigned n_FindStretch(const Unit* qc_Text, unsigned n_Count, const Unit* qc_Pat
         if (n_Next == NONE)
             return NONE;
         n += n_Next;
-        if (b_IsLike(qc_Text + n, qc_Pattern, n_Stretch))
+        if (CT_TextOperations<Unit>::sb_IsLike(qc_Text + n, qc_Pattern, n_Stretch))
             return n;
     }
     return NONE;
@@ -71,7 +61,8 @@ bool CT_TextSearch<Unit>::sb_MatchRest(const Unit* qc_Text, const Unit* qc_Patte
         if (n_Stretch > n_Count)
             return false;
         if (!qc_Pattern[n_Stretch])
-            return b_IsLike(qc_Text + n_Count - n_Stretch, qc_Pattern, n_Stretch);
+            return CT_TextOperations<Unit>::sb_IsLike(qc_Text + n_Count - n_Stretch, qc_Pattern,
+                                                      n_Stretch);
         const unsigned n = n_FindStretch(qc_Text, n_Count, qc_Pattern, n_Stretch);
         if (n == NONE)
             return false;

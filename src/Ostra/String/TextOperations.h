@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
@@ -31,6 +30,8 @@ public:
     }
     // At most n_Max. Neither the text nor the memory behind it need reach that far.
     static unsigned sn_Length(const Unit* qc_Text, unsigned n_Max);
+    // The same of a text that is a word most likely: without a call.
+    static unsigned sn_WordLength(const Unit* qc_Text);
     // What a count of characters means: ALL is the whole text.
     static unsigned sn_CountOf(const Unit* qc_Text, unsigned n_Count)
     {
@@ -90,9 +91,19 @@ public:
         return int(su_Lower(*qc_Left)) - int(su_Lower(*qc_Right));
     }
 
+    // Whether * and ? of the pattern make it the text.
     static bool sb_Match(const Unit* qc_Text, const Unit* qc_Pattern);
+    // Whether so many characters of the text are those of the pattern, where ? is any one.
+    static bool sb_IsLike(const Unit* qc_Text, const Unit* qc_Pattern, unsigned n_Count)
+    {
+        // Where they differ can't be foreseen: no branch on it.
+        unsigned n_Differ = 0;
+        for (unsigned n = 0; n < n_Count; ++n)
+            n_Differ |= (qc_Pattern[n] != '?') & (qc_Pattern[n] != qc_Text[n]);
+        return !n_Differ;
+    }
     // Characters that a match compares for nothing before it takes another way.
-    static constexpr std::ptrdiff_t PATIENCE = 2048;
+    static constexpr unsigned PATIENCE = 2048;
 
     // ---- The C locale ---------------------------------------------------------------------
 
@@ -124,6 +135,19 @@ private:
         return (o_Left > o_Right) - (o_Left < o_Right);
     }
     static unsigned sn_PassBlocks(const Unit* qc_Text, unsigned n_Max);
+    static constexpr unsigned STRIDE_SIZE = 128; // bytes
+    static unsigned sn_PassWide(const Unit* qc_Text, unsigned n_Max);
+    static unsigned sn_FirstBlock(const Unit* qc_Text);
+    static bool sb_MatchBehind(const Unit* qc_Text, const Unit* qc_Pattern);
+    // Characters up to the first that isn't that of the pattern, or ends the text.
+    static unsigned sn_SameAs(const Unit* qc_Text, const Unit* qc_Pattern, unsigned n_Count)
+    {
+        unsigned n = 0;
+        while (n < n_Count && (qc_Pattern[n] == qc_Text[n] || (qc_Pattern[n] == '?' && qc_Text[n])))
+            ++n;
+        return n;
+    }
+    static bool sb_EndsLike(const Unit* qc_Text, const Unit* qc_Pattern, unsigned n_Count);
 };
 
 template <class Unit>
@@ -148,11 +172,55 @@ CT_TextOperations<Unit>::sn_PassBlocks(const Unit* qc_Text, unsigned n_Max)
 {
     unsigned n = 0;
     for (; n_Max - n >= BLOCK; n += BLOCK) {
+        if (reinterpret_cast<std::uintptr_t>(qc_Text + n) % STRIDE_SIZE == 0 &&
+            CT_Vector::sb_HasWide()) {
+            n += sn_PassWide(qc_Text + n, n_Max - n);
+            if (n_Max - n < BLOCK)
+                break;
+        }
         const Block ao_Block = *reinterpret_cast<const Block*>(qc_Text + n);
         if (!CT_Vector::sb_IsZero(ao_Block == Value(0)))
             break;
     }
     return n;
+}
+
+// The same over aligned strides.
+template <class Unit>
+OSTRA_FOR_WIDE __attribute__((noinline, no_sanitize("address", "thread"))) unsigned
+CT_TextOperations<Unit>::sn_PassWide(const Unit* qc_Text, unsigned n_Max)
+{
+    typedef t_Block<Value, 32> Wide;
+    unsigned n = 0;
+    for (; n_Max - n >= STRIDE_SIZE / sizeof(Unit); n += STRIDE_SIZE / sizeof(Unit)) {
+        const Wide* const po_Blocks = reinterpret_cast<const Wide*>(qc_Text + n);
+        const Wide ao_First = po_Blocks[0] < po_Blocks[1] ? po_Blocks[0] : po_Blocks[1];
+        const Wide ao_Second = po_Blocks[2] < po_Blocks[3] ? po_Blocks[2] : po_Blocks[3];
+        if (!CT_Vector::sb_IsZeroWide((ao_First == 0) | (ao_Second == 0)))
+            break;
+    }
+    return n;
+}
+
+// A bit for each byte of the terminators in the aligned block where the text begins, the text's
+// first byte lowest.
+template <class Unit>
+__attribute__((no_sanitize("address", "thread"))) inline unsigned
+CT_TextOperations<Unit>::sn_FirstBlock(const Unit* qc_Text)
+{
+    const auto n_Before = reinterpret_cast<std::uintptr_t>(qc_Text) % sizeof(Block);
+    const Block ao_Block =
+        *reinterpret_cast<const Block*>(reinterpret_cast<const char*>(qc_Text) - n_Before);
+    return CT_Vector::sn_Mask(ao_Block == Value(0)) >> n_Before;
+}
+
+template <class Unit>
+inline unsigned CT_TextOperations<Unit>::sn_WordLength(const Unit* qc_Text)
+{
+    if constexpr (CT_Vector::sb_Masks)
+        if (const unsigned n_Ends = sn_FirstBlock(qc_Text))
+            return static_cast<unsigned>(std::countr_zero(n_Ends)) / sizeof(Unit);
+    return sn_Length(qc_Text);
 }
 
 // True if the block holds the character or a terminator.
@@ -234,36 +302,60 @@ unsigned CT_TextOperations<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count,
     return NONE;
 }
 
-// Only the last * seen can still take another character: if an earlier one could, so can this one.
+// Whether the text ends with what is like so many characters of the pattern.
+template <class Unit>
+inline bool CT_TextOperations<Unit>::sb_EndsLike(const Unit* qc_Text, const Unit* qc_Pattern,
+                                                 unsigned n_Count)
+{
+    const unsigned n_Length = sn_WordLength(qc_Text);
+    return n_Length >= n_Count && sb_IsLike(qc_Text + n_Length - n_Count, qc_Pattern, n_Count);
+}
+
 template <class Unit>
 bool CT_TextOperations<Unit>::sb_Match(const Unit* qc_Text, const Unit* qc_Pattern)
 {
     // Kept: an empty pattern matches every text.
     if (!*qc_Pattern)
         return true;
-    const Unit* qc_Rest = nullptr; // the pattern behind the last *
-    const Unit* qc_Retry = nullptr;
-    std::ptrdiff_t i_Lost = 0;
-    for (;;) {
-        if (*qc_Pattern == '*') {
-            qc_Rest = ++qc_Pattern;
-            qc_Retry = qc_Text;
-            if (!*qc_Rest)
-                return true;
-        } else if (*qc_Text && (*qc_Pattern == '?' || *qc_Pattern == *qc_Text)) {
-            ++qc_Pattern;
-            ++qc_Text;
-        } else if (!*qc_Text)
+    for (;; ++qc_Text, ++qc_Pattern) {
+        if (*qc_Pattern == '*')
+            return sb_MatchBehind(qc_Text, qc_Pattern + 1);
+        if (!*qc_Text)
             return !*qc_Pattern;
-        else if (!qc_Rest)
+        if (*qc_Pattern != '?' && *qc_Pattern != *qc_Text)
             return false;
-        else {
+    }
+}
+
+// The same behind a *, for any end of the text. Only the last * seen can still take another
+// character: if an earlier one could, so can this one. What stands behind the last one of the
+// pattern can only be the text's end.
+template <class Unit>
+[[gnu::noinline]] bool CT_TextOperations<Unit>::sb_MatchBehind(const Unit* qc_Text,
+                                                               const Unit* qc_Pattern)
+{
+    unsigned n_Lost = 0;
+    for (;;) {
+        while (*qc_Pattern == '*')
+            ++qc_Pattern;
+        unsigned n_Stretch = 0;
+        while (qc_Pattern[n_Stretch] && qc_Pattern[n_Stretch] != '*')
+            ++n_Stretch;
+        if (!qc_Pattern[n_Stretch])
+            return !n_Stretch || sb_EndsLike(qc_Text, qc_Pattern, n_Stretch);
+        for (;; ++qc_Text) {
+            const unsigned n = sn_SameAs(qc_Text, qc_Pattern, n_Stretch);
+            if (n == n_Stretch)
+                break;
+            // Behind this place there are fewer characters yet.
+            if (!qc_Text[n])
+                return false;
             // A text that misleads so often is searched for what stands behind the *.
-            i_Lost += qc_Pattern - qc_Rest;
-            qc_Pattern = qc_Rest;
-            qc_Text = ++qc_Retry;
-            if (i_Lost > PATIENCE)
-                return CT_TextSearch<Unit>::sb_MatchRest(qc_Text, qc_Pattern);
+            n_Lost += n;
+            if (n_Lost > PATIENCE)
+                return CT_TextSearch<Unit>::sb_MatchRest(qc_Text + 1, qc_Pattern);
         }
+        qc_Text += n_Stretch;
+        qc_Pattern += n_Stretch;
     }
 }

@@ -59,7 +59,7 @@ unsigned CT_TextSearch<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count, con
     constexpr std::uint64_t PATIENCE = 8;
     std::uint64_t n8_Compared = 0;
     bool b_Found = false;
-    const st_Ends<Unit> so_Wanted{qc_Find[0], qc_Find[n_Find - 1], n_Find - 1};
+    const st_Ends<Unit> so_Wanted(qc_Find, n_Find);
     const unsigned n = n_Search(qc_Text, n_Count - n_Find + 1, so_Wanted, [&](unsigned n_At) {
         if (!qc_Text[n_At])
             return true;

@@ -166,15 +166,24 @@ int CT_UString::b_RMatch(const unsigned short* qcuz_Text, const unsigned short* 
 
 int CT_UString::b_Match(const unsigned short* qcuz_Pattern) const
 {
-    return b_RMatch(qcuz_Get(), qcuz_Pattern);
+    return b_RMatch(Units::spc_Get(co_Buffer), qcuz_Pattern);
+}
+
+// A match with a pattern of whatever class; the common one isn't to pay for its frame.
+[[gnu::noinline]] static int b_MatchAny(const CT_UString* pcco_Own, const CT_String* pcco_Pattern)
+{
+    if (const CT_UString* pcco = pcco_Units(pcco_Pattern))
+        return pcco_Own->b_Match(pcco->qcuz_Get());
+    const CT_UString co_Pattern(pcco_Pattern);
+    return pcco_Own->b_Match(co_Pattern.qcuz_Get());
 }
 
 int CT_UString::vb_Match(const CT_String* pcco_Pattern) const
 {
-    if (const CT_UString* pcco = pcco_Units(pcco_Pattern))
-        return b_Match(pcco->qcuz_Get());
-    const CT_UString co_Pattern(pcco_Pattern);
-    return b_Match(co_Pattern.qcuz_Get());
+    if (!b_IsLike(pcco_Pattern, sco_Object))
+        return b_MatchAny(this, pcco_Pattern);
+    return Units::Text::sb_Match(Units::spc_Get(co_Buffer),
+                                 Units::spc_Get(*pcco_Pattern->pcco_GetBuffer()));
 }
 
 int CT_UString::vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count,

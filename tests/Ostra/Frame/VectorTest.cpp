@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Support/Directory.h"
+#include "Support/PageEnd.h"
 
 namespace
 {
@@ -35,6 +36,74 @@ OSTRA_FOR_MASKS unsigned MaskOf(const std::array<unsigned char, 16>& bytes)
     t_Block<unsigned char> block;
     CT_Vector::sv_Load(block, bytes.data());
     return CT_Vector::sn_Mask(block);
+}
+
+// What wide blocks give, called only where registers are as wide.
+struct Wide
+{
+    bool zero;
+    unsigned mask;
+    std::array<unsigned char, 32> narrow; // of the units
+    std::array<unsigned short, 32> widened;
+
+    bool operator==(const Wide&) const = default;
+};
+
+OSTRA_FOR_WIDE Wide WideOf(const std::array<unsigned char, 32>& bytes,
+                           const std::array<unsigned short, 32>& units)
+{
+    Wide wide;
+    t_Block<unsigned char, 32> block, narrow;
+    t_Block<unsigned short, 32> low, high;
+    CT_Vector::sv_Load(block, bytes.data());
+    CT_Vector::sv_Load(low, units.data());
+    CT_Vector::sv_Load(high, units.data() + 16);
+    wide.zero = CT_Vector::sb_IsZeroWide(block);
+    wide.mask = CT_Vector::sn_MaskWide(block);
+    CT_Vector::sv_NarrowWide(narrow, low, high);
+    CT_Vector::sv_Store(wide.narrow.data(), narrow);
+    for (unsigned half = 0; half < 32; half += 16)
+        CT_Vector::sv_Widen(wide.widened.data() + half,
+                            reinterpret_cast<const char*>(bytes.data()) + half);
+    return wide;
+}
+
+Wide PlainWideOf(const std::array<unsigned char, 32>& bytes,
+                 const std::array<unsigned short, 32>& units)
+{
+    Wide wide{true, 0, {}, {}};
+    for (unsigned n = 0; n < 32; ++n) {
+        wide.zero = wide.zero && !bytes[n];
+        wide.mask |= (bytes[n] >> 7 & 1u) << n;
+        wide.narrow[n] = static_cast<unsigned char>(std::min<unsigned>(units[n], 255));
+        wide.widened[n] = bytes[n];
+    }
+    return wide;
+}
+
+template <class Number>
+OSTRA_FOR_WIDEST std::uint64_t SameOf(const Number* left, const Number* right, std::uint64_t among)
+{
+    t_Block<Number, 64> first, second;
+    CT_Vector::sv_Load(first, left);
+    CT_Vector::sv_Load(second, right);
+    return CT_Vector::sn8_SameWidest(first, second, among);
+}
+
+template <class Number>
+void ExpectSameOf(std::mt19937& random)
+{
+    constexpr unsigned count = 64 / sizeof(Number);
+    Number left[count], right[count];
+    const std::uint64_t among = std::uint64_t(random()) << 32 | random();
+    std::uint64_t expected = 0;
+    for (unsigned n = 0; n < count; ++n) {
+        left[n] = static_cast<Number>(random());
+        right[n] = random() % 2 ? left[n] : static_cast<Number>(random());
+        expected |= std::uint64_t(left[n] == right[n]) << n;
+    }
+    ASSERT_EQ(SameOf(left, right, among), expected & among);
+    ASSERT_EQ(SameOf(left, right, ~std::uint64_t()), expected);
 }
 
 template <unsigned n_Blocks>
@@ -88,6 +157,9 @@ void ExpectSamePass(const Unit* text, unsigned count, Wanted wanted)
     if (CT_Vector::sb_HasWide()) {
         ASSERT_EQ(Strides::sn_PassWide(text, count, wanted), expected);
     }
+    if (CT_Vector::sb_HasWidest()) {
+        ASSERT_EQ(Strides::sn_PassWidest(text, count, wanted), expected);
+    }
     for (unsigned at = 0; at + Strides::BLOCK <= count; at += Strides::BLOCK) {
         constexpr unsigned bits = CT_Vector::sn_MarkBits(sizeof(Unit));
         const std::uint64_t hits = wanted.n8_GetHits(text + at);
@@ -102,14 +174,32 @@ void ExpectSameStrides(unsigned seed)
 {
     std::mt19937 random(Seed(seed));
     for (unsigned round = 0; round < ROUNDS / 2; ++round) {
-        const unsigned last = static_cast<unsigned>(random() % 20);
+        const unsigned size = 1 + static_cast<unsigned>(random() % 20);
         const unsigned count = static_cast<unsigned>(random() % 600);
-        const std::vector<Unit> text = Text<Unit>(random, count + last + 1);
+        const std::vector<Unit> text = Text<Unit>(random, count + size + 1);
+        std::vector<Unit> find = Text<Unit>(random, size);
         ExpectSamePass(text.data() + 1, count, st_Character<Unit>{'b'});
         ExpectSamePass(text.data(), count, st_Character<Unit>{static_cast<Unit>(0xE4)});
-        ExpectSamePass(text.data() + 1, count, st_Ends<Unit>{'b', static_cast<Unit>(-1), last});
-        ExpectSamePass(text.data(), count, st_Ends<Unit>{'a', 'b', last});
+        ExpectSamePass(text.data() + 1, count, st_Ends<Unit>(find.data(), size));
+        find[size / 2] = 'b';
+        ExpectSamePass(text.data(), count, st_Ends<Unit>(find.data(), size));
     }
+}
+
+// A search reads no character behind those that it was given.
+template <class Unit>
+void ExpectStridesWithinPages()
+{
+    const PageEnd page;
+    for (unsigned count = 1; count < 300; ++count)
+        for (const unsigned size : {1u, 2u, 3u, 12u, 40u}) {
+            Unit* const text = page.Last<Unit>(count + size - 1);
+            std::fill_n(text, count + size - 1, Unit('a'));
+            text[count - 1] = 'b';
+            const std::vector<Unit> find(text + count - 1, text + count - 1 + size);
+            ExpectSamePass(text, count, st_Ends<Unit>(find.data(), size));
+            ExpectSamePass(text, count, st_Character<Unit>{'b'});
+        }
 }
 
 // The road of the comparisons is taken by texts that are known to have some characters.
@@ -131,6 +221,27 @@ void ExpectSameOrder(unsigned seed)
             1 + std::min(Operations::sn_Length(left.data()), Operations::sn_Length(right.data()));
         ASSERT_EQ(Operations::si_CompareKnown(left.data(), right.data(), known, count),
                   Operations::si_Compare(left.data(), right.data()));
+    }
+}
+
+// Texts of each length that end with a page, or begin with one.
+template <class Unit>
+void ExpectLengthsAtPageEnds()
+{
+    using Operations = CT_TextOperations<Unit>;
+    const PageEnd page;
+    Unit* const start = page.Last<Unit>(page.Size() / sizeof(Unit));
+    std::fill_n(start, page.Size() / sizeof(Unit), Unit('a'));
+    for (unsigned length = 0; length < 70; ++length) {
+        Unit* const last = page.Last<Unit>(length + 1);
+        last[length] = 0;
+        ASSERT_EQ(Operations::sn_WordLength(last), length);
+        last[length] = 'a';
+        for (unsigned from = 0; from < 20; ++from) {
+            start[from + length] = 0;
+            ASSERT_EQ(Operations::sn_WordLength(start + from), length);
+            start[from + length] = 'a';
+        }
     }
 }
 
@@ -164,6 +275,12 @@ void ExpectSameWords(std::mt19937& random, T operation)
     }
 }
 } // namespace
+
+TEST(Vector, LengthsOfWordsReadNoOtherPage)
+{
+    ExpectLengthsAtPageEnds<char>();
+    ExpectLengthsAtPageEnds<unsigned short>();
+}
 
 TEST(Vector, MasksHaveTheHighestBitOfEachByte)
 {
@@ -212,6 +329,35 @@ TEST(Vector, BlockIsZeroIfNoBitIsSet)
     }
 }
 
+TEST(Vector, WideBlocksGiveWhatTheirNumbersDo)
+{
+    if (!CT_Vector::sb_HasWide())
+        GTEST_SKIP() << "no registers of 32 bytes";
+    std::mt19937 random(Seed(1405));
+    const unsigned most[] = {0x7F, 0xFF, 0x100, 0x7FFF, 0x8000, 0xFFFF};
+    for (unsigned round = 0; round < ROUNDS; ++round) {
+        std::array<unsigned char, 32> bytes;
+        std::array<unsigned short, 32> units;
+        const unsigned rare = 1 + static_cast<unsigned>(random() % 64);
+        for (unsigned char& byte : bytes)
+            byte = static_cast<unsigned char>(random() % rare ? 0 : random());
+        for (unsigned short& unit : units)
+            unit = static_cast<unsigned short>(most[random() % 6] - random() % 2);
+        ASSERT_TRUE(WideOf(bytes, units) == PlainWideOf(bytes, units)) << round;
+    }
+}
+
+TEST(Vector, TheWidestBlocksTellWhichNumbersAreTheSame)
+{
+    if (!CT_Vector::sb_HasWidest())
+        GTEST_SKIP() << "no registers of 64 bytes";
+    std::mt19937 random(Seed(1406));
+    for (unsigned round = 0; round < ROUNDS; ++round) {
+        ExpectSameOf<unsigned char>(random);
+        ExpectSameOf<unsigned short>(random);
+    }
+}
+
 TEST(Vector, StridesOfBytesAreTheSameByEachWay)
 {
     ExpectSameStrides<char>(1402);
@@ -220,6 +366,12 @@ TEST(Vector, StridesOfBytesAreTheSameByEachWay)
 TEST(Vector, StridesOfUnitsAreTheSameByEachWay)
 {
     ExpectSameStrides<unsigned short>(1403);
+}
+
+TEST(Vector, StridesReadNoOtherPage)
+{
+    ExpectStridesWithinPages<char>();
+    ExpectStridesWithinPages<unsigned short>();
 }
 
 TEST(Vector, ComparisonByBlocksIsThatOfCharacters)

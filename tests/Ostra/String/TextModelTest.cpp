@@ -260,6 +260,40 @@ TYPED_TEST(TextModel, MatchesAsThePlainMatchDoes)
     }
 }
 
+TYPED_TEST(TextModel, MatchesWhatStandsAtTheEnd)
+{
+    using Text = typename TypeParam::Text;
+    Chance chance(Seed(46));
+    for (unsigned length = 0; length < 80; ++length)
+        for (unsigned round = 0; round < 60 && !this->HasFailure(); ++round) {
+            const Text text = chance.Few<Text>(length, 2);
+            Text pattern = text.substr(length - chance.Below(length + 1));
+            for (unsigned faults = chance.Below(3); !pattern.empty() && faults; --faults)
+                pattern[chance.Below(static_cast<unsigned>(pattern.size()))] = "?b"[faults - 1];
+            pattern.insert(0, chance.Below(4) ? 1 : 2, '*');
+            if (chance.Below(3))
+                pattern.insert(0, text.substr(0, chance.Below(length + 1)));
+            CheckMatch<TypeParam>(text, pattern);
+        }
+}
+
+TYPED_TEST(TextModel, MatchesUpToATerminatorInTheText)
+{
+    using Text = typename TypeParam::Text;
+    Chance chance(Seed(47));
+    for (unsigned round = 0; round < 1000 && !this->HasFailure(); ++round) {
+        const Text text = chance.Few<Text>(chance.Below(60), 2);
+        const Text behind = chance.Few<Text>(1 + chance.Below(30), 2);
+        const auto in = TypeParam::Of(text + Text(1, 0) + behind);
+        ASSERT_EQ(text.size() + 1 + behind.size(), in.vn_GetLength());
+        for (const Text& end : {text.substr(chance.Below(unsigned(text.size()) + 1)), behind}) {
+            const Text pattern = Text(1, '*') + end;
+            const auto wanted = TypeParam::Of(pattern);
+            EXPECT_EQ(PlainMatch(text, pattern), in.vb_Match(&wanted) != 0);
+        }
+    }
+}
+
 TYPED_TEST(TextModel, MatchesTextsThatMislead)
 {
     using Text = typename TypeParam::Text;
