@@ -192,7 +192,7 @@ void CT_Pattern::v_Enter(unsigned n_State, const st_State& so_State)
         so_Block.v_AddCharacter(so_State.n4_Character, n8_State);
     // Kept: behind a run the character 0 lets any character on, but not the unknown one.
     if (b_AnyOne || (b_Run && !so_State.n4_Character && n_State + 1 < co_States.n_GetCount()))
-        so_Block.n8_Any |= n8_State;
+        so_Block.v_AddAny(n8_State);
     // Kept: a character lets the unknown one on, whatever it is; but behind a run it doesn't.
     if (b_AnyOne || b_Literal)
         so_Block.n8_Unknown |= n8_State;
@@ -202,11 +202,18 @@ void CT_Pattern::v_Enter(unsigned n_State, const st_State& so_State)
 unsigned long long CT_Pattern::st_Block::n8_GetWays(unsigned n4_Character) const
 {
     if (n4_Character < ASCII)
-        return n8_Any | an8_Ascii[n4_Character];
+        return an8_Ascii[n4_Character];
     unsigned long long n8_Ways = n8_Any;
     for (unsigned n = 0; n < n_Literals; ++n)
         n8_Ways |= pso_Literals[n].n4_Character == n4_Character ? pso_Literals[n].n8_States : 0;
     return n8_Ways;
+}
+
+void CT_Pattern::st_Block::v_AddAny(unsigned long long n8_State)
+{
+    n8_Any |= n8_State;
+    for (unsigned long long& n8_Ways : an8_Ascii)
+        n8_Ways |= n8_State;
 }
 
 void CT_Pattern::st_Block::v_AddCharacter(unsigned n4_Character, unsigned long long n8_State)
@@ -252,6 +259,15 @@ int CT_Pattern::b_IsMatchFar(unsigned n4_Character)
     return b_Count(b_Step([=](const st_Block& so_Block) {
         return so_Block.n8_Active ? so_Block.n8_GetWays(n4_Character) : 0;
     }));
+}
+
+// Of a row that takes several blocks, or none.
+int CT_Pattern::b_CanMatchFar() const
+{
+    unsigned long long n8_Active = 0;
+    for (unsigned n = 0; n < n_Blocks; ++n)
+        n8_Active |= pso_Blocks[n].n8_Active;
+    return n8_Active != 0;
 }
 
 // Whether the pattern matches what was fed, without feeding it anything.

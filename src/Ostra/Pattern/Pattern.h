@@ -107,9 +107,12 @@ public:
             n_MatchFrom = 0;
             return 0;
         }
-        so_Block.n8_Step(so_Block.an8_Ascii[n4_Character] | so_Block.n8_Any, 0);
+        so_Block.n8_Step(so_Block.an8_Ascii[n4_Character], 0);
         return b_Count((so_Block.n8_Active & n8_End) != 0);
     }
+    // Whether the text fed so far matches, or may yet match as it goes on. Once it is false, each
+    // further character of the run is answered with 0: who only asks about whole texts can stop.
+    int b_CanMatch() const { return n_Blocks == 1 ? pso_Blocks->n8_Active != 0 : b_CanMatchFar(); }
     // The number of the character, the first is 1, from which on the pattern has been matching
     // without a break; 0 while it doesn't match.
     unsigned n_EndStateFrom() const { return n_MatchFrom; }
@@ -139,7 +142,7 @@ private:
         unsigned long long n8_Stay;          // any character stays
         unsigned long long n8_Any;           // any character leads on
         unsigned long long n8_Unknown;       // an unknown one does, when patterns are compared
-        unsigned long long an8_Ascii[ASCII]; // this character does
+        unsigned long long an8_Ascii[ASCII]; // this character does, or any does
         st_Literal* pso_Literals;            // the other characters, each but once
         unsigned n_Literals;
 
@@ -152,6 +155,7 @@ private:
             return n8_On >> 63;
         }
         unsigned long long n8_GetWays(unsigned n4_Character) const;
+        void v_AddAny(unsigned long long n8_State);
         void v_AddCharacter(unsigned n4_Character, unsigned long long n8_State);
     };
 
@@ -174,6 +178,7 @@ private:
     int b_Step(T_Ways f_Ways);
     void v_DoMatchFar();
     int b_IsMatchFar(unsigned n4_Character);
+    int b_CanMatchFar() const;
     int b_Count(int b_Match)
     {
         ++n_Characters;

@@ -130,6 +130,14 @@ public:
 
     bool IsMatchAny() const { return current.back(); }
 
+    bool CanMatch() const
+    {
+        for (const bool active : current)
+            if (active)
+                return true;
+        return false;
+    }
+
     bool IsMatchSome()
     {
         next.assign(states.size(), false);

@@ -28,6 +28,8 @@ std::string Difference(CT_Pattern& made, Model& model, const std::string& text)
         if (match != expected || made.n_EndStateFrom() != model.EndStateFrom())
             return text.substr(0, n + 1) + " gives " + std::to_string(match) + " from " +
                    std::to_string(made.n_EndStateFrom());
+        if (made.b_CanMatch() != model.CanMatch())
+            return text.substr(0, n + 1) + " may match or not";
     }
     return "";
 }

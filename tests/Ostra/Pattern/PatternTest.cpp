@@ -238,6 +238,37 @@ TEST(Pattern, AnyNumberOfRunsTakesStepsOfOneSize)
 
 // ---- Tables -------------------------------------------------------------------------------
 
+TEST(Pattern, TellsWhetherItMayYetMatch)
+{
+    for (const std::size_t before : {0, 1, 62, 63, 64, 130}) {
+        SCOPED_TRACE(before);
+        const std::string text(before, 'a');
+        const auto made = Make(text + "b*c");
+        EXPECT_FALSE(made->b_CanMatch());
+        made->v_DoMatch();
+        EXPECT_TRUE(made->b_CanMatch());
+        for (const char c : text)
+            made->b_IsMatch(Character(c));
+        EXPECT_TRUE(made->b_CanMatch());
+        made->b_IsMatch('b');
+        for (const char c : std::string("xxcx")) {
+            made->b_IsMatch(Character(c));
+            EXPECT_TRUE(made->b_CanMatch());
+        }
+        Match(*made, text + "x");
+        EXPECT_FALSE(made->b_CanMatch());
+        EXPECT_EQ(made->b_IsMatch('c'), 0);
+        made->v_DoMatch();
+        EXPECT_TRUE(made->b_CanMatch());
+    }
+    // At its end alone it has matched.
+    const auto one = Make("a");
+    EXPECT_EQ(Match(*one, "a"), "1@1");
+    EXPECT_TRUE(one->b_CanMatch());
+    EXPECT_EQ(one->b_IsMatch('a'), 0);
+    EXPECT_FALSE(one->b_CanMatch());
+}
+
 TEST(Pattern, ARunAddedDuringARunTakesPartAtOnce)
 {
     // It opens no state, so there is room for it.
