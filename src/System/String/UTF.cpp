@@ -4,7 +4,9 @@
 #include <Ostra/String/TextOperations.h>
 #include <System/String/Runs.h>
 #include <System/String/Sequences.h>
+#include <System/String/UTF8Ways.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -184,6 +186,28 @@ char* pc_ThreeUnits(char* pc_Out, const unsigned short* pcu_In)
         *pc_Out++ = BASE64[n8_Bits >> i_Shift & 0x3F];
     return pc_Out;
 }
+
+// How many of the next three units come before one that stands for itself.
+unsigned n_BeforeDirect(const unsigned short* pcu_In)
+{
+    return !b_MustShift(pcu_In[0])   ? 0
+           : !b_MustShift(pcu_In[1]) ? 1
+           : !b_MustShift(pcu_In[2]) ? 2
+                                     : 3;
+}
+
+// The last one or two units of a run, with the zero bits that fill up its last character.
+char* pc_LastUnits(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
+{
+    if (n_Count == 2) {
+        const std::uint64_t n8_Bits = (std::uint64_t(pcu_In[0]) << 16 | pcu_In[1]) << 4;
+        for (int i_Shift = 30; i_Shift >= 0; i_Shift -= 6)
+            *pc_Out++ = BASE64[n8_Bits >> i_Shift & 0x3F];
+    } else
+        for (int i_Shift = 12; i_Shift >= 0; i_Shift -= 6)
+            *pc_Out++ = BASE64[unsigned(pcu_In[0]) << 2 >> i_Shift & 0x3F];
+    return pc_Out;
+}
 } // namespace
 
 // Writes units as Base64, up to the first that stands for itself.
@@ -192,10 +216,17 @@ inline char* CT_UTF::st_UTF7Encoder::pc_Run(char* pc_Out, const unsigned short*&
 {
     for (;;) {
         if (!so_Bits.i_Bits)
-            for (; pcu_End - pcu_In >= 3 && b_MustShift(pcu_In[0]) && b_MustShift(pcu_In[1]) &&
-                   b_MustShift(pcu_In[2]);
-                 pcu_In += 3)
+            for (; pcu_End - pcu_In >= 3; pcu_In += 3) {
+                const unsigned n_Shift = n_BeforeDirect(pcu_In);
+                if (n_Shift == 0)
+                    return pc_Out;
+                if (n_Shift < 3) {
+                    pc_Out = pc_LastUnits(pc_Out, pcu_In, n_Shift);
+                    pcu_In += n_Shift;
+                    return pc_Out;
+                }
                 pc_Out = pc_ThreeUnits(pc_Out, pcu_In);
+            }
         if (pcu_In == pcu_End || !b_MustShift(*pcu_In))
             return pc_Out;
         so_Bits.v_Add(*pcu_In++, 16);
@@ -353,36 +384,33 @@ int CT_UTF::si_UTF7ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n
     return static_cast<int>(pcu_End - pu_Out);
 }
 
-// ---- UTF-8 encoder --------------------------------------------------------------------------
+// ---- Pieces of UTF-8 --------------------------------------------------------------------------
 
-// Eight characters are copied at a time, also where fewer of them are ASCII: what follows writes
-// over the others. What they leave behind can be written over only where enough of the input is
-// still to come.
+namespace
+{
+// Moves the end of what is known of a text over the next piece, of n_Count characters at most that
+// may be left. A piece stays in the nearest cache until it is coded. False once the end is known.
+template <class Unit>
+bool b_Extend(const Unit*& pcu_Known, unsigned& n_Count)
+{
+    constexpr unsigned PIECE = 8192;
+    const unsigned n_Length =
+        CT_TextOperations<Unit>::sn_Length(pcu_Known, std::min(n_Count, PIECE));
+    pcu_Known += n_Length;
+    n_Count -= n_Length;
+    return n_Length == PIECE;
+}
+} // namespace
+
+// ---- UTF-8 encoder --------------------------------------------------------------------------
 
 int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
 {
     char* pc = pc_Out;
-    const unsigned short* pcu_End = pcu_In + Units::sn_Length(pcu_In, n_Count);
-    // Eight units become eight bytes at least.
-    while (pcu_End - pcu_In >= RUN) {
-        LongByteRun ao_Bytes;
-        while (pcu_End - pcu_In >= LONG_RUN && b_Narrow(ao_Bytes, pcu_In)) {
-            std::memcpy(pc, &ao_Bytes, sizeof(ao_Bytes));
-            pc += LONG_RUN;
-            pcu_In += LONG_RUN;
-        }
-        if (pcu_End - pcu_In < RUN)
-            break;
-        const unsigned n_ASCII = n_LeadingASCII(pcu_In);
-        v_CopyRun(pc, pcu_In);
-        pc += n_ASCII;
-        pcu_In += n_ASCII;
-        if (n_ASCII == RUN)
-            continue;
-        while (pcu_End - pcu_In >= 4 && !b_AreASCII(pcu_In))
-            for (int i = 0; i < 4; ++i)
-                pc = pc_Encode(pc, *pcu_In++);
-    }
+    const unsigned short* pcu_End = pcu_In;
+    while (b_Extend(pcu_End, n_Count))
+        pc = CT_UTF8Ways::spc_Encode(pc, pcu_In, pcu_End);
+    pc = CT_UTF8Ways::spc_Encode(pc, pcu_In, pcu_End);
     while (pcu_In < pcu_End)
         pc = pc_Encode(pc, *pcu_In++);
     *pc = 0;
@@ -393,57 +421,10 @@ int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n
 
 namespace
 {
-// What the marks of a sequence add up to, by its trailing bytes.
-constexpr unsigned OFFSETS[] = {0, 0x3080, 0xE2080, 0x3C82080};
-
 // Bytes of a sequence behind its first. Kept: a byte from 0x80 to 0xBF counts as a sequence of one.
 unsigned n_TrailingOf(unsigned n_First)
 {
     return n_First < 0xF8 ? (n_First >= 0xC0) + (n_First >= 0xE0) + (n_First >= 0xF0) : 0;
-}
-
-// The value of four bytes as units.
-unsigned short* pu_Pair(unsigned short* pu_To, unsigned n_Value)
-{
-    if (!b_IsPair(n_Value)) {
-        *pu_To = REPLACEMENT;
-        return pu_To + 1;
-    }
-    pu_To[0] = u_High(n_Value);
-    pu_To[1] = u_Low(n_Value);
-    return pu_To + 2;
-}
-
-// Decodes a first byte from 0xF0 up, behind which stand three more.
-unsigned short* pu_DecodeLong(unsigned short* pu_To, const char*& pcc_In)
-{
-    const unsigned n_First = n_Byte(*pcc_In++);
-    if (n_First >= 0xF8) {
-        *pu_To = REPLACEMENT;
-        return pu_To + 1;
-    }
-    pcc_In += 3;
-    return pu_Pair(pu_To, (n_First << 18) + (n_Byte(pcc_In[-3]) << 12) + (n_Byte(pcc_In[-2]) << 6) +
-                              n_Byte(pcc_In[-1]) - OFFSETS[3]);
-}
-
-// Decodes a sequence that is there whole.
-inline unsigned short* pu_Decode(unsigned short* pu_To, const char*& pcc_In)
-{
-    const unsigned n_First = n_Byte(*pcc_In);
-    if (n_First < 0xC0) {
-        *pu_To = static_cast<unsigned short>(n_First);
-        pcc_In += 1;
-    } else if (n_First < 0xE0) {
-        *pu_To = static_cast<unsigned short>((n_First << 6) + n_Byte(pcc_In[1]) - OFFSETS[1]);
-        pcc_In += 2;
-    } else if (n_First < 0xF0) {
-        *pu_To = static_cast<unsigned short>((n_First << 12) + (n_Byte(pcc_In[1]) << 6) +
-                                             n_Byte(pcc_In[2]) - OFFSETS[2]);
-        pcc_In += 3;
-    } else
-        return pu_DecodeLong(pu_To, pcc_In);
-    return pu_To + 1;
 }
 } // namespace
 
@@ -455,7 +436,7 @@ void CT_UTF::sv_UTF8ToWideInit()
 // The value of a sequence of four bytes with that one as its last.
 static unsigned n_ValueWith(unsigned n4_Value, unsigned n_Last)
 {
-    return n4_Value + n_Last - OFFSETS[3];
+    return n4_Value + n_Last - CT_UTF8Ways::OFFSETS[3];
 }
 
 // Writes the first unit of a pair whose last byte is still to come. That byte has six bits, and the
@@ -490,9 +471,9 @@ unsigned short* CT_UTF::st_UTF8Decoder::pu_Take(unsigned short* pu_To, const cha
     while (pcc_In < pcc_End) {
         n4_Value += n_Byte(*pcc_In++);
         if (!--n_ToCome) {
-            const unsigned n_Value = n4_Value - OFFSETS[n_Trailing];
+            const unsigned n_Value = n4_Value - CT_UTF8Ways::OFFSETS[n_Trailing];
             if (n_Trailing == 3)
-                return pu_Pair(pu_To, n_Value);
+                return CT_UTF8Ways::spu_Pair(pu_To, n_Value);
             *pu_To = static_cast<unsigned short>(n_Value);
             return pu_To + 1;
         }
@@ -504,29 +485,20 @@ unsigned short* CT_UTF::st_UTF8Decoder::pu_Take(unsigned short* pu_To, const cha
 int CT_UTF::si_UTF8ToWide(unsigned short* pu_Out, const char* pcc_In, unsigned n_Count)
 {
     unsigned short* pu_To = pu_Out;
-    const char* pcc_End = pcc_In + Bytes::sn_Length(pcc_In, n_Count);
+    const char* pcc_End = pcc_In;
+    bool b_More = b_Extend(pcc_End, n_Count);
     if (sso_Sequence.n_ToCome && pcc_In < pcc_End)
         pu_To = sso_Sequence.pu_Take(pu_To, pcc_In, pcc_End);
-    // Of 32 bytes, of which one to eight are taken, as many units come at least as were copied too
-    // many.
-    while (pcc_End - pcc_In >= 4 * RUN) {
-        const unsigned n_ASCII = n_LeadingASCII(pcc_In);
-        v_CopyRun(pu_To, pcc_In);
-        pu_To += n_ASCII;
-        pcc_In += n_ASCII;
-        if (n_ASCII == RUN)
-            continue;
-        // Up to two ASCII bytes in a row, with which a run may begin.
-        while (pcc_End - pcc_In >= 4 && (n_Byte(pcc_In[0]) | n_Byte(pcc_In[1])) >= 0x80)
-            pu_To = pu_Decode(pu_To, pcc_In);
-    }
+    for (; b_More; b_More = b_Extend(pcc_End, n_Count))
+        pu_To = CT_UTF8Ways::spu_Decode(pu_To, pcc_In, pcc_End);
+    pu_To = CT_UTF8Ways::spu_Decode(pu_To, pcc_In, pcc_End);
     while (pcc_In < pcc_End) {
         const unsigned n_Trailing = n_TrailingOf(n_Byte(*pcc_In));
         if (pcc_End - pcc_In <= int(n_Trailing)) {
             sso_Sequence = {n_Trailing, n_Trailing + 1, 0};
             pu_To = sso_Sequence.pu_Take(pu_To, pcc_In, pcc_End);
         } else
-            pu_To = pu_Decode(pu_To, pcc_In);
+            pu_To = CT_UTF8Ways::spu_Sequence(pu_To, pcc_In);
     }
     return static_cast<int>(pu_To - pu_Out);
 }
