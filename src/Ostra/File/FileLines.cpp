@@ -55,13 +55,36 @@ unsigned n_FindFeed(const t_Unit* pu_Text, unsigned n_At, unsigned n_End)
     return n_At;
 }
 
-// Copies up to the first line feed, and units behind it, two runs at a time. Result: where it is;
-// NONE if it isn't where two runs fit.
+// A bit for each byte of the line feeds among four runs, the first one's lowest.
+template <class t_Unit>
+inline std::uint64_t n8_FeedsOfFour(const t_Unit* pu_Text)
+{
+    typedef st_Run<t_Unit> Run;
+    std::uint64_t n8_Feeds = 0;
+    for (unsigned n = 0; n < 4; ++n) {
+        typename Run::Pairs ao_Found;
+        Run::v_Compare(ao_Found, pu_Text + n * Run::COUNT);
+        n8_Feeds |= std::uint64_t(CT_Vector::sn_Mask(ao_Found)) << n * sizeof(ao_Found);
+    }
+    return n8_Feeds;
+}
+
+// Copies up to the first line feed, and units behind it, two runs at a time. Four runs hold most
+// lines: then how long one is doesn't have to be foreseen. Result: where it is; NONE if it isn't
+// where two runs fit.
 template <class t_Unit>
 inline unsigned n_CopyToFeed(t_Unit* pu_To, const t_Unit* pu_Text, unsigned n_End)
 {
     typedef st_Run<t_Unit> Run;
-    for (unsigned n = 0; n_End - n >= 2 * Run::COUNT; n += 2 * Run::COUNT) {
+    unsigned n = 0;
+    if constexpr (CT_Vector::sb_FastMasks)
+        for (; n_End - n >= 4 * Run::COUNT; n += 4 * Run::COUNT) {
+            std::memcpy(pu_To + n, pu_Text + n, 64);
+            if (const std::uint64_t n8_Feeds = n8_FeedsOfFour(pu_Text + n))
+                return n +
+                       static_cast<unsigned>(std::countr_zero(n8_Feeds)) / unsigned(sizeof(t_Unit));
+        }
+    for (; n_End - n >= 2 * Run::COUNT; n += 2 * Run::COUNT) {
         typename Run::Pairs ao_First, ao_Second;
         Run::v_Compare(ao_First, pu_Text + n);
         Run::v_Compare(ao_Second, pu_Text + n + Run::COUNT);
