@@ -2,6 +2,7 @@
 #include <Ostra/ARRAY/VoidArray.h>
 
 #include <Ostra/ARRAY/RawItem.h>
+#include <Ostra/Buffer/Block.h>
 #include <Ostra/Frame/Counts.h>
 #include <Ostra/Frame/Report.h>
 
@@ -139,9 +140,34 @@ void CT_VoidArray::v_Reserve()
         co_Buffer.v_SetSize((n_Count + n_Growth) * n_ItemSize, 1);
 }
 
+// The same where the heap's block has the room already, so that nothing moves, and items have a
+// size by which nothing has to be divided. The place of the item; null where it takes more.
+inline char* CT_VoidArray::pc_Step()
+{
+    constexpr unsigned MOST = 0x40000000;
+    const unsigned n_Whole = -n_ItemSize; // of a size that is a power of two
+    const unsigned n_Growth = co_Buffer.n_GetGrowth();
+    if (!co_Buffer.pc_Data || co_Buffer.n_ReadUseCount() != 1 || (n_ItemSize & ~n_Whole) ||
+        n_Growth < n_ItemSize || n_Growth > MOST)
+        return nullptr;
+    CT_Buffer::st_BufferData& so_Data = *co_Buffer.pso_GetData();
+    const unsigned n_Items = so_Data.n_UsedSize & n_Whole;
+    if (so_Data.n_MaximumSize - n_Items >= n_ItemSize || n_Items > MOST)
+        return nullptr;
+    const unsigned n_Maximum = CT_Block::sn_Maximum(n_Items + (n_Growth & n_Whole), n_Growth);
+    if (n_Maximum <= so_Data.n_MaximumSize || n_Maximum > CT_Block::sn_Room(co_Buffer.pc_Data))
+        return nullptr;
+    so_Data.n_MaximumSize = n_Maximum;
+    CT_Buffer::sco_AllocCount.i4_Inc();
+    return co_Buffer.pc_Take(n_ItemSize);
+}
+
 void CT_VoidArray::v_Insert(const void* pcv_Item)
 {
-    if (char* pc_Item = co_Buffer.pc_Take(n_ItemSize))
+    char* pc_Item = co_Buffer.pc_Take(n_ItemSize);
+    if (!pc_Item)
+        pc_Item = pc_Step();
+    if (pc_Item)
         v_CopyItem(pc_Item, pcv_Item, n_ItemSize);
     else
         v_InsertItem(pcv_Item, co_Buffer.n_GetUsedSize());

@@ -109,6 +109,7 @@ protected:
 
 private:
     void v_Reserve();
+    char* pc_Step();
     void v_InsertItem(const void* pcv_Item, unsigned n_To);
     unsigned n_OffsetOf(const void* pcv_Item) const;
     int b_InsertBytes(const void* pcv_Item, unsigned n_Own, unsigned n_To);

@@ -217,7 +217,7 @@ inline char* CT_Buffer::pc_Take(unsigned n_Count)
         return nullptr;
     st_BufferData* pso_Data = pso_GetData();
     const unsigned n_Used = pso_Data->n_UsedSize;
-    if (n_Used > pso_Data->n_MaximumSize || pso_Data->n_MaximumSize - n_Used < n_Count)
+    if (n_Used + std::uint64_t(n_Count) > pso_Data->n_MaximumSize)
         return nullptr;
     pso_Data->n_UsedSize = n_Used + n_Count;
     return pc_Data + n_Used;
