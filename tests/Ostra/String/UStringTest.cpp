@@ -225,6 +225,14 @@ TEST(UString, InsertConvertsBytesByTheSystemsCodePage)
     EXPECT_EQ(Text(s), u"\u0439");
 }
 
+TEST(UString, ComparesBytesOfTheSystemsCodePage)
+{
+    const CT_UString s(&EURO, 1);
+    const char text[] = {AnsiByte(EURO), 0};
+    EXPECT_EQ(s.vi_Compare(text), 0);
+    EXPECT_EQ(s.vi_Compare(text, 1), 0);
+}
+
 TEST(UString, InsertTakesTheUnitsThatCameBack)
 {
     CT_UString s(U(u"ab"));
