@@ -5,7 +5,8 @@
 // prepared before, by a converter that is kept; the library has none to keep. ICU's converters are
 // those that stand behind the library's tables, which differ from them in best fits and some rare
 // characters. "first_us" is the time in microseconds of the first conversion of a short text in a
-// page, with all that is made ready for it. Rates are those of the text in the code page.
+// page (".back": to a page), with all that is made ready for it; "limit" is what was set for it.
+// Rates are those of the text in the code page.
 #include <System/String/StringConvert.h>
 
 #include <chrono>
@@ -158,28 +159,53 @@ double Microseconds(Use use)
         .count();
 }
 
-void RegisterFirst(const char* input, unsigned number, const char* icu)
+void RegisterFirst(const std::string& input, double ours, [[maybe_unused]] double icu)
 {
-    unsigned short units[8];
-    const double ours =
-        Microseconds([&] { CT_StringConvert::si_MultiToWide(units, "page", 4, number); });
-    Job::RegisterCost(std::string("first_us/ostra/") + input, [ours] { return ours; });
+    Job::RegisterCost("first_us/ostra/" + input, [ours] { return ours; });
 #if HAVE_ICU
-    const double theirs = Microseconds([icu] {
-        UChar text[8];
+    Job::RegisterCost("first_us/icu/" + input, [icu] { return icu; });
+#endif
+    Job::RegisterCost("first_us/limit/" + input, [] { return 100.0; });
+}
+
+// A text that is no ASCII, in the page and as units. Each way is a first use of its own: ICU opens
+// the converter for each, and ours builds the way to pairs when it is needed.
+void RegisterFirst(const std::string& input, unsigned number, [[maybe_unused]] const char* icu,
+                   const std::string& bytes, const std::u16string& units)
+{
+    unsigned short wide[16];
+    char back[16];
+    const auto size = static_cast<unsigned>(bytes.size());
+    const auto count = static_cast<unsigned>(units.size());
+    const double oursTo =
+        Microseconds([&] { CT_StringConvert::si_MultiToWide(wide, bytes.data(), size, number); });
+    const double oursBack = Microseconds([&] {
+        CT_StringConvert::si_WideToMulti(back, Wide(units), count, number, nullptr, nullptr);
+    });
+    double icuTo = 0, icuBack = 0;
+#if HAVE_ICU
+    icuTo = Microseconds([&] {
+        UChar text[16];
         UErrorCode status = U_ZERO_ERROR;
         const auto converter = OpenICU(icu);
-        ucnv_toUChars(converter.get(), text, 8, "page", 4, &status);
+        ucnv_toUChars(converter.get(), text, 16, bytes.data(), static_cast<int32_t>(size), &status);
     });
-    Job::RegisterCost(std::string("first_us/icu/") + input, [theirs] { return theirs; });
+    icuBack = Microseconds([&] {
+        UErrorCode status = U_ZERO_ERROR;
+        const auto converter = OpenICU(icu);
+        ucnv_fromUChars(converter.get(), back, 16, units.data(), static_cast<int32_t>(count),
+                        &status);
+    });
 #endif
+    RegisterFirst(input, oursTo, icuTo);
+    RegisterFirst(input + ".back", oursBack, icuBack);
 }
 } // namespace
 
 int main(int argc, char** argv)
 {
-    RegisterFirst("1253", 1253, "ibm-5349_P100-1998");
-    RegisterFirst("949", 949, "windows-949-2000");
+    RegisterFirst("1253", 1253, "ibm-5349_P100-1998", "\xE1\xE2\xE3", u"\u03B1\u03B2\u03B3");
+    RegisterFirst("949", 949, "windows-949-2000", "\xB0\xA1\xC7\xD1", u"\uAC00\uD55C");
     std::vector<std::unique_ptr<Input>> inputs;
     for (const Page& page : pages) {
         inputs.push_back(std::make_unique<Input>(page));

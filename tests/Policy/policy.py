@@ -12,6 +12,7 @@ import subprocess
 import sys
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
+LIBRARY_BYTES = 2_000_000
 SOURCE_LINES, HEADER_LINES, TEST_LINES, FUNCTION_LINES = 600, 400, 800, 80
 PLATFORM = re.compile(r"^\s*#\s*(el)?if.*\b(_WIN\d+|WIN32|__linux__|__unix__|__MINGW\w*|__GNUC__|_MSC_VER)\b")
 PROCESSOR = re.compile(r"\w*mmintrin|arm_neon|__builtin_cpu_|vector_size|gnu::target|__(SSE|AVX|i386|x86_64|aarch64|ARM)")
@@ -380,6 +381,28 @@ def check_exports(nm, library):
         breaches.append(f"doesn't export {name}, which cmake/exports.txt lists")
 
 
+def check_size(objdump, library):
+    """What an optimized build of the library takes on a disk without its symbols."""
+    if library.suffix == ".dll":
+        return
+    size = sum(int(length, 16) for length, flags in re.findall(
+        r"^ +\d+ \.\S+ +([0-9a-f]+) .*\n +(.*)$", output(objdump, "-h", str(library)), re.M)
+               if "CONTENTS" in flags and "ALLOC" in flags)
+    if not 100_000 < size <= LIBRARY_BYTES:
+        breaches.append(f"{library.name} has {size} bytes instead of {LIBRARY_BYTES} at most")
+
+
+def check_tables(nm, objects):
+    """The tables of code pages have no addresses: what the loader has to change is no longer shared by processes."""
+    for name in objects:
+        if not re.match(r"CodePage(Facts|Units)\.", pathlib.Path(name).name):
+            continue
+        for line in output(nm, "--defined-only", name).splitlines():
+            kind, symbol = line.split()[-2:]
+            if kind not in "rR":
+                breaches.append(f"{pathlib.Path(name).name}: {symbol} can't be mapped as it is")
+
+
 def check_services(nm, objects):
     for name in objects:
         if pathlib.Path(name).name.startswith("Posix."):
@@ -419,7 +442,9 @@ def main():
     if arguments.library:
         check_objects(arguments.nm, arguments.objdump, [name for name in arguments.objects.split(":") if name])
         check_services(arguments.nm, [name for name in arguments.services.split(":") if name])
+        check_tables(arguments.nm, [name for name in arguments.services.split(":") if name])
         if arguments.library.suffix != ".a":
+            check_size(arguments.objdump, arguments.library)
             check_exports(arguments.nm, arguments.library)
             check_version(arguments.objdump, arguments.library)
             check_needed(arguments.objdump, arguments.library)

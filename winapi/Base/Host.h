@@ -16,13 +16,6 @@ struct FontTable;
 struct HostTable
 {
     const char* version; // That of the library: both files are of one build.
-    // Converters of code pages; Text/Converter.h tells what they do.
-    void* (*openConverter)(const char* name);
-    void (*closeConverter)(void* converter);
-    WCHAR (*toUnit)(void* converter, const char* bytes, int count);
-    void (*toUnits)(void* converter, BYTE lead, WCHAR* units);
-    bool (*fromUnits)(void* converter, void* place,
-                      void (*apply)(void* place, WCHAR unit, const BYTE* bytes, int count));
     const LocaleHost* locale;      // Locale/LocaleTexts.h
     const DatabaseTable* database; // Base/Database.h
     const FontTable* fonts;        // Fonts/FaceHost.h

@@ -4,7 +4,6 @@
 #include "Base/DatabaseHost.h"
 #include "Fonts/FaceHost.h"
 #include "Locale/LocaleTextsHost.h"
-#include "Text/ConverterHost.h"
 #include "winapi/Base/Words.h"
 
 extern "C"
@@ -12,11 +11,6 @@ extern "C"
     extern WINAPI_EXPORT const winapi::HostTable ostra_host;
     constexpr winapi::HostTable ostra_host = {
         .version = OSTRA_VERSION,
-        .openConverter = winapi::OpenConverter,
-        .closeConverter = winapi::CloseConverter,
-        .toUnit = winapi::ToUnit,
-        .toUnits = winapi::ToUnits,
-        .fromUnits = winapi::FromUnits,
         .locale = &winapi::localeHost,
         .database = &winapi::databaseTable,
         .fonts = &winapi::fontTable,

@@ -39,23 +39,24 @@ int Finish(Coding coding, const Sink<Unit>& out)
 WCHAR ReadCharacter(const CodePage& page, const BYTE*& bytes, const BYTE* end, unsigned& code)
 {
     code = *bytes++;
-    if (!page.isLead[code])
-        return page.fromByte[code];
+    const WCHAR unit = page.FromByte(static_cast<BYTE>(code));
+    if (unit != NO_VALUE)
+        return unit;
     if (bytes == end || !*bytes)
-        return page.facts->undefinedUnit;
+        return page.undefined;
     code = code << 8 | *bytes++;
     return page.FromPair(code);
 }
 
 // Whether a character gives the undefined unit without being the code of that unit, or a byte one
 // of private use.
-bool HasUndefined(const CodePage& page, const BYTE* bytes, int count)
+bool HasUndefined(const CodePageFacts& facts, const BYTE* bytes, int count)
 {
-    const WCHAR undefined = page.facts->undefinedUnit;
+    const CodePage page(facts);
     for (const BYTE* const end = bytes + count; bytes != end;) {
         unsigned code;
         const WCHAR unit = ReadCharacter(page, bytes, end, code);
-        if ((unit == undefined && page.FromUnit(undefined) != code) ||
+        if ((unit == facts.undefinedUnit && code != facts.undefinedCode) ||
             (code < 0x100 && unit >= 0xE000 && unit <= 0xF8FF))
             return true;
     }
@@ -125,28 +126,30 @@ bool RunToBytes(const ByteRun run, const WCHAR* units, BYTE* bytes)
     return true;
 }
 
-int BytesToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
+int BytesToUnits(const CodePageFacts& facts, const BYTE* bytes, int count, WCHAR* units, int room)
 {
     if (!room)
         return count;
+    const CodePage page(facts);
     const int stored = std::min(count, room);
     for (int i = 0; i < stored;) {
-        const bool whole = page.hasAscii && stored - i >= TOGETHER;
+        const bool whole = facts.hasAscii && stored - i >= TOGETHER;
         const int end = std::min(stored, i + TOGETHER);
-        if (whole && RunToUnits(page.run, bytes + i, units + i))
+        if (whole && RunToUnits(facts.run, bytes + i, units + i))
             i = end;
         for (; i < end; ++i)
-            units[i] = page.fromByte[bytes[i]];
+            units[i] = page.FromByte(bytes[i]);
     }
     return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
 }
 
 // All of a text, for which there is room.
-int AllPairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units)
+int AllPairsToUnits(const CodePageFacts& facts, const BYTE* bytes, int count, WCHAR* units)
 {
+    const CodePage page(facts);
     WCHAR* next = units;
     for (const BYTE* const end = bytes + count; bytes != end;) {
-        if (page.hasAscii && BeginsAscii(bytes, static_cast<int>(end - bytes))) {
+        if (facts.hasAscii && BeginsAscii(bytes, static_cast<int>(end - bytes))) {
             const int ascii = CountAscii(bytes, static_cast<int>(end - bytes));
             Copy(bytes, ascii, next);
             bytes += ascii;
@@ -160,10 +163,11 @@ int AllPairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* u
     return static_cast<int>(next - units);
 }
 
-int PairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* units, int room)
+int PairsToUnits(const CodePageFacts& facts, const BYTE* bytes, int count, WCHAR* units, int room)
 {
     if (units && room >= count)
-        return AllPairsToUnits(page, bytes, count, units);
+        return AllPairsToUnits(facts, bytes, count, units);
+    const CodePage page(facts);
     int length = 0;
     for (const BYTE* const end = bytes + count; bytes != end; ++length) {
         unsigned code;
@@ -179,11 +183,11 @@ int PairsToUnits(const CodePage& page, const BYTE* bytes, int count, WCHAR* unit
 // What stands for units that a page lacks.
 struct Default
 {
-    Default(const CodePage& page, const char* given)
+    Default(const CodePageFacts& facts, const char* given)
     {
         if (!given)
-            code = page.facts->defaultByte;
-        else if (page.HasPairs() && given[0] && given[1])
+            code = facts.defaultByte;
+        else if (facts.HasPairs() && given[0] && given[1])
             code =
                 static_cast<WCHAR>(static_cast<BYTE>(given[0]) << 8 | static_cast<BYTE>(given[1]));
         else
@@ -194,18 +198,19 @@ struct Default
     bool used = false;
 };
 
-int UnitsToBytes(const CodePage& page, const WCHAR* units, int count, char* bytes, int room,
+int UnitsToBytes(const CodePageFacts& facts, const WCHAR* units, int count, char* bytes, int room,
                  Default& other)
 {
+    const CodePage page(facts);
     const int looked = room ? std::min(count, room) : count;
     for (int i = 0; i < looked;) {
-        const bool whole = page.hasAscii && room && looked - i >= TOGETHER;
+        const bool whole = facts.hasAscii && room && looked - i >= TOGETHER;
         const int end = std::min(looked, i + TOGETHER);
-        if (whole && RunToBytes(page.run, units + i, reinterpret_cast<BYTE*>(bytes) + i))
+        if (whole && RunToBytes(facts.run, units + i, reinterpret_cast<BYTE*>(bytes) + i))
             i = end;
         for (; i < end; ++i) {
-            WCHAR code = page.FromUnit(units[i]);
-            if (code > 0xFF) {
+            WCHAR code = page.ToByte(units[i]);
+            if (code == NO_VALUE) {
                 code = other.code;
                 other.used = true;
             }
@@ -216,19 +221,14 @@ int UnitsToBytes(const CodePage& page, const WCHAR* units, int count, char* byte
     return !room || count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
 }
 
-// Whether a unit's code is that of the unit itself, not one that only looks like it.
-bool IsExact(const CodePage& page, WCHAR unit, WCHAR code)
-{
-    return (code < 0x100 ? page.fromByte[code] : page.FromPair(code)) == unit;
-}
-
-// Pages of two bytes, and any page without best fits.
-int UnitsToPairs(const CodePage& page, bool exact, const WCHAR* units, int count, Sink<char>& out,
-                 Default& other)
+// One unit after the other, in any page; exact asks for no best fits.
+template <typename ToCode>
+int UnitsToCodes(const CodePage& page, ToCode toCode, bool exact, const WCHAR* units, int count,
+                 Sink<char>& out, Default& other)
 {
     for (int i = 0; i < count; ++i) {
-        WCHAR code = page.FromUnit(units[i]);
-        if (code == NO_VALUE || (exact && !IsExact(page, units[i], code))) {
+        WCHAR code = toCode(units[i]);
+        if (code == NO_VALUE || (exact && page.FromCode(code) != units[i])) {
             code = other.code;
             other.used = true;
         }
@@ -240,12 +240,12 @@ int UnitsToPairs(const CodePage& page, bool exact, const WCHAR* units, int count
 }
 
 // All of a text, for which there is room, best fits included.
-int AllUnitsToPairs(const CodePage& page, const WCHAR* units, int count, char* bytes,
-                    Default& other)
+int AllUnitsToPairs(const CodePageReverse& reverse, bool hasAscii, const WCHAR* units, int count,
+                    char* bytes, Default& other)
 {
     char* next = bytes;
     for (int i = 0; i < count;) {
-        if (page.hasAscii && BeginsAscii(units + i, count - i)) {
+        if (hasAscii && BeginsAscii(units + i, count - i)) {
             const int ascii = CountAscii(units + i, count - i);
             Copy(units + i, ascii, next);
             i += ascii;
@@ -253,7 +253,7 @@ int AllUnitsToPairs(const CodePage& page, const WCHAR* units, int count, char* b
             if (i == count)
                 break;
         }
-        WCHAR code = page.FromUnit(units[i++]);
+        WCHAR code = reverse.ToCode(units[i++]);
         if (code == NO_VALUE) {
             code = other.code;
             other.used = true;
@@ -263,6 +263,50 @@ int AllUnitsToPairs(const CodePage& page, const WCHAR* units, int count, char* b
         *next++ = static_cast<char>(code);
     }
     return static_cast<int>(next - bytes);
+}
+
+// Text of which a page of pairs has each unit as a byte of the same number: it needs no tables.
+bool IsAsciiOn(const CodePageFacts& facts, const WCHAR* units, int count)
+{
+    return facts.hasAscii && std::all_of(units, units + count, [](WCHAR c) { return c < 0x80; });
+}
+
+int CopyAscii(const WCHAR* units, int count, char* bytes, int room)
+{
+    if (!room)
+        return count;
+    Copy(units, std::min(count, room), bytes);
+    return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
+}
+
+int UnitsToPairs(const CodePageFacts& facts, bool exact, const WCHAR* units, int count, char* bytes,
+                 int room, Default& other)
+{
+    const CodePageReverse* reverse = CodePageReverse::FindBuilt(facts);
+    if (!reverse && IsAsciiOn(facts, units, count))
+        return CopyAscii(units, count, bytes, room);
+    if (!reverse)
+        reverse = CodePageReverse::Find(facts);
+    if (!reverse)
+        return 0;
+    if (!exact && room / 2 >= count)
+        return AllUnitsToPairs(*reverse, facts.hasAscii, units, count, bytes, other);
+    Sink<char> out(bytes, room);
+    const auto toCode = [reverse](WCHAR unit) {
+        return reverse->ToCode(unit);
+    };
+    return UnitsToCodes(CodePage(facts), toCode, exact, units, count, out, other);
+}
+
+int UnitsToExactBytes(const CodePageFacts& facts, const WCHAR* units, int count, char* bytes,
+                      int room, Default& other)
+{
+    const CodePage page(facts);
+    Sink<char> out(bytes, room);
+    const auto toCode = [&page](WCHAR unit) {
+        return page.ToByte(unit);
+    };
+    return UnitsToCodes(page, toCode, true, units, count, out, other);
 }
 
 int Utf8ToUnits(DWORD flags, const char* bytes, int count, WCHAR* units, int room)
@@ -308,27 +352,6 @@ int WideLength(LPCWSTR text)
         ++end;
     return static_cast<int>(end - text);
 }
-// ASCII is the same on each ANSI page: it needs no tables, and so doesn't bring in the library that
-// they are made with.
-template <typename From>
-bool IsAsciiOn(UINT page, const From* text, int count)
-{
-    constexpr UINT FIRST = 1250;
-    constexpr UINT LAST = 1258;
-    constexpr UINT others[] = {874, 932, 936, 949, 950};
-    const bool ansi = (page >= FIRST && page <= LAST) ||
-                      std::find(std::begin(others), std::end(others), page) != std::end(others);
-    return ansi && std::all_of(text, text + count, [](From c) { return c < 0x80; });
-}
-
-template <typename From, typename To>
-int CopyAscii(const From* text, int count, To* target, int room)
-{
-    if (!room)
-        return count;
-    std::copy_n(text, std::min(count, room), target);
-    return count <= room ? count : Fail(ERROR_INSUFFICIENT_BUFFER);
-}
 } // namespace
 
 int MultiByteToWideChar(UINT number, DWORD flags, LPCSTR bytes, int count, LPWSTR units, int room)
@@ -343,20 +366,16 @@ int MultiByteToWideChar(UINT number, DWORD flags, LPCSTR bytes, int count, LPWST
     if (number == CP_UTF7)
         return Utf7ToUnits(flags, bytes, count, units, room);
 
-    const BYTE* const text = reinterpret_cast<const BYTE*>(bytes);
-    const CodePage* page = FindBuilt(number);
-    if (!page && !(flags & ~MB_FLAGS) && IsAsciiOn(number, text, count))
-        return CopyAscii(text, count, units, room);
-    if (!page)
-        page = FindCodePage(number);
-    if (!page)
-        return 0;
+    const CodePageFacts* const facts = FindFacts(number);
+    if (!facts)
+        return Fail(ERROR_INVALID_PARAMETER);
     if (flags & ~MB_FLAGS)
         return Fail(ERROR_INVALID_FLAGS);
-    if ((flags & MB_ERR_INVALID_CHARS) && HasUndefined(*page, text, count))
+    const BYTE* const text = reinterpret_cast<const BYTE*>(bytes);
+    if ((flags & MB_ERR_INVALID_CHARS) && HasUndefined(*facts, text, count))
         return Fail(ERROR_NO_UNICODE_TRANSLATION);
-    return page->HasPairs() ? PairsToUnits(*page, text, count, units, room)
-                            : BytesToUnits(*page, text, count, units, room);
+    return facts->HasPairs() ? PairsToUnits(*facts, text, count, units, room)
+                             : BytesToUnits(*facts, text, count, units, room);
 }
 
 int WideCharToMultiByte(UINT number, DWORD flags, LPCWSTR units, int count, LPSTR bytes, int room,
@@ -372,28 +391,20 @@ int WideCharToMultiByte(UINT number, DWORD flags, LPCWSTR units, int count, LPST
     if (number == CP_UTF7)
         return UnitsToUtf7(flags, units, count, bytes, room, defaultChar || used);
 
-    const CodePage* page = FindBuilt(number);
-    if (!page && !(flags & ~WC_FLAGS) && IsAsciiOn(number, units, count)) {
-        if (used)
-            *used = FALSE;
-        return CopyAscii(units, count, bytes, room);
-    }
-    if (!page)
-        page = FindCodePage(number);
-    if (!page)
-        return 0;
+    const CodePageFacts* const facts = FindFacts(number);
+    if (!facts)
+        return Fail(ERROR_INVALID_PARAMETER);
     if (flags & ~WC_FLAGS)
         return Fail(ERROR_INVALID_FLAGS);
-    Default other(*page, defaultChar);
+    Default other(*facts, defaultChar);
     const bool exact = flags & WC_NO_BEST_FIT_CHARS;
     int length;
-    if (page->HasPairs() && !exact && room / 2 >= count)
-        length = AllUnitsToPairs(*page, units, count, bytes, other);
-    else if (page->HasPairs() || exact) {
-        Sink<char> out(bytes, room);
-        length = UnitsToPairs(*page, exact, units, count, out, other);
-    } else
-        length = UnitsToBytes(*page, units, count, bytes, room, other);
+    if (facts->HasPairs())
+        length = UnitsToPairs(*facts, exact, units, count, bytes, room, other);
+    else if (exact)
+        length = UnitsToExactBytes(*facts, units, count, bytes, room, other);
+    else
+        length = UnitsToBytes(*facts, units, count, bytes, room, other);
     if (used)
         *used = other.used;
     return length;

@@ -1,19 +1,16 @@
-// winapi/Text/CodePageFacts.h: facts about the code pages and what differs from ICU's converters.
-// Internal.
+// winapi/Text/CodePageFacts.h: facts about the code pages, and their tables. Internal.
+//
+// All of it is constant and holds no addresses: it lies in the library's file, mapped once for all
+// processes, and is ready at the first use of a page. tools/tables/make_codepages.py tells the
+// layout of the tables.
 #pragma once
 
 #include "winapi/Base/Types.h"
 
 namespace winapi
 {
-// What a page's table is made of before its patches.
-enum class CodePageRule : unsigned char
-{
-    ICU,   // an ICU converter
-    JOHAB, // Hangul by its letters, the rest from page 949
-    EUCJP, // shifted rows of page 932, the third set from an ICU converter
-    NONE   // nothing
-};
+// What stands for no value.
+constexpr WCHAR NO_VALUE = 0xFFFF;
 
 struct LeadRange
 {
@@ -21,24 +18,46 @@ struct LeadRange
     BYTE last;
 };
 
+// Bytes of the upper half whose units follow one another too, in both directions.
+struct ByteRun
+{
+    BYTE first;
+    BYTE length; // 0 for none
+    WCHAR unit;  // that of the first
+
+    bool HasByte(BYTE byte) const { return static_cast<BYTE>(byte - first) < length; }
+    bool HasUnit(WCHAR wide) const { return static_cast<WCHAR>(wide - unit) < length; }
+};
+
 struct CodePageFacts
 {
     UINT page;
     BYTE defaultByte;
     WCHAR undefinedUnit;
-    LeadRange leads[3]; // empty ones have the first behind the last
-    CodePageRule rule;
-    const char* converter;
-    unsigned
-        patchStart; // place in codePagePatches: rows from bytes to units, then from units to bytes
-    unsigned patchRowsTo;
-    unsigned patchRowsFrom;
+    WCHAR undefinedCode; // that of the undefined unit
+    LeadRange leads[3];  // empty ones have the first behind the last
+    bool hasAscii;       // the bytes below 80 are the units of the same numbers, in both directions
+    ByteRun run;
+    unsigned bytes;       // place of the page's 256 bytes in codePageUnits
+    unsigned rows;        // place in codePagePairRows; in codePageByteBlocks without pairs
+    unsigned differences; // place in codePageDifferences
+    unsigned differenceRows;
+
+    bool HasPairs() const { return leads[0].first <= leads[0].last; }
 };
 
 // Ascending by page.
 extern const CodePageFacts codePages[];
 extern const unsigned codePageCount;
 
-// The encoding is told by tools/tables/make_codepages.py.
-extern const unsigned char codePagePatches[];
+constexpr unsigned PAIR_ROW = 32;   // pairs
+constexpr unsigned BYTE_ROW = 64;   // units
+constexpr unsigned BYTE_BLOCK = 16; // rows
+
+extern const WCHAR codePageUnits[];
+extern const WORD codePagePairRows[];
+extern const BYTE codePageBytes[];
+extern const WORD codePageByteRows[];
+extern const BYTE codePageByteBlocks[];
+extern const BYTE codePageDifferences[];
 } // namespace winapi

@@ -2,71 +2,81 @@
 #pragma once
 
 #include "Text/CodePageFacts.h"
-#include "Text/Converter.h"
 
 namespace winapi
 {
-inline bool HasPairs(const CodePageFacts& facts)
+// How the tables of a page are read. Made for each call; it has nothing of its own.
+class CodePage
 {
-    return facts.leads[0].first <= facts.leads[0].last;
-}
+public:
+    explicit CodePage(const CodePageFacts& facts)
+        : undefined(facts.undefinedUnit),
+          firstRow(facts.leads[0].first * (256 / PAIR_ROW)),
+          bytes(codePageUnits + facts.bytes),
+          pairRows(codePagePairRows + (facts.HasPairs() ? facts.rows : 0)),
+          blocks(codePageByteBlocks + (facts.HasPairs() ? 0 : facts.rows))
+    {}
 
-// Bytes of the upper half whose units follow one another too, in both directions.
-struct ByteRun
-{
-    BYTE first;
-    BYTE length; // 0 for none
-    WCHAR unit;  // that of the first
+    // The unit of a byte, the page's undefined one where it has none; NO_VALUE for a lead byte.
+    WCHAR FromByte(BYTE byte) const { return bytes[byte]; }
+    // The unit of a pair with a lead byte, the page's undefined one where it has none.
+    WCHAR FromPair(unsigned pair) const
+    {
+        return codePageUnits[pairRows[pair / PAIR_ROW - firstRow] * PAIR_ROW + pair % PAIR_ROW];
+    }
+    // Whether no pair of a row has a unit, of which the first one of all, with zero bytes, is.
+    bool IsEmptyRow(unsigned pair) const
+    {
+        return pairRows[pair / PAIR_ROW - firstRow] == pairRows[0];
+    }
+    // The unit of a byte or, above 255, a pair.
+    WCHAR FromCode(unsigned code) const
+    {
+        return code < 0x100 ? FromByte(static_cast<BYTE>(code)) : FromPair(code);
+    }
+    // In a page without pairs: the byte of a unit; NO_VALUE where there is none.
+    WCHAR ToByte(WCHAR unit) const
+    {
+        constexpr unsigned BLOCK = BYTE_BLOCK * BYTE_ROW;
+        const unsigned block = blocks[unit / BLOCK] * BYTE_BLOCK;
+        const unsigned row = codePageByteRows[block + unit % BLOCK / BYTE_ROW] * BYTE_ROW;
+        const BYTE byte = codePageBytes[row + unit % BYTE_ROW];
+        return byte || !unit ? byte : NO_VALUE;
+    }
 
-    bool HasByte(BYTE byte) const { return static_cast<BYTE>(byte - first) < length; }
-    bool HasUnit(WCHAR wide) const { return static_cast<WCHAR>(wide - unit) < length; }
+    const WCHAR undefined;
+
+private:
+    const unsigned firstRow;
+    const WCHAR* const bytes;
+    const WORD* const pairRows;
+    const BYTE* const blocks;
 };
 
-// The tables of one page. Pages of one byte a character have no pairs.
-struct CodePage
+// The codes of the units in a page of pairs, built of its other tables at the first use.
+class CodePageReverse
 {
-    const CodePageFacts* facts;
-    bool hasAscii; // the bytes below 80 are the units of the same numbers, in both directions
-    ByteRun run;
-    bool isLead[256];
-    WCHAR fromByte
-        [256]; // the unit of each byte; the page's undefined unit for lead bytes and where it has none
-    const WCHAR* unitRows[256]; // of 256 units each
-    const WCHAR* pairRows[256]; // of 256 pairs each
-    WCHAR rows[];               // rows that are alike stand here once
+public:
+    // The tables of a page if they were built before.
+    static const CodePageReverse* FindBuilt(const CodePageFacts& facts);
+    // Builds them if need be and keeps them; null, with the last error set, when the memory can't
+    // be had (ERROR_NOT_ENOUGH_MEMORY, 8).
+    static const CodePageReverse* Find(const CodePageFacts& facts);
 
-    bool HasPairs() const { return winapi::HasPairs(*facts); }
     // The byte or, above 255, the pair; NO_VALUE where there is none.
-    WCHAR FromUnit(WCHAR unit) const { return unitRows[unit >> 8][unit & 0xFF]; }
-    // The page's undefined unit where there is none.
-    WCHAR FromPair(unsigned pair) const { return pairRows[pair >> 8][pair & 0xFF]; }
-};
+    WCHAR ToCode(WCHAR unit) const { return static_cast<WCHAR>(~inverted[unit]); }
 
-// The tables while they are made: in one piece, with NO_VALUE wherever there is none.
-struct CodePageDraft
-{
-    const CodePageFacts* facts;
-    bool isLead[256];
-    WCHAR fromByte[256];
-    WCHAR fromUnit[0x10000];
-    WCHAR fromPair[0x10000];
+private:
+    static const CodePageReverse* Build(const CodePageFacts& facts);
+    void FillLowest(const CodePageFacts& facts);
+    void FillDifferences(const CodePageFacts& facts);
+    void Set(WCHAR unit, unsigned code) { inverted[unit] = static_cast<WCHAR>(~code); }
+
+    // So memory that nothing was written to, and that the system may not even have given yet, says
+    // that there is none.
+    WCHAR inverted[0x10000];
 };
 
 // The facts of a page; null for an unknown one.
 const CodePageFacts* FindFacts(UINT page);
-
-// The tables of a page if they were built before.
-const CodePage* FindBuilt(UINT page);
-
-// The tables of a page, built at its first use and kept; null, with the last error set, for an
-// unknown page (ERROR_INVALID_PARAMETER, 87), when the memory for them can't be had
-// (ERROR_NOT_ENOUGH_MEMORY, 8) and without the library of the converters (ERROR_MOD_NOT_FOUND,
-// 126).
-const CodePage* FindCodePage(UINT page);
-
-// Fills in what a rule gives for pairs; the tables hold no value yet. The tables of the base page
-// stand ready.
-void ApplyJohabRule(CodePageDraft& page, const CodePage& korean);
-// Result: 0 or the code of the failure.
-DWORD ApplyEucJpRule(CodePageDraft& page, const CodePage& japanese);
 } // namespace winapi

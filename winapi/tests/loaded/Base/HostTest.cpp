@@ -18,9 +18,34 @@
 
 namespace
 {
-constexpr UINT PAGES[] = {1252, 1251, 932, 936, 866, 20932, 1361, 28592};
+struct Monday
+{
+    LCID locale;
+    const char16_t* name;
+};
 
-// Each of these pages has the Cyrillic or the accented letter, so that its tables have to be built.
+// Each is a question of its own for the library, and answered from memory the second time.
+constexpr Monday MONDAYS[] = {
+    {0x407, u"Montag"},
+    {0x409, u"Monday"},
+    {0x40C, u"lundi"},
+    {0x413, u"maandag"},
+    {0x40A, u"lunes"},
+    {0x419, u"\u043F\u043E\u043D\u0435\u0434\u0435\u043B\u044C\u043D\u0438\u043A"},
+    {0x411, u"\u6708\u66DC\u65E5"},
+    {0x412, u"\uC6D4\uC694\uC77C"},
+};
+constexpr const Monday& GERMAN = MONDAYS[0];
+constexpr const Monday& RUSSIAN = MONDAYS[5];
+
+bool Names(const Monday& monday)
+{
+    WCHAR name[32];
+    return GetLocaleInfoW(monday.locale, LOCALE_SDAYNAME1, name, 32) > 0 &&
+           std::u16string_view(reinterpret_cast<const char16_t*>(name)) == monday.name;
+}
+
+// Each page has the Cyrillic or the accented letter.
 bool Converts(UINT page)
 {
     const WCHAR letters[] = {0x0416, 0x00E9};
@@ -48,13 +73,13 @@ bool IsLoaded(const char* name)
     return false;
 }
 
-// Whether a child that this process forks can convert.
-bool ChildConverts(UINT page)
+// Whether a child that this process forks can name the day.
+bool ChildNames(const Monday& monday)
 {
     const pid_t child = fork();
     if (child == 0) {
         alarm(60); // One that waits for ever is killed.
-        _exit(Converts(page) ? 0 : 1);
+        _exit(Names(monday) ? 0 : 1);
     }
     int status = -1;
     waitpid(child, &status, 0);
@@ -78,14 +103,16 @@ CHILD_PROCESS(LoadsLate)
         told += "wrong ";
     WIN32_FIND_DATAA found;
     FindClose(FindFirstFileA("*", &found));
-    told += IsLoaded("libicu") ? "ascii " : "";
+    for (UINT page : {1252u, 1251u, 932u, 936u, 866u, 20932u, 1361u, 28592u})
+        told += Converts(page) ? "" : "wrong ";
+    told += IsLoaded("libicu") ? "pages " : "";
     SYSTEMTIME now;
     GetLocalTime(&now);
     if (GetLocaleInfoA(0x407, LOCALE_IDEFAULTANSICODEPAGE, bytes, 8) != 5 ||
         !IsValidLocale(0x411, LCID_INSTALLED) || GetThreadLocale() != 0x409)
         told += "wrong ";
     told += IsLoaded("libicu") ? "facts " : "";
-    told += Converts(1252) && IsLoaded("libicu") && IsLoaded("libostra-host") ? "late" : "never";
+    told += Names(GERMAN) && IsLoaded("libicu") && IsLoaded("libostra-host") ? "late" : "never";
     std::puts(told.c_str());
     std::fflush(stdout);
     return 0;
@@ -121,19 +148,13 @@ TEST(Host, LibraryIsLoadedByTheFirstDate)
 CHILD_PROCESS(TellsWhatIsMissing)
 {
     std::printf("%s\n", LibraryPath().c_str());
-    const WCHAR letter[] = {0x00E9};
+    const WCHAR letters[] = {0x00E9, 0x4E9C};
     char bytes[8];
     WCHAR units[8];
     WIN32_FIND_DATAA found;
     char point[] = ".";
     const NUMBERFMTA numbers = {2, 1, 3, point, point, 1};
     RunRows({
-        CALL(WideCharToMultiByte(1252, 0, letter, 1, bytes, 8, nullptr, nullptr), 0,
-             ERROR_MOD_NOT_FOUND),
-        CALL(MultiByteToWideChar(1252, 0, "\xE9", 1, units, 8), 0, ERROR_MOD_NOT_FOUND),
-        CALL(MultiByteToWideChar(1361, 0, "\x88\x61", 2, units, 8), 0, ERROR_MOD_NOT_FOUND),
-        CALL(MultiByteToWideChar(20932, 0, "\xB0\xA1", 2, units, 8), 0, ERROR_MOD_NOT_FOUND),
-        CALL(TryOpen("caf\xE9", GENERIC_WRITE, 0, CREATE_NEW), INVALID, ERROR_MOD_NOT_FOUND),
         CALL(GetLocaleInfoA(0x409, LOCALE_SDAYNAME1, bytes, 8), 0, ERROR_MOD_NOT_FOUND),
         CALL(GetDateFormatW(0x409, 0, nullptr, nullptr, units, 8), 0, ERROR_MOD_NOT_FOUND),
         CALL(GetTimeFormatA(0x409, 0, nullptr, nullptr, bytes, 8), 0, ERROR_MOD_NOT_FOUND),
@@ -143,9 +164,14 @@ CHILD_PROCESS(TellsWhatIsMissing)
         // What needs no library goes on.
         CALL(GetLocaleInfoA(0x411, LOCALE_IDEFAULTANSICODEPAGE, bytes, 8), 4, 0),
         CALL(GetNumberFormatA(0x409, 0, "1", &numbers, bytes, 8), 5, 0),
-        CALL(MultiByteToWideChar(1252, 0, "name", 4, units, 8), 4, 0),
+        CALL(WideCharToMultiByte(1252, 0, letters, 2, bytes, 8, nullptr, nullptr), 2, 0),
+        CALL(WideCharToMultiByte(932, 0, letters, 2, bytes, 8, nullptr, nullptr), 3, 0),
+        CALL(MultiByteToWideChar(1252, 0, "\xE9", 1, units, 8), 1, 0),
+        CALL(MultiByteToWideChar(1361, 0, "\x88\x61", 2, units, 8), 1, 0),
+        CALL(MultiByteToWideChar(20932, 0, "\xB0\xA1", 2, units, 8), 1, 0),
         CALL(MultiByteToWideChar(CP_UTF8, 0, "\xC3\xA9", 2, units, 8), 1, 0),
         CALL(TryOpen("file", GENERIC_WRITE, 0, CREATE_NEW), OPENED, 0),
+        CALL(TryOpen("caf\xE9", GENERIC_WRITE, 0, CREATE_NEW), OPENED, 0),
         CALL(FindFirstFileA("file", &found) != INVALID_HANDLE_VALUE, 1, 0),
     });
     std::printf("%s\n", testing::Test::HasFailure() ? "failed" : "as told");
@@ -176,16 +202,16 @@ TEST(Host, WithoutTheLibraryTheServiceTellsThatAModuleIsMissing)
 CHILD_PROCESS(EightThreads)
 {
     std::latch start(8);
-    bool converts[8] = {};
+    bool names[8] = {};
     std::vector<std::thread> threads;
     for (int i = 0; i < 8; ++i)
         threads.emplace_back([&, i] {
             start.arrive_and_wait();
-            converts[i] = Converts(PAGES[i]);
+            names[i] = Names(MONDAYS[i]);
         });
     for (std::thread& thread : threads)
         thread.join();
-    return static_cast<int>(std::count(std::begin(converts), std::end(converts), true));
+    return static_cast<int>(std::count(std::begin(names), std::end(names), true));
 }
 
 TEST(Host, EightThreadsMayMeetAtTheFirstCall)
@@ -196,13 +222,13 @@ TEST(Host, EightThreadsMayMeetAtTheFirstCall)
 
 CHILD_PROCESS(ForkBefore)
 {
-    const bool child = ChildConverts(932);
-    return child && Converts(932) ? 0 : 1;
+    const bool child = ChildNames(GERMAN);
+    return child && Names(GERMAN) ? 0 : 1;
 }
 
 CHILD_PROCESS(ForkAfter)
 {
-    return Converts(932) && ChildConverts(932) && ChildConverts(1251) && Converts(936) ? 0 : 1;
+    return Names(GERMAN) && ChildNames(GERMAN) && ChildNames(RUSSIAN) && Names(RUSSIAN) ? 0 : 1;
 }
 
 CHILD_PROCESS(ForkAmid)
@@ -212,12 +238,12 @@ CHILD_PROCESS(ForkAmid)
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([&, i] {
             start.arrive_and_wait();
-            Converts(PAGES[i]);
+            Names(MONDAYS[i]);
         });
     start.arrive_and_wait();
     bool all = true;
-    for (UINT page : PAGES)
-        all = ChildConverts(page) && all;
+    for (const Monday& monday : MONDAYS)
+        all = ChildNames(monday) && all;
     for (std::thread& thread : threads)
         thread.join();
     return all ? 0 : 1;
