@@ -297,10 +297,10 @@ void CT_Registry::v_DeleteKey(const CT_String* pcco_Name)
     }
 }
 
+// What can't be deleted has been reported where it was met; the call that hands it on has no place.
 void CT_Registry::v_DeleteKey(HKEY h_Parent, const CT_String* pcco_Name)
 {
-    if (!b_DeleteTree(h_Parent, pcco_Name))
-        CT_Report::sb_Failed(qccz_Source);
+    b_DeleteTree(h_Parent, pcco_Name);
 }
 
 // ---- Values ---------------------------------------------------------------------------------
