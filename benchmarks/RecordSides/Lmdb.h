@@ -14,16 +14,8 @@ public:
     static constexpr const char* NAME = "lmdb";
 
     Lmdb(const std::string& path, unsigned)
-    {
-        Check(mdb_env_create(&env));
-        Check(mdb_env_set_mapsize(env, 1u << 30));
-        Check(mdb_env_open(env, path.c_str(),
-                           MDB_NOSUBDIR | MDB_WRITEMAP | MDB_NOSYNC | MDB_NOMETASYNC | MDB_NOLOCK,
-                           0600));
-        Begin();
-        Check(mdb_dbi_open(transaction, nullptr, MDB_INTEGERKEY, &table));
-        End();
-    }
+        : Lmdb(path, MDB_WRITEMAP | MDB_NOSYNC | MDB_NOMETASYNC | MDB_NOLOCK, Flags())
+    {}
     ~Lmdb() { mdb_env_close(env); }
 
     void Begin() { Check(mdb_txn_begin(env, nullptr, 0, &transaction)); }
@@ -61,6 +53,17 @@ public:
     }
 
 protected:
+    struct Flags
+    {};
+    Lmdb(const std::string& path, unsigned flags, Flags)
+    {
+        Check(mdb_env_create(&env));
+        Check(mdb_env_set_mapsize(env, 1u << 30));
+        Check(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR | flags, 0600));
+        Begin();
+        Check(mdb_dbi_open(transaction, nullptr, MDB_INTEGERKEY, &table));
+        End();
+    }
     static void Check(int code) { Expect(code == 0, "lmdb"); }
     void Put(unsigned key, const CT_Buffer& data, unsigned flags)
     {
@@ -83,4 +86,13 @@ public:
 
     using Lmdb::Lmdb;
     void Add(unsigned key, const CT_Buffer& data) { Put(key, data, MDB_APPEND); }
+};
+
+// The same as it is opened without further ado: each transaction waits for the disk.
+class LmdbDefault : public Lmdb
+{
+public:
+    static constexpr const char* NAME = "lmdb";
+
+    explicit LmdbDefault(const std::string& path) : Lmdb(path, 0, Flags()) {}
 };

@@ -14,17 +14,8 @@ public:
     static constexpr const char* NAME = "sqlite";
 
     Sqlite(const std::string& path, unsigned)
-    {
-        Expect(sqlite3_open(path.c_str(), &db) == SQLITE_OK, "sqlite");
-        Run("pragma synchronous=off");
-        Run("pragma mmap_size=1073741824");
-        Run("create table records(key integer primary key, data blob)");
-        add = Prepare("insert into records values(?, ?)");
-        get = Prepare("select data from records where key = ?");
-        update = Prepare("update records set data = ?2 where key = ?1");
-        remove = Prepare("delete from records where key = ?");
-        walk = Prepare("select key, data from records");
-    }
+        : Sqlite(path, "pragma synchronous=off; pragma mmap_size=1073741824")
+    {}
     ~Sqlite()
     {
         for (sqlite3_stmt* statement : {add, get, update, remove, walk})
@@ -60,6 +51,19 @@ public:
         sqlite3_reset(walk);
     }
 
+protected:
+    Sqlite(const std::string& path, const char* settings)
+    {
+        Expect(sqlite3_open(path.c_str(), &db) == SQLITE_OK, "sqlite");
+        Run(settings);
+        Run("create table records(key integer primary key, data blob)");
+        add = Prepare("insert into records values(?, ?)");
+        get = Prepare("select data from records where key = ?");
+        update = Prepare("update records set data = ?2 where key = ?1");
+        remove = Prepare("delete from records where key = ?");
+        walk = Prepare("select key, data from records");
+    }
+
 private:
     void Run(const char* text)
     {
@@ -91,4 +95,24 @@ private:
     sqlite3* db = nullptr;
     sqlite3_stmt *add, *get, *update, *remove, *walk;
     char room[ROOM];
+};
+
+// The same as it is opened without further ado: each transaction waits for the disk.
+class SqliteDefault : public Sqlite
+{
+public:
+    static constexpr const char* NAME = "sqlite";
+
+    explicit SqliteDefault(const std::string& path) : Sqlite(path, "") {}
+};
+
+// With a log beside the table, which each transaction waits for.
+class SqliteLog : public Sqlite
+{
+public:
+    static constexpr const char* NAME = "sqlite_wal";
+
+    explicit SqliteLog(const std::string& path)
+        : Sqlite(path, "pragma journal_mode=wal; pragma synchronous=full")
+    {}
 };
