@@ -47,6 +47,27 @@ TEST(ErrorManager, NoErrorAtFirst)
     EXPECT_FALSE(Errors().b_IsHoldError());
 }
 
+TEST(ErrorManager, WithoutAnErrorEveryAnswerIsEmpty)
+{
+    EXPECT_EQ(Errors().n_GetErrorCode(), 0U);
+    EXPECT_EQ(Errors().n_GetFormatID(), 0U);
+    EXPECT_EQ(Message(), "");
+    EXPECT_EQ(Errors().n_GetLocationCount(), 0U);
+    EXPECT_STREQ(Errors().qccz_GetLocationFileAt(1), "");
+    EXPECT_EQ(Errors().n_GetLocationLineAt(1), 0U);
+    Errors().v_ClearError();
+    EXPECT_FALSE(Errors().b_IsSetError());
+}
+
+TEST(ErrorManager, WithoutAnErrorThereIsNothingToIgnoreAndNoTrail)
+{
+    Errors().v_SetIgnoreError(1);
+    Errors().v_AddLocation("file", 1);
+    SetError(1);
+    EXPECT_TRUE(Errors().b_IsSetError());
+    EXPECT_EQ(TakeFailure(), (Failure{1, "(1): text", {}}));
+}
+
 TEST(ErrorManager, TextIsThePrefixAndTheFormattedArguments)
 {
     Errors().v_SetError(7, Units(u"%s and %S: %d"), Units(u"w\u0416"), "narrow", -3);
@@ -290,6 +311,19 @@ TEST(ErrorManager, FirstPlaceAddedIsAtPositionOne)
     Errors().v_ClearError();
 }
 
+TEST(ErrorManager, AtOtherPositionsThereIsNoPlace)
+{
+    SetError(1);
+    Errors().v_AddLocation("a", 1);
+    Errors().v_AddLocation("b", 22);
+    for (const unsigned position : {0U, 3U, 4U, 100U, 0xFFFFFFFFU}) {
+        SCOPED_TRACE(position);
+        EXPECT_STREQ(Errors().qccz_GetLocationFileAt(position), "");
+        EXPECT_EQ(Errors().n_GetLocationLineAt(position), 0U);
+    }
+    Errors().v_ClearError();
+}
+
 TEST(ErrorManager, PlacesBehindTheHundredthAreDropped)
 {
     for (int round = 0; round < 3; ++round) {
@@ -354,21 +388,61 @@ TEST(ErrorManager, EachThreadSeesOnlyItsOwnError)
     EXPECT_EQ(TakeFailure(), (Failure{1, "(1): main", {}}));
 }
 
+// A later thread's record stands in front of an earlier one's.
 TEST(ErrorManager, RecordsInTheMiddleOfTheListsAreFoundAndUnlinked)
 {
-    SetError(1, u"main");
-    InThread([] {
-        SetError(2);
-        InThread([] {
-            SetError(3);
-            Errors().v_HoldError();
-            EXPECT_EQ(Errors().n_GetErrorCode(), 3U);
-            Errors().v_ClearError();
+    for (const bool held : {false, true}) {
+        SCOPED_TRACE(held);
+        SetError(1, u"main");
+        Gate failed(2), cleared(2);
+        Failure other;
+        std::thread thread([&] {
+            SetError(2);
+            Errors().v_AddLocation("thread", 1);
+            if (held)
+                Errors().v_HoldError();
+            failed.ArriveAndWait();
+            cleared.ArriveAndWait();
+            EXPECT_EQ(Errors().b_IsHoldError() != 0, held);
+            other = TakeFailure();
         });
-        EXPECT_EQ(Errors().n_GetErrorCode(), 2U);
+        failed.ArriveAndWait();
+        if (held)
+            Errors().v_HoldError();
+        const Failure own = TakeFailure();
+        EXPECT_EQ(TakeFailure(), Failure());
+        SetError(3);
         Errors().v_ClearError();
-    });
-    EXPECT_EQ(TakeFailure().code, 1U);
+        cleared.ArriveAndWait();
+        thread.join();
+        EXPECT_EQ(own, (Failure{1, "(1): main", {}}));
+        EXPECT_EQ(other, (Failure{2, "(2): text", {"thread"}}));
+    }
+}
+
+// The second of three held ones goes first, then the oldest.
+TEST(ErrorManager, HeldRecordsAreUnlinkedInAnyOrder)
+{
+    Gate held[3] = {Gate(1), Gate(1), Gate(1)}, clear[3] = {Gate(1), Gate(1), Gate(1)};
+    Failure failures[3];
+    std::vector<std::thread> threads;
+    for (unsigned n = 0; n < 3; ++n) {
+        threads.emplace_back([&, n] {
+            SetError(n + 1);
+            Errors().v_HoldError();
+            held[n].Arrive();
+            clear[n].Wait();
+            failures[n] = TakeFailure();
+            EXPECT_FALSE(Errors().b_IsHoldError());
+        });
+        held[n].Wait();
+    }
+    for (const unsigned n : {1U, 0U, 2U}) {
+        clear[n].Arrive();
+        threads[n].join();
+        EXPECT_EQ(failures[n].code, n + 1);
+    }
+    EXPECT_FALSE(Errors().b_IsHoldError());
 }
 
 namespace
@@ -406,6 +480,33 @@ TEST(ErrorManagerDeathTest, TenFailingThreadsAreHeldAndTheEleventhEndsTheProcess
             std::_Exit(0);
         },
         "");
+}
+
+// The tenth record is that of the main thread, and held: the next error of the thread takes it.
+TEST(ErrorManager, WithoutAFreeRecordAnErrorTakesTheHeldOneOfItsThread)
+{
+    SetError(1, u"held");
+    Errors().v_AddLocation("a", 1);
+    Errors().v_HoldError();
+    Gate all_failed(10), cleared(1);
+    std::vector<std::thread> threads;
+    for (unsigned n = 0; n < 9; ++n) {
+        threads.emplace_back([&] {
+            SetError(7);
+            all_failed.ArriveAndWait();
+            cleared.Wait();
+            EXPECT_EQ(TakeFailure().code, 7U);
+        });
+    }
+    all_failed.ArriveAndWait();
+    SetError(2, u"next");
+    EXPECT_TRUE(Errors().b_IsSetError());
+    EXPECT_FALSE(Errors().b_IsHoldError());
+    EXPECT_EQ(TakeFailure(), (Failure{2, "(2): next", {}}));
+    EXPECT_EQ(TakeFailure(), Failure());
+    cleared.Arrive();
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 TEST(ErrorManager, RecordsAreUsedAgain)
