@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "Faults/FailingHeap.h"
 #include "Support/Directory.h"
 
 namespace
@@ -21,10 +22,10 @@ public:
           random(seed)
     {}
 
-    void Push()
+    void Push() { Push(blockSize * (1 + Below(Below(20) ? 8 : 400))); }
+    void Push(unsigned size)
     {
         const unsigned offset = blockSize * (1 + Below(5000));
-        const unsigned size = blockSize * (1 + Below(Below(20) ? 8 : 400));
         bool known = false;
         for (const Block& block : blocks)
             known |= block.offset == offset;
@@ -39,11 +40,11 @@ public:
         chain->v_PopHead();
         blocks.pop_back();
     }
-    void Take()
+    void Take() { Take(blockSize * (1 + Below(Below(4) ? 9 : 300))); }
+    void Take(unsigned need)
     {
         if (blocks.empty())
             return;
-        const unsigned need = blockSize * (1 + Below(Below(4) ? 9 : 300));
         size_t at = blocks.size() - 1;
         do
             --at;
@@ -77,6 +78,28 @@ public:
         for (const Block& block : blocks)
             hit |= size && block.offset < offset + size && block.offset + 8 > offset;
         EXPECT_EQ(chain->b_IsHit(offset, size) != 0, hit) << offset << ' ' << size;
+    }
+    // Blocks of one size come and go behind the head, so that empty positions are left.
+    void Wear(unsigned count, unsigned steps)
+    {
+        while (blocks.size() < count)
+            Push(blockSize);
+        for (unsigned step = 0; step < steps && !testing::Test::HasFailure(); ++step) {
+            Push(blockSize);
+            if (blocks.size() > count)
+                Take(blockSize);
+            Hit();
+            EXPECT_EQ(chain->n_GetCount(), blocks.size());
+            EXPECT_EQ(chain->n_GetHead(), blocks.back().offset);
+        }
+        while (!blocks.empty()) {
+            EXPECT_EQ(chain->n_GetHead(), blocks.back().offset);
+            Pop();
+        }
+        EXPECT_EQ(chain->n_GetCount(), 0U);
+        EXPECT_EQ(chain->n_GetHead(), 0U);
+        Push();
+        EXPECT_EQ(chain->n_GetHead(), blocks.back().offset);
     }
     void Play(unsigned steps)
     {
@@ -121,6 +144,67 @@ TEST(FreeChain, AgreesWithAListThatIsWalked)
         SCOPED_TRACE(blockSize);
         Chains(blockSize, seed++).Play(9000);
     }
+}
+
+TEST(FreeChain, EmptyPositionsAreClosedWhereTheRoomEnds)
+{
+    unsigned seed = Seed(17);
+    for (const unsigned count : {2u, 20u, 127u, 128u, 129u, 600u}) {
+        SCOPED_TRACE(count);
+        Chains(64, seed++).Wear(count, 3000);
+    }
+}
+
+// Room for more positions, marks for further blocks: what can't be had leaves the chain as it was.
+TEST(FreeChain, WithoutMemoryABlockIsRefusedAndTheRestStays)
+{
+    constexpr unsigned SIZE = 64, FIRST_ROOM = 256, FIRST_MARKS = 4096;
+    const auto refused = [](auto operation) {
+        FailingHeap::Arm(1, FailingHeap::ONCE);
+        const int done = operation();
+        return FailingHeap::Disarm() == 1 && !done;
+    };
+    CT_FreeChain chain(SIZE);
+    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE, SIZE); })) << "the first room";
+    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE, SIZE) && chain.b_Push(SIZE, SIZE); }));
+    EXPECT_EQ(chain.n_GetCount(), 0U);
+    for (unsigned n = 1; n <= FIRST_ROOM; ++n)
+        ASSERT_TRUE(chain.b_Push(n * SIZE, SIZE));
+    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE * 1000, SIZE); })) << "room for more";
+    EXPECT_EQ(chain.n_GetHead(), FIRST_ROOM * SIZE);
+    EXPECT_TRUE(chain.b_Push(SIZE * 1000, SIZE));
+    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE * FIRST_MARKS, SIZE); })) << "more marks";
+    EXPECT_EQ(chain.n_GetHead(), SIZE * 1000);
+
+    ASSERT_TRUE(chain.b_Push(SIZE * (FIRST_MARKS - 1), 2 * SIZE));
+    ASSERT_TRUE(chain.b_Push(SIZE * 1001, SIZE));
+    CT_FreeChain::st_Found found;
+    ASSERT_TRUE(chain.b_Find(SIZE, &found));
+    EXPECT_EQ(found.n_Block, SIZE * (FIRST_MARKS - 1));
+    chain.v_Take(found);
+    EXPECT_TRUE(refused([&] { return chain.b_PutRest(found, SIZE); }));
+    EXPECT_TRUE(chain.b_PutRest(found, SIZE));
+    ASSERT_TRUE(chain.b_Find(SIZE, &found));
+    EXPECT_EQ(found.n_Block, SIZE * FIRST_MARKS);
+    EXPECT_EQ(chain.n_GetCount(), FIRST_ROOM + 3);
+}
+
+TEST(FreeChain, ARestThatCantBeHeldIsRefused)
+{
+    CT_FreeChain chain(64);
+    ASSERT_TRUE(chain.b_Push(0x7FFFFFC0, 128));
+    ASSERT_TRUE(chain.b_Push(640, 192));
+    ASSERT_TRUE(chain.b_Push(768, 64));
+    CT_FreeChain::st_Found found;
+    ASSERT_TRUE(chain.b_Find(128, &found));
+    EXPECT_EQ(found.n_Block, 640U);
+    chain.v_Take(found);
+    EXPECT_FALSE(chain.b_PutRest(found, 128)) << "a block of the chain is there already";
+    ASSERT_TRUE(chain.b_Find(64, &found));
+    EXPECT_EQ(found.n_Block, 0x7FFFFFC0U);
+    chain.v_Take(found);
+    EXPECT_FALSE(chain.b_PutRest(found, 64)) << "too far from the beginning";
+    EXPECT_EQ(chain.n_GetCount(), 1U);
 }
 
 TEST(FreeChain, BlocksThatCantBeHeldAreRefused)
