@@ -293,3 +293,32 @@ TEST(VoidSortedArraySweep, AnInsertionIsThereWholeOrNotAtAll)
                       ITEM_SIZE * array.n_GetCount());
         });
 }
+
+// An item of its own is held first, as it may move when the other goes.
+TEST(VoidSortedArraySweep, AnItemIsSetToAnotherOneOfItsOwnOrStays)
+{
+    Sweep(
+        report,
+        [] {
+            auto array = std::make_unique<CT_VoidSortedArray>(ITEM_SIZE, Compare, 8, 0);
+            for (const char* item : {"aaa", "bbb", "ccc"})
+                array->v_Insert(item);
+            return array;
+        },
+        [](CT_VoidSortedArray& array) {
+            const void* last =
+                static_cast<const char*>(array.pcco_GetArray()->pcco_GetBuffer()->qcv_Get()) +
+                2 * ITEM_SIZE;
+            array.v_SetAt(last, 1);
+        },
+        [](CT_VoidSortedArray& array, bool failed) {
+            std::string items;
+            for (unsigned n = 1; n <= array.n_GetCount(); ++n) {
+                char item[ITEM_SIZE];
+                array.v_GetAt(item, n);
+                items.append(item, ITEM_SIZE);
+            }
+            EXPECT_EQ(items, failed ? "aaabbbccc" : "bbbcccccc");
+            EXPECT_TRUE(array.b_IsSorted());
+        });
+}

@@ -95,6 +95,20 @@ TEST(CompListBuilderSweep, AKeyIsTakenWholeOrNotAtAll)
             report, [=] { return Many(element); }, AddAll, CheckAll);
 }
 
+TEST(CompListBuilderSweep, AnEndInsideALongerKeyIsTakenOrNot)
+{
+    const auto prepare = [] {
+        auto state = Many();
+        for (const std::string& key : state->keys) {
+            const std::string longer = key.c_str() + std::string("tail");
+            state->builder.b_Add(longer.c_str(), 9);
+            state->list.b_Add(longer.c_str(), 9);
+        }
+        return state;
+    };
+    Sweep(report, prepare, AddAll, CheckAll);
+}
+
 TEST(CompListBuilderSweep, ReadingABlockLeavesWhatWasBuilt)
 {
     for (const bool sound : {true, false}) {

@@ -124,6 +124,33 @@ TEST(VoidListSweep, AnItemThatFindsNoRoomIsNotThereAndNothingIsReported)
     }
 }
 
+TEST(VoidListSweep, ACopyLacksTheItemsThatFindNoRoomAndNothingIsReported)
+{
+    CT_VoidList source(1);
+    for (const char* item : {"a", "b", "c", "d"})
+        source.v_InsertLast(item);
+    for (const FailingHeap::Mode mode : {FailingHeap::ONCE, FailingHeap::FROM}) {
+        for (unsigned number = 1; number <= 5; ++number) {
+            SCOPED_TRACE("allocation " + std::to_string(number));
+            FailingHeap::Track();
+            {
+                CT_VoidList list(1);
+                FailingHeap::Arm(number, mode);
+                list.v_Set(&source);
+                FailingHeap::Disarm();
+                std::string expected = "abcd";
+                expected.erase(number - 1, mode == FailingHeap::ONCE ? 1 : 4);
+                EXPECT_EQ(Items(list), expected);
+                list.v_InsertLast("z");
+                EXPECT_EQ(Items(list), expected + "z");
+            }
+            EXPECT_EQ(FailingHeap::Live(), 0u) << "blocks leak";
+            EXPECT_TRUE(TakeFailure() == Failure());
+        }
+    }
+    EXPECT_EQ(Items(source), "abcd");
+}
+
 // ---- Hash table ---------------------------------------------------------------------------
 
 TEST(VoidHashTableSweep, NewObject)

@@ -149,6 +149,39 @@ TEST(MapsSweep, ACopyEndsAtTheEntryThatCannotBeMade)
         });
 }
 
+TEST(MapsSweep, CopiesOfTextsEndAtTheEntryThatCannotBeMade)
+{
+    Sweep(
+        report,
+        [] {
+            auto state = Empty<CT_StringOrdinalMap>();
+            for (const char* text : {"a", "b", "c", "d", "e", "f", "g", "h", "i"})
+                state->source.v_Insert(text);
+            return state;
+        },
+        [](Ordinal& state) { state.map.v_Set(&state.source); },
+        [](Ordinal& state, bool failed) {
+            const std::string all = "a;b;c;d;e;f;g;h;i;", entries = Read(state.map);
+            EXPECT_TRUE(failed ? all.starts_with(entries) : entries == all) << entries;
+            EXPECT_EQ(Read(state.source), all);
+        });
+    Sweep(
+        report,
+        [] {
+            auto state = Empty<CT_StringStringMap>();
+            for (const char* text : {"a", "b", "c", "d", "e", "f", "g", "h", "i"})
+                state->source.v_Insert(text, "x");
+            return state;
+        },
+        [](Pairs& state) { state.map.v_Set(&state.source); },
+        [](Pairs& state, bool failed) {
+            const std::string all = "a=x;b=x;c=x;d=x;e=x;f=x;g=x;h=x;i=x;",
+                              entries = Read(state.map);
+            EXPECT_TRUE(failed ? all.starts_with(entries) : entries == all) << entries;
+            EXPECT_EQ(Read(state.source), all);
+        });
+}
+
 TEST(MapsSweep, AnotherTextIsSetWholeOrNotAtAll)
 {
     Sweep(

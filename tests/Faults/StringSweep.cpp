@@ -386,6 +386,38 @@ TEST(StringSweep, StripOfASetStripsOneSideOrBoth)
     });
 }
 
+// A set that is asked for long gets a table; without it the set is looked through on and on.
+TEST(StringSweep, ATableOfASetThatCannotBeHadIsDoneWithout)
+{
+    OnBoth([](bool wide) {
+        const std::string letters = "abcdefghijklmnopqrstuvwxyz";
+        std::string many;
+        for (int n = 0; n < 40; ++n)
+            many += letters;
+        const auto set = Make(wide, letters.c_str());
+        const auto none = Make(wide, "");
+        for (const bool strip : {true, false}) {
+            const std::string text = strip ? many + "1 2" + many : "1" + many + " 2";
+            unsigned failures = 1;
+            for (unsigned number = 0; failures || number < 2; ++number) {
+                SCOPED_TRACE(number);
+                const auto string = Make(wide, text.c_str());
+                FailingHeap::Arm(number, FailingHeap::ONCE);
+                if (strip)
+                    string->vv_Strip(set.get());
+                else
+                    string->vv_Translate(set.get(), none.get());
+                failures = FailingHeap::Disarm();
+                EXPECT_EQ(Ascii(*string), "1 2");
+                EXPECT_EQ(TakeFailure(), Failure());
+                if (number == 1) {
+                    EXPECT_EQ(failures, 1U) << "no table was asked for";
+                }
+            }
+        }
+    });
+}
+
 // The block is cut for both before one of them fails to get its own.
 TEST(StringSweep, StripRightOfASharedBlock)
 {
