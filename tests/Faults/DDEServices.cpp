@@ -309,6 +309,38 @@ TEST(ServiceSweep, DDEClient)
     SweepServices(BareReport("System/DDE/DDEClient"), CLIENT_OPERATIONS);
 }
 
+// It tells a failure by its answer alone, once there is a conversation.
+TEST(ServiceSweep, DDEPlainFunctionClearsTheErrorOfItsRequest)
+{
+    ChildProcess child("FaultsWords", {Unique("OstraFaults")});
+    ASSERT_EQ(child.ReadLine(), "ready");
+    const std::string service = Unique("OstraFaults");
+    CT_DDEClient::sv_SetInstance(Module());
+    unsigned failed = 0;
+    std::string call = "none yet";
+    for (unsigned number = 1; !call.empty(); ++number) {
+        Services::Arm(number, 0);
+        const int answer = i_DDERequest(service.c_str(), "Words", "word", 2000);
+        call = Services::Disarm().name;
+        SCOPED_TRACE(call);
+        const Failure failure = TakeFailure();
+        EXPECT_TRUE(answer == 0 || answer == 100000 || answer == 100001) << answer;
+        if (answer != 100000) {
+            EXPECT_EQ(failure, Failure());
+        }
+        failed += answer == 100001 && (call == "PostMessageA" || call == "SetTimer");
+        if (call.empty()) {
+            EXPECT_EQ(answer, 0);
+        }
+    }
+    EXPECT_GE(failed, 2U);
+    CT_Buffer text(0, 32);
+    CT_DDEClient client(Module());
+    const HWND found = client.h_DDEInitiate(service.c_str(), "Words");
+    EXPECT_EQ(client.b_DDERequest(found, "word", LONG_TIME, &text), 1);
+    client.v_DDETerminate(found);
+}
+
 TEST(ServiceSweep, DDEServer)
 {
     ServerState().Begin();
