@@ -394,6 +394,45 @@ TEST(BufferChange, AtInsertCopyNeverReadsBehindTheUsedSize)
     EXPECT_EQ(Bytes(buffer).substr(101), "BCDE");
 }
 
+// Within the room no gap is opened for it, in a larger block one is.
+TEST(BufferChange, AtInsertCopyFromBehindTheUsedSizeCountsItsBytes)
+{
+    for (const unsigned from : {5U, 6U, 1000U}) {
+        SCOPED_TRACE(from);
+        CT_Buffer buffer("ABCDE", 5, 32);
+        buffer.v_AtInsertCopy(from, 3, 2);
+        EXPECT_EQ(buffer.n_GetUsedSize(), 8U);
+        EXPECT_EQ(Bytes(buffer).substr(0, 5), "ABCDE");
+        buffer.v_Set("ABCDE", 5, 64);
+        buffer.v_AtInsertCopy(from, 100, 2);
+        EXPECT_EQ(buffer.n_GetUsedSize(), 105U);
+        EXPECT_EQ(buffer.n_GetGrowth(), 32U);
+        EXPECT_EQ(Bytes(buffer).substr(0, 2), "AB");
+        EXPECT_EQ(Bytes(buffer).substr(102), "CDE");
+    }
+}
+
+// The caller's fault, which harms nothing.
+TEST(BufferChange, AtInsertMoveFromOrToBehindTheUsedSizeMovesNothing)
+{
+    struct
+    {
+        unsigned from, count, to;
+    } const rows[] = {{6, 1, 0}, {5, 1, 0},   {3, 3, 0},          {0, 6, 5},
+                      {0, 1, 6}, {2, ALL, 0}, {0xFFFFFFFF, 1, 0}, {0, 1, 0xFFFFFFFF}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.from);
+        CT_Buffer buffer("ABCDE", 5, 32);
+        buffer.v_AtInsertMove(row.from, row.count, row.to);
+        EXPECT_EQ(Bytes(buffer), "ABCDE");
+    }
+    CT_Buffer buffer("ABCDE", 5, 32);
+    buffer.v_AtInsertMove(3, 2, 5);
+    EXPECT_EQ(Bytes(buffer), "ABCDE") << "it stands there already";
+    buffer.v_AtInsertMove(0, 2, 5);
+    EXPECT_EQ(Bytes(buffer), "CDEAB");
+}
+
 TEST(BufferChange, AtInsertMoveLandsBeforeTheByteThatWasThere)
 {
     const struct

@@ -630,6 +630,22 @@ TEST(BitSet, ASubsetHasNoBitThatTheOtherLacks)
     }
 }
 
+TEST(BitSet, OfTwoSizesWhatTheOtherHasNoRoomForIsLacking)
+{
+    CT_BitSet small(33), large(1000);
+    EXPECT_TRUE(large.b_IsSubset(&small));
+    EXPECT_TRUE(small.b_IsSubset(&large));
+    large.v_SetBit(900, 1);
+    EXPECT_FALSE(large.b_IsSubset(&small));
+    EXPECT_TRUE(small.b_IsSubset(&large));
+    small.v_SetBit(32, 1);
+    EXPECT_FALSE(small.b_IsSubset(&large));
+    large.v_SetBit(900, 0);
+    large.v_SetBit(32, 1);
+    EXPECT_TRUE(small.b_IsSubset(&large));
+    EXPECT_TRUE(large.b_IsSubset(&small));
+}
+
 // ---- Sets and sets ------------------------------------------------------------------------
 
 TEST(BitSet, SetAlgebraIsThatOfTheBits)

@@ -410,6 +410,25 @@ TEST(WinFile, RenamingThatFailsLeavesANewFileItsContentAndItsMap)
     EXPECT_EQ(ReadBytes("file"), "abcdef");
 }
 
+// Closing it for the renaming would be its end.
+TEST(WinFile, AFileThatGoesWithItsHandleIsNotRenamedWhileItIsOpen)
+{
+    WriteBytes("file", "abc");
+    const CT_UString name = Name("other");
+    {
+        WinFileProbe file("file");
+        file.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenExisting, CT_File::e_ShareNone, 1,
+                     CT_File::e_FlagDeleteOnClose);
+        file.vv_Rename(&name);
+        EXPECT_EQ(TakeSystem(), (SystemFailure{32, "file : other", {WINFILE_PLACE}}));
+        EXPECT_EQ(file.b_IsOpen(), 1);
+        EXPECT_EQ(file.Read(3), "abc");
+        EXPECT_FALSE(fs::exists("other"));
+    }
+    EXPECT_FALSE(fs::exists("file"));
+    EXPECT_FALSE(fs::exists("other"));
+}
+
 TEST(WinFile, RenamingAnOpenFileReplacesNothing)
 {
     WriteBytes("file", "abc");

@@ -316,6 +316,22 @@ TYPED_TEST(TextModel, MatchesTextsThatMislead)
     }
 }
 
+// Behind a part that was searched for the pattern goes on in any way, or ends.
+TYPED_TEST(TextModel, MatchesWhatFollowsAPartThatMisleads)
+{
+    using Text = typename TypeParam::Text;
+    const auto wide = [](const std::string& text) {
+        return Text(text.begin(), text.end());
+    };
+    const std::string part = "*" + std::string(100, 'a') + "b";
+    for (const char* tail : {"", "x", "xy", "xyz", "xyxyz"}) {
+        const Text text = wide(std::string(1500, 'a') + "b" + tail);
+        for (const char* end : {"", "*", "***", "?", "*?", "?*", "*??*", "*???*", "*??*z", "*?*?*z",
+                                "*z", "?*z", "*q*", "*q", "*x?*"})
+            CheckMatch<TypeParam>(text, wide(part + end));
+    }
+}
+
 TYPED_TEST(TextModel, LongPatternsTakeNoLongerThanTheirText)
 {
     using Text = typename TypeParam::Text;

@@ -97,6 +97,8 @@ TEST(CharProperties, SequenceOfNoTextIsNone)
     const CT_UString empty;
     EXPECT_EQ(DataOf(empty), nullptr);
     EXPECT_EQ(P::sb_IsSequenceOf(&empty, Ask, 0, 1), 0);
+    const CT_UString* no_string = nullptr;
+    EXPECT_EQ(P::sb_IsSequenceOf(no_string, Ask, 0, 1), 0);
     const CT_UString room(10u);
     EXPECT_EQ(P::sb_IsSequenceOf(&room, Ask, 0, 1), 0);
     EXPECT_EQ(s_Asked, u"");

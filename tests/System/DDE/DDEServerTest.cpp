@@ -332,6 +332,9 @@ TEST_F(DDEServer, WithoutANameItHasNoWindowAndCopiesShareIt)
     EXPECT_EQ(copy->h_GetWindow(), Window());
     none = *copy;
     EXPECT_EQ(none.h_GetWindow(), Window());
+    const CT_DDEServer& itself = none;
+    none = itself;
+    EXPECT_EQ(none.h_GetWindow(), Window());
     none = CT_DDEServer();
 #pragma GCC diagnostic pop
     EXPECT_EQ(none.h_GetWindow(), nullptr);

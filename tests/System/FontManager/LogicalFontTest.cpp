@@ -541,17 +541,21 @@ TEST(LogicalFont, SampleTextIsThatOfTheCharacterSet)
 TEST(LogicalFont, CopyHasEachMember)
 {
     OSTRA_NEEDS_FONTS();
-    alignas(CT_LogicalFont) char place[sizeof(CT_LogicalFont)];
-    MadeFont font(Screen(), {"DejaVu Sans", 204, 14, 1});
+    alignas(CT_LogicalFont) char place[2][sizeof(CT_LogicalFont)];
+    MadeFont font(Screen(), {"DejaVu Sans", 204, 14, 1}), other(Screen(), {"DejaVu Sans", 0, 9});
     std::memset(place, 0, sizeof(place));
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     // Never destructed: handle and table belong to the original.
-    const CT_LogicalFont& copy = *new (place) CT_LogicalFont(font.font);
+    const CT_LogicalFont& copy = *new (place[0]) CT_LogicalFont(font.font);
+    CT_LogicalFont& assigned = *new (place[1]) CT_LogicalFont(other.font);
+    assigned = font.font;
 #pragma GCC diagnostic pop
-    EXPECT_EQ(copy.h_GetHandle(), font->h_GetHandle());
-    EXPECT_EQ(copy.n_GetPoints(), 14u);
-    EXPECT_EQ(copy.*Private(FontWidths()), font.font.*Private(FontWidths()));
-    EXPECT_EQ(copy.pcco_GetName()->pcco_GetBuffer()->qcv_Get(),
-              font->pcco_GetName()->pcco_GetBuffer()->qcv_Get());
+    for (const CT_LogicalFont* each : {&copy, static_cast<const CT_LogicalFont*>(&assigned)}) {
+        EXPECT_EQ(each->h_GetHandle(), font->h_GetHandle());
+        EXPECT_EQ(each->n_GetPoints(), 14u);
+        EXPECT_EQ(each->*Private(FontWidths()), font.font.*Private(FontWidths()));
+        EXPECT_EQ(each->pcco_GetName()->pcco_GetBuffer()->qcv_Get(),
+                  font->pcco_GetName()->pcco_GetBuffer()->qcv_Get());
+    }
 }

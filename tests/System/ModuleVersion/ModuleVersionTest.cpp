@@ -319,6 +319,17 @@ TEST(ModuleVersion, ATableThatLiesAboutItsLengthEndsWithTheRoom)
     }
 }
 
+TEST(ModuleVersion, WithoutATableThereAreNoStrings)
+{
+    for (const Layout layout : {Layout::WIDE, Layout::NARROW}) {
+        CT_ModuleVersion version;
+        SetTo(version, layout, Record(layout, {StringFileInfo(layout, {})}));
+        EXPECT_EQ(version.b_IsValid(), 1);
+        EXPECT_EQ(version.pcco_GetMap()->n_GetCount(), 0U);
+        EXPECT_EQ(Get(*version.pcco_GetComments()), "");
+    }
+}
+
 TEST(ModuleVersion, CopiesTakeTheWordsOfTheStrings)
 {
     EXPECT_FALSE(std::is_polymorphic_v<CT_ModuleVersion>);
@@ -338,6 +349,12 @@ TEST(ModuleVersion, CopiesTakeTheWordsOfTheStrings)
                   version.pcco_GetSpecialBuild()->qcuz_Get());
         EXPECT_EQ(Get(*each->pcco_GetMap()->pcco_GetString2("Other")), "o");
     }
+    // Assigned to itself it keeps what it has.
+    const CT_ModuleVersion& itself = *assigned;
+    *assigned = itself;
+    EXPECT_EQ(assigned->n_GetBuildNumber(), 0x00030004U);
+    EXPECT_EQ(assigned->pcco_GetMap()->n_GetCount(), version.pcco_GetMap()->n_GetCount());
+    EXPECT_EQ(Get(*assigned->pcco_GetMap()->pcco_GetString2("Other")), "o");
     // What the maps hold is their own.
     for (CT_ModuleVersion* each : {copy, assigned})
         const_cast<CT_StringStringMap*>(each->pcco_GetMap())->~CT_StringStringMap();

@@ -458,6 +458,15 @@ TEST_F(RegistryCursor, ABlankNameIsTheDefaultValue)
     registry.v_GetValue(&value, &out);
     EXPECT_EQ(Bytes(out), "default");
     ExpectDone();
+    // So is none.
+    const CT_String* none = nullptr;
+    CT_Buffer again;
+    registry.v_GetValue(none, &again);
+    EXPECT_EQ(Bytes(again), "default");
+    registry.v_DeleteValue(none);
+    ExpectDone();
+    registry.v_GetValue(&value, &out);
+    ExpectRefused(2, 2);
 }
 
 TEST_F(RegistryCursor, ATextWithoutTerminatorReadsToItsEnd)
