@@ -105,3 +105,17 @@ TEST(WinFileQuiet, SeeksInTheViewAreThoseOfTheSystem)
         EXPECT_TRUE(ReadBytes("a.bin") == ReadBytes("b.bin"));
     }
 }
+
+TEST(WinFileQuiet, WhoHasTheHandleSeesThePointerOfEachSeek)
+{
+    CT_UString name(Units(u"a.bin"));
+    CT_WinFile file(&name, 1024);
+    file.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone, 1, 0);
+    const HANDLE handle = file.h_GetHandle();
+    EXPECT_EQ(file.vn_Write("some bytes", 10), 10u);
+    file.v_SetMapping(1, 300);
+    EXPECT_EQ(SetFilePointer(handle, 0, nullptr, FILE_CURRENT), 10u);
+    file.vv_SetOffset(CT_File::e_OriginBegin, 3);
+    EXPECT_EQ(SetFilePointer(handle, 0, nullptr, FILE_CURRENT), 3u);
+    file.vv_Close();
+}

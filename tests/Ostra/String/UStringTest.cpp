@@ -6,6 +6,8 @@
 
 #include <new>
 
+#include "Support/Failure.h"
+
 namespace
 {
 constexpr unsigned short EURO = 0x20AC;
@@ -223,6 +225,13 @@ TEST(UString, InsertConvertsBytesByTheSystemsCodePage)
     EXPECT_EQ(Text(s), u"a\u0439");
     s.v_Set(&narrow);
     EXPECT_EQ(Text(s), u"\u0439");
+}
+
+TEST(UString, MoreUnitsThanABlockHoldsAreReported)
+{
+    const CT_UString s(U(u"ab"), 0x80000000U);
+    EXPECT_EQ(s.vn_GetLength(), 0u);
+    EXPECT_EQ(TakeFailure().code, 60006u);
 }
 
 TEST(UString, ComparesBytesOfTheSystemsCodePage)
