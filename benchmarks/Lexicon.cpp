@@ -6,6 +6,10 @@
 // time. Building starts with the words and ends with what can be searched; there and elsewhere
 // ostra is built as added. An iteration takes every key and its number; the map's key is copied.
 //
+// hit_many is the same by v_SearchAll, which gets pointers to all words at once; single is n_Search
+// in the same list, and the others have no such way. get_all is the iteration by v_GetAll, into
+// buffers that are new each time, beside the iterator and the others as in iterate.
+//
 // frequent looks up the words of a running text in a list of them and of a dictionary. ostra is
 // built by weight, and each word weighs what it occurs in the text, maybe 0; marisa has the same
 // weights. first has the frequent words added first, in_order all of them in the order of the
@@ -40,6 +44,7 @@
 #include <absl/container/flat_hash_map.h>
 #endif
 
+#include "Support/Frequency.h"
 #include "Support/Inputs.h"
 #include "Support/Job.h"
 
@@ -54,6 +59,7 @@ namespace
 typedef std::vector<std::string> Words;
 typedef std::vector<std::u16string> WideWords;
 typedef std::vector<unsigned> Numbers;
+typedef std::vector<const char*> Pointers;
 // What is made once lasts as long as the program.
 template <class Made>
 using Lasting = const std::shared_ptr<Made>;
@@ -107,6 +113,24 @@ public:
     unsigned Find(const std::string& word) { return list.n_Search(word.c_str(), nullptr); }
     unsigned Number(const std::string& word) { return Find(word); }
     unsigned NumberOf(unsigned number) const { return number; }
+    void FindAll(const Pointers& keys, Numbers* found) const
+    {
+        list.v_SearchAll(keys.data(), static_cast<unsigned>(keys.size()), found->data(), nullptr);
+    }
+    template <class Take>
+    void TakeAll(Take take) const
+    {
+        CT_Buffer keys, places, handles;
+        list.v_GetAll(&keys, &places, &handles);
+        const auto* key = static_cast<const char*>(keys.qcv_Get());
+        const auto* place = static_cast<const unsigned*>(places.qcv_Get());
+        const auto* handle = static_cast<const unsigned*>(handles.qcv_Get());
+        const unsigned count = places.n_GetUsedSize() / sizeof *place;
+        for (unsigned n = 0; n < count; ++n) {
+            const unsigned end = n + 1 < count ? place[n + 1] : keys.n_GetUsedSize();
+            take(key + place[n], size_t{end - place[n] - 1}, handle[n]);
+        }
+    }
     template <class Take>
     void Walk(Take take)
     {
@@ -272,6 +296,39 @@ void RegisterHit(const std::string& name, const Words& entered, const Words& wor
 #endif
 }
 
+void AddHitMany(Measure<Numbers>& measure, const Words& entered, const Words& words)
+{
+    Lasting<ByWeight> made = std::make_shared<ByWeight>(entered);
+    Lasting<Pointers> keys = std::make_shared<Pointers>();
+    for (const std::string& word : words)
+        keys->push_back(word.c_str());
+    Lasting<Numbers> found = std::make_shared<Numbers>(words.size());
+    measure.Side(
+        "ostra",
+        [made, keys, found] {
+            made->FindAll(*keys, found.get());
+            return found->back();
+        },
+        [made, keys, found] {
+            made->FindAll(*keys, found.get());
+            return *found;
+        });
+}
+
+void RegisterHitMany(const std::string& name, const Words& entered, const Words& words)
+{
+    Measure<Numbers> measure("hit_many", name, {Amount::ITEMS, words.size()});
+    AddHitMany(measure, entered, words);
+    AddHit<ByWeight>(measure, "single", entered, words);
+#if HAVE_MARISA
+    AddHit<Marisa>(measure, "marisa", entered, words);
+#endif
+#if HAVE_ICU
+    AddHit<BytesTrie>(measure, "icu", entered, words);
+#endif
+    AddHit<Unordered>(measure, "unordered", entered, words);
+}
+
 template <class Made>
 void AddBuild(Measure<Numbers>& measure, const char* side, const Words& words)
 {
@@ -300,32 +357,52 @@ void RegisterBuild(const std::string& name, const Words& words)
     AddBuild<Unordered>(measure, "unordered", words);
 }
 
-template <class Made>
-void AddIterate(Measure<Words>& measure, const char* side, const Words& words)
+// The sum of what is taken, and all of it.
+template <class Made, class All>
+void AddTaken(Measure<Words>& measure, const char* side, Lasting<Made>& made, const Words& words,
+              All all)
 {
-    Lasting<Made> made = std::make_shared<Made>(words);
     measure.Side(
         side,
-        [made] {
+        [made, all] {
             std::uint64_t sum = 0;
-            made->Walk([&sum](const char* key, size_t length, unsigned number) {
+            all(*made, [&sum](const char* key, size_t length, unsigned number) {
                 sum += static_cast<unsigned char>(key[length - 1]) + number;
             });
             return sum;
         },
-        [made, &words] {
+        [made, all, &words] {
             Words answers(words.size());
-            made->Walk([&](const char* key, size_t length, unsigned number) {
+            all(*made, [&](const char* key, size_t length, unsigned number) {
                 answers.at(made->NumberOf(number)).assign(key, length);
             });
             return answers;
         });
 }
 
+template <class Made>
+void AddIterate(Measure<Words>& measure, const char* side, const Words& words)
+{
+    Lasting<Made> made = std::make_shared<Made>(words);
+    AddTaken(measure, side, made, words, [](Made& from, auto take) { from.Walk(take); });
+}
+
 void RegisterIterate(const std::string& name, const Words& words)
 {
     Measure<Words> measure("iterate", name, {Amount::ITEMS, words.size()});
     AddIterate<Ostra>(measure, "ostra", words);
+    AddIterate<Ordered>(measure, "map", words);
+#if HAVE_MARISA
+    AddIterate<Marisa>(measure, "marisa", words);
+#endif
+}
+
+void RegisterGetAll(const std::string& name, const Words& words)
+{
+    Measure<Words> measure("get_all", name, {Amount::ITEMS, words.size()});
+    Lasting<Ostra> made = std::make_shared<Ostra>(words);
+    AddTaken(measure, "ostra", made, words, [](Ostra& from, auto take) { from.TakeAll(take); });
+    AddIterate<Ostra>(measure, "iterator", words);
     AddIterate<Ordered>(measure, "map", words);
 #if HAVE_MARISA
     AddIterate<Marisa>(measure, "marisa", words);
@@ -351,48 +428,6 @@ void RegisterSize(const Words& words)
 }
 
 // ---- Frequent words -----------------------------------------------------------------------
-
-bool IsLetter(char c)
-{
-    return c < 0 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-Words WordsOf(const std::string& text)
-{
-    Words words;
-    for (auto from = text.begin(); from != text.end();) {
-        const auto start = std::find_if(from, text.end(), IsLetter);
-        from = std::find_if_not(start, text.end(), IsLetter);
-        if (start != from)
-            words.emplace_back(start, from);
-    }
-    return words;
-}
-
-struct Weighted
-{
-    Words words; // each once, the frequent ones first
-    Numbers weights;
-};
-
-// The words of a text and those of a dictionary.
-Weighted ByFrequency(const Words& text, const Words& dictionary)
-{
-    std::map<std::string, unsigned> counts;
-    for (const std::string& word : text)
-        ++counts[word];
-    for (const std::string& word : dictionary)
-        counts.emplace(word, 0);
-    Weighted all;
-    for (const auto& entry : counts)
-        all.words.push_back(entry.first);
-    std::stable_sort(
-        all.words.begin(), all.words.end(),
-        [&](const auto& first, const auto& second) { return counts[first] > counts[second]; });
-    for (const std::string& word : all.words)
-        all.weights.push_back(counts[word]);
-    return all;
-}
 
 template <class Made>
 void AddFrequent(Measure<Numbers>& measure, const char* side, const Words& text,
@@ -521,6 +556,8 @@ int main(int argc, char** argv)
     RegisterHit("words.en", words, shuffled);
     RegisterHit("words.en.shuf", Shuffled(shuffled), shuffled);
     RegisterHit("words.en.tenth", few, fewShuffled);
+    RegisterHitMany("words.en", words, shuffled);
+    RegisterHitMany("words.en.tenth", few, fewShuffled);
     RegisterBuild("words.en", words);
     RegisterBuild("words.en.tenth", few);
     RegisterBuild("words.en.shuf", shuffled);
@@ -528,6 +565,9 @@ int main(int argc, char** argv)
     RegisterIterate("words.en", words);
     RegisterIterate("words.en.shuf", shuffled);
     RegisterIterate("words.en.tenth", few);
+    RegisterGetAll("words.en", words);
+    RegisterGetAll("words.en.shuf", shuffled);
+    RegisterGetAll("words.en.tenth", few);
     RegisterSize(words);
 
     const Words text = WordsOf(Inputs::Bytes("faq.de"));

@@ -56,6 +56,10 @@ unsigned WalkBoth(const CT_CompList& list)
 {
     const unsigned entries = Walk<CT_CCompListIterator, CT_CString>(list);
     REQUIRE((Walk<CT_UCompListIterator, CT_UString>(list) == entries));
+    CT_Buffer keys, places, handles;
+    list.v_GetAll(&keys, &places, &handles);
+    REQUIRE(places.n_GetUsedSize() == entries * 4);
+    REQUIRE(handles.n_GetUsedSize() == entries * 4);
     return entries;
 }
 
@@ -72,6 +76,10 @@ void Use(CT_CompList& list, Input keys)
         const unsigned before = list.n_GetNrOfEntries();
         const bool known = list.n_Search(key.data(), &matched) != LIST_NO_HANDLE;
         REQUIRE(matched < key.size() / element);
+        const char* const pointers[] = {key.data(), key.data()};
+        unsigned handles[2], lengths[2];
+        list.v_SearchAll(pointers, 2, handles, lengths);
+        REQUIRE(handles[1] == list.n_Search(key.data(), nullptr) && lengths[1] == matched);
         // A key with that very handle is there, too.
         const bool added = list.b_Add(key.data(), 1) != 0;
         REQUIRE(!(known && added));

@@ -1,14 +1,12 @@
 // Ostra/CompList/CompList.cpp: the life of a list, its head, and the numbers of its stream.
 #include <Ostra/CompList/CompList.h>
 
+#include <Ostra/CompList/CompListSource.h>
 #include <Ostra/CompList/CompListStream.h>
 #include <Ostra/Frame/Counts.h>
-#include <Ostra/Frame/Report.h>
 
 #include <cstdlib>
 #include <cstring>
-
-static constexpr char qccz_Source[] = "Ostra/CompList/CompList";
 
 static constexpr unsigned MAGIC = 19970101;
 static constexpr unsigned FIRST_POSITION = sizeof(st_CompListHeader);

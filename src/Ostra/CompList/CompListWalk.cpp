@@ -1,6 +1,7 @@
 // Ostra/CompList/CompListWalk.cpp: following a key through a list, for searching and for adding.
 #include <Ostra/CompList/CompList.h>
 
+#include <Ostra/CompList/CompListLanes.h>
 #include <Ostra/CompList/CompListStream.h>
 #include <Ostra/CompList/CompListText.h>
 #include <Ostra/CompList/ElementSize.h>
@@ -54,6 +55,50 @@ unsigned CT_CompList::n_SearchKey(const char* pcc_Key, unsigned* pn_Matched) con
 {
     // A walk changes the list in the adding mode only.
     return const_cast<CT_CompList*>(this)->n_Walk(pcc_Key, wm_Search, 0, pn_Matched);
+}
+
+void CT_CompList::v_SearchAll(const char* const* pqccz_Keys, unsigned n_Count, unsigned* pn_Handles,
+                              unsigned* pn_Matched) const
+{
+    const st_Keys so_Keys(pqccz_Keys, n_Count, pn_Handles, pn_Matched);
+    v_SearchKeys(&so_Keys);
+}
+
+void CT_CompList::v_SearchAll(const unsigned short* const* pqcuz_Keys, unsigned n_Count,
+                              unsigned* pn_Handles, unsigned* pn_Matched) const
+{
+    const st_Keys so_Keys(pqcuz_Keys, n_Count, pn_Handles, pn_Matched);
+    v_SearchKeys(&so_Keys);
+}
+
+void CT_CompList::v_SearchAll(const CT_CString* const* ppcco_Keys, unsigned n_Count,
+                              unsigned* pn_Handles, unsigned* pn_Matched) const
+{
+    const st_Keys so_Keys(ppcco_Keys, n_Count, pn_Handles, pn_Matched);
+    v_SearchKeys(&so_Keys);
+}
+
+void CT_CompList::v_SearchAll(const CT_UString* const* ppcco_Keys, unsigned n_Count,
+                              unsigned* pn_Handles, unsigned* pn_Matched) const
+{
+    const st_Keys so_Keys(ppcco_Keys, n_Count, pn_Handles, pn_Matched);
+    v_SearchKeys(&so_Keys);
+}
+
+void CT_CompList::v_SearchKeys(const st_Keys* pcso_Keys) const
+{
+    o_ForElement(
+        n_GetElementSize(),
+        [&](auto o_Type) {
+            if (n_OffsetSize == 4)
+                st_Lanes<decltype(o_Type), unsigned>(this, pcso_Keys).v_Run();
+            else
+                st_Lanes<decltype(o_Type), unsigned short>(this, pcso_Keys).v_Run();
+        },
+        [&] {
+            for (unsigned n_Key = 0; n_Key < pcso_Keys->n_Count; ++n_Key)
+                pcso_Keys->v_Search(this, n_Key);
+        });
 }
 
 // ---- Change -------------------------------------------------------------------------------
