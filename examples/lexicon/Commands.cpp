@@ -55,7 +55,7 @@ private:
     Side WantedSide() const { return arguments.reverse ? TARGETS : SOURCES; }
     bool Survey(const Lexicon& lexicon, Side side, Statistics* statistics) const;
     std::vector<unsigned> FindMatches(const CT_CompList& list, Wildcard* wildcard) const;
-    void PrintAnswer(Lexicon* lexicon, Side side, const std::string& word);
+    void PrintAnswer(std::string_view word, const Found& found) const;
     void PrintInfo(const Lexicon& lexicon);
     void PrintSide(const Lexicon& lexicon, Side side);
 
@@ -70,7 +70,6 @@ private:
     const Arguments& arguments;
     const Streams& streams;
     common::Spool spool;
-    bool missed = false;
 };
 
 bool IsSame(const CT_UString& first, const CT_UString& second)
@@ -112,9 +111,10 @@ unsigned Characters(const CT_UString& key, unsigned units)
     return count;
 }
 
-std::string Measure(const Part& part)
+std::string Measure(unsigned size, size_t records)
 {
-    return std::to_string(part.size) + " bytes in " + (part.record ? "1 record" : "0 records");
+    return std::to_string(size) + " bytes in " + std::to_string(records) +
+           (records == 1 ? " record" : " records");
 }
 
 Status Job::Run()
@@ -243,29 +243,27 @@ Status Job::LookUp()
         return Report("");
     Lexicon lexicon(&name);
     const Side side = WantedSide();
-    if (!lexicon.Open() || !lexicon.Load(side))
+    const std::vector<std::string_view> words(arguments.operands.begin() + 1,
+                                              arguments.operands.end());
+    std::vector<Found> found;
+    if (!lexicon.Open() || !lexicon.LoadList(side) || !lexicon.Find(side, words, &found))
         return ReportUnreadable();
-    for (size_t n = 1; n < arguments.operands.size() && !Failing(); ++n)
-        PrintAnswer(&lexicon, side, Operand(n));
-    if (Failed(SOURCE))
-        return ReportUnreadable();
+    for (size_t n = 0; n < words.size(); ++n)
+        PrintAnswer(words[n], found[n]);
+    const bool missed = !std::ranges::all_of(found, &Found::isHit);
     return missed ? FAILED : DONE;
 }
 
-void Job::PrintAnswer(Lexicon* lexicon, Side side, const std::string& word)
+void Job::PrintAnswer(std::string_view word, const Found& found) const
 {
-    Entry entry;
-    unsigned matched = 0;
-    if (lexicon->Find(side, word, &entry, &matched)) {
-        for (std::string_view other : entry.others)
-            streams.output << word << '\t' << other << '\n';
-    } else if (!Failing()) {
-        CT_UString key;
-        common::ToWide(word, &key);
-        streams.output << word << ": not found, " << Characters(key, matched) << " of "
-                       << Characters(key, key.vn_GetLength()) << " characters matched\n";
-        missed = true;
-    }
+    for (std::string_view other : found.entry.others)
+        streams.output << word << '\t' << other << '\n';
+    if (found.isHit)
+        return;
+    CT_UString key;
+    common::ToWide(word, &key);
+    streams.output << word << ": not found, " << Characters(key, found.matched) << " of "
+                   << Characters(key, key.vn_GetLength()) << " characters matched\n";
 }
 
 // Reads the whole stream, so that walks over it may take it at its word.
@@ -362,12 +360,14 @@ void Job::PrintInfo(const Lexicon& lexicon)
 void Job::PrintSide(const Lexicon& lexicon, Side side)
 {
     const CT_CompList& list = lexicon.List(side);
+    const Part& part = lexicon.Contents().lists[side];
+    const Texts& texts = lexicon.Contents().texts[side];
     streams.output << (side == SOURCES ? "sources" : "targets") << "\n"
                    << "  words:     " << list.n_GetNrOfEntries() << "\n"
-                   << "  list:      " << Measure(lexicon.Contents().lists[side]) << "; elements of "
+                   << "  list:      " << Measure(part.size, part.record != 0) << "; elements of "
                    << list.n_GetElementSize() << " bytes, handles of " << list.n_GetHandleSize()
                    << ", " << (list.b_HasLongOffsetSupport() ? "long" : "short") << " offsets\n"
-                   << "  texts:     " << Measure(lexicon.Contents().texts[side]) << "\n";
+                   << "  texts:     " << Measure(texts.size, texts.pieces.size()) << "\n";
 }
 
 Status Job::Stats()

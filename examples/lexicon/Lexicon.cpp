@@ -5,6 +5,7 @@
 #include <Common/Utf8.h>
 
 #include <cstring>
+#include <deque>
 
 namespace lexicon
 {
@@ -71,17 +72,32 @@ bool Lexicon::ReadContents()
 
 bool Lexicon::Load(Side side)
 {
-    CT_Buffer bytes;
-    if (!GetPart(&manager, directory.lists[side], &bytes))
-        RefuseList();
-    else if (!GetPart(&manager, directory.texts[side], &texts[side]))
-        Refuse(Outcome::DAMAGED, u"the texts of a list");
-    if (Failing())
+    if (!LoadList(side))
         return false;
+    for (size_t piece = 0; piece < fetched[side].size(); ++piece) {
+        if (!Fetch(side, piece)) {
+            Refuse(Outcome::DAMAGED, u"the texts of a list");
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Lexicon::LoadList(Side side)
+{
+    CT_Buffer bytes;
+    if (!GetPart(&manager, directory.lists[side], &bytes)) {
+        RefuseList();
+        return false;
+    }
     // The block is the list: no conversion.
     if (bytes.n_GetUsedSize() >= SMALLEST_LIST)
         lists[side].v_Set(&bytes);
-    if (!IsListGood(side))
+    // Room for all texts, of which a system gives what is written to.
+    texts[side].v_SetSize(directory.texts[side].size, 0);
+    texts[side].v_SetUsedSize(directory.texts[side].size);
+    fetched[side].assign(directory.texts[side].pieces.size(), false);
+    if (!Failed(SOURCE) && !IsListGood(side))
         RefuseList();
     return !Failing();
 }
@@ -95,16 +111,33 @@ bool Lexicon::IsListGood(Side side) const
            list.n_GetNrOfEntries() == directory.words[side];
 }
 
-bool Lexicon::Find(Side side, std::string_view word, Entry* entry, unsigned* matched)
+bool Lexicon::Find(Side side, const std::vector<std::string_view>& words, std::vector<Found>* found)
 {
-    CT_UString key;
-    common::ToWide(word, &key);
-    const unsigned handle = lists[side].n_Search(&key, matched);
-    if (handle == NONE || Failed(SOURCE)) {
-        *matched = Matched(side, &key);
-        return false;
+    std::deque<CT_UString> keys;
+    std::vector<const CT_UString*> pointers;
+    for (std::string_view word : words) {
+        common::ToWide(word, &keys.emplace_back());
+        pointers.push_back(&keys.back());
     }
-    if (At(side, handle, entry) && entry->word != word)
+    if (Failed(SOURCE))
+        return false;
+    std::vector<unsigned> handles(words.size());
+    lists[side].v_SearchAll(pointers.data(), static_cast<unsigned>(words.size()), handles.data(),
+                            nullptr);
+    found->resize(words.size());
+    for (size_t n = 0; n < words.size(); ++n) {
+        if (handles[n] == NONE)
+            (*found)[n].matched = Matched(side, &keys[n]);
+        else if (!Answer(side, words[n], handles[n], &(*found)[n]))
+            return false;
+    }
+    return !Failed(SOURCE);
+}
+
+bool Lexicon::Answer(Side side, std::string_view word, unsigned handle, Found* found)
+{
+    found->isHit = true;
+    if (At(side, handle, &found->entry) && found->entry.word != word)
         Refuse(Outcome::DAMAGED, u"the texts of a list");
     return !Failing();
 }
@@ -143,17 +176,42 @@ bool Lexicon::Next(Side side, unsigned* position, Entry* entry)
     return good;
 }
 
-bool Lexicon::ReadText(Side side, unsigned* position, std::string_view* text) const
+// Reads a piece of the texts and tests it, once. False with or without an error set, as for a part.
+bool Lexicon::Fetch(Side side, size_t piece)
 {
-    if (*position >= texts[side].n_GetUsedSize())
+    if (fetched[side][piece])
+        return true;
+    const Texts& all = directory.texts[side];
+    CT_Buffer bytes;
+    if (!GetPart(&manager, all.pieces[piece], &bytes))
         return false;
-    const unsigned end = texts[side].n_Find(static_cast<unsigned char>(0), *position);
-    if (end == NONE)
-        return false;
-    const char* start = static_cast<const char*>(texts[side].qcv_Get()) + *position;
-    *text = std::string_view(start, end - *position);
-    *position = end + 1;
-    return true;
+    if (all.pieces.size() == 1)
+        texts[side].v_Set(&bytes);
+    else
+        texts[side].v_Replace(&bytes, 0, bytes.n_GetUsedSize(),
+                              static_cast<unsigned>(piece * all.pieceSize));
+    fetched[side][piece] = !Failed(SOURCE);
+    return !Failing();
+}
+
+bool Lexicon::ReadText(Side side, unsigned* position, std::string_view* text)
+{
+    const Texts& all = directory.texts[side];
+    const unsigned start = *position;
+    for (unsigned from = start; from < texts[side].n_GetUsedSize();) {
+        const size_t piece = from / all.pieceSize;
+        const unsigned end = all.EndOf(piece);
+        if (!Fetch(side, piece))
+            return false;
+        const char* bytes = static_cast<const char*>(texts[side].qcv_Get());
+        if (const void* zero = std::memchr(bytes + from, 0, end - from)) {
+            *text = std::string_view(bytes + start, static_cast<const char*>(zero));
+            *position = static_cast<unsigned>(static_cast<const char*>(zero) - bytes) + 1;
+            return true;
+        }
+        from = end;
+    }
+    return false;
 }
 
 void Lexicon::RefuseList() const

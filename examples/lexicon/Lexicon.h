@@ -24,6 +24,14 @@ struct Entry
     std::vector<std::string_view> others;
 };
 
+// What a search for a word comes to.
+struct Found
+{
+    bool isHit = false;
+    Entry entry;
+    unsigned matched = 0; // of a miss: the first units that begin some word of the list
+};
+
 class Lexicon
 {
 public:
@@ -37,11 +45,14 @@ public:
     // error set.
     bool Load(Side side);
 
-    // Looks a word up on a loaded side. False for a miss, with the count of the first units that
-    // begin some word of the list, and with an error set when the lexicon is damaged.
-    bool Find(Side side, std::string_view word, Entry* entry, unsigned* matched);
+    // The same for the list alone: texts are read and tested as they are asked for.
+    bool LoadList(Side side);
 
-    // The entry that a handle of a loaded side leads to; false with an error set when the lexicon
+    // Looks words up on a side with its list loaded, in one pass. False with an error set when the
+    // lexicon is damaged.
+    bool Find(Side side, const std::vector<std::string_view>& words, std::vector<Found>* found);
+
+    // The entry that a handle of a side leads to; false with an error set when the lexicon
     // is damaged.
     bool At(Side side, unsigned handle, Entry* entry);
 
@@ -61,8 +72,10 @@ private:
     bool OpenFile();
     bool ReadContents();
     bool IsListGood(Side side) const;
+    bool Answer(Side side, std::string_view word, unsigned handle, Found* found);
     unsigned Matched(Side side, CT_UString* key) const;
-    bool ReadText(Side side, unsigned* position, std::string_view* text) const;
+    bool Fetch(Side side, size_t piece);
+    bool ReadText(Side side, unsigned* position, std::string_view* text);
     void Refuse(Outcome outcome, const char16_t* what) const;
     const unsigned short* Name() const
     {
@@ -75,5 +88,6 @@ private:
     unsigned directorySize = 0;
     CT_CompList lists[SIDES];
     CT_Buffer texts[SIDES];
+    std::vector<bool> fetched[SIDES]; // of the texts' pieces
 };
 } // namespace lexicon

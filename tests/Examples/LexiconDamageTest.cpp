@@ -96,7 +96,7 @@ void MakeForgedLexicon(const CT_Buffer& list, const std::string& texts)
         for (int side = 0; side < lexicon::SIDES; ++side) {
             directory.words[side] = 1;
             EXPECT_TRUE(AddPart(manager, &list, &directory.lists[side]));
-            EXPECT_TRUE(AddPart(manager, &bytes, &directory.texts[side]));
+            EXPECT_TRUE(AddTexts(manager, &bytes, &directory.texts[side]));
         }
         CT_Buffer written;
         directory.Write(&written);
@@ -219,7 +219,7 @@ TEST(LexiconDamage, ARecordFileOfAnotherKindIsTold)
     EXPECT_EQ(Refusal("list"), error);
     for (const std::string& text :
          {std::string(), std::string("LE"), std::string("other text"),
-          std::string("LEXI\1\0\0\0\0\0\0\0", 12), std::string("LEXI\3\0\0\0\0\0\0\0", 12)}) {
+          std::string("LEXI\1\0\0\0\0\0\0\0", 12), std::string("LEXI\4\0\0\0\0\0\0\0", 12)}) {
         MakeOwnRecordFile([&](CT_RecordManager* manager) { AddResource(manager, text); });
         EXPECT_EQ(Refusal("list"), error);
     }
