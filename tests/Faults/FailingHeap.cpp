@@ -1,6 +1,8 @@
 // tests/Faults/FailingHeap.cpp
 #include "Faults/FailingHeap.h"
 
+#include "Faults/Swept.h"
+
 #include <windows.h>
 
 #include <cstddef>
@@ -91,6 +93,8 @@ bool Fails()
     const bool fails =
         fail_at && (fail_mode == FailingHeap::ONCE ? asked == fail_at : asked >= fail_at);
     failed += fails;
+    if (fails)
+        Swept::Mark(Swept::HEAP);
     return fails;
 }
 

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "../../winapi/Base/Posix.h"
+#include "Faults/Swept.h"
 
 // The host, one of whose calls fails.
 class FailingHost
@@ -58,6 +59,7 @@ private:
         if (left == 0 || --left)
             return false;
         failed = name;
+        Swept::Mark(Swept::SERVICE);
         errno = code;
         return true;
     }

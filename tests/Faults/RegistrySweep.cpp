@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include "Faults/Sweep.h"
+#include "Faults/Swept.h"
 
 #include <functional>
 #include <memory>
@@ -134,6 +135,11 @@ const Step STEPS[] = {
      [](State& s) {
          return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;
      }},
+    {"store data", [](State& s) { s.registry.v_SetValue(&s.name, &s.data); },
+     [](State& s) { return Find(s.name.qccz_Get()) == 0; },
+     [](State& s) {
+         return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;
+     }},
     {"store a number", [](State& s) { s.registry.v_SetValue(&s.name, DWORD(5)); },
      [](State& s) { return Find(s.name.qccz_Get()) == 0; },
      [](State& s) {
@@ -191,7 +197,10 @@ int open_keys;
 
 bool Fails()
 {
-    return left && --left == 0;
+    if (!left || --left)
+        return false;
+    Swept::Mark(Swept::SERVICE);
+    return true;
 }
 
 LSTATUS Counted(LSTATUS code)

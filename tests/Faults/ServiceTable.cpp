@@ -1,6 +1,7 @@
 // tests/Faults/ServiceTable.cpp: the wrappers of the services in services.txt, and how calls reach
 // them.
 #include "Faults/Services.h"
+#include "Faults/Swept.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -295,6 +296,7 @@ bool Services::Fails(const char* name, Told told)
         EndProcess();
     failed.name = name;
     failed.told = told;
+    Swept::Mark(Swept::SERVICE);
     if (told == LAST_ERROR)
         SetLastError(CodeOf(told, error_index));
     else

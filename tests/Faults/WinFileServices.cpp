@@ -103,6 +103,13 @@ const ServiceOperation<State> OPERATIONS[] = {
      nullptr,
      {"CreateFileW", "CreateFileA", "CloseHandle"}},
     {"close", Open, [](State& state) { state.file.vv_Close(); }, IsClosed, IsOpen},
+    {"close for another name", Open,
+     [](State& state) {
+         const CT_WinFile another(&state.other, 0);
+         state.file.vv_Set(&another);
+     },
+     IsClosed, nullptr},
+    {"close for no name", Open, [](State& state) { state.file.vv_Set(); }, IsClosed, nullptr},
     {"read", Open, [](State& state) { state.result = state.file.vn_Read(state.data, 100); },
      [](State& state) { EXPECT_EQ(std::string(state.data, 100), CONTENT); }, NoResult},
     {"write", Open, [](State& state) { state.result = state.file.vn_Write("abc", 3); },
