@@ -4,6 +4,7 @@
 
 #include "Faults/Sweep.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -285,4 +286,30 @@ TEST(AlphaTreeSweep, RemovingNeedsNoMemory)
     AddAll(tree);
     EXPECT_EQ(tree.n_GetNrOfEntries(), KEYS);
     EXPECT_EQ(tree.n_Search(Key(KEYS - 1).c_str()), KEYS - 1);
+}
+
+// Branches that wait are on the heap; without it they are on the stack.
+TEST(AlphaTreeSweep, ADumpWithoutMemoryForWhatWaitsIsTheSame)
+{
+    CT_AlphaTree tree;
+    std::string key;
+    for (unsigned n = 0; n < 100; ++n) {
+        tree.v_Add((key + "a").c_str(), 2 * n);
+        tree.v_Add((key + "b").c_str(), 2 * n + 1);
+        key += 'a';
+    }
+    const auto dump = [&tree](unsigned number, unsigned* failures) {
+        testing::internal::CaptureStdout();
+        FailingHeap::Arm(number, FailingHeap::FROM);
+        tree.v_Dump(CT_AlphaTree::es_Byte);
+        *failures = FailingHeap::Disarm();
+        return testing::internal::GetCapturedStdout();
+    };
+    unsigned failures;
+    const std::string whole = dump(0, &failures);
+    EXPECT_EQ(std::count(whole.begin(), whole.end(), '\n'), 200);
+    EXPECT_EQ(dump(1, &failures), whole);
+    EXPECT_GT(failures, 0U) << "nothing waited on the heap";
+    EXPECT_EQ(dump(2, &failures), whole);
+    EXPECT_EQ(TakeFailure(), Failure());
 }

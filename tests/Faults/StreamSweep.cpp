@@ -145,6 +145,8 @@ TEST(StreamSweep, NewObjects)
     sweep("Ostra/Input/MappedFileInput",
           [](Pointers& state) { state.input = new CT_MappedFileInput(8, &state.name); });
     sweep("Ostra/Output/MemoryOutput", [](Pointers& state) { state.output = new CT_MemoryOutput; });
+    sweep("Ostra/Output/MemoryOutput",
+          [](Pointers& state) { state.output = new CT_MemoryOutput(state.name.pcco_GetBuffer()); });
     sweep("Ostra/Output/FileOutput",
           [](Pointers& state) { state.output = new CT_FileOutput(&state.name); });
     sweep("Ostra/Output/StringOutput",

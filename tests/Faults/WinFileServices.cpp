@@ -205,3 +205,39 @@ TEST(ServiceSweep, WinFile)
 {
     SweepServices(SystemReport("Ostra/File/WinFile"), OPERATIONS);
 }
+
+// Another object's handle stands in the way, so the renaming fails with and without the own one.
+TEST(ServiceSweep, WinFileIsOpenAgainBehindARenamingThatFailsOrStaysClosed)
+{
+    const CT_UString name = Name("other");
+    for (const bool wide : {true, false}) {
+        const RoadSwitch road(wide);
+        const unsigned handles = Services::OpenHandles();
+        bool reopened = false, closed = false;
+        std::string call = "none yet";
+        for (unsigned number = 1; !call.empty(); ++number) {
+            State state, blocker;
+            for (State* each : {&state, &blocker})
+                each->file.vv_Open(CT_File::e_AccessReadWrite, CT_File::e_OpenExisting,
+                                   CT_File::e_ShareReadWrite, 1, 0);
+            Services::Arm(number, 0);
+            state.file.vv_Rename(&name);
+            call = Services::Disarm().name;
+            SCOPED_TRACE(call);
+            EXPECT_NE(TakeFailure().code, 0xFFFFFFFF);
+            reopened |= call.rfind("CreateFile", 0) == 0;
+            closed |= call == "CloseHandle";
+            if (call.rfind("CreateFile", 0) == 0) {
+                EXPECT_EQ(state.file.b_IsOpen(), 0);
+            } else if (call == "CloseHandle" || call.rfind("MoveFile", 0) == 0 || call.empty()) {
+                EXPECT_EQ(state.file.b_IsOpen(), 1);
+            }
+            EXPECT_FALSE(fs::exists("other"));
+            ExpectUsable(state);
+            TakeFailure();
+        }
+        EXPECT_TRUE(reopened && closed);
+        Services::CloseRest();
+        EXPECT_EQ(Services::OpenHandles(), handles);
+    }
+}
