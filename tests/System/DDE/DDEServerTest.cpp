@@ -183,6 +183,17 @@ TEST_F(DDEServer, AStrangersRequestsAndPokesAreDropped)
     EXPECT_EQ(GlobalFree(AsBlock(block)), nullptr);
 }
 
+TEST_F(DDEServer, ABlockWithoutAHeadIsRefusedAndStays)
+{
+    Begin(client);
+    const HGLOBAL small = GlobalAlloc(GMEM_MOVEABLE, 2);
+    Post(POKE, client, PackDDElParam(POKE, reinterpret_cast<UINT_PTR>(small), ITEM));
+    EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0, ITEM}}));
+    EXPECT_EQ(server->log, Log());
+    EXPECT_TRUE(IsThere(small));
+    EXPECT_EQ(GlobalFree(small), nullptr);
+}
+
 TEST_F(DDEServer, AValueIsTakenForTextAndAcknowledged)
 {
     Begin(client);
