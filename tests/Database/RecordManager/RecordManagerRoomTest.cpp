@@ -334,6 +334,51 @@ TEST(RecordManagerRoom, FullDiskChangesNothing)
 }
 #endif
 
+// At the end of the map and with a full disk. The head of the chain isn't given away, and the head of
+// the record, whose block is in the table, makes the next one the head.
+TEST(RecordManagerRoom, ABlockOfTheChainIsTakenBeforeTheFileGrows)
+{
+    const std::string large = Bytes(3000);
+    for (unsigned behind : {0u, 1u, 2u}) {
+        SCOPED_TRACE(behind);
+        RecordFile records;
+        records.Create(8, 64, 0);
+        const unsigned gone = records.Add(large);
+        std::vector<unsigned> small;
+        for (unsigned i = 0; i < 140; ++i)
+            small.push_back(records.Add("small"));
+        const std::string filler = Bytes(MAP - 2000 - records->n_GetSize());
+        const unsigned rest = records.Add(filler);
+        for (unsigned i = 0; i < 132; ++i)
+            records->v_DeleteRecord(small[i]);
+        records->v_DeleteRecord(gone);
+        for (unsigned i = 0; i < behind; ++i)
+            records->v_DeleteRecord(small[132 + i]);
+        const unsigned end = records->n_GetSize();
+        const unsigned length = records->pcco_GetFile()->vn_GetSize();
+        unsigned added;
+        {
+            const FullDisk disk(length);
+            added = records.Add(large);
+        }
+        const unsigned code = TakeCode();
+        EXPECT_EQ(code == 0, added != 0);
+        if (added) {
+            EXPECT_TRUE(records.Get(added) == large);
+        }
+        if (behind == 2) {
+            EXPECT_EQ(code, 0u);
+            EXPECT_EQ(records->pcco_GetFile()->vn_GetSize(), length);
+        }
+        if (behind == 2 || code) {
+            EXPECT_EQ(records->n_GetSize(), end);
+        }
+        EXPECT_TRUE(records.Get(rest) == filler);
+        records.Close();
+        ExpectSound(ReadBytes("test.rec"));
+    }
+}
+
 // ---- Rings ------------------------------------------------------------------------------------
 
 // A record whose body was taken away gives it back once more when it is deleted. Behind a full

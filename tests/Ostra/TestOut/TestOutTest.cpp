@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 
@@ -416,4 +417,16 @@ TEST(TestOutDeathTest, ANullNameOfANewObjectIsTold)
             std::_Exit(17);
         },
         testing::ExitedWithCode(17), "Could not open .null.");
+}
+
+// It owns the standard output then, as a new object does.
+TEST(TestOutDeathTest, SetToANullNameIsToldAndTakesTheLabel)
+{
+    EXPECT_EXIT(
+        {
+            CT_TestOut* out = new CT_TestOut(stdout, "1:");
+            out->v_Set(null_text, "2:");
+            std::_Exit(std::strcmp(out->qcz_GetLabel(), "2:") == 0 ? 17 : 1);
+        },
+        testing::ExitedWithCode(17), "qccz_file && qccz_label");
 }
