@@ -138,6 +138,7 @@ private:
     static constexpr unsigned STRIDE_SIZE = 128; // bytes
     static unsigned sn_PassWide(const Unit* qc_Text, unsigned n_Max);
     static unsigned sn_FirstBlock(const Unit* qc_Text);
+    static bool sb_HasNoPair(const Unit* qc_Text, Unit c_First, Unit c_Second);
     static bool sb_MatchBehind(const Unit* qc_Text, const Unit* qc_Pattern);
     // Characters up to the first that isn't that of the pattern, or ends the text.
     static unsigned sn_SameAs(const Unit* qc_Text, const Unit* qc_Pattern, unsigned n_Count)
@@ -302,6 +303,22 @@ unsigned CT_TextOperations<Unit>::sn_Find(const Unit* qc_Text, unsigned n_Count,
     return NONE;
 }
 
+// Whether two characters stand together nowhere in a text that ends in the aligned block where it
+// begins. False where that isn't known.
+template <class Unit>
+__attribute__((no_sanitize("address", "thread"))) inline bool
+CT_TextOperations<Unit>::sb_HasNoPair(const Unit* qc_Text, Unit c_First, Unit c_Second)
+{
+    const auto n_Before = reinterpret_cast<std::uintptr_t>(qc_Text) % sizeof(Block);
+    const Block ao_Block =
+        *reinterpret_cast<const Block*>(reinterpret_cast<const char*>(qc_Text) - n_Before);
+    const unsigned n_Ends = CT_Vector::sn_Mask(ao_Block == Value(0)) >> n_Before;
+    const unsigned n_First = CT_Vector::sn_Mask(ao_Block == Value(c_First)) >> n_Before;
+    const unsigned n_Second = CT_Vector::sn_Mask(ao_Block == Value(c_Second)) >> n_Before;
+    const unsigned n_InText = (n_Ends & -n_Ends) - 1;
+    return n_Ends && !(n_First & n_Second >> sizeof(Unit) & n_InText);
+}
+
 // Whether the text ends with what is like so many characters of the pattern.
 template <class Unit>
 inline bool CT_TextOperations<Unit>::sb_EndsLike(const Unit* qc_Text, const Unit* qc_Pattern,
@@ -343,6 +360,11 @@ template <class Unit>
             ++n_Stretch;
         if (!qc_Pattern[n_Stretch])
             return !n_Stretch || sb_EndsLike(qc_Text, qc_Pattern, n_Stretch);
+        // Most words lack a stretch, which shows without a step whose end isn't foreseen.
+        if constexpr (CT_Vector::sb_FastMasks)
+            if (n_Stretch > 1 && qc_Pattern[0] != '?' && qc_Pattern[1] != '?' &&
+                sb_HasNoPair(qc_Text, qc_Pattern[0], qc_Pattern[1]))
+                return false;
         for (;; ++qc_Text) {
             const unsigned n = sn_SameAs(qc_Text, qc_Pattern, n_Stretch);
             if (n == n_Stretch)
