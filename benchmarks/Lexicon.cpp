@@ -10,6 +10,9 @@
 // in the same list, and the others have no such way. get_all is the iteration by v_GetAll, into
 // buffers that are new each time, beside the iterator and the others as in iterate.
 //
+// build_mib is what a building takes of memory at its peak, the result included, in MiB
+// (Support/Memory.h).
+//
 // frequent looks up the words of a running text in a list of them and of a dictionary. ostra is
 // built by weight, and each word weighs what it occurs in the text, maybe 0; marisa has the same
 // weights. first has the frequent words added first, in_order all of them in the order of the
@@ -343,6 +346,27 @@ void AddBuild(Measure<Numbers>& measure, const char* side, const Words& words)
         });
 }
 
+// What is held while it is built, and what is made of it.
+template <class Made>
+void AddPeak(const char* side, const Words& words)
+{
+    Job::RegisterPeak(std::string("build_mib/") + side + "/words.en",
+                      [&words] { return std::make_unique<Made>(words); });
+}
+
+void RegisterPeaks(const Words& words)
+{
+    AddPeak<Ostra>("ostra", words);
+    AddPeak<ByWeight>("by_weight", words);
+#if HAVE_MARISA
+    AddPeak<Marisa>("marisa", words);
+#endif
+#if HAVE_ICU
+    AddPeak<BytesTrie>("icu", words);
+#endif
+    AddPeak<Unordered>("unordered", words);
+}
+
 void RegisterBuild(const std::string& name, const Words& words)
 {
     Measure<Numbers> measure("build", name, {Amount::ITEMS, words.size()});
@@ -569,6 +593,7 @@ int main(int argc, char** argv)
     RegisterGetAll("words.en.shuf", shuffled);
     RegisterGetAll("words.en.tenth", few);
     RegisterSize(words);
+    RegisterPeaks(words);
 
     const Words text = WordsOf(Inputs::Bytes("faq.de"));
     RegisterFrequent(text, Inputs::Lines("words.de"));

@@ -5,7 +5,8 @@
 // return; those of UTF-16 begin with a mark, and have both. GLib's channel converts what isn't
 // UTF-8, so there its lines are UTF-8. The readers that go back behind each line have no peer: what
 // counts is how many calls of the system a line takes, all of them being counted; "limit" is what
-// can't be done without.
+// can't be done without. line_mib and line16_mib are what a pass takes of memory at its peak
+// (Support/Memory.h).
 #include <Ostra/File/WinFile.h>
 #include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
@@ -224,29 +225,30 @@ template <class Line>
 class LineMeasure
 {
 public:
-    LineMeasure(const char* name, const TextFile& onFile)
-        : file(onFile),
+    LineMeasure(const std::string& theName, const TextFile& onFile)
+        : name(theName),
+          file(onFile),
           measure(name, onFile.name, {Amount::ITEMS, onFile.lines})
     {}
 
     template <class Read>
     void Side(const char* side, Read read)
     {
-        measure.Side(
-            side,
-            [read, path = file.path] {
-                size_t sum = 0;
-                read(path, [&](auto line) { sum += line.size(); });
-                return sum;
-            },
-            [read, path = file.path] {
-                std::vector<Line> lines;
-                read(path, [&](auto line) { Keep(lines, line); });
-                return lines;
-            });
+        const auto work = [read, path = file.path] {
+            size_t sum = 0;
+            read(path, [&](auto line) { sum += line.size(); });
+            return sum;
+        };
+        Job::RegisterPeak(name + "_mib/" + side + "/" + file.name, work);
+        measure.Side(side, work, [read, path = file.path] {
+            std::vector<Line> lines;
+            read(path, [&](auto line) { Keep(lines, line); });
+            return lines;
+        });
     }
 
 private:
+    const std::string name;
     const TextFile& file;
     Measure<std::vector<Line>> measure;
 };
@@ -300,7 +302,7 @@ void RegisterSeeking(const std::string& suffix, Reader reader, const TextFile& f
 {
     typedef std::basic_string<typename decltype(View(String()))::value_type> Line;
     const Ostra<String> side(reader);
-    LineMeasure<Line> measure(("seek" + suffix).c_str(), file);
+    LineMeasure<Line> measure("seek" + suffix, file);
     measure.Side("ostra", side);
     std::vector<Line> lines;
     side(file.path, [&](auto text) { Keep(lines, text); });

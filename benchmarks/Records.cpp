@@ -10,6 +10,12 @@
 // copied into memory of the caller's on all sides. A record shorter than its head comes back with
 // the head's size from ours, and what was put in is compared.
 //
+// memory.x10 and memory.x40 have ten and forty times the records of memory, whose contents come again
+// and again. readers: eight processes, each of which opens the same file for reading and gets all of
+// its records; the time is that from the first one's start to the last one's end, of a record that
+// any of them gets. add_mib is what the filling takes of memory at its peak (Support/Memory.h): pages
+// of a mapped file are among it, which LMDB and ours have, and SQLite's, which writes, aren't.
+//
 // Updates and the pairs of a deletion and an addition (churn) go through all records in an order
 // of chance, and give each the other one of two contents of different lengths. The contents of a
 // record begin alike, as an update of ours that finds room in the body's block leaves the last
@@ -23,9 +29,11 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <vector>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "RecordSides/Ostra.h"
@@ -52,7 +60,22 @@ namespace
 {
 typedef std::vector<std::uint64_t> Answers; // a hash a record
 typedef std::vector<unsigned> Keys;
-typedef std::vector<std::unique_ptr<CT_Buffer>> Contents;
+
+// Contents of so many records. Beyond MOST they come again, which no side knows of.
+class Contents
+{
+public:
+    static constexpr unsigned MOST = 100'000;
+
+    explicit Contents(unsigned theCount) : count(theCount) {}
+    void Add(std::unique_ptr<CT_Buffer> content) { distinct.push_back(std::move(content)); }
+    unsigned Count() const { return count; }
+    const CT_Buffer& operator[](size_t key) const { return *distinct[key % distinct.size()]; }
+
+private:
+    const unsigned count;
+    std::vector<std::unique_ptr<CT_Buffer>> distinct;
+};
 
 // ---- Records ------------------------------------------------------------------------------
 
@@ -87,15 +110,16 @@ unsigned OtherSize(unsigned size, unsigned other)
 
 const Input& MakeInput(const std::string& name, const std::string& folder, unsigned count)
 {
-    Input& input = *new Input{name, folder, {}, {}, {}}; // as long as the program
+    // As long as the program.
+    Input& input = *new Input{name, folder, Contents(count), Contents(count), Keys(count)};
     const Keys sizes = Inputs::Numbers("record.sizes");
-    for (unsigned key = 0; key < count; ++key) {
+    for (unsigned key = 0; key < std::min(count, Contents::MOST); ++key) {
         const unsigned size = std::max(sizes[key % sizes.size()], 1u);
         const unsigned other = sizes[(key + count) % sizes.size()];
-        input.first.push_back(MakeContent(key, size, 0));
-        input.second.push_back(MakeContent(key, OtherSize(size, other), 1));
-        input.order.push_back(key);
+        input.first.Add(MakeContent(key, size, 0));
+        input.second.Add(MakeContent(key, OtherSize(size, other), 1));
     }
+    std::iota(input.order.begin(), input.order.end(), 0u);
     Inputs::Shuffle(input.order);
     return input;
 }
@@ -150,7 +174,7 @@ struct Store
     {
         side.Begin();
         for (unsigned key = 0; key < input.Count(); ++key)
-            side.Add(key, *input.first[key]);
+            side.Add(key, input.first[key]);
         side.End();
     }
 
@@ -165,10 +189,10 @@ Answers ContentOf(Store<Side>& store)
 {
     Answers answers;
     store.side.Begin();
-    for (unsigned key = 0; key < store.contents->size(); ++key) {
+    for (unsigned key = 0; key < store.contents->Count(); ++key) {
         const char* data;
         const size_t size = store.side.Get(key, data);
-        const size_t most = (*store.contents)[key]->n_GetUsedSize();
+        const size_t most = (*store.contents)[key].n_GetUsedSize();
         answers.push_back(HashOf(data, std::min(size, most)));
     }
     store.side.End();
@@ -202,7 +226,7 @@ public:
     void Register()
     {
         RegisterAdd<Side>();
-        RegisterGet<Side>();
+        RegisterGet(Full<Side>());
         RegisterUpdate<Side>();
         RegisterChurn<Side>();
         RegisterWalk<Side>();
@@ -214,18 +238,29 @@ public:
         const auto work = [this, store] {
             const Contents& contents = Turn(*store);
             return Pass(store->side, input,
-                        [&](unsigned key) { store->side.Replace(key, *contents[key]); });
+                        [&](unsigned key) { store->side.Replace(key, contents[key]); });
         };
         churn.Side(Side::NAME, work, [work, store] { return work(), ContentOf(*store); });
     }
 
-    // Into a new file, which is closed at the end.
     template <class Side>
     void RegisterAdd()
     {
-        add.Side(
-            Side::NAME, [this] { return Store<Side>(input, true).contents; },
-            [this] { return ContentOf(*Full<Side>()); });
+        RegisterAdd(Full<Side>());
+    }
+    template <class Side>
+    void RegisterPeak()
+    {
+        Job::RegisterPeak(std::string("add_mib/") + Side::NAME + "/" + input.name,
+                          [this] { return Filled<Side>(); });
+    }
+    // With one file for both, as files are large.
+    template <class Side>
+    void RegisterAddAndGet()
+    {
+        const auto store = Full<Side>();
+        RegisterAdd(store);
+        RegisterGet(store);
     }
 
 private:
@@ -238,18 +273,21 @@ private:
     {
         return std::make_shared<Store<Side>>(input, true);
     }
-    // The contents that the records have not.
+    // A new file, which is closed at the end.
     template <class Side>
-    const Contents& Turn(Store<Side>& store) const
+    const Contents* Filled() const
     {
-        store.contents = store.contents == &input.first ? &input.second : &input.first;
-        return *store.contents;
+        return Store<Side>(input, true).contents;
     }
-
     template <class Side>
-    void RegisterGet()
+    void RegisterAdd(const std::shared_ptr<Store<Side>>& same)
     {
-        const auto store = Full<Side>();
+        add.Side(
+            Side::NAME, [this] { return Filled<Side>(); }, [same] { return ContentOf(*same); });
+    }
+    template <class Side>
+    void RegisterGet(const std::shared_ptr<Store<Side>>& store)
+    {
         get.Side(
             Side::NAME,
             [this, store] {
@@ -263,6 +301,14 @@ private:
             },
             [store] { return ContentOf(*store); });
     }
+    // The contents that the records have not.
+    template <class Side>
+    const Contents& Turn(Store<Side>& store) const
+    {
+        store.contents = store.contents == &input.first ? &input.second : &input.first;
+        return *store.contents;
+    }
+
     template <class Side>
     void RegisterUpdate()
     {
@@ -270,7 +316,7 @@ private:
         const auto work = [this, store] {
             const Contents& contents = Turn(*store);
             return Pass(store->side, input,
-                        [&](unsigned key) { store->side.Update(key, *contents[key]); });
+                        [&](unsigned key) { store->side.Update(key, contents[key]); });
         };
         update.Side(Side::NAME, work, [work, store] { return work(), ContentOf(*store); });
     }
@@ -294,7 +340,7 @@ private:
                 Answers answers(input.Count());
                 store->side.Begin();
                 store->side.Walk([&](unsigned key, const char* data, size_t size) {
-                    const size_t most = input.first[key]->n_GetUsedSize();
+                    const size_t most = input.first[key].n_GetUsedSize();
                     answers[key] = HashOf(data, std::min(size, most));
                 });
                 store->side.End();
@@ -305,6 +351,86 @@ private:
     const Input& input;
     Measure<Answers> add, get, update, churn, walk;
 };
+
+// Processes that read all records of one file at a time, each in the order of chance.
+constexpr unsigned READERS = 8;
+
+template <class Side>
+void Read(const Store<Side>& store, const Input& input)
+{
+    Side reader(store.place.path, store.side);
+    size_t sum = 0;
+    Pass(reader, input, [&](unsigned key) {
+        const char* data;
+        sum += reader.Get(key, data);
+    });
+    Expect(sum >= input.Count(), "reading");
+}
+
+template <class Side>
+unsigned ReadAtOnce(const Store<Side>& store, const Input& input)
+{
+    for (unsigned n = 0; n < READERS; ++n)
+        if (fork() == 0) {
+            Read(store, input);
+            _exit(0);
+        }
+    for (unsigned n = 0; n < READERS; ++n) {
+        int status = -1;
+        wait(&status);
+        Expect(status == 0, "a reader");
+    }
+    return READERS * input.Count();
+}
+
+template <class Side>
+void RegisterReaders(Measure<Answers>& readers, const Input& input)
+{
+    const auto store = std::make_shared<Store<Side>>(input, true);
+    store->side.Close();
+    readers.Side(
+        Side::NAME, [store, &input] { return ReadAtOnce(*store, input); },
+        [store, &input] {
+            Side reader(store->place.path, store->side);
+            Answers answers;
+            reader.Begin();
+            for (unsigned key = 0; key < input.Count(); ++key) {
+                const char* data;
+                const size_t size = reader.Get(key, data);
+                answers.push_back(
+                    HashOf(data, std::min<size_t>(size, input.first[key].n_GetUsedSize())));
+            }
+            reader.End();
+            return answers;
+        });
+}
+
+void RegisterReaders(const Input& input)
+{
+    Measure<Answers> readers("readers", input.name, {Amount::ITEMS, READERS * input.Count(), true});
+    RegisterReaders<Ostra>(readers, input);
+#if HAVE_LMDB
+    RegisterReaders<Lmdb>(readers, input);
+#endif
+#if HAVE_SQLITE
+    RegisterReaders<Sqlite>(readers, input);
+#endif
+}
+
+// Ten times the records, and forty times.
+void RegisterLarge(const std::string& folder, unsigned count)
+{
+    Measures& ten = *new Measures(MakeInput("memory.x10", folder, count * 10));
+    ten.RegisterAddAndGet<Ostra>();
+    ten.RegisterChurn<Ostra>();
+    Measures& forty = *new Measures(MakeInput("memory.x40", folder, count * 40));
+    forty.RegisterAddAndGet<Ostra>();
+#if HAVE_LMDB
+    ten.RegisterAddAndGet<Lmdb>();
+    ten.RegisterChurn<Lmdb>();
+    forty.RegisterAddAndGet<Lmdb>();
+#endif
+}
 
 template <class Action>
 void ForAllSides(Action action)
@@ -332,8 +458,10 @@ int main(int argc, char** argv)
 {
     const unsigned count = Inputs::AreGenerated() ? 10000 : 100000;
     const std::string memory = std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : ".";
-    Measures& all = *new Measures(MakeInput("memory", memory, count));
+    const Input& plain = MakeInput("memory", memory, count);
+    Measures& all = *new Measures(plain);
     ForAllSides([&]<class Side>() { all.Register<Side>(); });
+    ForAllSides([&]<class Side>() { all.RegisterPeak<Side>(); });
 #if HAVE_LMDB
     all.RegisterAdd<LmdbAppend>();
 #endif
@@ -341,5 +469,13 @@ int main(int argc, char** argv)
     ForAllSides([&]<class Side>() { disk.Register<Side>(); });
     Measures& tenth = *new Measures(MakeInput("memory.tenth", memory, count / 10));
     ForAllSides([&]<class Side>() { tenth.RegisterChurn<Side>(); });
+    RegisterReaders(plain);
+    // For each of the most records, with the files that stay and the one that is being filled.
+    constexpr std::uintmax_t BYTES = 2'000;
+    if (std::filesystem::space(memory).available > BYTES * count * 40)
+        RegisterLarge(memory, count);
+    else
+        std::fprintf(stderr, "records: too little room in %s for large files, left out\n",
+                     memory.c_str());
     return Job::Run(argc, argv, OSTRA_ABSENT_PEERS);
 }

@@ -13,12 +13,21 @@ class Lmdb
 public:
     static constexpr const char* NAME = "lmdb";
 
-    Lmdb(const std::string& path, unsigned)
-        : Lmdb(path, MDB_WRITEMAP | MDB_NOSYNC | MDB_NOMETASYNC | MDB_NOLOCK, Flags())
+    Lmdb(const std::string& path, unsigned count)
+        : Lmdb(path, MDB_WRITEMAP | MDB_NOSYNC | MDB_NOMETASYNC | MDB_NOLOCK,
+               std::size_t(count > 200'000 ? 8 : 1) << 30)
     {}
-    ~Lmdb() { mdb_env_close(env); }
+    // With the table of readers, as readers of a file that others may write have it.
+    Lmdb(const std::string& path, const Lmdb&) : access(MDB_RDONLY) { Open(path, MDB_RDONLY, 0); }
+    ~Lmdb() { Close(); }
 
-    void Begin() { Check(mdb_txn_begin(env, nullptr, 0, &transaction)); }
+    void Close()
+    {
+        if (env)
+            mdb_env_close(env);
+        env = nullptr;
+    }
+    void Begin() { Check(mdb_txn_begin(env, nullptr, access, &transaction)); }
     void End() { Check(mdb_txn_commit(transaction)); }
     void Add(unsigned key, const CT_Buffer& data) { Put(key, data, MDB_NOOVERWRITE); }
     void Update(unsigned key, const CT_Buffer& data) { Put(key, data, 0); }
@@ -53,12 +62,13 @@ public:
     }
 
 protected:
-    struct Flags
-    {};
-    Lmdb(const std::string& path, unsigned flags, Flags)
+    Lmdb(const std::string& path, unsigned flags, std::size_t most) { Open(path, flags, most); }
+    // No room is that of the file.
+    void Open(const std::string& path, unsigned flags, std::size_t most)
     {
         Check(mdb_env_create(&env));
-        Check(mdb_env_set_mapsize(env, 1u << 30));
+        if (most)
+            Check(mdb_env_set_mapsize(env, most));
         Check(mdb_env_open(env, path.c_str(), MDB_NOSUBDIR | flags, 0600));
         Begin();
         Check(mdb_dbi_open(transaction, nullptr, MDB_INTEGERKEY, &table));
@@ -72,6 +82,7 @@ protected:
         Check(mdb_put(transaction, table, &name, &value, flags));
     }
 
+    unsigned access = 0;
     MDB_env* env = nullptr;
     MDB_dbi table = 0;
     MDB_txn* transaction = nullptr;
@@ -94,5 +105,5 @@ class LmdbDefault : public Lmdb
 public:
     static constexpr const char* NAME = "lmdb";
 
-    explicit LmdbDefault(const std::string& path) : Lmdb(path, 0, Flags()) {}
+    explicit LmdbDefault(const std::string& path) : Lmdb(path, 0, std::size_t(1) << 30) {}
 };

@@ -3,6 +3,7 @@
 
 #include <Database/RecordManager/RecordManager.h>
 #include <Ostra/Frame/ErrorManager.h>
+#include <Ostra/String/CString.h>
 #include <Ostra/String/UString.h>
 
 #include <memory>
@@ -26,9 +27,22 @@ public:
         manager->v_Create(HEAD_SIZE, BLOCK_SIZE, 0);
         Expect(!CT_ErrorManager::spco_Get()->b_IsSetError(), "ostra");
     }
-    ~Ostra()
+    Ostra(const std::string& path, const Ostra& filled) : references(filled.references)
     {
+        const CT_CString name(path.c_str(), -1, 65001);
+        const CT_WinFile file(&name, 1024);
+        manager = std::make_unique<CT_RecordManager>(&file);
+        manager->v_Open(CT_RecordManager::e_OpenRead, 1);
+        Expect(!CT_ErrorManager::spco_Get()->b_IsSetError(), "ostra");
+    }
+    ~Ostra() { Close(); }
+
+    void Close()
+    {
+        if (!manager)
+            return;
         manager->v_Close(1);
+        manager.reset();
         Expect(!CT_ErrorManager::spco_Get()->b_IsSetError(), "ostra");
     }
 

@@ -2,7 +2,8 @@
 //
 // Each side begins with an empty file at a path and is told how many records will be in it. Begin
 // and End are around each pass; Replace is a deletion and an addition; Walk hands over key, data
-// and size of each record.
+// and size of each record. Sides with Close give up the file, and a side that is made of another
+// one reads that one's file beside other readers.
 #pragma once
 
 #include <Ostra/Buffer/Buffer.h>

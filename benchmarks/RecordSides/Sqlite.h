@@ -16,13 +16,24 @@ public:
     Sqlite(const std::string& path, unsigned)
         : Sqlite(path, "pragma synchronous=off; pragma mmap_size=1073741824")
     {}
-    ~Sqlite()
+    Sqlite(const std::string& path, const Sqlite&)
     {
+        Expect(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK,
+               "sqlite");
+        Run("pragma mmap_size=1073741824");
+        Prepare();
+    }
+    ~Sqlite() { Close(); }
+
+    void Close()
+    {
+        if (!db)
+            return;
         for (sqlite3_stmt* statement : {add, get, update, remove, walk})
             sqlite3_finalize(statement);
         sqlite3_close(db);
+        db = nullptr;
     }
-
     void Begin() { Run("begin"); }
     void End() { Run("commit"); }
     void Add(unsigned key, const CT_Buffer& data) { Execute(add, key, &data); }
@@ -57,14 +68,18 @@ protected:
         Expect(sqlite3_open(path.c_str(), &db) == SQLITE_OK, "sqlite");
         Run(settings);
         Run("create table records(key integer primary key, data blob)");
+        Prepare();
+    }
+
+private:
+    void Prepare()
+    {
         add = Prepare("insert into records values(?, ?)");
         get = Prepare("select data from records where key = ?");
         update = Prepare("update records set data = ?2 where key = ?1");
         remove = Prepare("delete from records where key = ?");
         walk = Prepare("select key, data from records");
     }
-
-private:
     void Run(const char* text)
     {
         Expect(sqlite3_exec(db, text, nullptr, nullptr, nullptr) == SQLITE_OK, text);

@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "Support/Memory.h"
+
 // What one pass of a work goes through; rates count it.
 struct Amount
 {
@@ -34,6 +36,10 @@ public:
     // the measure is of.
     template <class Cost>
     static void RegisterCost(const std::string& name, Cost cost);
+
+    // A side whose figure is what one pass of a work takes of memory at its peak, in MiB.
+    template <class Work>
+    static void RegisterPeak(const std::string& name, Work work);
 
     // Ends the program: a side's results aren't those of the library.
     [[noreturn]] static void Disagree(const std::string& name, size_t differ, size_t of,
@@ -106,6 +112,13 @@ void Job::RegisterCost(const std::string& name, Cost cost)
         }
         SetCost(state, cost());
     })->Iterations(1);
+}
+
+template <class Work>
+void Job::RegisterPeak(const std::string& name, Work work)
+{
+    RegisterCost(name,
+                 [work] { return Memory::Peak([&work] { benchmark::DoNotOptimize(work()); }); });
 }
 
 template <class Answers>

@@ -57,6 +57,15 @@ class Compare(unittest.TestCase):
         self.assertIn("icu 2.00x  tenth 0.50x", lines[0])
         self.assertNotIn("tenth 0", lines[1])
 
+    def test_many_compares_the_library_with_itself_among_few(self):
+        lines, _, _ = judged([items("add/ostra/b", 1.5), items("add/ostra/b.x10", 3), items("add/lmdb/b.x10", 6),
+                              items("add/ostra/c.x10", 3)], "")
+        self.assertNotIn("few", lines[0])
+        self.assertIn("lmdb 2.00x  few 0.50x", lines[1])
+        self.assertNotIn("few", lines[2])
+        _, failed, _ = judged([items("add/ostra/b", 1.5), items("add/ostra/b.x10", 3)], "Characters add b.x10 few 0.8 1")
+        self.assertEqual(failed, ["add b.x10 few: 0.500 instead of 0.8"])
+
     def test_growth_has_gates(self):
         runs = [items("append/ostra/b", 3), items("append/ostra/b.tenth", 1.5)]
         _, failed, _ = judged(runs, "Characters append b tenth 0.8 0.95")

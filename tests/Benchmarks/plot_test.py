@@ -47,7 +47,7 @@ class Plot(unittest.TestCase):
 
     def test_the_picture_has_a_line_a_measure_and_peer_of_its_inputs(self):
         root = xml.fromstring(plot.picture(figures(
-            row("line", "a", getline=1.25, tenth=0.7), row("line", "b", getline=0.5), row("line", "c", getline=2),
+            row("line", "a", getline=1.25, tenth=0.7), row("line", "b", getline=0.5, few=9), row("line", "c", getline=2),
             row("line", "a.tenth", getline=50), row("line<16>", "b", qt=4))))
         titles = [group.find(f"{SVG}title").text for group in root.iter(f"{SVG}g")]
         self.assertEqual(titles, ["line / getline: 0.50 to 2.00, median 1.25", "line<16> / qt: 4.00 to 4.00, median 4.00"])
