@@ -239,7 +239,8 @@ public:
             read(path, [&](auto line) { sum += line.size(); });
             return sum;
         };
-        Job::RegisterPeak(name + "_mib/" + side + "/" + file.name, work);
+        if (name.starts_with("line"))
+            Job::RegisterPeak(name + "_mib/" + side + "/" + file.name, work);
         measure.Side(side, work, [read, path = file.path] {
             std::vector<Line> lines;
             read(path, [&](auto line) { Keep(lines, line); });
