@@ -10,6 +10,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -184,14 +185,17 @@ int CT_FontManager::sb_EnumFonts(tagENUMLOGFONTA* pso_Font, tagNEWTEXTMETRICA*, 
 int CT_FontManager::sb_EnumFamily(tagENUMLOGFONTA* pso_Font, tagNEWTEXTMETRICA* pso_Metric,
                                   int i_Type, st_FontsFamilies* pso_Context)
 {
-    const char* const qccz_Face = pso_Font->elfLogFont.lfFaceName;
-    char ac_Key[LF_FACESIZE + LF_FACESIZE];
+    // A field that has no terminator ends with its room.
+    const char* const pcc_Face = pso_Font->elfLogFont.lfFaceName;
+    const char* const pcc_End = std::find(pcc_Face, pcc_Face + LF_FACESIZE, '\0');
+    const int i_Length = static_cast<int>(pcc_End - pcc_Face);
+    char ac_Key[LF_FACESIZE + 1 + LF_FACESIZE + 1];
     if (i_Type == TRUETYPE)
-        std::snprintf(ac_Key, sizeof(ac_Key), "%s %s", qccz_Face,
+        std::snprintf(ac_Key, sizeof(ac_Key), "%.*s %.*s", i_Length, pcc_Face, LF_FACESIZE,
                       reinterpret_cast<const char*>(pso_Font->elfStyle));
     else
-        std::snprintf(ac_Key, sizeof(ac_Key), "%s", qccz_Face);
-    unsigned n_Value = static_cast<unsigned>(std::strlen(qccz_Face));
+        std::snprintf(ac_Key, sizeof(ac_Key), "%.*s", i_Length, pcc_Face);
+    unsigned n_Value = static_cast<unsigned>(i_Length);
     if (!pso_Context->b_NoBold && pso_Metric->ntmFlags & STYLE_BOLD)
         n_Value |= 1U << 16;
     if (!pso_Context->b_NoItalic && pso_Metric->ntmFlags & STYLE_ITALIC)

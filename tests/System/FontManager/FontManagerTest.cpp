@@ -337,6 +337,22 @@ TEST_F(FontManager, LongestNamesFitTheKey)
     EXPECT_EQ(families.n_Search(key.c_str(), nullptr), 31u);
 }
 
+TEST_F(FontManager, NamesThatFillTheirFieldsEndWithThem)
+{
+    CT_CompList families(CT_CompList::es_Byte, 4, 0, 0, 128, 0);
+    st_FontsFamilies context{dc, &families, 0, 0};
+    tagENUMLOGFONTA font;
+    memset(&font, 'x', sizeof(font));
+    memset(font.elfLogFont.lfFaceName, 'f', LF_FACESIZE);
+    memset(font.elfStyle, 's', LF_FACESIZE);
+    tagNEWTEXTMETRICA metric = {};
+    CT_FontManager::sb_EnumFamily(&font, &metric, 4, &context);
+    CT_FontManager::sb_EnumFamily(&font, &metric, 1, &context);
+    const std::string face(32, 'f');
+    EXPECT_EQ(families.n_Search((face + ' ' + std::string(32, 's')).c_str(), nullptr), 32u);
+    EXPECT_EQ(families.n_Search(face.c_str(), nullptr), 32u);
+}
+
 TEST_F(FontManager, SystemIsReadAtTheFirstRequest)
 {
     Renew();
