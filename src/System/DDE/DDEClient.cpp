@@ -82,9 +82,25 @@ void CT_DDEClient::v_Exit()
     h_Window = nullptr;
 }
 
+// Frees a value that comes when nobody waits for it any more.
+static void v_Drop(LPARAM l_Parameter)
+{
+    UINT_PTR n_Block, n_Item;
+    v_Unpack(DDE_DATA, l_Parameter, &n_Block, &n_Item);
+    bool b_Release;
+    {
+        const CT_ValueBlock co_Block(h_Block(n_Block));
+        b_Release = co_Block && co_Block.u_GetFlags() & HEAD_RELEASE;
+    }
+    if (b_Release)
+        GlobalFree(h_Block(n_Block));
+}
+
 LRESULT OSTRA_ENTRY CT_DDEClient::sl_DDEClientWindowProc(HWND h_Window, unsigned n_Message,
                                                          WPARAM n_First, LPARAM l_Second)
 {
+    if (n_Message == DDE_DATA)
+        v_Drop(l_Second);
     if (n_Message != DDE_ACK)
         return DefWindowProcA(h_Window, n_Message, n_First, l_Second);
     // Kept: the atoms of a second server stay.

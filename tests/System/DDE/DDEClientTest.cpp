@@ -250,6 +250,29 @@ TEST_F(DDEClient, DataThatComeTooLateAnswerTheNextRequest)
     GlobalFree(AsBlock(late));
 }
 
+TEST_F(DDEClient, DataThatNobodyWaitsForAreFree)
+{
+    const Window partner(DefWindowProcA);
+    const HWND own = FindWindowA(CT_DDEClient::sqcz_ClassName, nullptr);
+    const UINT_PTR given = Block(RELEASE, "given"), kept = Block(0, "kept");
+    LPARAM records[3];
+    int count = 0;
+    for (UINT_PTR block : {given, kept, UINT_PTR{0}}) {
+        records[count] = PackDDElParam(DATA, block, 0xBF01);
+        PostMessageA(own, DATA, AsFirst(partner), records[count++]);
+    }
+    PostMessageA(own, TERMINATE, AsFirst(partner), 0);
+    client.v_DDETerminate(partner);
+    EXPECT_EQ(Waiting(), 0U);
+    if (!COPIES) {
+        EXPECT_FALSE(IsThere(AsBlock(given)));
+        for (LPARAM record : records)
+            EXPECT_FALSE(UnpackDDElParam(DATA, record, nullptr, nullptr));
+    }
+    EXPECT_TRUE(IsThere(AsBlock(kept)));
+    EXPECT_EQ(GlobalFree(AsBlock(kept)), nullptr);
+}
+
 TEST_F(DDEClient, ANameThatIsNoAtomIsAskedForAsNone)
 {
     const std::string longer(256, 'n');
