@@ -41,6 +41,13 @@ public:
     Answers() : CT_DDEServer(Module(), "OstraSweptAnswers") {}
     virtual ~Answers() = default;
     int vb_Initiate(HWND, unsigned short) override { return 1; }
+    int vb_Poke(HWND, unsigned short, void* data, unsigned*) override
+    {
+        std::snprintf(poked, sizeof(poked), "%s", static_cast<const char*>(data));
+        return 1;
+    }
+
+    char poked[1100] = ""; // a string would ask the failing heap
 };
 
 struct State
@@ -149,6 +156,42 @@ TEST(DDESweep, AnAcknowledgementIsSentOrLost)
         EXPECT_EQ(state.clients[0].Take().size(), failing ? 0U : 1U);
         return failing;
     });
+}
+
+// Without room for the terminator nothing is handed on, and the client is refused; the refusal may
+// be lost in its turn.
+TEST(DDESweep, AValueWithoutATerminatorIsTakenOrRefused)
+{
+    State state;
+    state.Initiate(state.clients[0]);
+    state.clients[0].Take();
+    const std::string value(1000, 'v');
+    bool reported = false;
+    // The first time nothing fails.
+    for (unsigned number = 0, failing = 1; failing; ++number) {
+        SCOPED_TRACE(number);
+        state.server.poked[0] = 0;
+        const UINT_PTR block = Block(0, value);
+        static_cast<char*>(GlobalLock(AsBlock(block)))[4 + value.size()] = 'v';
+        GlobalUnlock(AsBlock(block));
+        const LPARAM parameter = PackDDElParam(POKE, block, ITEM);
+        const HWND window = state.server.h_GetWindow();
+        FailingHeap::Arm(number, FailingHeap::ONCE);
+        CT_DDEServer::sl_DDEServerWindowProc(window, POKE, AsFirst(state.clients[0]), parameter);
+        failing = FailingHeap::Disarm() || number == 0;
+        const Failure failure = TakeFailure();
+        const bool refused = failure != Failure();
+        if (refused) {
+            EXPECT_EQ(failure.code, 60006U);
+            EXPECT_EQ(failure.trail, std::vector<std::string>{"Ostra/Buffer/Buffer"});
+        }
+        EXPECT_EQ(state.server.poked, refused ? std::string() : value + 'v');
+        for (const Entry& entry : state.clients[0].Take())
+            EXPECT_EQ(entry, (Entry{ACK, window, refused ? 0U : 0x8000U, ITEM}));
+        reported = reported || refused;
+        GlobalFree(AsBlock(block));
+    }
+    EXPECT_TRUE(reported);
 }
 
 // The client's window gets the answers before it asks: no other thread takes part.

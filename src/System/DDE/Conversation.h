@@ -91,18 +91,34 @@ public:
     // A text with its terminator; one that has none ends with the block.
     void v_CopyText(CT_Buffer* pco_Out, unsigned n_Growth) const
     {
-        const unsigned n_Room = static_cast<unsigned>(GlobalSize(h_Memory)) - HEAD;
-        const void* const pcv_End = std::memchr(pc_GetValue(), 0, n_Room);
+        const void* const pcv_End = pcv_FindEnd();
         if (!pcv_End) {
-            pco_Out->v_Set(pc_GetValue(), n_Room, n_Growth);
+            pco_Out->v_Set(pc_GetValue(), n_GetRoom(), n_Growth);
             pco_Out->v_Append("", 1);
             return;
         }
         const auto n_Length = static_cast<const char*>(pcv_End) - pc_GetValue();
         pco_Out->v_Set(pc_GetValue(), static_cast<unsigned>(n_Length) + 1, n_Growth);
     }
+    // The value where a terminator follows: in the block, or, if that has none, in a copy of the
+    // block. Null without room for the copy.
+    char* pc_GetText(CT_Buffer* pco_Copy) const
+    {
+        if (pcv_FindEnd())
+            return pc_GetValue();
+        const unsigned n_Size = HEAD + n_GetRoom();
+        pco_Copy->v_Set(n_Size + 1, pco_Copy->n_GetGrowth(), 0);
+        char* const pc_Copy = static_cast<char*>(const_cast<void*>(pco_Copy->qcv_Get()));
+        if (!pc_Copy)
+            return nullptr;
+        std::memcpy(pc_Copy, pc_Block, n_Size);
+        pc_Copy[n_Size] = 0;
+        return pc_Copy + HEAD;
+    }
 
 private:
+    unsigned n_GetRoom() const { return static_cast<unsigned>(GlobalSize(h_Memory)) - HEAD; }
+    const void* pcv_FindEnd() const { return std::memchr(pc_GetValue(), 0, n_GetRoom()); }
     unsigned short u_GetWord(unsigned n_Offset) const
     {
         unsigned short u_Word;

@@ -177,7 +177,9 @@ void CT_DDEServer::v_Poke(HWND h_Client, unsigned short u_Item, void* h_Block)
             b_Release = co_Block.u_GetFlags() & HEAD_RELEASE;
             // Kept: what comes is taken for text, whatever the client says.
             co_Block.v_SetFormat(TEXT_FORMAT);
-            b_Ack = vb_Poke(h_Client, u_Item, co_Block.pc_GetValue(), &n_Ordinal);
+            CT_Buffer co_Copy;
+            if (char* const pc_Text = co_Block.pc_GetText(&co_Copy))
+                b_Ack = vb_Poke(h_Client, u_Item, pc_Text, &n_Ordinal);
         }
     }
     if (b_Release)

@@ -42,8 +42,9 @@ public:
 
     // Whether the topic is served.
     virtual int vb_Initiate(HWND h_Client, unsigned short u_Topic);
-    // Takes a value, which is valid for the call; its lowest bit answers. An ordinal other than 0
-    // asks for vv_AfterPoke.
+    // Takes a value, which is valid for the call and has a terminator behind it, whatever the
+    // client sent; the lowest bit of the result answers. An ordinal other than 0 asks for
+    // vv_AfterPoke.
     virtual int vb_Poke(HWND h_Client, unsigned short u_Item, void* pv_Data, unsigned* pn_Ordinal);
     // Called when the acknowledgement is on its way: the place for long work.
     virtual void vv_AfterPoke(unsigned n_Ordinal);

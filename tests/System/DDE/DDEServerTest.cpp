@@ -225,6 +225,31 @@ TEST_F(DDEServer, LongWorkFollowsTheAcknowledgement)
     EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0x8000, ITEM}}));
 }
 
+TEST_F(DDEServer, AValueWithoutATerminatorGetsOne)
+{
+    Begin(client);
+    server->answer = 1;
+    const UINT_PTR kept = Block(0, "endless", FORMAT);
+    std::memset(static_cast<char*>(GlobalLock(AsBlock(kept))) + 4, 'e', 8);
+    GlobalUnlock(AsBlock(kept));
+    Post(POKE, client, PackDDElParam(POKE, kept, ITEM));
+    EXPECT_EQ(server->log, (Log{"poke 49136 eeeeeeee 1"}));
+    EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0x8000, ITEM}}));
+    EXPECT_EQ(BytesOf(kept).substr(4), "eeeeeeee");
+    EXPECT_EQ(GlobalFree(AsBlock(kept)), nullptr);
+}
+
+TEST_F(DDEServer, AnEmptyValueIsAnEmptyText)
+{
+    Begin(client);
+    server->answer = 1;
+    const HGLOBAL head = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 4);
+    Post(POKE, client, PackDDElParam(POKE, reinterpret_cast<UINT_PTR>(head), ITEM));
+    EXPECT_EQ(server->log, (Log{"poke 49136  1"}));
+    EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0x8000, ITEM}}));
+    GlobalFree(head);
+}
+
 TEST_F(DDEServer, ABrokenBlockIsRefused)
 {
     Begin(client);
