@@ -217,6 +217,23 @@ TEST(StreamSweep, MemoryIsAppendedTo)
                  [](State& state) { EXPECT_EQ(Memory(state), "abcabc"); });
 }
 
+TEST(StreamSweep, AFileOfManyPiecesIsAppendedToMemoryAsFarAsItGoes)
+{
+    const std::string all = "abcabc" + std::string(1000, 'x');
+    Sweep(
+        report,
+        [] {
+            auto state = Outputs();
+            state->file->vv_Append('x', 1000);
+            return state;
+        },
+        [](State& state) { state.memory->vv_Append(*state.file); },
+        [&](State& state, bool failed) {
+            EXPECT_TRUE(failed ? all.starts_with(Memory(state)) : Memory(state) == all);
+            ExpectOutputsUsable(state);
+        });
+}
+
 TEST(StreamSweep, AMemoryOutputWithoutABufferSaysSo)
 {
     const CT_Buffer begin("abc", 3, 32);

@@ -1,5 +1,6 @@
 // tests/Ostra/Frame/ErrorManagerWindowTest.cpp: the window that shows an error.
 #include <Ostra/Frame/ErrorManager.h>
+#include <Ostra/Frame/OstraDLLMain.h>
 #include <System/OS/OS.h>
 
 #include <windows.h>
@@ -161,6 +162,18 @@ TEST(ErrorManagerWindow, TitleComesFromTheModuleOfTheError)
     EXPECT_EQ(boxes.text, u"(1): Plain text");
     Errors().v_ClearError();
     EXPECT_EQ(boxes.count, 6);
+}
+
+TEST(ErrorManagerWindow, AnErrorOfNoModuleHasNoTitle)
+{
+    const AnsweredBoxes boxes(IDOK);
+    CT_ErrorManager::sv_SetInstance(nullptr);
+    Errors().v_SetError(1, Units(u"text"));
+    CT_ErrorManager::sv_SetInstance(CT_OstraDLLMain::sh_GetInstance());
+    Errors().i_ErrorLocationWindow(60000, nullptr, MB_OK);
+    EXPECT_EQ(boxes.title, u"");
+    EXPECT_EQ(boxes.text, u"(1): text");
+    Errors().v_ClearError();
 }
 
 // ---- The area's end -------------------------------------------------------------------------
