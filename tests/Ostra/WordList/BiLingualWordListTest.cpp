@@ -206,6 +206,10 @@ TYPED_TEST(BiLingualWordList, AListMayBeGivenItsOwnTexts)
                   TypeParam::FindSource(list, this->Of("0").c_str()));
     EXPECT_EQ(this->Source(list, "zero"), "zero");
     EXPECT_EQ(list.n_GetCount(), 61U);
+    // Of a pair the second alone.
+    list.v_Insert(this->Of("nil").c_str(), TypeParam::FindSource(list, this->Of("0").c_str()));
+    EXPECT_EQ(this->Source(list, "nil"), "zero");
+    EXPECT_EQ(list.n_GetCount(), 62U);
 }
 
 // The stores against plain bytes, maps, and compressed lists that are filled word by word.

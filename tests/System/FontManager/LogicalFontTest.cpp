@@ -335,7 +335,7 @@ TEST(LogicalFont, ExtentIsTheSumOfTheWidths)
     const Screen dc;
     MadeFont font(dc, {});
     const HGDIOBJ old = SelectObject(dc, font->h_GetHandle());
-    const CT_UString text(u"AV \u0416\u05D0\u20AC~");
+    const CT_UString text(u"AV \u0416\u05D0\u20AC~\t\x1F");
     unsigned sum = static_cast<unsigned>(font->pcso_GetTextMetric()->tmOverhang);
     for (unsigned n = 0; n < text.vn_GetLength(); ++n) {
         int width = 0;
