@@ -150,11 +150,12 @@ bool ModelAgrees(const CT_UString& text, const std::u16string& picture, unsigned
 }
 } // namespace
 
-// On the 8-bit road the names of a language without a code page are question marks.
-static bool HasLetters(unsigned locale)
+// On the 8-bit road texts have the letters of the code page: what the list and the model say of
+// names that have others doesn't hold there, nor anything of a language without a code page.
+static bool HasLetters(unsigned locale, const std::string& cause)
 {
     constexpr unsigned ANSI_CODE_PAGE = 0x1004;
-    return CT_OS::sb_GetIsWindowsNT() || Fact(locale, ANSI_CODE_PAGE) != u"0";
+    return CT_OS::sb_GetIsWindowsNT() || (cause != "names" && Fact(locale, ANSI_CODE_PAGE) != u"0");
 }
 
 // The test of all pictures of one type.
@@ -170,7 +171,7 @@ static void ExpectReadBack(unsigned type)
         const auto row = listed.find({locale, type});
         const std::string cause = row == listed.end() ? "" : row->second;
         // The platform's own months have other forms beside a day.
-        if ((!FixedClock::WORKS && cause == "genitive") || !HasLetters(locale))
+        if ((!FixedClock::WORKS && cause == "genitive") || !HasLetters(locale, cause))
             continue;
         SCOPED_TRACE(std::to_string(locale) + " " + Narrow(picture) + " " + cause);
         const CT_UString wide(picture.c_str());
