@@ -72,7 +72,8 @@ def run(words, extra, library, work, cpu, wall):
                 state = "time-out"
         except subprocess.TimeoutExpired:
             state = "time-out"
-        _end_all(process)
+        finally:
+            _end_all(process)
         output.seek(0)
         text = output.read(50_000_000)
     shutil.rmtree(folder, ignore_errors=True)

@@ -646,6 +646,21 @@ TEST(BitSet, OfTwoSizesWhatTheOtherHasNoRoomForIsLacking)
     EXPECT_TRUE(large.b_IsSubset(&small));
 }
 
+TEST(BitSet, OfALargerSetTheBitsBeyondTheOtherCount)
+{
+    CT_BitSet small(64), large(4000);
+    Fill(small, {1, 63});
+    Fill(large, {1, 63});
+    EXPECT_TRUE(large.b_IsEqual(&small));
+    EXPECT_TRUE(large.b_IsSubset(&small));
+    for (const unsigned bit : {64U, 3999U}) {
+        large.v_SetBit(bit, 1);
+        EXPECT_FALSE(large.b_IsEqual(&small));
+        EXPECT_FALSE(large.b_IsSubset(&small));
+        large.v_SetBit(bit, 0);
+    }
+}
+
 // ---- Sets and sets ------------------------------------------------------------------------
 
 TEST(BitSet, SetAlgebraIsThatOfTheBits)
