@@ -125,7 +125,7 @@ public:
     int b_Search(const CT_CString* pcco_Key, unsigned* pn_Matched) const;
     int b_Search(const CT_UString* pcco_Key, unsigned* pn_Matched) const;
 
-    // n_Search for each of n_Count keys, eight side by side: while one waits for the memory the
+    // n_Search for each of n_Count keys, many side by side: while one waits for the memory the
     // others go on, so a large list answers many keys in a fraction of the time. pn_Handles takes
     // the handles, in the order of the keys, and pn_Matched, which may be null, what was matched.
     void v_SearchAll(const char* const* pqccz_Keys, unsigned n_Count, unsigned* pn_Handles,

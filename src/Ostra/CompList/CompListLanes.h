@@ -49,7 +49,7 @@ struct CT_CompList::st_Keys
 template <class T, class t_Offset>
 struct CT_CompList::st_Lanes
 {
-    static constexpr unsigned LANES = 8;
+    static constexpr unsigned LANES = 16;
     static constexpr unsigned ELEMENT = sizeof(T);
 
     st_Lanes(const CT_CompList* pcco_NewList, const st_Keys* pcso_NewKeys)
@@ -71,7 +71,7 @@ struct CT_CompList::st_Lanes
     {
         while (n_Used == LANES) {
 // Written out by the compiler, a lane behind the other.
-#pragma GCC unroll 8
+#pragma GCC unroll 16
             for (unsigned n = 0; n < LANES; ++n) {
                 if (!b_Step(&aso_Lanes[n]) && !b_Renew(n)) [[unlikely]]
                     break;
