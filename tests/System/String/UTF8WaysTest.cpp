@@ -113,7 +113,7 @@ TEST(UTF8Ways, DecodeTheSame)
 TEST(UTF8Ways, OneCharacterOfManyIsSeenAtEachPlace)
 {
     const PageEnd in, out;
-    for (unsigned size = 1; size < 150; ++size)
+    for (const unsigned size : {1u, 8u, 16u, 31u, 32u, 33u, 64u, 127u, 128u, 129u})
         for (unsigned at = 0; at < size; ++at)
             for (const char16_t c : {u'\x7F', u'\x80', u'\x800', u'\x8000', u'\xFF80'}) {
                 std::u16string text(size, u'x');
