@@ -333,52 +333,35 @@ void RegisterHitMany(const std::string& name, const Words& entered, const Words&
 }
 
 template <class Made>
-void AddBuild(Measure<Numbers>& measure, const char* side, const Words& words)
+void AddBuild(Measure<Numbers>& measure, const std::string& name, const char* side,
+              const Words& words)
 {
-    measure.Side(
-        side, [&words] { return std::make_unique<Made>(words); },
-        [&words] {
-            Made made(words);
-            Numbers answers;
-            for (const std::string& word : words)
-                answers.push_back(made.Number(word));
-            return answers;
-        });
-}
-
-// What is held while it is built, and what is made of it.
-template <class Made>
-void AddPeak(const char* side, const Words& words)
-{
-    Job::RegisterPeak(std::string("build_mib/") + side + "/words.en",
-                      [&words] { return std::make_unique<Made>(words); });
-}
-
-void RegisterPeaks(const Words& words)
-{
-    AddPeak<Ostra>("ostra", words);
-    AddPeak<ByWeight>("by_weight", words);
-#if HAVE_MARISA
-    AddPeak<Marisa>("marisa", words);
-#endif
-#if HAVE_ICU
-    AddPeak<BytesTrie>("icu", words);
-#endif
-    AddPeak<Unordered>("unordered", words);
+    const auto work = [&words] {
+        return std::make_unique<Made>(words);
+    };
+    if (name == "words.en")
+        Job::RegisterPeak(std::string("build_mib/") + side + "/" + name, work);
+    measure.Side(side, work, [&words] {
+        Made made(words);
+        Numbers answers;
+        for (const std::string& word : words)
+            answers.push_back(made.Number(word));
+        return answers;
+    });
 }
 
 void RegisterBuild(const std::string& name, const Words& words)
 {
     Measure<Numbers> measure("build", name, {Amount::ITEMS, words.size()});
-    AddBuild<Ostra>(measure, "ostra", words);
-    AddBuild<ByWeight>(measure, "by_weight", words);
+    AddBuild<Ostra>(measure, name, "ostra", words);
+    AddBuild<ByWeight>(measure, name, "by_weight", words);
 #if HAVE_MARISA
-    AddBuild<Marisa>(measure, "marisa", words);
+    AddBuild<Marisa>(measure, name, "marisa", words);
 #endif
 #if HAVE_ICU
-    AddBuild<BytesTrie>(measure, "icu", words);
+    AddBuild<BytesTrie>(measure, name, "icu", words);
 #endif
-    AddBuild<Unordered>(measure, "unordered", words);
+    AddBuild<Unordered>(measure, name, "unordered", words);
 }
 
 // The sum of what is taken, and all of it.
@@ -593,7 +576,6 @@ int main(int argc, char** argv)
     RegisterGetAll("words.en.shuf", shuffled);
     RegisterGetAll("words.en.tenth", few);
     RegisterSize(words);
-    RegisterPeaks(words);
 
     const Words text = WordsOf(Inputs::Bytes("faq.de"));
     RegisterFrequent(text, Inputs::Lines("words.de"));
