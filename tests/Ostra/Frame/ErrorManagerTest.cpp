@@ -488,25 +488,29 @@ TEST(ErrorManager, WithoutAFreeRecordAnErrorTakesTheHeldOneOfItsThread)
     SetError(1, u"held");
     Errors().v_AddLocation("a", 1);
     Errors().v_HoldError();
-    Gate all_failed(10), cleared(1);
+    // One after another: the lists have no lock.
     std::vector<std::thread> threads;
+    std::vector<std::shared_ptr<Gate>> clear;
     for (unsigned n = 0; n < 9; ++n) {
-        threads.emplace_back([&] {
+        auto failed = std::make_shared<Gate>(1), cleared = std::make_shared<Gate>(1);
+        clear.push_back(cleared);
+        threads.emplace_back([failed, cleared] {
             SetError(7);
-            all_failed.ArriveAndWait();
-            cleared.Wait();
+            failed->Arrive();
+            cleared->Wait();
             EXPECT_EQ(TakeFailure().code, 7U);
         });
+        failed->Wait();
     }
-    all_failed.ArriveAndWait();
     SetError(2, u"next");
     EXPECT_TRUE(Errors().b_IsSetError());
     EXPECT_FALSE(Errors().b_IsHoldError());
     EXPECT_EQ(TakeFailure(), (Failure{2, "(2): next", {}}));
     EXPECT_EQ(TakeFailure(), Failure());
-    cleared.Arrive();
-    for (std::thread& thread : threads)
-        thread.join();
+    for (unsigned n = 0; n < 9; ++n) {
+        clear[n]->Arrive();
+        threads[n].join();
+    }
 }
 
 TEST(ErrorManager, RecordsAreUsedAgain)
