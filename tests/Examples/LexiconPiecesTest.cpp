@@ -92,17 +92,17 @@ TEST(LexiconPieces, DamageElsewhereIsNoMatterOfALookUp)
     MakeLexicon(Lines(pairs));
     const std::string good = ReadBytes("words.rec");
     const std::string answer = pairs[5].first + "\t" + pairs[5].second + "\n";
-    const std::string far(pairs[2990].second + '\0');
+    const std::string distant(pairs[2990].second + '\0');
     for (const bool reverse : {false, true}) {
         SCOPED_TRACE(reverse);
         // The sources' texts lie in front of the targets'.
-        Alter(good, far, reverse);
+        Alter(good, distant, reverse);
         EXPECT_EQ(RunLexicon({"lookup", "words.rec", "w5"}).output, answer);
         EXPECT_EQ(RunLexicon({"lookup", "words.rec", "--reverse", pairs[5].second}).output,
                   pairs[5].second + "\tw5\n");
         EXPECT_EQ(RunLexicon({"info", "words.rec"}).errors, DAMAGED);
     }
-    Alter(good, far);
+    Alter(good, distant);
     EXPECT_EQ(RunLexicon({"list", "words.rec"}).errors, DAMAGED);
     EXPECT_EQ(RunLexicon({"match", "words.rec", "w5"}).errors, DAMAGED);
     EXPECT_EQ(RunLexicon({"draw", "words.rec", "w5", "-o", "out.svg"}).errors, DAMAGED);

@@ -158,34 +158,34 @@ TEST(FreeChain, EmptyPositionsAreClosedWhereTheRoomEnds)
 // Room for more positions, marks for further blocks: what can't be had leaves the chain as it was.
 TEST(FreeChain, WithoutMemoryABlockIsRefusedAndTheRestStays)
 {
-    constexpr unsigned SIZE = 64, FIRST_ROOM = 256, FIRST_MARKS = 4096;
+    constexpr unsigned BLOCK = 64, FIRST_ROOM = 256, FIRST_MARKS = 4096;
     const auto refused = [](auto operation) {
         FailingHeap::Arm(1, FailingHeap::ONCE);
         const int done = operation();
         return FailingHeap::Disarm() == 1 && !done;
     };
-    CT_FreeChain chain(SIZE);
-    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE, SIZE); })) << "the first room";
-    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE, SIZE) && chain.b_Push(SIZE, SIZE); }));
+    CT_FreeChain chain(BLOCK);
+    EXPECT_TRUE(refused([&] { return chain.b_Push(BLOCK, BLOCK); })) << "the first room";
+    EXPECT_TRUE(refused([&] { return chain.b_Push(BLOCK, BLOCK) && chain.b_Push(BLOCK, BLOCK); }));
     EXPECT_EQ(chain.n_GetCount(), 0U);
     for (unsigned n = 1; n <= FIRST_ROOM; ++n)
-        ASSERT_TRUE(chain.b_Push(n * SIZE, SIZE));
-    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE * 1000, SIZE); })) << "room for more";
-    EXPECT_EQ(chain.n_GetHead(), FIRST_ROOM * SIZE);
-    EXPECT_TRUE(chain.b_Push(SIZE * 1000, SIZE));
-    EXPECT_TRUE(refused([&] { return chain.b_Push(SIZE * FIRST_MARKS, SIZE); })) << "more marks";
-    EXPECT_EQ(chain.n_GetHead(), SIZE * 1000);
+        ASSERT_TRUE(chain.b_Push(n * BLOCK, BLOCK));
+    EXPECT_TRUE(refused([&] { return chain.b_Push(BLOCK * 1000, BLOCK); })) << "room for more";
+    EXPECT_EQ(chain.n_GetHead(), FIRST_ROOM * BLOCK);
+    EXPECT_TRUE(chain.b_Push(BLOCK * 1000, BLOCK));
+    EXPECT_TRUE(refused([&] { return chain.b_Push(BLOCK * FIRST_MARKS, BLOCK); })) << "more marks";
+    EXPECT_EQ(chain.n_GetHead(), BLOCK * 1000);
 
-    ASSERT_TRUE(chain.b_Push(SIZE * (FIRST_MARKS - 1), 2 * SIZE));
-    ASSERT_TRUE(chain.b_Push(SIZE * 1001, SIZE));
+    ASSERT_TRUE(chain.b_Push(BLOCK * (FIRST_MARKS - 1), 2 * BLOCK));
+    ASSERT_TRUE(chain.b_Push(BLOCK * 1001, BLOCK));
     CT_FreeChain::st_Found found;
-    ASSERT_TRUE(chain.b_Find(SIZE, &found));
-    EXPECT_EQ(found.n_Block, SIZE * (FIRST_MARKS - 1));
+    ASSERT_TRUE(chain.b_Find(BLOCK, &found));
+    EXPECT_EQ(found.n_Block, BLOCK * (FIRST_MARKS - 1));
     chain.v_Take(found);
-    EXPECT_TRUE(refused([&] { return chain.b_PutRest(found, SIZE); }));
-    EXPECT_TRUE(chain.b_PutRest(found, SIZE));
-    ASSERT_TRUE(chain.b_Find(SIZE, &found));
-    EXPECT_EQ(found.n_Block, SIZE * FIRST_MARKS);
+    EXPECT_TRUE(refused([&] { return chain.b_PutRest(found, BLOCK); }));
+    EXPECT_TRUE(chain.b_PutRest(found, BLOCK));
+    ASSERT_TRUE(chain.b_Find(BLOCK, &found));
+    EXPECT_EQ(found.n_Block, BLOCK * FIRST_MARKS);
     EXPECT_EQ(chain.n_GetCount(), FIRST_ROOM + 3);
 }
 

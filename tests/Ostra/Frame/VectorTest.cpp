@@ -339,8 +339,8 @@ TEST(Vector, WideBlocksGiveWhatTheirNumbersDo)
         std::array<unsigned char, 32> bytes;
         std::array<unsigned short, 32> units;
         const unsigned rare = 1 + static_cast<unsigned>(random() % 64);
-        for (unsigned char& byte : bytes)
-            byte = static_cast<unsigned char>(random() % rare ? 0 : random());
+        for (unsigned char& one : bytes)
+            one = static_cast<unsigned char>(random() % rare ? 0 : random());
         for (unsigned short& unit : units)
             unit = static_cast<unsigned short>(most[random() % 6] - random() % 2);
         ASSERT_TRUE(WideOf(bytes, units) == PlainWideOf(bytes, units)) << round;
