@@ -111,7 +111,7 @@ void WriteTexts(const Texts& texts, std::vector<std::uint32_t>* numbers)
 bool ReadTexts(Numbers* numbers, Texts* texts)
 {
     texts->size = numbers->Next();
-    const size_t count = (size_t{texts->size} + PIECE_SIZE - 1) / PIECE_SIZE;
+    const size_t count = texts->size / PIECE_SIZE + (texts->size % PIECE_SIZE != 0);
     if (count > numbers->Left() / 2)
         return false;
     texts->pieces.resize(count);

@@ -15,7 +15,7 @@ struct FontTable;
 
 struct HostTable
 {
-    const char* version; // That of the library: both files are of one build.
+    const char* version;           // That of the library: both files are of one build.
     const LocaleHost* locale;      // Locale/LocaleTexts.h
     const DatabaseTable* database; // Base/Database.h
     const FontTable* fonts;        // Fonts/FaceHost.h

@@ -113,6 +113,7 @@ TEST_F(DDEClient, FindsAServerByApplicationAndTopic)
 TEST_F(DDEClient, FetchesItemsWithTheirTerminators)
 {
     const HWND found = client.h_DDEInitiate("OstraWords", "Words");
+    ASSERT_EQ(found, server.Handle());
     const struct
     {
         const char* item;

@@ -185,6 +185,8 @@ TEST_F(DDEServer, AStrangersRequestsAndPokesAreDropped)
 
 TEST_F(DDEServer, ABlockWithoutAHeadIsRefusedAndStays)
 {
+    if (COPIES)
+        GTEST_SKIP() << "the platform passes no such block on";
     Begin(client);
     const HGLOBAL small = GlobalAlloc(GMEM_MOVEABLE, 2);
     Post(POKE, client, PackDDElParam(POKE, reinterpret_cast<UINT_PTR>(small), ITEM));
