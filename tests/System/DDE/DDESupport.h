@@ -163,7 +163,8 @@ class Client : public Window
 public:
     Client()
         : Window([this](HWND window, UINT message, WPARAM first, LPARAM second) -> LRESULT {
-              if (message < INITIATE || message > EXECUTE)
+              // Whoever looks for partners, in another process too, asks all windows.
+              if (message <= INITIATE || message > EXECUTE)
                   return DefWindowProcA(window, message, first, second);
               Entry entry{message, AsWindow(first), 0, 0};
               // An acknowledgement that is sent answers an initiate: it has words.
