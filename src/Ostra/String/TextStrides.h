@@ -4,6 +4,7 @@
 #include <Ostra/Frame/Vector.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <type_traits>
 
 // One character, or a terminator.
