@@ -133,7 +133,7 @@ OSTRA_FOR_WIDE inline char* CT_UTF8Ways::spc_EncodeWide(char* pc_Out, const unsi
         pcu_At += i_ASCII;
         pc_Out = spc_EncodeOther(pc_Out + i_ASCII, *pcu_At++);
         // An accented letter stands alone most often.
-        if (pcu_At<pcu_End&& * pcu_At> 0x7F)
+        if (pcu_At != pcu_End && *pcu_At > 0x7F)
             pc_Out = spc_EncodeOthers(pc_Out, pcu_At, pcu_End);
     }
     pcu_In = pcu_At;
