@@ -282,11 +282,9 @@ void AddHit(Measure<Numbers>& measure, const char* side, const Words& entered, c
         });
 }
 
-void RegisterHit(const std::string& name, const Words& entered, const Words& words)
+// Those that are set beside a single search and beside many.
+void AddPeers(Measure<Numbers>& measure, const Words& entered, const Words& words)
 {
-    Measure<Numbers> measure("hit", name, {Amount::ITEMS, words.size()});
-    AddHit<ByWeight>(measure, "ostra", entered, words);
-    AddHit<Ostra>(measure, "as_added", entered, words);
 #if HAVE_MARISA
     AddHit<Marisa>(measure, "marisa", entered, words);
 #endif
@@ -294,6 +292,14 @@ void RegisterHit(const std::string& name, const Words& entered, const Words& wor
     AddHit<BytesTrie>(measure, "icu", entered, words);
 #endif
     AddHit<Unordered>(measure, "unordered", entered, words);
+}
+
+void RegisterHit(const std::string& name, const Words& entered, const Words& words)
+{
+    Measure<Numbers> measure("hit", name, {Amount::ITEMS, words.size()});
+    AddHit<ByWeight>(measure, "ostra", entered, words);
+    AddHit<Ostra>(measure, "as_added", entered, words);
+    AddPeers(measure, entered, words);
 #if HAVE_ABSL
     AddHit<Mapped<absl::flat_hash_map<std::string, unsigned>>>(measure, "absl", entered, words);
 #endif
@@ -323,13 +329,7 @@ void RegisterHitMany(const std::string& name, const Words& entered, const Words&
     Measure<Numbers> measure("hit_many", name, {Amount::ITEMS, words.size()});
     AddHitMany(measure, entered, words);
     AddHit<ByWeight>(measure, "single", entered, words);
-#if HAVE_MARISA
-    AddHit<Marisa>(measure, "marisa", entered, words);
-#endif
-#if HAVE_ICU
-    AddHit<BytesTrie>(measure, "icu", entered, words);
-#endif
-    AddHit<Unordered>(measure, "unordered", entered, words);
+    AddPeers(measure, entered, words);
 }
 
 template <class Made>

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <Models/CompListKey.h>
+
 #include <random>
 #include <string>
 #include <vector>
@@ -60,6 +62,21 @@ inline std::vector<Word> Words(Random& random, unsigned size, unsigned count, un
         words.push_back(word);
     }
     return words;
+}
+
+// The block of a small list with elements of its stream, behind head and jumps, changed for those
+// that mean most.
+inline std::string DamagedBlock(Random& random, unsigned element, unsigned round)
+{
+    constexpr unsigned STREAM = 132;
+    CT_CompList list(ElementSize(element), 2, 0, round & 2, 128, 0);
+    for (const Word& word : Words(random, element, 12, 4, 5))
+        list.b_Add(Bytes(word, element).data(), round);
+    std::string bytes = Block(list);
+    for (unsigned changes = 1 + random() % 3; changes > 0; --changes)
+        bytes[STREAM + random() % (bytes.size() - STREAM)] =
+            "\x0A\x0D\x19\x1A\0ab\x05"[random() % 8];
+    return bytes;
 }
 
 struct Form

@@ -219,12 +219,7 @@ TEST(CompListContentsModel, DamagedListsGiveABeginningOfWhatTheIteratorsHandOut)
     unsigned same = 0;
     for (unsigned round = 0; round < 3000; ++round) {
         const unsigned element = 1 + round % 2;
-        CT_CompList whole(ElementSize(element), 2, 0, round & 2, 128, 0);
-        for (const Word& word : Words(random, element, 12, 4, 5))
-            whole.b_Add(Bytes(word, element).data(), round);
-        std::string bytes = Block(whole);
-        for (unsigned changes = 1 + random() % 3; changes > 0; --changes)
-            bytes[132 + random() % (bytes.size() - 132)] = "\x0A\x0D\x19\x1A\0ab\x05"[random() % 8];
+        std::string bytes = DamagedBlock(random, element, round);
         if (round % 3 == 0)
             bytes.resize(132 + random() % (bytes.size() - 131));
         if (round % 7 == 0)

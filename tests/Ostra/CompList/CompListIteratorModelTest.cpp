@@ -96,13 +96,7 @@ TEST(CompListIteratorModel, DamagedListsAreWalkedAlike)
     SCOPED_TRACE(testing::Message() << "OSTRA_SEED=" << seed);
     Random random(seed);
     for (unsigned round = 0; round < 1500; ++round) {
-        const unsigned element = 1 + round % 2;
-        CT_CompList whole(ElementSize(element), 2, 0, round & 2, 128, 0);
-        for (const Word& word : Words(random, element, 12, 4, 5))
-            whole.b_Add(Bytes(word, element).data(), round);
-        std::string bytes = Block(whole);
-        for (unsigned changes = 1 + random() % 3; changes > 0; --changes)
-            bytes[132 + random() % (bytes.size() - 132)] = "\x0A\x0D\x19\x1A\0ab\x05"[random() % 8];
+        const std::string bytes = DamagedBlock(random, 1 + round % 2, round);
         const CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 64);
         const CT_CompList list(&buffer);
         WalkAllWays(list);
