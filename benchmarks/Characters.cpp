@@ -316,6 +316,9 @@ Words WordsOf(const std::u16string& text)
 class OstraUpper
 {
 public:
+    OstraUpper() = default;
+    // A way is copied into what measures it; the string's own copy would take no hold on the block.
+    OstraUpper(const OstraUpper& other) : source(other.source), string(&other.string) {}
     void Set(const std::u16string& text) { source = &text; }
     char16_t operator()()
     {
