@@ -8,8 +8,8 @@ class RegistryPlace : public testing::Test
 {
 protected:
     RegistryPlace()
-        : name("Software\\OstraTest" + std::to_string(GetTickCount()) + "T" +
-               std::to_string(GetCurrentThreadId()))
+        : name("Software\\OstraTest" + std::to_string(GetTickCount()) + "P" +
+               std::to_string(GetCurrentProcessId()) + "N" + std::to_string(Count()))
     {}
     ~RegistryPlace() override { Remove(HKEY_CURRENT_USER, name); }
 
@@ -56,17 +56,26 @@ protected:
     const std::string name;
 
 private:
+    // Two tests of a process may begin in one moment of the clock.
+    static unsigned Count()
+    {
+        static unsigned count = 0;
+        return ++count;
+    }
+
+    // Some services let a name have 256 units, one more than is published.
     static void RemoveBelow(HKEY key)
     {
-        WCHAR name[256];
-        DWORD size = 256;
+        constexpr DWORD room = 258;
+        WCHAR name[room];
+        DWORD size = room;
         while (RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr) == 0) {
             HKEY child = nullptr;
             ASSERT_EQ(RegOpenKeyExW(key, name, 0, KEY_ALL_ACCESS, &child), 0);
             RemoveBelow(child);
             RegCloseKey(child);
             ASSERT_EQ(RegDeleteKeyW(key, name), 0);
-            size = 256;
+            size = room;
         }
     }
 };
