@@ -9,7 +9,7 @@ class RegistryPlace : public testing::Test
 protected:
     RegistryPlace()
         : name("Software\\OstraTest" + std::to_string(GetTickCount()) + "P" +
-               std::to_string(GetCurrentProcessId()) + "N" + std::to_string(Count()))
+               std::to_string(GetCurrentThreadId()) + "N" + std::to_string(Count()))
     {}
     ~RegistryPlace() override { Remove(HKEY_CURRENT_USER, name); }
 
