@@ -292,6 +292,9 @@ std::string WriteRegistryText(const std::vector<Key>& keys)
 {
     std::u16string text = std::u16string(u"\xFEFF") + HEAD + u"\r\n\r\n";
     for (const Key& key : keys) {
+        if (key.path.find(u'\n') != std::u16string::npos)
+            throw Failure(OneLine(ToUtf8(key.path)) +
+                          ": a key's line has no room for the end of a line in its name");
         text += (key.remove ? u"[-" : u"[") + key.path + u"]\r\n";
         for (const Value& value : key.values)
             text += LineOf(value) + u"\r\n";

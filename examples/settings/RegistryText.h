@@ -36,6 +36,7 @@ struct Key
     bool remove = false;
 };
 
+// Ends the command for a key with the end of a line in its name, which such a text can't hold.
 std::string WriteRegistryText(const std::vector<Key>& keys);
 
 // Ends the command for what isn't such a text, with the number of the line.

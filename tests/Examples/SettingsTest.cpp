@@ -211,6 +211,20 @@ TEST(SettingsText, NamesWithEndsOfLinesComeBack)
     EXPECT_EQ(keys[0].values[0].data, value.data);
 }
 
+TEST(SettingsText, AKeyWhoseNameHasTheEndOfALineIsRefused)
+{
+    settings::Key key;
+    key.path = u"HKEY_CURRENT_USER\\Software\\two\nlines";
+    try {
+        settings::WriteRegistryText({key});
+        FAIL();
+    } catch (const std::runtime_error& failure) {
+        EXPECT_EQ(failure.what(),
+                  std::string("HKEY_CURRENT_USER\\\\Software\\\\two\\nlines: a key's line has no "
+                              "room for the end of a line in its name"));
+    }
+}
+
 TEST(SettingsText, AHeadIsAWholeLine)
 {
     for (const std::string text : {"\\\nREGEDIT4\n", "REG\\\nEDIT4\n"}) {
