@@ -99,8 +99,8 @@ def check_sources():
         for number, line in enumerate(text.splitlines(), 1):
             if PLATFORM.match(line) and path.name != "Platform.h":
                 breach(path, number, "a platform conditional in the library")
-            if PROCESSOR.search(line) and path.name != "Vector.h":
-                breach(path, number, "names a processor's means, which Ostra/Frame/Vector.h alone does")
+            if PROCESSOR.search(line) and path.name not in ("Vector.h", "VectorPacks.h"):
+                breach(path, number, "names a processor's means, which Vector.h and VectorPacks.h alone do")
             if path in public and re.match(r"\s*#\s*include <(winapi/|windows\.h)", line):
                 breach(path, number, "a public header brings names of the services; Platform.h declares those it needs")
             if re.search(r"\b(throw|dynamic_cast|typeid)\b", stripped(line)):

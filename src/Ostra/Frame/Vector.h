@@ -3,7 +3,7 @@
 // A block is a vector of the compiler's. It lies in a register of 16 bytes where there are such,
 // and is worked at in smaller pieces elsewhere: code with blocks is right on every processor. Wide
 // ones have 32 bytes, the widest 64; functions for them are called where registers are as wide.
-// Only this header names processors and their instructions.
+// Only this header and VectorPacks.h name processors and their instructions.
 #pragma once
 
 #include <cstdint>

@@ -406,13 +406,10 @@ bool b_Extend(const Unit*& pcu_Known, unsigned& n_Count)
 
 int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
 {
-    char* pc = pc_Out;
-    const unsigned short* pcu_End = pcu_In;
-    while (b_Extend(pcu_End, n_Count))
-        pc = CT_UTF8Ways::spc_Encode(pc, pcu_In, pcu_End);
-    pc = CT_UTF8Ways::spc_Encode(pc, pcu_In, pcu_End);
-    while (pcu_In < pcu_End)
-        pc = pc_Encode(pc, *pcu_In++);
+    char* const pc =
+        CT_UTF8Ways::sb_CanPack(pcu_In)
+            ? CT_UTF8Ways::spc_EncodePacked(pc_Out, pcu_In, n_Count)
+            : CT_UTF8Ways::spc_EncodePieces(pc_Out, pcu_In, n_Count, b_Extend<unsigned short>);
     *pc = 0;
     return static_cast<int>(pc - pc_Out);
 }

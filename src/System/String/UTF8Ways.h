@@ -6,9 +6,11 @@
 #pragma once
 
 #include <Ostra/Frame/Vector.h>
+#include <Ostra/Frame/VectorPacks.h>
 #include <System/String/Runs.h>
 #include <System/String/Sequences.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +18,23 @@
 class CT_UTF8Ways
 {
 public:
+    // Ways to a text of at most n_Count units, which ends at a terminator. Neither the text nor the
+    // memory behind it need reach that far, and nothing is written behind the result.
+    //
+    // Piece by piece: f_Extend moves the end of what is known of the text over the next one, takes
+    // it off the count, and gives false once the end is known.
+    template <class t_Extend>
+    static char* spc_EncodePieces(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count,
+                                  t_Extend f_Extend);
+    // Where the processor packs bytes: looks for the end itself. No unit may lie in two blocks.
+    static bool sb_CanPack(const unsigned short* pcu_In)
+    {
+        return CT_VectorPacks::sb_Has() && reinterpret_cast<std::uintptr_t>(pcu_In) % 2 == 0;
+    }
+    OSTRA_FOR_PACKS static char* spc_EncodePacked(char* pc_Out, const unsigned short* pcu_In,
+                                                  unsigned n_Count);
+
+    // Many of the units, those of a text without a terminator.
     static char* spc_Encode(char* pc_Out, const unsigned short*& pcu_In,
                             const unsigned short* pcu_End)
     {
@@ -67,6 +86,13 @@ private:
         v_Put(pc_Out, 0x80C0 | n_Unit >> 6 | (n_Unit << 8 & 0x3F00), 2);
         return pc_Out + 2;
     }
+    // Units of a block up to the first zero, of any kind and of ASCII.
+    template <int HALF>
+    OSTRA_FOR_PACKS static char* spc_EncodeHalf(char* pc_Out, const CT_VectorPacks::Units& o_Units);
+    OSTRA_FOR_PACKS static char* spc_EncodeBlock(char* pc_Out,
+                                                 const CT_VectorPacks::Units& o_Units);
+    OSTRA_FOR_PACKS static char* spc_EncodeASCII(char* pc_Out, const unsigned short*& pcu_In,
+                                                 unsigned& n_Count);
     // Characters up to one from which four are ASCII.
     [[gnu::always_inline]] static char*
     spc_EncodeOthers(char* pc_Out, const unsigned short*& pcu_In, const unsigned short* pcu_End)
@@ -138,6 +164,86 @@ OSTRA_FOR_WIDE inline char* CT_UTF8Ways::spc_EncodeWide(char* pc_Out, const unsi
     }
     pcu_In = pcu_At;
     return pc_Out;
+}
+
+template <class t_Extend>
+char* CT_UTF8Ways::spc_EncodePieces(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count,
+                                    t_Extend f_Extend)
+{
+    const unsigned short* pcu_End = pcu_In;
+    while (f_Extend(pcu_End, n_Count))
+        pc_Out = spc_Encode(pc_Out, pcu_In, pcu_End);
+    pc_Out = spc_Encode(pc_Out, pcu_In, pcu_End);
+    while (pcu_In < pcu_End)
+        pc_Out = pc_Encode(pc_Out, *pcu_In++);
+    return pc_Out;
+}
+
+// ---- Encoding where bytes are packed --------------------------------------------------------
+
+// Each number is made the bytes of its unit, and zeros, which no unit has among its bytes.
+template <int HALF>
+OSTRA_FOR_PACKS inline char* CT_UTF8Ways::spc_EncodeHalf(char* pc_Out,
+                                                         const CT_VectorPacks::Units& o_Units)
+{
+    CT_VectorPacks::Numbers ao_One;
+    CT_VectorPacks::sv_Widen<HALF>(ao_One, o_Units);
+    const auto ao_Two = ao_One >> 6 | (ao_One << 8 & 0x3F00) | 0x80C0;
+    const auto ao_Three =
+        ao_One >> 12 | (ao_One << 2 & 0x3F00) | (ao_One << 16 & 0x3F0000) | 0x8080E0;
+    const auto ao_More = ao_One > 0x7FF ? ao_Three : ao_Two;
+    return CT_VectorPacks::spc_StoreNonZero(pc_Out, ao_One > 0x7F ? ao_More : ao_One);
+}
+
+OSTRA_FOR_PACKS inline char* CT_UTF8Ways::spc_EncodeBlock(char* pc_Out,
+                                                          const CT_VectorPacks::Units& o_Units)
+{
+    if (CT_VectorPacks::sn_Above(o_Units, 0x7FF))
+        return spc_EncodeHalf<1>(spc_EncodeHalf<0>(pc_Out, o_Units), o_Units);
+    const auto ao_Two = o_Units >> 6 | (o_Units << 8 & 0x3F00) | 0x80C0;
+    return CT_VectorPacks::spc_StoreNonZero(pc_Out, o_Units > 0x7F ? ao_Two : o_Units);
+}
+
+// Whole blocks of ASCII at an address that blocks begin at.
+OSTRA_FOR_PACKS __attribute__((no_sanitize("address", "thread"))) inline char*
+CT_UTF8Ways::spc_EncodeASCII(char* pc_Out, const unsigned short*& pcu_In, unsigned& n_Count)
+{
+    for (; n_Count >= CT_VectorPacks::UNITS; n_Count -= CT_VectorPacks::UNITS) {
+        const auto o_Units = *reinterpret_cast<const CT_VectorPacks::Units*>(pcu_In);
+        if (CT_VectorPacks::sn_Above(o_Units - 1, 0x7E))
+            break;
+        t_Block<unsigned char, 32> ao_Bytes;
+        CT_VectorPacks::sv_Narrow(ao_Bytes, o_Units);
+        CT_Vector::sv_Store(pc_Out, ao_Bytes);
+        pc_Out += CT_VectorPacks::UNITS;
+        pcu_In += CT_VectorPacks::UNITS;
+    }
+    return pc_Out;
+}
+
+// A block of which one unit may be read can be read whole, as it doesn't lie on two pages.
+OSTRA_FOR_PACKS __attribute__((noinline, no_sanitize("address", "thread"))) inline char*
+CT_UTF8Ways::spc_EncodePacked(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
+{
+    constexpr unsigned SIZE = sizeof(CT_VectorPacks::Units);
+    for (;;) {
+        const auto n_Before =
+            static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pcu_In) % SIZE);
+        if (!n_Before)
+            pc_Out = spc_EncodeASCII(pc_Out, pcu_In, n_Count);
+        const unsigned n_Take = std::min(n_Count, (SIZE - n_Before) / 2);
+        CT_VectorPacks::Units o_Units;
+        CT_VectorPacks::sv_Load(o_Units, pcu_In, n_Take);
+        const auto n_Length =
+            static_cast<unsigned>(std::countr_one(CT_VectorPacks::sn_Above(o_Units, 0)));
+        if (n_Length < n_Take || n_Take == n_Count) {
+            CT_VectorPacks::sv_Load(o_Units, pcu_In, n_Length);
+            return spc_EncodeBlock(pc_Out, o_Units);
+        }
+        pc_Out = spc_EncodeBlock(pc_Out, o_Units);
+        pcu_In += n_Take;
+        n_Count -= n_Take;
+    }
 }
 
 // ---- Decoding -------------------------------------------------------------------------------

@@ -1,14 +1,18 @@
 // tests/System/String/UTF8WaysTest.cpp: the ways of the UTF-8 coder beside its plain rules, at the
 // ends of pages, and on texts that it takes in pieces.
+#include <Ostra/Frame/Text.h>
 #include <System/String/UTF.h>
 #include <System/String/UTF8Ways.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "Models/UTFModel.h"
-#include "Ostra/String/StringSupport.h"
 #include "Support/Directory.h"
 #include "Support/PageEnd.h"
 
@@ -17,6 +21,7 @@ using namespace utf_model;
 namespace
 {
 using Encode = char* (*)(char*, const unsigned short*&, const unsigned short*);
+using EncodeText = char* (*)(char*, const unsigned short*, unsigned);
 using Decode = unsigned short* (*)(unsigned short*, const char*&, const char*);
 
 std::vector<Encode> EncodingWays()
@@ -24,6 +29,32 @@ std::vector<Encode> EncodingWays()
     std::vector<Encode> ways{CT_UTF8Ways::spc_EncodePlain, CT_UTF8Ways::spc_Encode};
     if (CT_Vector::sb_HasWide())
         ways.push_back(CT_UTF8Ways::spc_EncodeWide);
+    return ways;
+}
+
+// Pieces of 100 units, of which the last one ends at a terminator.
+char* EncodePieces(char* out, const unsigned short* text, unsigned count)
+{
+    const auto extend = [](const unsigned short*& known, unsigned& left) {
+        unsigned piece = std::min(left, 100u);
+        left -= piece;
+        for (; piece && *known; --piece)
+            ++known;
+        return left && !piece;
+    };
+    return CT_UTF8Ways::spc_EncodePieces(out, text, count, extend);
+}
+
+char* EncodeByCoder(char* out, const unsigned short* text, unsigned count)
+{
+    return out + CT_UTF::si_WideToUTF8(out, text, count);
+}
+
+std::vector<EncodeText> TextWays()
+{
+    std::vector<EncodeText> ways{EncodePieces, EncodeByCoder};
+    if (CT_VectorPacks::sb_Has())
+        ways.push_back(CT_UTF8Ways::spc_EncodePacked);
     return ways;
 }
 
@@ -63,6 +94,19 @@ void ExpectEncoded(Encode way, const PageEnd& in, const PageEnd& out, const std:
     ASSERT_EQ(std::string(room, to), expected);
 }
 
+// Whether each way gives the text up to its terminator, and leaves what lies behind the result and
+// the byte of a terminator.
+void ExpectTextEncoded(const unsigned short* text, unsigned count, const std::string& expected)
+{
+    for (const EncodeText way : TextWays()) {
+        std::string room(3 * expected.size() + 300, '?');
+        char* const end = way(room.data(), text, count);
+        ASSERT_EQ(std::string(room.data(), end), expected);
+        const auto behind = static_cast<std::size_t>(end - room.data()) + 1;
+        ASSERT_EQ(room.find_first_not_of('?', behind), std::string::npos);
+    }
+}
+
 // Of the room, a unit for each byte, nothing behind the result may have changed.
 void ExpectDecoded(Decode way, const PageEnd& in, const PageEnd& out, const std::string& bytes,
                    const std::u16string& expected)
@@ -97,6 +141,49 @@ TEST(UTF8Ways, EncodeTheSame)
         for (const Encode way : EncodingWays())
             ASSERT_NO_FATAL_FAILURE(ExpectEncoded(way, in, out, text)) << round;
     }
+}
+
+// Texts at each place of a block, whose terminator ends a page or lies before the count.
+TEST(UTF8Ways, EncodeTextsTheSameUpToATerminator)
+{
+    std::mt19937 random(Seed(2414));
+    const PageEnd page;
+    for (unsigned round = 0; round < 6000; ++round) {
+        std::u16string text = MixedText(random, random() % 300);
+        const std::size_t size = text.size();
+        if (round % 2)
+            text.resize(size + random() % 100, u'\0');
+        text += u'\0';
+        auto* const units = page.Last<unsigned short>(text.size());
+        std::memcpy(units, text.data(), 2 * text.size());
+        const std::string expected = EightEncode(text.substr(0, size));
+        for (const std::size_t count : {size, size + 1, size + 1000, std::size_t(0xFFFFFFFF)})
+            ASSERT_NO_FATAL_FAILURE(ExpectTextEncoded(units, unsigned(count), expected)) << round;
+        const std::size_t less = random() % (size + 1);
+        ASSERT_NO_FATAL_FAILURE(
+            ExpectTextEncoded(units, unsigned(less), EightEncode(text.substr(0, less))));
+    }
+}
+
+// Without a terminator nothing behind the count is read.
+TEST(UTF8Ways, EncodeTextsToTheEndOfAPage)
+{
+    std::mt19937 random(Seed(2415));
+    const PageEnd page;
+    for (std::size_t size = 0; size < 200; ++size) {
+        const std::u16string text = MixedText(random, size);
+        auto* const units = page.Last<unsigned short>(size);
+        std::memcpy(units, text.data(), 2 * size);
+        ASSERT_NO_FATAL_FAILURE(ExpectTextEncoded(units, unsigned(size), EightEncode(text)));
+    }
+}
+
+TEST(UTF8Ways, EncodeEachUnitTheSame)
+{
+    std::u16string text(0xFFFF, u'\0');
+    for (unsigned unit = 1; unit <= 0xFFFF; ++unit)
+        text[unit - 1] = static_cast<char16_t>(unit);
+    ASSERT_NO_FATAL_FAILURE(ExpectTextEncoded(qcuz_Text(text.c_str()), 0xFFFF, EightEncode(text)));
 }
 
 TEST(UTF8Ways, DecodeTheSame)
@@ -134,7 +221,7 @@ TEST(UTF8Ways, LongTextsAreCodedAsShortOnes)
         const std::string expected = EightEncode(text);
         std::vector<char> out(text.size() * 3 + 1);
         for (const unsigned count : {unsigned(text.size()), 0xFFFFFFFFu}) {
-            const int length = CT_UTF::si_WideToUTF8(out.data(), U(text.c_str()), count);
+            const int length = CT_UTF::si_WideToUTF8(out.data(), qcuz_Text(text.c_str()), count);
             ASSERT_EQ(std::string(out.data(), static_cast<std::size_t>(length)), expected);
             ASSERT_EQ(out[static_cast<std::size_t>(length)], '\0');
         }
@@ -162,7 +249,7 @@ TEST(UTF8Ways, LongTextsEndAtATerminator)
         std::u16string text(9000, u'\u044F');
         text[at] = 0;
         std::string out(3 * text.size() + 1, '?');
-        ASSERT_EQ(CT_UTF::si_WideToUTF8(out.data(), U(text.c_str()), 9000), int(2 * at));
+        ASSERT_EQ(CT_UTF::si_WideToUTF8(out.data(), qcuz_Text(text.c_str()), 9000), int(2 * at));
     }
 }
 
