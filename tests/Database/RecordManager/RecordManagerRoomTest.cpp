@@ -332,6 +332,30 @@ TEST(RecordManagerRoom, FullDiskChangesNothing)
         ExpectSound(Whole());
     }
 }
+
+// The head begins in the map and ends behind it.
+TEST(RecordManagerRoom, ARefusedRecordWithoutABodyWritesNothingBehindTheEnd)
+{
+    RecordFile records;
+    records.Create(56, 64, 0);
+    // All of the data but a head's goes into a body with a word for its size.
+    const unsigned left = (MAP / 64 - 1) * 64 - records->n_GetSize();
+    records.Add(Bytes(56 + left - 4));
+    const State before(records);
+    ASSERT_EQ(before.size, MAP / 64 * 64);
+    const std::string bytes = ReadBytes("test.rec");
+    {
+        const FullDisk disk(before.length);
+        EXPECT_EQ(records.Add(Bytes(56)), 0u);
+    }
+    const unsigned code = TakeCode();
+    EXPECT_TRUE(code && code < 10000) << code;
+    EXPECT_TRUE(State(records) == before);
+    EXPECT_TRUE(ReadBytes("test.rec") == bytes);
+    EXPECT_NE(records.Add(Bytes(56)), 0u) << "there is room again";
+    records.Close();
+    ExpectSound(ReadBytes("test.rec"));
+}
 #endif
 
 // At the end of the map and with a full disk. The head of the chain isn't given away, and the head of
