@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Alters one operator, constant or condition of the library at a time, and looks whether a test fails.
 
-    tools/mutants.py [N] [--seed S] [--all | --file PATH...] [--again] [--preset linux]
+    tools/mutants.py [N] [--seed S] [--all | --file PATH...] [--from PLACE] [--again] [--preset linux]
 
 N mutants, 40 if not told, of what the seed, which is printed, picks out of the sources and the inner headers in src/:
 of those that the work tree or the last commit changes if there are any, and of all with --all. Templates and inline
 functions of headers that programs include are left out, as all tests would have to be compiled for each. --again tries
-the last run's survivors once more.
+the last run's survivors once more. A run tells the place of each mutant in the seed's order, and where the next one is:
+--from goes on there, as long as the sources are the same.
 
 A mutant is compiled as the build compiles its source, and linked with the other objects of the build, which has to be
 up to date. Everything that is made lies in build/mutants. A mutant that can't be compiled, or that gives the same code,
@@ -38,8 +39,8 @@ RESULTS = PROJECT / "build" / "mutants.json"
 class Mutant:
     """A site of a source with the text that stands there instead."""
 
-    def __init__(self, site, other, text):
-        self.path = site.path
+    def __init__(self, site, other, text, number=0):
+        self.path, self.number = site.path, number
         self.text = text[:site.begin] + other + text[site.end:]
         self.line = text.count("\n", 0, site.begin) + 1
         self.before, self.after = self._line_of(text), self._line_of(self.text)
@@ -49,7 +50,8 @@ class Mutant:
         return text.split("\n")[self.line - 1].strip()
 
     def __str__(self):
-        return f"{self.path}:{self.line}\n      {self.before}\n   -> {self.after}"
+        number = f"{self.number} " if self.number else ""
+        return f"{number}{self.path}:{self.line}\n      {self.before}\n   -> {self.after}"
 
     def key(self):
         return self.path, self.before, self.after
@@ -88,8 +90,10 @@ def candidates(build, arguments):
     sites.sort(key=lambda site: site.path not in first)
     print(f"mutants: seed {arguments.seed}; {len(sites)} places in {len(paths)} files"
           + (f", {len(first & set(paths))} of them first" if first else ""), flush=True)
-    for site in sites:
-        yield Mutant(site, choice.choice(site.others), texts[site.path])
+    for number, site in enumerate(sites, 1):
+        mutant = Mutant(site, choice.choice(site.others), texts[site.path], number)
+        if number >= arguments.first:
+            yield mutant
 
 
 def survivors_of_last(build):
@@ -136,6 +140,7 @@ def try_near(mutants, number, build, tests):
     known, count = read_equivalent(), Count()
     for mutant in mutants:
         if count.total() >= number:
+            print(f"the next one: --from {mutant.number}")
             break
         if mutant.key() in known:
             count.alike.append(mutant)
@@ -174,6 +179,7 @@ def main():
     parser.add_argument("--seed", type=int, default=int(os.environ.get("OSTRA_SEED", time.time() % 1_000_000)))
     parser.add_argument("--all", action="store_true")
     parser.add_argument("--file", nargs="+")
+    parser.add_argument("--from", dest="first", type=int, default=1, metavar="PLACE")
     parser.add_argument("--again", action="store_true")
     parser.add_argument("--preset", default="linux")
     arguments = parser.parse_args()
