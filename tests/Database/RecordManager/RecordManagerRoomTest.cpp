@@ -403,6 +403,39 @@ TEST(RecordManagerRoom, ABlockOfTheChainIsTakenBeforeTheFileGrows)
     }
 }
 
+// The blocks of the table are too small for a head, which comes from behind the chain's own. So the
+// body alone has to find room at the end of the map, on a disk that has no more.
+TEST(RecordManagerRoom, AHeadOfTheChainLeavesTheRestOfTheMapToTheBody)
+{
+    RecordFile records;
+    records.Create(100, 64, 0);
+    const unsigned gone = records.Add(Bytes(140));
+    std::vector<unsigned> grown;
+    for (unsigned i = 0; i < 128; ++i)
+        grown.push_back(records.Add(Bytes(140)));
+    for (unsigned reference : grown)
+        records.Update(reference, Bytes(200));
+    records.Add(Bytes(MAP - 2000 - records->n_GetSize()));
+    records->v_DeleteRecord(gone);
+    const unsigned body = (MAP - records->n_GetSize()) / 64 * 64;
+    ASSERT_GT(body, 128u);
+    const std::string data = Bytes(100 + body - 4);
+    const unsigned length = records->pcco_GetFile()->vn_GetSize();
+    unsigned added;
+    {
+        const FullDisk disk(length);
+        added = records.Add(data);
+    }
+    EXPECT_EQ(TakeCode(), 0u);
+    EXPECT_EQ(added, gone);
+    EXPECT_TRUE(records.Get(added) == data);
+    EXPECT_EQ(records->pcco_GetFile()->vn_GetSize(), length);
+    records.Close();
+    // A head that is longer than a block is noted.
+    const RecordVerdict verdict = CheckRecordFile(ReadBytes("test.rec"));
+    EXPECT_TRUE(verdict.sound) << DescribeRecordVerdict(verdict);
+}
+
 // ---- Rings ------------------------------------------------------------------------------------
 
 // A record whose body was taken away gives it back once more when it is deleted. Behind a full
