@@ -196,12 +196,17 @@ private:
         const unsigned n_Key = pcso_Lane->n_Key;
         // Out of the block only damage leads. And a key with the element of the mark, which no list
         // holds, follows the mark that was passed.
-        if (pcso_Lane->n8_Position >= so_Stream.n_Limit ||
-            n_Load<T>(pcso_Lane->pcc_Rest) == ec_Alternative) {
+        const unsigned n_Wanted = n_Load<T>(pcso_Lane->pcc_Rest);
+        if (pcso_Lane->n8_Position >= so_Stream.n_Limit || n_Wanted == ec_Alternative) {
             pcso_Keys->v_Search(pcco_List, n_Key);
             return;
         }
         const unsigned n_Position = static_cast<unsigned>(pcso_Lane->n8_Position);
+        // A key that has ended passes one mark, which a step may have done.
+        if (!n_Wanted && so_Stream.n_GetElement(n_Position) == ec_Alternative) {
+            pcso_Keys->v_Search(pcco_List, n_Key);
+            return;
+        }
         st_Walk so_Walk = {pcso_Keys->pcc_GetKey(n_Key), 0, n_Position, 0, 0};
         const et_Stop ec_Stop = so_Stream.ec_Follow(pcso_Lane->pcc_Rest, &so_Walk);
         pcso_Keys->pn_Handles[n_Key] =

@@ -137,6 +137,29 @@ TEST_F(CompListMany, KeysComeAsStringsToo)
     EXPECT_EQ(matched[1], 0u);
 }
 
+// Only a damaged list has two marks in a row. Behind the second one stands the end of another key.
+TEST_F(CompListMany, AKeyThatEndsInFrontOfTwoMarksPassesOneOfThem)
+{
+    for (const unsigned element : {1U, 2U}) {
+        SCOPED_TRACE(element);
+        CT_CompList whole(ElementSize(element), element, 0, element == 2, 128, 0);
+        unsigned handle = 0;
+        for (const char* key : {"p", "pq", "pqr", "ps"})
+            whole.b_Add(Key(key, element).data(), ++handle);
+        // The end of the first key becomes a mark, whose offset is its handle and what follows.
+        std::string bytes = Block(whole);
+        const size_t end = bytes.find(Key("p\x0A", element).substr(0, 2 * element), 132);
+        ASSERT_NE(end, std::string::npos);
+        bytes[end + element] = 0x0D;
+        const CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32);
+        const CT_CompList damaged(&buffer);
+        const std::string key = Key("p", element) + std::string(4, '\0');
+        EXPECT_EQ(damaged.n_Search(key.data(), nullptr), NONE);
+        for (const unsigned count : {1U, 40U})
+            ExpectSameAnswers(damaged, std::vector<std::string>(count, key));
+    }
+}
+
 TEST_F(CompListMany, NothingIsTakenFromTheHeapAndNothingReported)
 {
     const char* const keys[] = {"cat", "card", "", "do"};
