@@ -69,6 +69,44 @@ inline std::uint64_t n8_FeedsOfFour(const t_Unit* pu_Text)
     return n8_Feeds;
 }
 
+// Copies 64 bytes. Result: a bit for each byte of the line feeds among them, the first one's
+// lowest.
+template <class t_Unit>
+OSTRA_FOR_WIDE [[gnu::always_inline]] inline std::uint64_t n8_CopyWide(t_Unit* pu_To,
+                                                                       const t_Unit* pu_Text)
+{
+    typedef t_Block<t_Unit, 32> Block;
+    constexpr unsigned COUNT = sizeof(Block) / sizeof(t_Unit);
+    Block ao_First, ao_Second;
+    CT_Vector::sv_Load(ao_First, pu_Text);
+    CT_Vector::sv_Load(ao_Second, pu_Text + COUNT);
+    CT_Vector::sv_Store(pu_To, ao_First);
+    CT_Vector::sv_Store(pu_To + COUNT, ao_Second);
+    const std::uint64_t n8_Second = CT_Vector::sn_MaskWide(ao_Second == t_Unit('\n'));
+    return n8_Second << 32 | CT_Vector::sn_MaskWide(ao_First == t_Unit('\n'));
+}
+
+constexpr unsigned WIDE = 128; // bytes
+
+// n_CopyToFeed where registers are wide: nearly every line lies in what is looked at first.
+template <class t_Unit>
+OSTRA_FOR_WIDE [[gnu::noinline]] unsigned n_CopyToFeedWide(t_Unit* pu_To, const t_Unit* pu_Text,
+                                                           unsigned n_End)
+{
+    constexpr unsigned HALF = WIDE / 2 / sizeof(t_Unit);
+    for (unsigned n = 0; n_End - n >= 2 * HALF; n += 2 * HALF) {
+        const std::uint64_t n8_First = n8_CopyWide(pu_To + n, pu_Text + n);
+        const std::uint64_t n8_Second = n8_CopyWide(pu_To + n + HALF, pu_Text + n + HALF);
+        if (n8_First | n8_Second) {
+            // In which half it is can't be foreseen: no branch.
+            const std::uint64_t n8_IsSecond = -std::uint64_t(!n8_First);
+            const unsigned n_Bit = std::countr_zero(n8_First | (n8_Second & n8_IsSecond));
+            return n + (HALF & unsigned(n8_IsSecond)) + n_Bit / unsigned(sizeof(t_Unit));
+        }
+    }
+    return NONE;
+}
+
 // Copies up to the first line feed, and units behind it, two runs at a time. Four runs hold most
 // lines: then how long one is doesn't have to be foreseen. Result: where it is; NONE if it isn't
 // where two runs fit.
@@ -77,6 +115,12 @@ inline unsigned n_CopyToFeed(t_Unit* pu_To, const t_Unit* pu_Text, unsigned n_En
 {
     typedef st_Run<t_Unit> Run;
     unsigned n = 0;
+    if (n_End >= WIDE / sizeof(t_Unit) && CT_Vector::sb_HasWide()) {
+        const unsigned n_Feed = n_CopyToFeedWide(pu_To, pu_Text, n_End);
+        if (n_Feed != NONE)
+            return n_Feed;
+        n = n_End & -unsigned(WIDE / sizeof(t_Unit));
+    }
     if constexpr (CT_Vector::sb_FastMasks)
         for (; n_End - n >= 4 * Run::COUNT; n += 4 * Run::COUNT) {
             std::memcpy(pu_To + n, pu_Text + n, 64);
@@ -343,7 +387,11 @@ inline unsigned CT_LineReader<t_Unit>::n_TakeWhole()
     const unsigned n_Feed = n_CopyToFeed(pu_To, pu_From, std::min(n_Units() - n_From, n_Room));
     if (n_Feed == NONE)
         return 0;
-    return n_Take(n_EndOf(n_From, n_From + n_Feed) - n_From, n_From + n_Feed);
+    // Which lines are empty can't be foreseen: no branch for that. What lies in front of the
+    // offset can be read.
+    const unsigned n_Carriage =
+        (n_Feed > 0) & (pu_From[static_cast<std::ptrdiff_t>(n_Feed) - 1] == '\r');
+    return n_Take(n_Feed - n_Carriage, n_From + n_Feed);
 }
 
 // The same for one that ends with the work buffer or the memory.

@@ -56,5 +56,11 @@ public:
     CT_Counter operator--(int) { return --*this; }
 
 private:
+    template <class Unit>
+    friend class CT_TextBuffer;
+
+    // Several changes at once.
+    void v_Add(LONG i4_Count) { CT_Interlocked::sv_Add(i4_Value, i4_Count); }
+
     LONG i4_Value; // a plain number: every change of it is interlocked
 };

@@ -6,7 +6,7 @@
 #include <ext/atomicity.h>
 #include <atomic>
 
-// Changes by one; the results are the new values.
+// Changes by one, whose results are the new values, and by several at once.
 //
 // An interlocked step waits for the memory. A process that has one thread only is spared that: a
 // plain step then does the same.
@@ -22,6 +22,13 @@ public:
     {
         return sb_IsAlone() ? i4_Value = LONG(DWORD(i4_Value) - 1)
                             : std::atomic_ref<LONG>(i4_Value).fetch_sub(1) - 1;
+    }
+    static void sv_Add(LONG& i4_Value, LONG i4_Count)
+    {
+        if (sb_IsAlone())
+            i4_Value = LONG(DWORD(i4_Value) + DWORD(i4_Count));
+        else if (i4_Count)
+            std::atomic_ref<LONG>(i4_Value).fetch_add(i4_Count);
     }
 
 private:

@@ -228,7 +228,8 @@ inline unsigned CT_TextBuffer<Unit>::sn_Reusable(const CT_Buffer& co_Buffer)
         (co_Buffer.n_Growth & (co_Buffer.n_Growth - 1)))
         return 0;
     const unsigned n_Room = CT_Block::sn_Room(co_Buffer.pc_Data);
-    return n_Room <= CT_Block::KEPT_ROOM && co_Buffer.n_Growth - 1 < n_Room &&
+    // A growth of 0, or one that the room doesn't hold, has a maximum above the room.
+    return n_Room <= CT_Block::KEPT_ROOM &&
                    n_Room >= CT_Block::sn_SmallMaximum(SIZE, co_Buffer.n_Growth)
                ? n_Room / SIZE
                : 0;
@@ -245,10 +246,8 @@ inline bool CT_TextBuffer<Unit>::sb_Reuse(CT_Buffer& co_Buffer, unsigned n_Count
     if (n_Maximum > CT_Block::sn_Room(co_Buffer.pc_Data))
         return false;
     CT_Buffer::st_BufferData* pso_Data = co_Buffer.pso_GetData();
-    if (pso_Data->n_MaximumSize != n_Empty)
-        CT_Buffer::sco_AllocCount.i4_Inc();
-    if (n_Empty != n_Maximum)
-        CT_Buffer::sco_AllocCount.i4_Inc();
+    // Which of them change the size can't be foreseen: no branch.
+    CT_Buffer::sco_AllocCount.v_Add((pso_Data->n_MaximumSize != n_Empty) + (n_Empty != n_Maximum));
     pso_Data->n_MaximumSize = n_Maximum;
     pso_Data->n_UsedSize = n_Bytes;
     reinterpret_cast<Unit*>(pso_Data + 1)[n_Count] = 0;
@@ -258,6 +257,6 @@ inline bool CT_TextBuffer<Unit>::sb_Reuse(CT_Buffer& co_Buffer, unsigned n_Count
 template <class Unit>
 inline void CT_TextBuffer<Unit>::sv_Reserve(CT_Buffer& co_Buffer)
 {
-    constexpr unsigned ROOM = 148; // that of a block of 160 bytes
+    constexpr unsigned ROOM = 276; // that of a block of 288 bytes
     co_Buffer.pc_Data = CT_Block::spc_Reserve(co_Buffer.pc_Data, ROOM);
 }

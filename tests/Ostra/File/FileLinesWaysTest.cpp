@@ -8,6 +8,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "MemoryFile.h"
@@ -178,16 +179,31 @@ TEST(FileLinesWays, UnitsAreSeenTheSameEitherWay)
     CompareWays<CT_UString, Foreign<CT_UString>>(Seed(19970101), WIDE, 2);
 }
 
+// A process with threads counts blocks by interlocked steps.
+TEST(FileLinesWays, BytesAreSeenTheSameInAThread)
+{
+    std::thread([] {
+        CompareWays<CT_CString, Foreign<CT_CString>>(Seed(19970102), NARROW, 1);
+    }).join();
+}
+
+// What is looked at together may end with the work buffer, and with the room of the string.
 TEST(FileLinesWays, LineFeedsAreFoundAtEveryPlaceOfABlock)
 {
     for (unsigned before = 0; before < 40; ++before) {
-        for (unsigned length = 0; length < 140; ++length) {
+        for (unsigned length = 0; length < 280; ++length) {
+            const std::string behind(length % 3 * 100, 'w');
             MemoryFile narrow, wide;
-            narrow.data = std::string(before, 'x') + "\n" + std::string(length, 'y') + "\nzz\n";
+            narrow.data =
+                std::string(before, 'x') + "\n" + std::string(length, 'y') + "\nzz\n" + behind;
             for (const char c : narrow.data)
                 wide.data += {c, '\0'};
             CT_CString bytes;
             CT_UString units;
+            if (before % 2) {
+                bytes.vv_SetSize(600, 0);
+                units.vv_SetSize(600, 0);
+            }
             for (const unsigned wanted : {before, length, 2U}) {
                 ASSERT_EQ(narrow.n_ReadLineCSequential(&bytes, nullptr), wanted + 1);
                 ASSERT_EQ(bytes.vn_GetLength(), wanted);
