@@ -389,6 +389,12 @@ void CT_Buffer::v_Append(unsigned char c_Byte)
 
 void CT_Buffer::v_Append(const void* qcv_Data, unsigned n_Count)
 {
+    // Most small pieces fit the block, and come from elsewhere.
+    if (n_Count && n_PlaceOf(qcv_Data) == ALL)
+        if (char* pc_At = pc_Take(n_Count)) {
+            std::memmove(pc_At, qcv_Data, n_Count);
+            return;
+        }
     v_Insert(qcv_Data, n_Count, n_GetUsedSize());
 }
 
