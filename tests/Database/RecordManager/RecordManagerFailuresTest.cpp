@@ -261,6 +261,24 @@ TEST(RecordManagerFailures, SizesThatRunOverTheEndAreCorrupt)
     }
 }
 
+// A writer's view goes on behind the file's end: the bytes there are no record's.
+TEST(RecordManagerFailures, BodyThatPassesTheEndIsCorruptInABufferWithRoomToo)
+{
+    for (unsigned size : {129u, 1536u}) {
+        SCOPED_TRACE(size);
+        WriteWorkedFile([&](Image& image) { image.SetWord(1408, size); });
+        for (bool map : {false, true}) {
+            RecordFile records;
+            records.OpenToWrite(map);
+            CT_Buffer buffer("before", 6, 4096);
+            records->v_GetRecord(21, &buffer);
+            ExpectOwn(31005, u"(31005): Corrupt data");
+            EXPECT_EQ(Text(buffer), "");
+            records.Close();
+        }
+    }
+}
+
 TEST(RecordManagerFailures, SizeOfFourIsAnEmptyBody)
 {
     WriteWorkedFile([](Image& image) { image.SetWord(1408, 4); });
