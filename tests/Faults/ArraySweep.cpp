@@ -123,6 +123,8 @@ TEST(VoidArraySweep, AnInsertionIsThereWholeOrNotAtAll)
     SweepInsertion([](State& state) { state.array.v_Append(&state.source, 2, 0xFFFFFFFF); },
                    before + "222333" + std::string(3, '\0'));
     SweepInsertion([](State& state) { state.array.v_AtInsertCopy(1, 5, 6); }, "eeefff" + before);
+    SweepInsertion([](State& state) { state.array.v_Insert(&state.array, 1, 2, 2); },
+                   "aaaaaabbbbbbcccdddeeefff");
 }
 
 // The growth is asked for first, then the room for the item. Only the first is refused here.
@@ -245,16 +247,11 @@ TEST(VoidSortedArraySweep, WithoutSwapSpaceTheItemsStayAsTheyAre)
         });
 }
 
-// In this order of four-byte items two items are left behind at each step, which wait for the rest.
-TEST(VoidSortedArraySweep, PartsThatCannotWaitAreSortedAtOnce)
+namespace
 {
-    std::vector<unsigned> order = {1};
-    while (order.size() < 1000) {
-        const unsigned last = static_cast<unsigned>(order.size());
-        order.insert(order.end(), {order[0], last + 3, last + 2});
-        order[0] = last + 1;
-        std::swap(order[0], order[(order.size() - 1) / 2]);
-    }
+// Sorts the numbers, also where a part that is left behind has nowhere to wait.
+void ExpectSortedWithoutWaiting(const std::vector<unsigned>& order)
+{
     struct Sorted
     {
         CT_VoidSortedArray array{4, Unsigned, 8, 0};
@@ -276,6 +273,41 @@ TEST(VoidSortedArraySweep, PartsThatCannotWaitAreSortedAtOnce)
         EXPECT_EQ(state->array.n_GetCount(), order.size());
         EXPECT_TRUE(state->array.b_IsSorted());
     }
+}
+} // namespace
+
+namespace
+{
+// Puts items around the order, such that two of four bytes are left behind at each step, which wait
+// for the rest.
+std::vector<unsigned> LeavingTwoBehind(std::vector<unsigned> order)
+{
+    while (order.size() < 1000) {
+        const unsigned last = static_cast<unsigned>(order.size());
+        order.insert(order.end(), {order[0], last + 3, last + 2});
+        order[0] = last + 1;
+        std::swap(order[0], order[(order.size() - 1) / 2]);
+    }
+    return order;
+}
+} // namespace
+
+TEST(VoidSortedArraySweep, PartsThatCannotWaitAreSortedAtOnce)
+{
+    ExpectSortedWithoutWaiting(LeavingTwoBehind({1}));
+}
+
+// Innermost the two items lie in front of the rest.
+TEST(VoidSortedArraySweep, TheSmallerPartIsSortedAtOnceWhereverItLies)
+{
+    std::vector<unsigned> order = {1};
+    while (order.size() < 40) {
+        for (unsigned& item : order)
+            item += 3;
+        order.insert(order.begin(), {3, 1, 2});
+        std::swap(order[0], order[(order.size() - 1) / 2]);
+    }
+    ExpectSortedWithoutWaiting(LeavingTwoBehind(order));
 }
 
 TEST(VoidSortedArraySweep, AnInsertionIsThereWholeOrNotAtAll)

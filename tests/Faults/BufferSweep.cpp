@@ -299,12 +299,20 @@ TEST(BufferSweep, ChangeThatGrows)
 
 TEST(BufferSweep, ReplaceBehindTheRoomWritesNothing)
 {
-    Sweep(
-        report, Full, [](State& state) { state.buffer.v_Replace("abc", 3, 40); },
-        [](State& state, bool failed) {
-            EXPECT_EQ(state.buffer.n_GetUsedSize(), failed ? 20U : 43U);
-            EXPECT_EQ(Bytes(state.buffer).substr(0, 20), twenty);
-        });
+    void (*const operations[])(CT_Buffer&) = {
+        [](CT_Buffer& buffer) { buffer.v_Replace("012", 3, 40); },
+        [](CT_Buffer& buffer) { buffer.v_Replace(buffer.qcv_Get(), 3, 40); },
+        [](CT_Buffer& buffer) { buffer.v_Replace(&buffer, 0, 3, 40); },
+        [](CT_Buffer& buffer) { buffer.v_Replace('0', 3, 40); },
+    };
+    for (const auto operation : operations)
+        Sweep(
+            report, Full, [=](State& state) { operation(state.buffer); },
+            [](State& state, bool failed) {
+                EXPECT_EQ(state.buffer.n_GetUsedSize(), failed ? 20U : 43U);
+                EXPECT_EQ(Bytes(state.buffer).substr(0, 20), twenty);
+                EXPECT_TRUE(failed || Bytes(state.buffer)[40] == '0');
+            });
 }
 
 TEST(BufferSweep, ChangeOfNoBlock)
@@ -347,6 +355,12 @@ TEST(BufferSweep, ChangeOfASharedBlockThatCannotBeCopied)
         "shared", [](State& state) { state.buffer.v_Replace('x', 2, 1); }, "sxxred", "sxxred");
     SweepShared(
         "shared", [](State& state) { state.buffer.v_Replace("xy", 2, 1); }, "sxyred", "sxyred");
+    SweepShared(
+        "shared", [](State& state) { state.buffer.v_Replace(state.buffer.qcv_Get(), 2, 1); },
+        "sshred", "sshred");
+    SweepShared(
+        "shared", [](State& state) { state.buffer.v_Insert(state.buffer.qcv_Get(), 2, 1); },
+        "sshhared", "sshhared");
     SweepShared(
         "shared", [](State& state) { state.buffer.v_Remove(2, 1); }, "sred", "sred");
     SweepShared(

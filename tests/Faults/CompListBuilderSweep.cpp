@@ -214,6 +214,19 @@ TEST(CompListBuilderSweep, AKeyWithAWeightIsTakenWholeOrNotAtAll)
     });
 }
 
+TEST(CompListBuilderSweep, ABuilderThatCouldNotBeginTakesNoKeyThatIsCut)
+{
+    FailingHeap::Arm(1, FailingHeap::FROM);
+    CT_CompListBuilder builder(CT_CompList::es_Long, 2, 0, 1, 128, 0);
+    EXPECT_GT(FailingHeap::Disarm(), 0U);
+    EXPECT_EQ(TakeFailure().code, 60006U);
+    const std::string key = Key("ab", 4);
+    EXPECT_EQ(builder.b_Add(key.data(), 2), 0);
+    EXPECT_EQ(builder.n_GetNrOfEntries(), 0U);
+    builder.v_Set(CT_CompList::es_Long, 2, 0, 1, 128, 0);
+    EXPECT_EQ(builder.b_Add(key.data(), 2), 1);
+}
+
 // From the first key that is cut the builder is a list.
 TEST(CompListBuilderSweep, AKeyThatIsCutIsAddedOrNot)
 {

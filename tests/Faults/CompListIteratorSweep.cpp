@@ -124,6 +124,58 @@ TEST(CompListIteratorSweep, AWalkThatCannotBeSetIsAtItsEnd)
     SweepSet<CT_UCompListIterator, CT_UString>();
 }
 
+namespace
+{
+// A list whose mark stands behind the end of a key, where no list has one.
+template <class Walk, class Key>
+struct Misled
+{
+    Misled()
+    {
+        CT_CompList whole(CT_CompList::es_Byte, 1, 0, 0, 128, 0);
+        whole.b_Add("p", 1);
+        whole.b_Add("pq", 2);
+        std::string bytes(static_cast<const char*>(whole.pcco_GetBuffer()->qcv_Get()),
+                          whole.pcco_GetBuffer()->n_GetUsedSize());
+        bytes[bytes.find("\x0A\x01q") + 2] = 0x0D;
+        const CT_Buffer buffer(bytes.data(), static_cast<unsigned>(bytes.size()), 32);
+        list.v_Set(&buffer);
+        walk.vv_Set(&list);
+        EXPECT_EQ(walk.b_GetNext(&key, nullptr), 1);
+        EXPECT_EQ(key.vn_GetLength(), 1U);
+    }
+
+    CT_CompList list{CT_CompList::es_Byte, 1, 0, 0, 128, 0};
+    Walk walk{&list};
+    Key key, spare;
+    int more = 7;
+};
+
+template <class Walk, class Key>
+void SweepMisled()
+{
+    typedef Misled<Walk, Key> State;
+    Sweep(
+        report, [] { return std::make_unique<State>(); },
+        [](State& state) { state.more = state.walk.b_GetNext(&state.spare, nullptr); },
+        [](State& state, bool) {
+            EXPECT_EQ(state.more, 0);
+            EXPECT_EQ(state.key.vn_GetLength(), 1U);
+            EXPECT_EQ(state.walk.b_GetNext(&state.spare, nullptr), 0);
+            state.walk.vv_Set(&state.list);
+            EXPECT_EQ(state.walk.b_GetNext(&state.spare, nullptr), 1);
+            EXPECT_EQ(state.spare.vi_Compare(&state.key), 0);
+        });
+}
+} // namespace
+
+// The string that the mark takes a character from is the key's too.
+TEST(CompListIteratorSweep, AWalkThatIsMisledBehindAKeyEndsAndLeavesTheKey)
+{
+    SweepMisled<CT_CCompListIterator, CT_CString>();
+    SweepMisled<CT_UCompListIterator, CT_UString>();
+}
+
 // A key that can't be converted stays as it was; the walk goes on.
 TEST(CompListIteratorSweep, AKeyThatCannotBeConvertedIsAsItWas)
 {

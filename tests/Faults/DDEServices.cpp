@@ -309,6 +309,26 @@ TEST(ServiceSweep, DDEClient)
     SweepServices(BareReport("System/DDE/DDEClient"), CLIENT_OPERATIONS);
 }
 
+// Its timer has the number that the system gives it.
+TEST(ServiceSweep, DDEClientWithoutAWindowWaitsForNobody)
+{
+    Client partner;
+    std::string call;
+    for (unsigned number = 1; call != "CreateWindowExA"; ++number) {
+        Services::Arm(number, 0);
+        CT_DDEClient client(Module());
+        call = Services::Disarm().name;
+        ASSERT_FALSE(call.empty());
+        TakeFailure();
+        if (call != "CreateWindowExA")
+            continue;
+        CT_Buffer text(0, 32);
+        EXPECT_EQ(client.b_DDERequest(partner, "word", 50, &text), 0);
+        EXPECT_EQ(text.n_GetUsedSize(), 0U);
+        EXPECT_EQ(TakeFailure(), Failure());
+    }
+}
+
 // It tells a failure by its answer alone, once there is a conversation.
 TEST(ServiceSweep, DDEPlainFunctionClearsTheErrorOfItsRequest)
 {

@@ -196,6 +196,55 @@ TEST(FileSweep, BuffersAndWholeFiles)
         });
 }
 
+// The line is written into the string's own block, which is made larger beforehand if it can be.
+TEST(FileSweep, ALineIsReadIntoTheBlockThatIsThere)
+{
+    Sweep(
+        report,
+        [] {
+            auto state = Opened();
+            state->other.v_Set(std::string(40, 'x').c_str(), 40, 0);
+            return state;
+        },
+        [](State& state) {
+            state.result = state.file.n_ReadLineCSequential(&state.other, nullptr);
+        },
+        [](State& state, bool failed) {
+            EXPECT_EQ(state.result, failed ? 0U : 11U);
+            if (!failed) {
+                EXPECT_STREQ(state.other.qccz_Get(), "first line");
+            }
+        });
+}
+
+// There is room enough, but others hold it.
+TEST(FileSweep, ABufferThatOthersHoldIsReadIntoWhereItCanBeCopied)
+{
+    struct Held : State
+    {
+        CT_Buffer holder;
+    };
+    Sweep(
+        report,
+        [] {
+            auto state = std::make_unique<Held>();
+            state->file.vv_Open(CT_File::e_AccessRead, CT_File::e_OpenExisting,
+                                CT_File::e_ShareNone, 1, 0);
+            state->buffer.v_Set(100, 32, 0);
+            state->buffer.v_Append("held", 4);
+            state->holder.v_Set(&state->buffer);
+            return state;
+        },
+        [](Held& state) { state.result = state.file.n_Read(&state.buffer, 10); },
+        [](Held& state, bool failed) {
+            EXPECT_EQ(state.result, failed ? 0U : 10U);
+            EXPECT_EQ(state.file.vn_GetOffset(), state.result);
+            EXPECT_TRUE(state.buffer.b_IsEqual(failed ? "held" : "first line", failed ? 4 : 10, 0));
+            EXPECT_TRUE(state.holder.b_IsEqual("held", 4, 0));
+            EXPECT_EQ(state.holder.n_GetUsedSize(), 4U);
+        });
+}
+
 TEST(FileSweep, FilesByName)
 {
     SweepUse(

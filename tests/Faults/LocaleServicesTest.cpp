@@ -3,6 +3,7 @@
 #ifndef _WIN32
 #include <System/LocaleInfo/FormatString.h>
 #include <System/LocaleInfo/LocaleInfo.h>
+#include <System/Time/Time.h>
 
 #include <gtest/gtest.h>
 
@@ -125,6 +126,18 @@ TEST_F(LocaleServices, NothingIsAskedAboutWhatCannotBeAnswered)
     EXPECT_EQ(CT_LocaleInfo::sb_GetLocaleInfo(0x0400, CT_LocaleInfo::lt_DayName1, &text), 0);
     EXPECT_EQ(CT_LocaleInfo::sb_GetLocaleInfo(0x0407, CT_LocaleInfo::lt_ShortDate, &number), 0);
     EXPECT_EQ(questions, std::vector<Question>());
+}
+
+TEST_F(LocaleServices, AMaskWithoutTheShortDateIsThatOfTheTimeAlone)
+{
+    CT_UString whole, mask(U(u"before"));
+    CT_Time::sv_GetInputMask(&whole);
+    ASSERT_FALSE(questions.empty());
+    refused_type = questions[0].type;
+    CT_Time::sv_GetInputMask(&mask);
+    EXPECT_EQ(Text(mask), u"[[,] HH::mm[:ss]]");
+    EXPECT_EQ(Text(whole).substr(Text(whole).size() - Text(mask).size()), Text(mask));
+    EXPECT_GT(Text(whole).size(), Text(mask).size());
 }
 
 TEST_F(LocaleServices, WithoutAnAnswerTheLanguageDecidesAboutTheCodePage)

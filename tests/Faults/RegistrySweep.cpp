@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include "../../winapi/tests/Support/Calls.h"
 #include "Faults/ServiceSweep.h"
 #include "Faults/Sweep.h"
 #include "Faults/Swept.h"
@@ -31,9 +32,13 @@ struct State
     const CT_UString up{u".."};
     const CT_UString text_name{u"text"};
     const CT_UString data_name{u"data"};
+    const CT_UString bare_name{u"bare"};
     // Names of bytes, which have to be converted.
     const CT_CString child = CT_CString("child", -1, 0);
     const CT_CString name = CT_CString("a name that takes room of its own", -1, 0);
+    // With its terminator it fills its block.
+    const CT_CString full =
+        CT_CString("fifty-one bytes of a text that isn't one of units..", -1, 0);
     const CT_UString long_text{u"a text, as long as it has to be for a block of its own"};
     const CT_Buffer data{"bytes, as many as it takes for a block of its own", 49, 32};
     CT_Registry registry{HKEY_CURRENT_USER};
@@ -52,6 +57,18 @@ bool IsThere(const char* path)
     return true;
 }
 
+// Stores a text of 26 units without a terminator. The system looks for one behind it.
+void StoreBare()
+{
+    HKEY key = nullptr;
+    RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\OstraSweep", 0, KEY_ALL_ACCESS, &key);
+    BYTE bytes[54] = {};
+    for (unsigned n = 0; n < sizeof bytes; n += 2)
+        bytes[n] = static_cast<BYTE>('a' + n / 2);
+    RegSetValueExW(key, Wide(std::string("bare")).c_str(), 0, REG_SZ, bytes, 52);
+    RegCloseKey(key);
+}
+
 // With two keys below the cursor, one in the other, and values in its own.
 std::unique_ptr<State> Filled()
 {
@@ -62,6 +79,7 @@ std::unique_ptr<State> Filled()
     state->registry.v_CreateKey(&below);
     state->registry.v_SetValue(&state->data_name, &state->data);
     state->registry.v_SetValue(&state->text_name, &state->long_text);
+    StoreBare();
     return state;
 }
 
@@ -123,6 +141,12 @@ const Step STEPS[] = {
      [](State& s) {
          return s.text.vi_Compare(u"before") == 0;
      }},
+    {"fetch text without a terminator",
+     [](State& s) { s.registry.v_GetValue(&s.bare_name, &s.text); },
+     [](State& s) { return s.text.vi_Compare(u"abcdefghijklmnopqrstuvwxyz") == 0; },
+     [](State& s) {
+         return s.text.vi_Compare(u"before") == 0;
+     }},
     {"fetch data", [](State& s) { s.registry.v_GetValue(&s.data_name, &s.out); },
      [](State& s) { return s.out.n_GetUsedSize() == 49; },
      [](State& s) {
@@ -134,6 +158,12 @@ const Step STEPS[] = {
          return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;
      }},
     {"store text of bytes", [](State& s) { s.registry.v_SetValue(&s.name, &s.name); },
+     [](State& s) { return Find(s.name.qccz_Get()) == 0; },
+     [](State& s) {
+         return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;
+     }},
+    {"store text of bytes that fill their block",
+     [](State& s) { s.registry.v_SetValue(&s.name, &s.full); },
      [](State& s) { return Find(s.name.qccz_Get()) == 0; },
      [](State& s) {
          return Find(s.name.qccz_Get()) == ERROR_FILE_NOT_FOUND;

@@ -317,6 +317,8 @@ TEST(StringSweep, SizesKeepTheOldText)
         TWENTY_LONG, [](State& s) { s.string->vv_SetLength(0); }, "");
     SweepShared(
         TWENTY_LONG, [](State& s) { s.string->vv_SetLength(3); }, "012");
+    SweepShared(
+        TWENTY_LONG, [](State& s) { s.string->v_Set(3u, 0); }, "");
 }
 
 TEST(StringSweep, ChangesOfASharedBlockAreLeftOut)

@@ -19,7 +19,9 @@ struct State
 {
     typedef TextsOf<Width> Texts;
 
-    explicit State(bool shared)
+    State(bool shared, bool fits)
+        : source(Texts::Of(fits ? "a" : "Upper source longer than all there is room for")),
+          target(Texts::Of(fits ? "b" : "Other target of a length that is as great as that"))
     {
         Texts::Insert(list, "cat", "Katze");
         Texts::Insert(list, "dog", "Hund");
@@ -28,10 +30,7 @@ struct State
     }
 
     typename Width::List list, holder;
-    const typename Texts::Units source =
-        Texts::Of("Upper source longer than all there is room for");
-    const typename Texts::Units target =
-        Texts::Of("Other target of a length that is as great as that");
+    const typename Texts::Units source, target;
 };
 } // namespace
 
@@ -40,10 +39,17 @@ struct State
 TYPED_TEST(WordListSweep, APairIsStoredWholeOrNotAtAll)
 {
     typedef State<TypeParam> TheState;
-    for (const bool shared : {false, true}) {
-        SCOPED_TRACE(shared);
+    enum
+    {
+        OWN,
+        SHARED,
+        SHARED_WITH_ROOM
+    };
+    for (const int kind : {OWN, SHARED, SHARED_WITH_ROOM}) {
+        SCOPED_TRACE(kind);
+        const bool shared = kind != OWN, fits = kind == SHARED_WITH_ROOM;
         Sweep(
-            report, [=] { return std::make_unique<TheState>(shared); },
+            report, [=] { return std::make_unique<TheState>(shared, fits); },
             [](TheState& state) {
                 state.list.v_Insert(state.source.c_str(), state.target.c_str());
             },
@@ -119,7 +125,7 @@ TYPED_TEST(WordListSweep, AListThatIsEmptiedFindsNothing)
         Sweep(
             report,
             [=] {
-                auto state = std::make_unique<TheState>(shared);
+                auto state = std::make_unique<TheState>(shared, false);
                 // More than the block of an empty index has room for.
                 state->list.v_Insert(state->source.c_str(), state->target.c_str());
                 TextsOf<TypeParam>::Insert(state->list, std::string(300, 'l'),

@@ -740,3 +740,42 @@ TEST(VoidArray, AnItemThatWasRemovedIsInsertedFromWhereItLay)
         EXPECT_EQ(Read(array), (Items{1, 2, 3}));
     }
 }
+
+TEST(VoidArray, AnItemOfASharedBlockIsInsertedIntoOneOfItsOwn)
+{
+    CT_VoidArray array(4);
+    Fill(array, {1, 2, 3});
+    const CT_VoidArray holder(&array);
+    array.v_InsertAt(ItemAt(array, 2), 1);
+    EXPECT_EQ(Read(array), (Items{2, 1, 2, 3}));
+    EXPECT_EQ(Read(holder), (Items{1, 2, 3}));
+}
+
+// Such an array isn't full, and asks for no growth of its own.
+TEST(VoidArray, AnItemBehindBytesThatAreNoWholeItemTakesTheBuffersGrowth)
+{
+    CT_VoidArray array(5);
+    {
+        const CT_Buffer bytes("0123456789ABCDEF", 16, 32);
+        array.v_Set(&bytes);
+    }
+    ASSERT_EQ(array.pcco_GetBuffer()->n_GetMaximumSize(), 20U);
+    array.v_Insert("vwxyz");
+    EXPECT_TRUE(array.pcco_GetBuffer()->b_IsEqual("0123456789ABCDEFvwxyz", 21, 0));
+    EXPECT_EQ(array.pcco_GetBuffer()->n_GetUsedSize(), 21U);
+    EXPECT_EQ(array.n_GetCount(), 4U);
+}
+
+TEST(VoidArray, AnItemLargerThanTheGrowthTakesTheRoomThatItNeeds)
+{
+    const char item[40] = "an item";
+    CT_VoidArray array(40);
+    const CT_Buffer bytes(0, 32);
+    array.v_Set(&bytes);
+    EXPECT_EQ(array.n_GetGrowth(), 0U);
+    for (unsigned count = 1; count <= 3; ++count) {
+        array.v_Insert(item);
+        EXPECT_EQ(array.n_GetCount(), count);
+    }
+    EXPECT_EQ(array.n_Find(item), 1U);
+}

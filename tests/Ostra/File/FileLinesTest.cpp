@@ -457,6 +457,51 @@ TEST(FileLines, EveryFailingCallEndsTheReading)
     }
 }
 
+namespace
+{
+// Tells its offset also where that can't be had.
+class AlwaysInside : public MemoryFile
+{
+public:
+    unsigned vn_GetOffset() const override
+    {
+        MemoryFile::vn_GetOffset();
+        return 4;
+    }
+};
+
+void ExpectNoLine(MemoryFile& file)
+{
+    CT_UString line;
+    EXPECT_EQ(file.n_ReadLineUSequential(&line, nullptr), 0u);
+    EXPECT_EQ(TakeFailure(),
+              (Failure{MemoryFile::CODE, "(4711): failed", {"MemoryFile", "Ostra/File/File"}}));
+}
+} // namespace
+
+// The direction is that of reading there.
+TEST(FileLines, EveryFailingCallEndsTheReadingAtTheStartOnceMore)
+{
+    const std::string lines("a\0\n\0b\0\n\0", 8);
+    // The offset, the mark, the way back where there is none.
+    for (int good = 0; good < 3; ++good) {
+        SCOPED_TRACE(good);
+        MemoryFile file;
+        file.data = lines;
+        CT_UString line;
+        EXPECT_EQ(file.n_ReadLineUSequential(&line, nullptr), 4u);
+        file.offset = 0;
+        file.good = good;
+        ExpectNoLine(file);
+    }
+    AlwaysInside file;
+    file.data = lines;
+    CT_UString line;
+    EXPECT_EQ(file.n_ReadLineUSequential(&line, nullptr), 4u);
+    file.good = 0;
+    ExpectNoLine(file);
+}
+
 TEST(FileLinesModel, LineEndsAtEveryPlaceAroundAPiece)
 {
     for (const Kind& kind : KINDS) {

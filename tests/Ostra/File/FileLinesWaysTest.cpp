@@ -256,6 +256,25 @@ TEST(FileLinesWays, ALineThatIsHeldElsewhereStaysThere)
     EXPECT_STREQ(lines[2]->qccz_Get(), "three");
 }
 
+// A text that was there may lie in any block.
+TEST(FileLinesWays, ABlockWithoutRoomForALineIsLeftForAnother)
+{
+    MemoryFile narrow, wide;
+    narrow.data = "one\n";
+    wide.data = std::string("a\0\n\0", 4);
+    CT_CString bytes("x");
+    EXPECT_EQ(narrow.n_ReadLineCSequential(&bytes, nullptr), 4u);
+    EXPECT_STREQ(bytes.qccz_Get(), "one");
+    CT_UString units;
+    {
+        const CT_Buffer byte("x", 1, 1);
+        units.v_Set(&byte);
+    }
+    EXPECT_EQ(wide.n_ReadLineUSequential(&units, nullptr), 4u);
+    EXPECT_EQ(units.vn_GetLength(), 1u);
+    EXPECT_EQ(units.vu_GetAt(0), 'a');
+}
+
 TEST(FileLinesWays, AnErrorOfTheThreadIsSeenBeforeALineIsTaken)
 {
     for (const bool wide : {false, true}) {

@@ -235,6 +235,15 @@ TEST(MappedFileInput, AHandleThatIsGoneIsReportedByTheClose)
     EXPECT_EQ(TakeSystem().code, 6u);
 }
 
+TEST(MappedFileInput, AFileThatOthersHaveClosedHasNoMore)
+{
+    Opened input;
+    EXPECT_EQ(Next(input), "01234567");
+    const_cast<CT_File*>(input.pcco_GetFile())->vv_Close();
+    EXPECT_EQ(Next(input), NO_BLOCK);
+    EXPECT_EQ(TakeSystem(), NO_FAILURE);
+}
+
 TEST(MappedFileInput, ObjectsLiveOnTheHeapToo)
 {
     WriteBytes("file", INPUT_TEXT);

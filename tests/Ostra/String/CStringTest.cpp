@@ -234,6 +234,15 @@ TEST(CString, FillOfABlocklessStringMakesABlock)
     EXPECT_EQ(Text(other), "xxx");
 }
 
+TEST(CString, FillOfNothingWritesTheZeroAlone)
+{
+    CT_CString s("abcdef");
+    s.vv_Replace('x', 0, 2);
+    EXPECT_EQ(Text(s), std::string("ab\0def", 6));
+    s.vv_Replace('x', 0, 0);
+    EXPECT_EQ(Text(s), std::string("\0b\0def", 6));
+}
+
 TEST(CString, FillByAUnitConvertsItToOneByte)
 {
     CT_CString s("abc", ALL, 1251);

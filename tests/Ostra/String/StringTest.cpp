@@ -352,6 +352,20 @@ TEST(String, SetAtOnTheTerminatorOfAFullBlockMakesRoomForAnother)
     });
 }
 
+TEST(String, SetAtTheEndOfARoomThatIsNotFullTakesNoOther)
+{
+    OnBoth([](bool wide) {
+        auto s = Make(wide, "abc");
+        const unsigned room = s->pcco_GetBuffer()->n_GetMaximumSize() / (wide ? 2 : 1);
+        ASSERT_GT(room, 5u);
+        const unsigned before = CT_Buffer::sn_GetAllocCount();
+        s->vv_SetAt('x', room - 1);
+        EXPECT_EQ(s->vu_GetAt(room - 1), 'x');
+        EXPECT_EQ(Ascii(*s), "abc");
+        EXPECT_EQ(CT_Buffer::sn_GetAllocCount(), before);
+    });
+}
+
 TEST(String, GetAtReadsOneCharacterInEitherWidth)
 {
     OnBoth([](bool wide) {
@@ -412,6 +426,8 @@ TEST(String, ReplaceByNothingCutsAtTheOffset)
         auto s = Make(wide, "abcdef");
         s->v_Replace("", ALL, 2);
         EXPECT_EQ(Ascii(*s), "ab");
+        s->v_Replace(U(u"xyz"), 0, 1);
+        EXPECT_EQ(Ascii(*s), "a");
         s->v_Replace("", ALL, 0);
         EXPECT_EQ(s->vn_GetLength(), 0u);
         EXPECT_NE(DataOf(*s), nullptr);
@@ -510,6 +526,36 @@ TEST(String, InsertTakesNoMoreThanTheSourceHas)
             EXPECT_EQ(Ascii(*s), "xyaxybc");
         }
     });
+}
+
+namespace
+{
+// What a class of the application's reaches.
+template <class S>
+struct Inserting : S
+{
+    using S::S;
+    using S::vv_StringInsert;
+};
+} // namespace
+
+TEST(String, InsertFromBehindTheSourceInsertsNothing)
+{
+    const CT_CString bytes("xyz");
+    const CT_UString units(U(u"xyz"));
+    Inserting<CT_CString> narrow("abc");
+    Inserting<CT_UString> wide(U(u"abc"));
+    for (const CT_String* source :
+         {static_cast<const CT_String*>(&bytes), static_cast<const CT_String*>(&units)}) {
+        narrow.vv_StringInsert(source, 9, ALL, 1);
+        wide.vv_StringInsert(source, 9, ALL, 1);
+        EXPECT_EQ(Text(narrow), "abc");
+        EXPECT_EQ(Text(wide), u"abc");
+    }
+    narrow.vv_StringInsert(&units, 1, ALL, 1);
+    wide.vv_StringInsert(&bytes, 1, ALL, 1);
+    EXPECT_EQ(Text(narrow), "ayzbc");
+    EXPECT_EQ(Text(wide), u"ayzbc");
 }
 
 // ---- Append through the interface ---------------------------------------------------------

@@ -193,6 +193,14 @@ TEST(UString, FillByACharacterWritesTheZeroAtTheEndOnly)
     EXPECT_EQ(Text(s), u"--------");
 }
 
+TEST(UString, FillOfNothingByACharacterChangesNothing)
+{
+    CT_UString s(U(u"abcdef"));
+    s.vv_Replace('x', 0, 2);
+    s.vv_Replace('x', 0, 0);
+    EXPECT_EQ(Text(s), u"abcdef");
+}
+
 TEST(UString, FillOfABlocklessStringMakesABlock)
 {
     CT_UString s;

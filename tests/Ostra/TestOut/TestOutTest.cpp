@@ -391,11 +391,16 @@ TEST(TestOut, ANullStreamSaysSo)
         out.v_Out("text");
         out.v_Set(null_stream, "other");
         EXPECT_STREQ(out.qcz_GetLabel(), "other");
+        CT_TestOut own("./own.txt", "label");
+        own.v_Out("text");
+        own.v_Set(null_stream, "other");
+        EXPECT_EQ(own.pso_GetOutput(), nullptr);
+        EXPECT_EQ(Lines("own.txt"), "labeltext");
     });
     EXPECT_EQ(streams.out, "");
-    EXPECT_EQ(WithoutLines(streams.error), Assertion("pso_output") + Assertion("pso_Output") +
-                                               Assertion("pso_output && qccz_label") +
-                                               Assertion("pso_output"));
+    const std::string set = Assertion("pso_output && qccz_label") + Assertion("pso_output");
+    EXPECT_EQ(WithoutLines(streams.error),
+              Assertion("pso_output") + Assertion("pso_Output") + set + set);
 }
 
 TEST(TestOut, ANullNameCountsAsOneThatCannotBeOpened)

@@ -295,6 +295,33 @@ TEST_F(DDEServer, EitherSideEndsAConversationInTheSameWay)
     EXPECT_EQ(client.Take(), (Entries{{ACK, Window(), 0x8000, ITEM}}));
 }
 
+TEST_F(DDEServer, AnEndWithinTheEndIsOneMoreFarewell)
+{
+    struct Twice : Server
+    {
+        void vv_Terminate(HWND client) override
+        {
+            Server::vv_Terminate(client);
+            if (ended.size() == 1)
+                v_Terminate(client);
+        }
+    };
+    auto twice = std::make_unique<Twice>();
+    Twice& ending = *twice;
+    server = std::move(twice);
+    Client other;
+    Begin(client);
+    Begin(other);
+    ending.v_Terminate(client);
+    EXPECT_EQ(ending.ended, (std::vector<HWND>{client, client}));
+    const Entry farewell{TERMINATE, Window(), 0, 0};
+    EXPECT_EQ(client.Take(), (Entries{farewell, farewell}));
+    // The other conversation goes on.
+    EXPECT_EQ(other.Take(), Entries());
+    ending.v_Terminate(other);
+    EXPECT_EQ(other.Take(), Entries{farewell});
+}
+
 TEST_F(DDEServer, ItsEndEndsAllConversationsInTheirOrder)
 {
     struct Ended : Server

@@ -154,6 +154,15 @@ TEST_F(FontManager, AFontIsFoundByEachFormOfItsName)
         }
 }
 
+TEST_F(FontManager, AZeroEndsAName)
+{
+    const CT_UString whole(u"DejaVu Sans"), cut(u"DejaVu Sans\0Cyr", 15);
+    ASSERT_EQ(cut.vn_GetLength(), 15U);
+    CT_LogicalFont* const font = Manager().pco_Hire(dc, &whole, 0, 31, 0, 0, 0, 0);
+    EXPECT_EQ(Manager().pco_Hire(dc, &cut, 0, 31, 0, 0, 0, 0), font);
+    EXPECT_EQ(font->b_IsLocked(), 2);
+}
+
 TEST_F(FontManager, EmptyNameIsTheSystemFontWhichIsntCounted)
 {
     CT_LogicalFont* const font = Hire(dc, {""});

@@ -354,7 +354,7 @@ TEST(LogicalFont, ExtentIsTheSameForBytesAndUnits)
     for (const char* family : {"DejaVu Sans", "Liberation Serif", "DejaVu Sans Mono"}) {
         MadeFont font(dc, {family, 204, 11});
         const HGDIOBJ old = SelectObject(dc, font->h_GetHandle());
-        const CT_UString wide(u"The quick brown fox {0|1}~ \u0416\u0438\u0440\u044F\u2014");
+        const CT_UString wide(u"The quick\tbrown\x1F fox {0|1}~ \u0416\u0438\u0440\u044F\u2014");
         const CT_CString narrow(&wide, 1251);
         EXPECT_EQ(font->n_GetTextExtent(dc, &narrow, 0, ALL),
                   font->n_GetTextExtent(dc, &wide, 0, ALL));
