@@ -7,6 +7,7 @@
 
 #include <Ostra/Frame/Vector.h>
 
+#include <array>
 #include <bit>
 
 #if OSTRA_HAS_WIDEST
@@ -108,7 +109,56 @@ public:
 #endif
     }
 
+    // The bits of the first 24 units, the highest first, by sixes: each gives the character that it
+    // numbers in a table of 64.
+    OSTRA_FOR_PACKS [[gnu::always_inline]] static void
+    sv_Sextets(Bytes& o_Out, const Units& o_Units, const char* pcc_Table)
+    {
+#if OSTRA_HAS_WIDEST
+        Bytes ao_Places, ao_Table;
+        CT_Vector::sv_Load(ao_Places, THREES.data());
+        CT_Vector::sv_Load(ao_Table, pcc_Table);
+        // One compiler warns of the plain forms of these functions.
+        constexpr std::uint64_t EACH = ~std::uint64_t();
+        const auto ao_Threes = _mm512_maskz_permutexvar_epi8(
+            EACH, reinterpret_cast<__m512i>(ao_Places), reinterpret_cast<__m512i>(o_Units));
+        // Each number of 32 bits has the second byte, the first, the third and the second again.
+        const auto ao_Sextets = _mm512_maskz_multishift_epi64_epi8(
+            EACH, _mm512_set1_epi64(0x3036242A1016040A), ao_Threes);
+        o_Out = reinterpret_cast<Bytes>(
+            _mm512_maskz_permutexvar_epi8(EACH, ao_Sextets, reinterpret_cast<__m512i>(ao_Table)));
+#else
+        for (unsigned n = 0; n < sizeof(o_Out); ++n) {
+            const unsigned n_At = 6 * n / 16;
+            const unsigned n_Next = n_At + 1 < 24 ? o_Units[n_At + 1] : 0;
+            const unsigned n_Bits = unsigned(o_Units[n_At]) << 16 | n_Next;
+            o_Out[n] = static_cast<unsigned char>(pcc_Table[n_Bits << 6 * n % 16 >> 26]);
+        }
+#endif
+    }
+    OSTRA_FOR_PACKS [[gnu::always_inline]] static void sv_Store(char* pc_To, const Bytes& o_Bytes,
+                                                                unsigned n_Count)
+    {
+#if OSTRA_HAS_WIDEST
+        _mm512_mask_storeu_epi8(pc_To, sn8_First(n_Count), reinterpret_cast<__m512i>(o_Bytes));
+#else
+        std::memcpy(pc_To, &o_Bytes, n_Count);
+#endif
+    }
+
 private:
+#if OSTRA_HAS_WIDEST
+    // Where each three bytes of units stand whose higher byte comes first.
+    static constexpr std::array<unsigned char, 64> THREES = [] {
+        std::array<unsigned char, 64> o{};
+        for (unsigned n = 0; n < 16; ++n) {
+            o[4 * n] = o[4 * n + 3] = static_cast<unsigned char>((3 * n + 1) ^ 1);
+            o[4 * n + 1] = static_cast<unsigned char>((3 * n) ^ 1);
+            o[4 * n + 2] = static_cast<unsigned char>((3 * n + 2) ^ 1);
+        }
+        return o;
+    }();
+#endif
     // The lowest bits, up to 64.
     OSTRA_FOR_PACKS [[gnu::always_inline]] static std::uint64_t sn8_First(unsigned n_Count)
     {

@@ -44,7 +44,8 @@ struct CT_UTF::st_UTF7Encoder
 
     char* pc_Base64(char* pc_Out);
     char* pc_Close(char* pc_Out);
-    char* pc_Run(char* pc_Out, const unsigned short*& pcu_In, const unsigned short* pcu_End);
+    char* pc_Run(char* pc_Out, const unsigned short*& pcu_In, const unsigned short* pcu_End,
+                 bool b_Packs);
     char* pc_Encode(char* pc_Out, const unsigned short* pcu_In, const unsigned short* pcu_End);
 };
 
@@ -208,13 +209,42 @@ char* pc_LastUnits(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
             *pc_Out++ = BASE64[unsigned(pcu_In[0]) << 2 >> i_Shift & 0x3F];
     return pc_Out;
 }
+
+// Units above ASCII where no bits are left, as many as fill blocks, up to one that stands for
+// itself; before another one, or before what isn't known, only threes of them.
+OSTRA_FOR_PACKS char* pc_PackedRuns(char* pc_Out, const unsigned short*& pcu_In,
+                                    const unsigned short* pcu_End)
+{
+    constexpr unsigned MOST = 24;
+    unsigned n_Run;
+    do {
+        const auto n_Known =
+            static_cast<unsigned>(std::min<std::ptrdiff_t>(pcu_End - pcu_In, MOST));
+        CT_VectorPacks::Units o_Units;
+        CT_VectorPacks::sv_Load(o_Units, pcu_In, n_Known);
+        n_Run = static_cast<unsigned>(std::countr_one(CT_VectorPacks::sn_Above(o_Units, 0x7F)));
+        if (n_Run == n_Known || b_MustShift(pcu_In[n_Run]))
+            n_Run -= n_Run % 3;
+        // The bits that fill up the last character are zero.
+        CT_VectorPacks::sv_Load(o_Units, pcu_In, n_Run);
+        CT_VectorPacks::Bytes o_Bytes;
+        CT_VectorPacks::sv_Sextets(o_Bytes, o_Units, BASE64);
+        const unsigned n_Sextets = (16 * n_Run + 5) / 6;
+        CT_VectorPacks::sv_Store(pc_Out, o_Bytes, n_Sextets);
+        pcu_In += n_Run;
+        pc_Out += n_Sextets;
+    } while (n_Run == MOST);
+    return pc_Out;
+}
 } // namespace
 
 // Writes units as Base64, up to the first that stands for itself.
 inline char* CT_UTF::st_UTF7Encoder::pc_Run(char* pc_Out, const unsigned short*& pcu_In,
-                                            const unsigned short* pcu_End)
+                                            const unsigned short* pcu_End, bool b_Packs)
 {
     for (;;) {
+        if (!so_Bits.i_Bits && b_Packs)
+            pc_Out = pc_PackedRuns(pc_Out, pcu_In, pcu_End);
         if (!so_Bits.i_Bits)
             for (; pcu_End - pcu_In >= 3; pcu_In += 3) {
                 const unsigned n_Shift = n_BeforeDirect(pcu_In);
@@ -238,9 +268,10 @@ inline char* CT_UTF::st_UTF7Encoder::pc_Run(char* pc_Out, const unsigned short*&
 inline char* CT_UTF::st_UTF7Encoder::pc_Encode(char* pc_Out, const unsigned short* pcu_In,
                                                const unsigned short* pcu_End)
 {
+    const bool b_Packs = CT_VectorPacks::sb_Has();
     while (pcu_In < pcu_End) {
         if (b_Shifted) {
-            pc_Out = pc_Run(pc_Out, pcu_In, pcu_End);
+            pc_Out = pc_Run(pc_Out, pcu_In, pcu_End, b_Packs);
             if (pcu_In == pcu_End)
                 break;
             pc_Out = pc_Close(pc_Out);

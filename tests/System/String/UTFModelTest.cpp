@@ -270,3 +270,23 @@ TEST(UTFModel, AgreesOnRunsOfAnyLength)
             ASSERT_EQ(back, wide);
         }
 }
+
+// Runs are written many units at a time, and what ends them differs: characters that stand for
+// themselves and others, nothing, a piece that ends there.
+TEST(UTFModel, AgreesOnBase64RunsByWhatEndsThem)
+{
+    std::mt19937 random(Seed(2417));
+    const std::u16string ends[] = {u"",          u" ", u"a\u0416", u"\"",
+                                   u"\"\u0416 ", u"+", u"-+",      u"\\\x7F"};
+    for (unsigned length = 0; length < 80; ++length)
+        for (const std::u16string& end : ends) {
+            SevenEncoder model;
+            CT_UTF::sv_WideToUTF7Init();
+            for (unsigned piece = 0; piece < 3; ++piece) {
+                std::u16string wide(length, u'\0');
+                for (char16_t& unit : wide)
+                    unit = static_cast<char16_t>(0x80 + random() % 0xFF80);
+                ASSERT_EQ(SevenEncode(wide + end, false), model.Piece(wide + end)) << length;
+            }
+        }
+}
