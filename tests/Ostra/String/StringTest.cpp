@@ -688,3 +688,20 @@ TEST(String, CasingOfABlocklessStringDoesNothing)
     EXPECT_EQ(DataOf(narrow), nullptr);
     EXPECT_EQ(DataOf(wide), nullptr);
 }
+
+// At the other text's end the terminator is what there is to take.
+TEST(String, ReplacingFromTheEndOfATextTakesItsTerminator)
+{
+    const CT_CString narrow("ab");
+    const CT_UString wide(U(u"ab"));
+    const CT_String* const others[] = {&narrow, &wide};
+    for (const CT_String* other : others) {
+        CT_CString bytes("hello");
+        CT_UString units(U(u"hello"));
+        CT_String* const texts[] = {&bytes, &units};
+        for (CT_String* text : texts) {
+            text->v_Replace(other, 2, 5, 3);
+            EXPECT_EQ(text->vn_GetLength(), 4u);
+        }
+    }
+}

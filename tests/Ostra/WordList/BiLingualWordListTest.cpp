@@ -409,10 +409,17 @@ TYPED_TEST(BiLingualWordList, TheCommonPartSharesAndEmptiesTheTexts)
 TYPED_TEST(BiLingualWordList, SetKeepsTheBlocksOfTheTexts)
 {
     typename TypeParam::List list;
-    this->Insert(list, "cat", "Katze");
-    const void* block = list.pcco_GetSourceBuffer()->qcv_Get();
+    const std::string source(300, 's'), target(500, 't');
+    this->Insert(list, source.c_str(), target.c_str());
+    const CT_Buffer& sources = *list.pcco_GetSourceBuffer();
+    const CT_Buffer& targets = *list.pcco_GetTargetBuffer();
+    const void* const blocks[] = {sources.qcv_Get(), targets.qcv_Get()};
+    const unsigned sizes[] = {sources.n_GetMaximumSize(), targets.n_GetMaximumSize()};
     list.v_Set();
-    EXPECT_EQ(list.pcco_GetSourceBuffer()->qcv_Get(), block);
+    EXPECT_EQ(sources.qcv_Get(), blocks[0]);
+    EXPECT_EQ(sources.n_GetMaximumSize(), sizes[0]);
+    EXPECT_EQ(targets.qcv_Get(), blocks[1]);
+    EXPECT_EQ(targets.n_GetMaximumSize(), sizes[1]);
 }
 
 // The four stores are all there is of a list.

@@ -444,6 +444,13 @@ TEST(StringConvert, UTF8IntoAStringWritesNoTerminator)
     EXPECT_EQ(Read(shared), u"zxxxxxxx");
     EXPECT_EQ(Text(sharer), u"xxxxxxxx");
 
+    // Half a unit that was held is none: a whole terminator is written over it.
+    CT_UString half(U(u"xxxxxxxx"));
+    const_cast<CT_Buffer&>(BufferOf(half)).v_SetUsedSize(5);
+    const CT_UString holder(&half);
+    EXPECT_EQ(Convert::si_UTF8ToWide(&half, "ab"), 2);
+    EXPECT_EQ(Read(half), u"ab");
+
     CT_UString fresh;
     Convert::si_UTF8ToWide(&fresh, "abc");
     EXPECT_EQ(Read(fresh), u"abc") << "a new block holds nothing";
