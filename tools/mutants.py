@@ -44,6 +44,8 @@ class Mutant:
         self.text = text[:site.begin] + other + text[site.end:]
         self.line = text.count("\n", 0, site.begin) + 1
         self.before, self.after = self._line_of(text), self._line_of(self.text)
+        above = text.split("\n")[:self.line - 1]
+        self.occurrence = 1 + sum(line.strip() == self.before for line in above)
         self.place = [site.path, site.begin, site.end, other]
 
     def _line_of(self, text):
@@ -53,8 +55,10 @@ class Mutant:
         number = f"{self.number} " if self.number else ""
         return f"{number}{self.path}:{self.line}\n      {self.before}\n   -> {self.after}"
 
-    def key(self):
-        return self.path, self.before, self.after
+    def reason(self, known):
+        """Why it is equivalent, if it is known as such."""
+        places = self.path, f"{self.path} ({self.occurrence})"
+        return next(filter(None, (known.get((place, self.before, self.after)) for place in places)), None)
 
 
 def read_equivalent():
@@ -142,7 +146,7 @@ def try_near(mutants, number, build, tests):
         if count.total() >= number:
             print(f"the next one: --from {mutant.number}")
             break
-        if mutant.key() in known:
+        if mutant.reason(known):
             count.alike.append(mutant)
             continue
         killer = killer_of(mutant, tests.near(mutant.path), build, tests)
@@ -156,7 +160,7 @@ def try_near(mutants, number, build, tests):
     print(f"not counted: {count.no_mutants['broken']} that can't be compiled, {count.no_mutants['same']} with the same code,"
           f" {len(count.alike)} known as equivalent")
     for mutant in count.alike:
-        print(f"equivalent {mutant}\n      {known[mutant.key()]}")
+        print(f"equivalent {mutant}\n      {mutant.reason(known)}")
     return count
 
 
