@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <latch>
 #include <thread>
 #include <vector>
 
@@ -248,6 +249,37 @@ TEST(ErrorManagerThread, AFullAreaIsCutAtItsEnd)
     const Registered registered(Fill);
     Errors().v_SetError(1, Units(u"text"));
     EXPECT_EQ(TakeFailure().text, "(1): " + std::string(1023 - 5, 'x'));
+}
+
+// Other threads' errors lie behind this one's, which is taken anew when all are there.
+TEST(ErrorManagerThread, WritingAMessageLeavesThoseOfOtherThreadsAsTheyAre)
+{
+    constexpr int THREADS = 4;
+    const std::u16string message(1000, u'm');
+    Errors().v_SetError(1, Units(u"text"));
+    std::vector<std::string> texts(THREADS);
+    std::latch set(THREADS), written(1);
+    std::vector<std::thread> threads;
+    for (std::string& text : texts) {
+        threads.emplace_back([&] {
+            Errors().v_SetError(2, Units(message.c_str()));
+            set.count_down();
+            written.wait();
+            text = TakeFailure().text;
+        });
+    }
+    set.wait();
+    Errors().v_ClearError();
+    {
+        const Registered registered(WriteFirst);
+        Errors().v_SetError(1, Units(u"text"));
+    }
+    written.count_down();
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(TakeFailure().text, "(1): first's text");
+    for (const std::string& text : texts)
+        EXPECT_EQ(text, "(2): " + std::string(message.size(), 'm'));
 }
 
 TEST(ErrorManagerThread, ManyRegistrationsAreTakenBackOneByOne)
