@@ -440,7 +440,10 @@ int CT_UTF::si_WideToUTF8(char* pc_Out, const unsigned short* pcu_In, unsigned n
     char* const pc =
         CT_UTF8Ways::sb_CanPack(pcu_In)
             ? CT_UTF8Ways::spc_EncodePacked(pc_Out, pcu_In, n_Count)
-            : CT_UTF8Ways::spc_EncodePieces(pc_Out, pcu_In, n_Count, b_Extend<unsigned short>);
+            : CT_UTF8Ways::spc_EncodePieces(pc_Out, pcu_In, n_Count,
+                                            [](const unsigned short*& pcu_Known, unsigned& n_Rest) {
+                                                return b_Extend(pcu_Known, n_Rest);
+                                            });
     *pc = 0;
     return static_cast<int>(pc - pc_Out);
 }

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <latch>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -259,12 +260,17 @@ TEST(ErrorManagerThread, WritingAMessageLeavesThoseOfOtherThreadsAsTheyAre)
     Errors().v_SetError(1, Units(u"text"));
     std::vector<std::string> texts(THREADS);
     std::latch set(THREADS), written(1);
+    std::mutex list; // which threads change one at a time
     std::vector<std::thread> threads;
     for (std::string& text : texts) {
         threads.emplace_back([&] {
-            Errors().v_SetError(2, Units(message.c_str()));
+            {
+                const std::lock_guard guard(list);
+                Errors().v_SetError(2, Units(message.c_str()));
+            }
             set.count_down();
             written.wait();
+            const std::lock_guard guard(list);
             text = TakeFailure().text;
         });
     }
