@@ -225,13 +225,13 @@ CT_UTF8Ways::spc_EncodeASCII(char* pc_Out, const unsigned short*& pcu_In, unsign
 OSTRA_FOR_PACKS __attribute__((noinline, no_sanitize("address", "thread"))) inline char*
 CT_UTF8Ways::spc_EncodePacked(char* pc_Out, const unsigned short* pcu_In, unsigned n_Count)
 {
-    constexpr unsigned SIZE = sizeof(CT_VectorPacks::Units);
+    constexpr unsigned BLOCK = sizeof(CT_VectorPacks::Units);
     for (;;) {
         const auto n_Before =
-            static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pcu_In) % SIZE);
+            static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pcu_In) % BLOCK);
         if (!n_Before)
             pc_Out = spc_EncodeASCII(pc_Out, pcu_In, n_Count);
-        const unsigned n_Take = std::min(n_Count, (SIZE - n_Before) / 2);
+        const unsigned n_Take = std::min(n_Count, (BLOCK - n_Before) / 2);
         CT_VectorPacks::Units o_Units;
         CT_VectorPacks::sv_Load(o_Units, pcu_In, n_Take);
         const auto n_Length =

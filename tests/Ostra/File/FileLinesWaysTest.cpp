@@ -267,8 +267,8 @@ TEST(FileLinesWays, ABlockWithoutRoomForALineIsLeftForAnother)
     EXPECT_STREQ(bytes.qccz_Get(), "one");
     CT_UString units;
     {
-        const CT_Buffer byte("x", 1, 1);
-        units.v_Set(&byte);
+        const CT_Buffer cut("x", 1, 1);
+        units.v_Set(&cut);
     }
     EXPECT_EQ(wide.n_ReadLineUSequential(&units, nullptr), 4u);
     EXPECT_EQ(units.vn_GetLength(), 1u);
