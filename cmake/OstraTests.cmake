@@ -13,32 +13,12 @@ if(CMAKE_CROSSCOMPILING AND NOT WIN32)
         --gtest_filter=UTFModel.AgreesWhereRunsOfAsciiEnd:BitSetModel.*:FileLines*.*:TextModel*.*)
 endif()
 
-# What talks to other windows. All programs of the tests share one session on Windows, where each conversation asks all
-# windows and numbers of names are shared.
-set(OSTRA_CONVERSATIONS *DDE*:PlatformPartners.*:Ask.*)
-
-# An entry of ctest, which on Windows leaves conversations to an entry of its own if the program has some.
-function(ostra_test_entry NAME ENVIRONMENT FILTER CONVERSES)
-    if(WIN32 AND CONVERSES)
-        add_test(NAME ${NAME}_conversations COMMAND ${ARGN} ${OSTRA_TEST_ORDER} --gtest_filter=${OSTRA_CONVERSATIONS})
-        set_tests_properties(${NAME}_conversations PROPERTIES ENVIRONMENT "${ENVIRONMENT}" RESOURCE_LOCK conversations)
-        if(FILTER)
-            string(APPEND FILTER ":${OSTRA_CONVERSATIONS}")
-        else()
-            set(FILTER "--gtest_filter=-${OSTRA_CONVERSATIONS}")
-        endif()
-    endif()
-    add_test(NAME ${NAME} COMMAND ${ARGN} ${OSTRA_TEST_ORDER} ${FILTER})
-    set_tests_properties(${NAME} PROPERTIES ENVIRONMENT "${ENVIRONMENT}")
-endfunction()
-
-# ostra_test_program(NAME SOURCES file... [OBJECTS] [BOTH_ROADS] [CONVERSES])
+# ostra_test_program(NAME SOURCES file... [OBJECTS] [BOTH_ROADS])
 #
 # A test program and its ctest entries. OBJECTS links the library's objects instead of the shared library;
-# BOTH_ROADS registers a second run in which the system answers as the family without wide calls; CONVERSES says that
-# there are tests of OSTRA_CONVERSATIONS among the program's.
+# BOTH_ROADS registers a second run in which the system answers as the family without wide calls.
 function(ostra_test_program NAME)
-    cmake_parse_arguments(ARG "OBJECTS;BOTH_ROADS;CONVERSES" "" "SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "OBJECTS;BOTH_ROADS" "" "SOURCES" ${ARGN})
     add_executable(${NAME} ${ARG_SOURCES})
     target_link_libraries(${NAME} PRIVATE test_support ostra_options)
     target_compile_options(${NAME} PRIVATE -fno-strict-aliasing)
@@ -69,14 +49,17 @@ function(ostra_test_program NAME)
     if(ARG_BOTH_ROADS)
         set(filter ${OSTRA_WIDE_FILTER})
     endif()
-    ostra_test_entry(${NAME} "TZ=UTC" "${filter}" ${ARG_CONVERSES} ${NAME})
+    add_test(NAME ${NAME} COMMAND ${NAME} ${OSTRA_TEST_ORDER} ${filter})
+    set_tests_properties(${NAME} PROPERTIES ENVIRONMENT "TZ=UTC")
     if(ARG_BOTH_ROADS AND NOT WIN32)
-        ostra_test_entry(${NAME}_narrow "TZ=UTC;OSTRA_TEST_PLATFORM=1" "${OSTRA_NARROW_FILTER}" ${ARG_CONVERSES} ${NAME})
+        add_test(NAME ${NAME}_narrow COMMAND ${NAME} ${OSTRA_TEST_ORDER} ${OSTRA_NARROW_FILTER})
+        set_tests_properties(${NAME}_narrow PROPERTIES ENVIRONMENT "TZ=UTC;OSTRA_TEST_PLATFORM=1")
     elseif(ARG_BOTH_ROADS AND CMAKE_SIZEOF_VOID_P EQUAL 4)
         # Wine answers by the program's name, as the tools/wine script sets up for this one.
         add_custom_command(TARGET ${NAME} POST_BUILD COMMAND ${CMAKE_COMMAND} -E copy
             $<TARGET_FILE:${NAME}> $<TARGET_FILE_DIR:${NAME}>/${NAME}_narrow.exe)
-        ostra_test_entry(${NAME}_narrow "TZ=UTC" "${OSTRA_NARROW_FILTER}" ${ARG_CONVERSES}
-            ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE_DIR:${NAME}>/${NAME}_narrow.exe)
+        add_test(NAME ${NAME}_narrow COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR}
+            $<TARGET_FILE_DIR:${NAME}>/${NAME}_narrow.exe ${OSTRA_TEST_ORDER} ${OSTRA_NARROW_FILTER})
+        set_tests_properties(${NAME}_narrow PROPERTIES ENVIRONMENT "TZ=UTC")
     endif()
 endfunction()

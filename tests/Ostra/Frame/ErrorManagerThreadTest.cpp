@@ -7,9 +7,9 @@
 #include "Support/TestStrings.h"
 
 #include <algorithm>
+#include <condition_variable>
 #include <cstdio>
 #include <cstring>
-#include <latch>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -259,28 +259,30 @@ TEST(ErrorManagerThread, WritingAMessageLeavesThoseOfOtherThreadsAsTheyAre)
     const std::u16string message(1000, u'm');
     Errors().v_SetError(1, Units(u"text"));
     std::vector<std::string> texts(THREADS);
-    std::latch set(THREADS), written(1);
     std::mutex list; // which threads change one at a time
+    std::condition_variable changed;
+    int set = 0;
+    bool written = false;
     std::vector<std::thread> threads;
     for (std::string& text : texts) {
         threads.emplace_back([&] {
-            {
-                const std::lock_guard guard(list);
-                Errors().v_SetError(2, Units(message.c_str()));
-            }
-            set.count_down();
-            written.wait();
-            const std::lock_guard guard(list);
+            std::unique_lock lock(list);
+            Errors().v_SetError(2, Units(message.c_str()));
+            ++set;
+            changed.notify_all();
+            changed.wait(lock, [&] { return written; });
             text = TakeFailure().text;
         });
     }
-    set.wait();
-    Errors().v_ClearError();
     {
+        std::unique_lock lock(list);
+        changed.wait(lock, [&] { return set == THREADS; });
+        Errors().v_ClearError();
         const Registered registered(WriteFirst);
         Errors().v_SetError(1, Units(u"text"));
+        written = true;
     }
-    written.count_down();
+    changed.notify_all();
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(TakeFailure().text, "(1): first's text");
