@@ -35,6 +35,7 @@ struct State
     const CT_UString bare_name{u"bare"};
     // Names of bytes, which have to be converted.
     const CT_CString child = CT_CString("child", -1, 0);
+    const CT_CString bytes_name = CT_CString("text", -1, 0);
     const CT_CString name = CT_CString("a name that takes room of its own", -1, 0);
     // With its terminator it fills its block.
     const CT_CString full =
@@ -184,6 +185,11 @@ const Step STEPS[] = {
          return s.number == 7;
      }},
     {"delete a value", [](State& s) { s.registry.v_DeleteValue(&s.text_name); },
+     [](State&) { return Find("text") == ERROR_FILE_NOT_FOUND; },
+     [](State&) {
+         return Find("text") == 0;
+     }},
+    {"delete a value named by bytes", [](State& s) { s.registry.v_DeleteValue(&s.bytes_name); },
      [](State&) { return Find("text") == ERROR_FILE_NOT_FOUND; },
      [](State&) {
          return Find("text") == 0;
