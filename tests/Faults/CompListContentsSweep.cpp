@@ -68,3 +68,45 @@ TEST(CompListContentsSweep, AllKeysAreGatheredIntoSharedBuffersOrNone)
 {
     SweepGathering(true);
 }
+
+namespace
+{
+// A list whose keys are long behind what they have in common, and whose head tells of no entries.
+struct Misled
+{
+    Misled()
+    {
+        CT_CompList whole(CT_CompList::es_Byte, 1, 0, 1, 1024, 0);
+        for (unsigned handle = 0; handle < KEYS; ++handle)
+            whole.b_Add((std::string(90, 'a') + static_cast<char>('b' + handle) +
+                         std::string(60 + handle, 'z'))
+                            .c_str(),
+                        handle);
+        std::string bytes = State::Bytes(*whole.pcco_GetBuffer());
+        bytes.replace(120, 4, 4, '\0');
+        const CT_Buffer block(bytes.data(), static_cast<unsigned>(bytes.size()), 64);
+        list.v_Set(&block);
+    }
+
+    static constexpr unsigned KEYS = 20;
+    CT_CompList list{CT_CompList::es_Byte, 1, 0, 1, 1024, 0};
+    CT_Buffer keys, places, handles;
+};
+} // namespace
+
+TEST(CompListContentsSweep, MoreKeysThanTheHeadTellsAreGatheredOrNone)
+{
+    Sweep(
+        report, [] { return std::make_unique<Misled>(); },
+        [](Misled& state) { state.list.v_GetAll(&state.keys, &state.places, &state.handles); },
+        [](Misled& state, bool failed) {
+            if (failed) {
+                EXPECT_EQ(state.keys.n_GetUsedSize(), 0U);
+                EXPECT_EQ(state.places.n_GetUsedSize(), 0U);
+                EXPECT_EQ(state.handles.n_GetUsedSize(), 0U);
+                state.list.v_GetAll(&state.keys, &state.places, &state.handles);
+            }
+            EXPECT_EQ(state.places.n_GetUsedSize(), Misled::KEYS * 4);
+            EXPECT_EQ(state.handles.n_GetUsedSize(), Misled::KEYS * 4);
+        });
+}

@@ -779,3 +779,32 @@ TEST(VoidArray, AnItemLargerThanTheGrowthTakesTheRoomThatItNeeds)
     }
     EXPECT_EQ(array.n_Find(item), 1U);
 }
+
+TEST(VoidArray, AnItemThatBeginsBehindAnOddByteTakesTheBuffersGrowth)
+{
+    CT_VoidArray array(4);
+    {
+        const CT_Buffer bytes("0123456789ABCDEFGH", 18, 32);
+        array.v_Set(&bytes);
+    }
+    ASSERT_EQ(array.pcco_GetBuffer()->n_GetMaximumSize(), 20U);
+    array.v_Insert("wxyz");
+    EXPECT_TRUE(array.pcco_GetBuffer()->b_IsEqual("0123456789ABCDEFGHwxyz", 22, 0));
+    EXPECT_EQ(array.pcco_GetBuffer()->n_GetUsedSize(), 22U);
+}
+
+// Of a size by which nothing has to be divided.
+TEST(VoidArray, AnItemOf64BytesInABufferThatGrowsBy32TakesTheRoomThatItNeeds)
+{
+    const char item[64] = "an item";
+    CT_VoidArray array(64);
+    {
+        const CT_Buffer bytes(item, 64, 32);
+        array.v_Set(&bytes);
+    }
+    for (unsigned count = 2; count <= 4; ++count) {
+        array.v_Insert(item);
+        EXPECT_EQ(array.n_GetCount(), count);
+    }
+    EXPECT_EQ(array.n_Find(item), 1U);
+}

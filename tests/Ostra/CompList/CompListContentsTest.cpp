@@ -253,3 +253,40 @@ TEST(CompListContentsModel, AListWhoseWaysMeetEnds)
     EXPECT_GT(all.Count(), 0u);
     EXPECT_LT(all.Count(), 200u);
 }
+
+// The same where the room to walk is spent in front of an end, or of a way that parts.
+TEST(CompListContentsModel, AListWhoseWaysMeetEndsWhereverItIsSpent)
+{
+    for (unsigned ways = 6; ways <= 64; ++ways) {
+        for (unsigned lead = 0; lead < 12; ++lead) {
+            CT_CompList list(CT_CompList::es_Byte, 1, 0, 0, 128, 0);
+            std::string bytes = Block(list);
+            bytes.pop_back();
+            for (unsigned n = 0; n < ways; ++n)
+                bytes += std::string(lead, 'c') + std::string("a\x0D\x04\0b", 5);
+            bytes += std::string("a\x1A\x01\x19", 4);
+            const unsigned end = static_cast<unsigned>(bytes.size());
+            bytes.replace(4, 4, reinterpret_cast<const char*>(&end), 4);
+            const CT_Buffer buffer(bytes.data(), end, 64);
+            const CT_CompList damaged(&buffer);
+            const Gathered all(damaged);
+            EXPECT_GT(all.Count(), 0u);
+            EXPECT_LT(all.Count(), 400u);
+        }
+    }
+}
+
+TEST(CompListContentsModel, AHandleThatIsCutOffIsWhatTheIteratorsReadOfIt)
+{
+    CT_CompList list(CT_CompList::es_Byte, 4, 0, 0, 128, 0);
+    list.b_Add("ab", 0x01020304);
+    const std::string whole = Block(list);
+    for (unsigned less = 1; less <= 5; ++less) {
+        std::string bytes = whole.substr(0, whole.size() - less);
+        const unsigned end = static_cast<unsigned>(bytes.size());
+        bytes.replace(4, 4, reinterpret_cast<const char*>(&end), 4);
+        const CT_Buffer buffer(bytes.data(), end, 64);
+        const CT_CompList damaged(&buffer);
+        EXPECT_EQ(Gathered(damaged).All(1), Walked(damaged, 10)) << less;
+    }
+}

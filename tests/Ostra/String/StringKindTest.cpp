@@ -45,3 +45,16 @@ TEST(StringKind, ADerivedStringOfBytesIsTakenByBothClasses)
     EXPECT_EQ(bytes.vn_Find(&word), 1u);
     EXPECT_EQ(bytes.vi_Compare(&word, 0, 3, 1), 0);
 }
+
+TEST(StringKind, ADerivedStringIsAPatternOfBothClasses)
+{
+    const Narrow bytes("b*d");
+    const Wide units(U(u"b*d"));
+    for (const CT_String* pattern :
+         {static_cast<const CT_String*>(&bytes), static_cast<const CT_String*>(&units)}) {
+        EXPECT_EQ(CT_CString("bread").vb_Match(pattern), 1);
+        EXPECT_EQ(CT_CString("break").vb_Match(pattern), 0);
+        EXPECT_EQ(CT_UString(U(u"bread")).vb_Match(pattern), 1);
+        EXPECT_EQ(CT_UString(U(u"break")).vb_Match(pattern), 0);
+    }
+}

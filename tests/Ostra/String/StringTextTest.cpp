@@ -489,3 +489,20 @@ TEST(String, FormatMayReadTheStringItWrites)
     wide.v_Format(U(u"<%s>"), wide.qcuz_Get());
     EXPECT_EQ(Text(wide), u"<abc>");
 }
+
+// The middle of what is looked for is a blank, which stands in nearly each stride of a text.
+TEST(StringText, WordsAroundABlankAreFoundBehindOthersAroundBlanks)
+{
+    std::string text;
+    for (unsigned n = 0; n < 60; ++n)
+        text += "x b y ";
+    text += "x y";
+    const CT_CString bytes(text.c_str());
+    const CT_UString units(&bytes);
+    const CT_CString there("x y"), missing("x z");
+    for (const CT_String* in :
+         {static_cast<const CT_String*>(&bytes), static_cast<const CT_String*>(&units)}) {
+        EXPECT_EQ(in->vn_Find(&there), 360u);
+        EXPECT_EQ(in->vn_Find(&missing), ALL);
+    }
+}

@@ -435,3 +435,13 @@ TEST(TestOutDeathTest, SetToANullNameIsToldAndTakesTheLabel)
         },
         testing::ExitedWithCode(17), "qccz_file && qccz_label");
 }
+
+TEST(TestOutDeathTest, ANullNameWithALabelIsToldAsOneThatIsMissing)
+{
+    EXPECT_EXIT(
+        {
+            (new CT_TestOut)->v_Set(null_text, "label");
+            std::_Exit(17);
+        },
+        testing::ExitedWithCode(17), "qccz_file && qccz_label");
+}
