@@ -321,6 +321,25 @@ TEST(StringSweep, SizesKeepTheOldText)
         TWENTY_LONG, [](State& s) { s.string->v_Set(3u, 0); }, "");
 }
 
+// The block is as large as it has to be, but others hold it.
+TEST(StringSweep, AnInsertionIntoASharedBlockWithoutATextIsLeftOut)
+{
+    Sweep(
+        report,
+        [] {
+            auto state = std::make_unique<State>(false, "", false);
+            const_cast<CT_Buffer*>(state->string->pcco_GetBuffer())->v_SetSize(64, 0);
+            state->sharer = Share(*state->string);
+            return state;
+        },
+        [](State& state) { state.string->v_Insert("abc", 3, 0); },
+        [](State& state, bool failed) {
+            EXPECT_EQ(Ascii(*state.string), failed ? "" : "abc");
+            EXPECT_EQ(Ascii(*state.sharer), "");
+            ExpectUsable(*state.string);
+        });
+}
+
 TEST(StringSweep, ChangesOfASharedBlockAreLeftOut)
 {
     const std::string spaced = "  aBc  ";
