@@ -766,18 +766,21 @@ TEST(VoidArray, AnItemBehindBytesThatAreNoWholeItemTakesTheBuffersGrowth)
     EXPECT_EQ(array.n_GetCount(), 4U);
 }
 
+// By the second size nothing has to be divided.
 TEST(VoidArray, AnItemLargerThanTheGrowthTakesTheRoomThatItNeeds)
 {
-    const char item[40] = "an item";
-    CT_VoidArray array(40);
-    const CT_Buffer bytes(0, 32);
-    array.v_Set(&bytes);
-    EXPECT_EQ(array.n_GetGrowth(), 0U);
-    for (unsigned count = 1; count <= 3; ++count) {
-        array.v_Insert(item);
-        EXPECT_EQ(array.n_GetCount(), count);
+    const char item[64] = "an item";
+    for (const unsigned size : {40u, 64u}) {
+        CT_VoidArray array(size);
+        const CT_Buffer bytes(0, 32);
+        array.v_Set(&bytes);
+        EXPECT_EQ(array.n_GetGrowth(), 0U);
+        for (unsigned count = 1; count <= 3; ++count) {
+            array.v_Insert(item);
+            EXPECT_EQ(array.n_GetCount(), count);
+        }
+        EXPECT_EQ(array.n_Find(item), 1U);
     }
-    EXPECT_EQ(array.n_Find(item), 1U);
 }
 
 TEST(VoidArray, AnItemThatBeginsBehindAnOddByteTakesTheBuffersGrowth)
@@ -791,20 +794,4 @@ TEST(VoidArray, AnItemThatBeginsBehindAnOddByteTakesTheBuffersGrowth)
     array.v_Insert("wxyz");
     EXPECT_TRUE(array.pcco_GetBuffer()->b_IsEqual("0123456789ABCDEFGHwxyz", 22, 0));
     EXPECT_EQ(array.pcco_GetBuffer()->n_GetUsedSize(), 22U);
-}
-
-// Of a size by which nothing has to be divided.
-TEST(VoidArray, AnItemOf64BytesInABufferThatGrowsBy32TakesTheRoomThatItNeeds)
-{
-    const char item[64] = "an item";
-    CT_VoidArray array(64);
-    {
-        const CT_Buffer bytes(item, 64, 32);
-        array.v_Set(&bytes);
-    }
-    for (unsigned count = 2; count <= 4; ++count) {
-        array.v_Insert(item);
-        EXPECT_EQ(array.n_GetCount(), count);
-    }
-    EXPECT_EQ(array.n_Find(item), 1U);
 }
