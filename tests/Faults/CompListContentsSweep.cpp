@@ -71,15 +71,16 @@ TEST(CompListContentsSweep, AllKeysAreGatheredIntoSharedBuffersOrNone)
 
 namespace
 {
-// A list whose keys are long behind what they have in common, and whose head tells of no entries.
+// A list whose head tells of no entries. Short keys and such as are long behind what they have in
+// common take turns, so that the room also grows on the way to a key's end.
 struct Misled
 {
-    Misled()
+    explicit Misled(unsigned common)
     {
         CT_CompList whole(CT_CompList::es_Byte, 1, 0, 1, 1024, 0);
         for (unsigned handle = 0; handle < KEYS; ++handle)
-            whole.b_Add((std::string(90, 'a') + static_cast<char>('b' + handle) +
-                         std::string(60 + handle, 'z'))
+            whole.b_Add((std::string(common, 'a') + static_cast<char>('b' + handle) +
+                         std::string(handle % 2 * 400, 'z'))
                             .c_str(),
                         handle);
         std::string bytes = State::Bytes(*whole.pcco_GetBuffer());
@@ -96,17 +97,18 @@ struct Misled
 
 TEST(CompListContentsSweep, MoreKeysThanTheHeadTellsAreGatheredOrNone)
 {
-    Sweep(
-        report, [] { return std::make_unique<Misled>(); },
-        [](Misled& state) { state.list.v_GetAll(&state.keys, &state.places, &state.handles); },
-        [](Misled& state, bool failed) {
-            if (failed) {
-                EXPECT_EQ(state.keys.n_GetUsedSize(), 0U);
-                EXPECT_EQ(state.places.n_GetUsedSize(), 0U);
-                EXPECT_EQ(state.handles.n_GetUsedSize(), 0U);
-                state.list.v_GetAll(&state.keys, &state.places, &state.handles);
-            }
-            EXPECT_EQ(state.places.n_GetUsedSize(), Misled::KEYS * 4);
-            EXPECT_EQ(state.handles.n_GetUsedSize(), Misled::KEYS * 4);
-        });
+    for (unsigned common = 50; common <= 450; common += 40)
+        Sweep(
+            report, [=] { return std::make_unique<Misled>(common); },
+            [](Misled& state) { state.list.v_GetAll(&state.keys, &state.places, &state.handles); },
+            [](Misled& state, bool failed) {
+                if (failed) {
+                    EXPECT_EQ(state.keys.n_GetUsedSize(), 0U);
+                    EXPECT_EQ(state.places.n_GetUsedSize(), 0U);
+                    EXPECT_EQ(state.handles.n_GetUsedSize(), 0U);
+                    state.list.v_GetAll(&state.keys, &state.places, &state.handles);
+                }
+                EXPECT_EQ(state.places.n_GetUsedSize(), Misled::KEYS * 4);
+                EXPECT_EQ(state.handles.n_GetUsedSize(), Misled::KEYS * 4);
+            });
 }
