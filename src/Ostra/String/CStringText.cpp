@@ -213,11 +213,17 @@ int CT_CString::vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count,
     return CT_CString::vi_Compare(co_Other.qccz_Get(), n_Count, n_Offset);
 }
 
-// A comparison with a string of whatever class; the common one isn't to pay for its frame.
+// A comparison from and with whatever there is; the common one isn't to pay for its frame.
 [[gnu::noinline]] static int i_CompareAny(const CT_CString* pcco_Own, const CT_String* pcco_Other,
                                           unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
-    if (const CT_CString* pcco = pcco_Bytes(pcco_Other))
+    const CT_CString* pcco = pcco_Bytes(pcco_Other);
+    if (pcco && n_Count == CT_CString::ALL &&
+        Bytes::sb_Has(*pcco_Own->pcco_GetBuffer(), n_Offset) &&
+        Bytes::sb_Has(*pcco->pcco_GetBuffer(), n_From))
+        return Bytes::si_Compare(*pcco_Own->pcco_GetBuffer(), n_Offset, *pcco->pcco_GetBuffer(),
+                                 n_From);
+    if (pcco)
         return pcco_Own->CT_CString::vi_Compare(Bytes::spc_From(*pcco->pcco_GetBuffer(), n_From),
                                                 n_Count, n_Offset);
     const CT_CString co_Other(pcco_Other, pcco_Own->n_GetCodePage());
@@ -229,9 +235,9 @@ int CT_CString::vi_Compare(const CT_String* pcco_Other, unsigned n_From, unsigne
                            unsigned n_Offset) const
 {
     const CT_Buffer& co_Other = *pcco_Other->pcco_GetBuffer();
-    if (n_Count == ALL && b_IsLike(pcco_Other, sco_Object) && Bytes::sb_Has(co_Buffer, n_Offset) &&
-        Bytes::sb_Has(co_Other, n_From))
-        return Bytes::si_Compare(co_Buffer, n_Offset, co_Other, n_From);
+    if (n_Count == ALL && !(n_From | n_Offset) && b_IsLike(pcco_Other, sco_Object))
+        if (const unsigned n_Known = Bytes::sn_KnownOfBoth(co_Buffer, co_Other))
+            return Bytes::si_CompareWhole(co_Buffer, co_Other, n_Known);
     return i_CompareAny(this, pcco_Other, n_From, n_Count, n_Offset);
 }
 

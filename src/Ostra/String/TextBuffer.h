@@ -59,7 +59,19 @@ public:
         return Text::si_CompareKnown(
             spc_Data(co_Left) + n_Left, spc_Data(co_Right) + n_Right,
             std::min(sn_Used(co_Left) - n_Left, sn_Used(co_Right) - n_Right),
-            std::min(sn_Room(co_Left) - n_Left, sn_Room(co_Right) - n_Right));
+            sn_Room(co_Left) - n_Left >= Text::BLOCK && sn_Room(co_Right) - n_Right >= Text::BLOCK);
+    }
+    // The characters that two whole texts both have, terminators included, if memory has a block of
+    // each; otherwise 0. They tell si_CompareWhole what it may read.
+    static unsigned sn_KnownOfBoth(const CT_Buffer& co_Left, const CT_Buffer& co_Right)
+    {
+        const bool b_Block = sn_Room(co_Left) >= Text::BLOCK && sn_Room(co_Right) >= Text::BLOCK;
+        return b_Block ? std::min(co_Left.n_GetUsedSize(), co_Right.n_GetUsedSize()) / SIZE : 0;
+    }
+    static int si_CompareWhole(const CT_Buffer& co_Left, const CT_Buffer& co_Right,
+                               unsigned n_Known)
+    {
+        return Text::si_CompareKnown(spc_Data(co_Left), spc_Data(co_Right), n_Known, true);
     }
     static unsigned sn_FindFrom(const CT_Buffer& co_Buffer, Unit c_Find, unsigned n_From);
     static unsigned sn_FindFrom(const CT_Buffer& co_Buffer, const Unit* qc_Find, unsigned n_From);

@@ -18,6 +18,9 @@ class CT_TextOperations
 {
 public:
     using Value = std::make_unsigned_t<Unit>;
+    // Characters that are looked at together.
+    typedef t_Block<Value> Block;
+    static constexpr unsigned BLOCK = sizeof(Block) / sizeof(Unit);
 
     // ---- Length -----------------------------------------------------------------------------
 
@@ -71,10 +74,10 @@ public:
             ++qc_Left, ++qc_Right;
         return si_Order(Value(*qc_Left), Value(*qc_Right));
     }
-    // The same of two texts that both have n_Known characters at least, terminators included, and
-    // lie in memory for n_Readable of them.
+    // The same of two texts that both have n_Known characters at least, terminators included;
+    // b_Block tells whether BLOCK of each lie in memory.
     [[gnu::always_inline]] static int si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
-                                                      unsigned n_Known, unsigned n_Readable);
+                                                      unsigned n_Known, bool b_Block);
     // The difference of the first characters that differ among n_Count.
     static int si_Compare(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Count)
     {
@@ -121,14 +124,10 @@ private:
                 *qc_Text = static_cast<Unit>(*qc_Text ^ 0x20);
     }
 
-    // Characters that are looked at together.
-    typedef t_Block<Value> Block;
-    static constexpr unsigned BLOCK = sizeof(Block) / sizeof(Unit);
-
     static bool sb_Any(const Unit* qc_Text, Unit c_Find);
     static unsigned sn_Differ(const Unit* qc_Left, const Unit* qc_Right);
     [[gnu::always_inline]] static int si_CompareBlocks(const Unit* qc_Left, const Unit* qc_Right,
-                                                       unsigned n_Known, unsigned n_Readable);
+                                                       unsigned n_Known);
     static int si_CompareRest(const Unit* qc_Left, const Unit* qc_Right, unsigned n_Known);
     static int si_Order(Value o_Left, Value o_Right)
     {
@@ -241,42 +240,41 @@ inline unsigned CT_TextOperations<Unit>::sn_Differ(const Unit* qc_Left, const Un
     Block ao_Right;
     CT_Vector::sv_Load(ao_Left, qc_Left);
     CT_Vector::sv_Load(ao_Right, qc_Right);
-    return CT_Vector::sn_Mask((ao_Left != ao_Right) | (ao_Left == Value(0)));
+    // Nothing is left of those.
+    const Block ao_Same = ao_Left & reinterpret_cast<Block>(ao_Left == ao_Right);
+    return CT_Vector::sn_Mask(ao_Same == Value(0));
 }
 
 template <class Unit>
 inline int CT_TextOperations<Unit>::si_CompareKnown(const Unit* qc_Left, const Unit* qc_Right,
-                                                    unsigned n_Known, unsigned n_Readable)
+                                                    unsigned n_Known, bool b_Block)
 {
     // Comparing is too short for a choice at run time.
     if constexpr (CT_Vector::sb_Masks)
-        return si_CompareBlocks(qc_Left, qc_Right, n_Known, n_Readable);
+        return b_Block ? si_CompareBlocks(qc_Left, qc_Right, n_Known)
+                       : si_CompareRest(qc_Left, qc_Right, n_Known);
     else
         return si_Compare(qc_Left, qc_Right);
 }
 
 // Judges the first two blocks at once, without a branch on how many characters there are: the
-// second block lies over the first where there are no more, and what lies behind them in memory
-// isn't judged.
+// second block lies over the first where there are no more. Texts differ or end among the known
+// ones, so what lies behind those in the first block decides nothing.
 template <class Unit>
 inline int CT_TextOperations<Unit>::si_CompareBlocks(const Unit* qc_Left, const Unit* qc_Right,
-                                                     unsigned n_Known, unsigned n_Readable)
+                                                     unsigned n_Known)
 {
-    unsigned n = 0;
-    if (n_Readable >= BLOCK) {
-        n = std::min(n_Known, 2 * BLOCK);
-        const unsigned n_Second = std::max(n, BLOCK) - BLOCK;
-        const std::uint64_t n8_Differ =
-            sn_Differ(qc_Left, qc_Right) |
-            std::uint64_t(sn_Differ(qc_Left + n_Second, qc_Right + n_Second))
-                << n_Second * sizeof(Unit);
-        const std::uint64_t n8_Judged = n8_Differ & ((std::uint64_t(1) << n * sizeof(Unit)) - 1);
-        if (n8_Judged) {
-            const unsigned n_At = static_cast<unsigned>(std::countr_zero(n8_Judged)) / sizeof(Unit);
-            return si_Order(Value(qc_Left[n_At]), Value(qc_Right[n_At]));
-        }
+    const unsigned n = std::clamp(n_Known, BLOCK, 2 * BLOCK);
+    const unsigned n_Second = n - BLOCK;
+    const std::uint64_t n8_Differ =
+        sn_Differ(qc_Left, qc_Right) |
+        std::uint64_t(sn_Differ(qc_Left + n_Second, qc_Right + n_Second))
+            << n_Second * sizeof(Unit);
+    if (n8_Differ) {
+        const unsigned n_At = static_cast<unsigned>(std::countr_zero(n8_Differ)) / sizeof(Unit);
+        return si_Order(Value(qc_Left[n_At]), Value(qc_Right[n_At]));
     }
-    return si_CompareRest(qc_Left + n, qc_Right + n, n_Known - n);
+    return si_CompareRest(qc_Left + n, qc_Right + n, std::max(n_Known, n) - n);
 }
 
 template <class Unit>

@@ -200,11 +200,17 @@ int CT_UString::vi_Compare(const char* qccz_Other, unsigned n_Count, unsigned n_
     return CT_UString::vi_Compare(co_Other.qcuz_Get(), n_Count, n_Offset);
 }
 
-// A comparison with a string of whatever class; the common one isn't to pay for its frame.
+// A comparison from and with whatever there is; the common one isn't to pay for its frame.
 [[gnu::noinline]] static int i_CompareAny(const CT_UString* pcco_Own, const CT_String* pcco_Other,
                                           unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
-    if (const CT_UString* pcco = pcco_Units(pcco_Other))
+    const CT_UString* pcco = pcco_Units(pcco_Other);
+    if (pcco && n_Count == CT_UString::ALL &&
+        Units::sb_Has(*pcco_Own->pcco_GetBuffer(), n_Offset) &&
+        Units::sb_Has(*pcco->pcco_GetBuffer(), n_From))
+        return Units::si_Compare(*pcco_Own->pcco_GetBuffer(), n_Offset, *pcco->pcco_GetBuffer(),
+                                 n_From);
+    if (pcco)
         return pcco_Own->CT_UString::vi_Compare(Units::spc_From(*pcco->pcco_GetBuffer(), n_From),
                                                 n_Count, n_Offset);
     const CT_UString co_Other(pcco_Other);
@@ -216,9 +222,9 @@ int CT_UString::vi_Compare(const CT_String* pcco_Other, unsigned n_From, unsigne
                            unsigned n_Offset) const
 {
     const CT_Buffer& co_Other = *pcco_Other->pcco_GetBuffer();
-    if (n_Count == ALL && b_IsLike(pcco_Other, sco_Object) && Units::sb_Has(co_Buffer, n_Offset) &&
-        Units::sb_Has(co_Other, n_From))
-        return Units::si_Compare(co_Buffer, n_Offset, co_Other, n_From);
+    if (n_Count == ALL && !(n_From | n_Offset) && b_IsLike(pcco_Other, sco_Object))
+        if (const unsigned n_Known = Units::sn_KnownOfBoth(co_Buffer, co_Other))
+            return Units::si_CompareWhole(co_Buffer, co_Other, n_Known);
     return i_CompareAny(this, pcco_Other, n_From, n_Count, n_Offset);
 }
 
