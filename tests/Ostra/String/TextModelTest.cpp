@@ -210,7 +210,10 @@ TYPED_TEST(TextModel, ComparesAsThePlainComparisonDoes)
         const auto other = TypeParam::Of(right);
         EXPECT_EQ(PlainCompare(left, right), own.vi_Compare(&other));
         const unsigned from = chance.Below(static_cast<unsigned>(right.size()) + 1);
-        const unsigned offset = chance.Below(static_cast<unsigned>(left.size()) + 1);
+        // From the same place on they are the same for long.
+        const unsigned offset = from <= left.size() && chance.Below(2)
+                                    ? from
+                                    : chance.Below(static_cast<unsigned>(left.size()) + 1);
         EXPECT_EQ(PlainCompare(left.substr(offset), right.substr(from)),
                   own.vi_Compare(&other, from, ALL, offset));
     }
