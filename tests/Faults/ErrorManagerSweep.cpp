@@ -5,9 +5,10 @@
 
 #include <windows.h>
 
+#include "Faults/BoxInPlace.h"
 #include "Faults/FailEach.h"
+#include "Faults/ServiceSweep.h"
 #include "Support/Directory.h"
-#include "Support/MessageBox.h"
 #include "Support/Private.h"
 
 #include <memory>
@@ -73,23 +74,32 @@ TEST(ErrorManagerSweep, AMessageOfBytesGivesWayToTheReport)
     EXPECT_GT(failures, 0U);
 }
 
-// Text of a record needs no memory, whatever the road; on the 8-bit one strings are made of it.
+// Text of a record needs no memory; on the 8-bit road strings are made of it, and a box comes up
+// with those that there are. The place of that failure stands behind those of the error.
 TEST(ErrorManagerSweep, TheWindowLeavesTheErrorAsItIs)
 {
-    if (!HOST_HEAP)
-        GTEST_SKIP() << "the box that answers keeps its texts on the heap that fails";
-    FailEach([] {
-        const AnsweredBoxes boxes(IDOK);
-        Errors().v_SetMessageError(Units(u"It failed."));
-        Errors().v_AddLocation("a/b", 1);
-        Errors().i_ErrorLocationWindow(0, Units(u"title"), MB_OK);
-        const unsigned failing = FailingHeap::Disarm();
-        EXPECT_EQ(boxes.count, 1);
-        const Failure failure = TakeFailure();
-        EXPECT_EQ(failure.text, "It failed.");
-        EXPECT_EQ(failure.trail.front(), "a/b");
-        return failing;
-    });
+    for (const bool wide : {true, false}) {
+        const RoadSwitch road(wide);
+        const unsigned failures = FailEach([] {
+            const BoxInPlace box;
+            Errors().v_SetMessageError(Units(u"It failed."));
+            Errors().v_AddLocation("a/b", 1);
+            const int button = Errors().i_ErrorLocationWindow(0, Units(u"title"), MB_OK);
+            const unsigned failing = FailingHeap::Disarm();
+            EXPECT_EQ(button, BoxInPlace::BUTTON);
+            EXPECT_EQ(BoxInPlace::shown, 1U);
+            const std::string title = BoxInPlace::title;
+            const std::string text = BoxInPlace::text;
+            EXPECT_TRUE(title == "title" || (failing && title.empty())) << title;
+            EXPECT_TRUE(text == "It failed.\n\nb: line 1" || (failing && text.empty())) << text;
+            const Failure failure = TakeFailure();
+            EXPECT_EQ(failure.text, "It failed.");
+            const std::vector<std::string> trail = {"a/b", "Ostra/Buffer/Buffer"};
+            EXPECT_EQ(failure.trail, std::vector(trail.begin(), trail.end() - !failing));
+            return failing;
+        });
+        EXPECT_EQ(failures > 0, !wide);
+    }
 }
 
 TEST(ErrorManagerSweep, DiagnosticTextReportsNothing)

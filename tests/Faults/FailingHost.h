@@ -131,6 +131,9 @@ inline void FailingHost::Install()
     WRAP(mmap);
     WRAP(munmap);
     WRAP(msync);
+    WRAP(pipe2);
+    WRAP_AS(posix_spawnp, ERROR_IS_RESULT);
+    WRAP(waitpid);
 #undef WRAP
 #undef WRAP_AS
 }

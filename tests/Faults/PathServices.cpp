@@ -113,6 +113,51 @@ const ServiceOperation<State> CURRENT_PATH[] = {
      }},
 };
 
+UINT WINAPI WideDriveIsThere(LPCWSTR)
+{
+    return DRIVE_FIXED;
+}
+
+UINT WINAPI DriveIsThere(LPCSTR)
+{
+    return DRIVE_FIXED;
+}
+
+// The current drive. Where there are none, drive C is taken for one.
+struct DriveState : State
+{
+    DriveState()
+    {
+        const std::string name = here.root_name().string();
+        if (!name.empty()) {
+            drive = static_cast<unsigned>((name[0] | 0x20) - 'a' + 1);
+            return;
+        }
+        service::GetDriveTypeWService::place.replacement = WideDriveIsThere;
+        service::GetDriveTypeAService::place.replacement = DriveIsThere;
+    }
+    ~DriveState()
+    {
+        service::GetDriveTypeWService::place.replacement = nullptr;
+        service::GetDriveTypeAService::place.replacement = nullptr;
+    }
+
+    unsigned drive = 3;
+};
+
+const ServiceOperation<DriveState> DRIVE_PATH[] = {
+    {"current path of a drive", [](DriveState&) {},
+     [](DriveState& state) { CT_FileSystem::sv_GetCurrentPath(&state.path, state.drive); },
+     [](DriveState& state) {
+         const bool has_drives = state.here.has_root_name();
+         EXPECT_EQ(Get(state.path),
+                   has_drives ? state.here.string() : (state.here / "C:.").string());
+     },
+     [](DriveState& state) {
+         EXPECT_EQ(state.path.vn_GetLength(), 0U);
+     }},
+};
+
 struct SearchState
 {
     SearchState() : pattern(Name("file*"))
@@ -188,6 +233,11 @@ TEST(ServiceSweep, FileSystem)
 TEST(ServiceSweep, FileSystemTellsTheCurrentPath)
 {
     SweepServices(Reports(13), CURRENT_PATH, 0);
+}
+
+TEST(ServiceSweep, FileSystemTellsTheCurrentPathOfADrive)
+{
+    SweepServices(Reports(13), DRIVE_PATH, 0);
 }
 
 TEST(ServiceSweep, FindFile)
