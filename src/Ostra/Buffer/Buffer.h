@@ -184,6 +184,8 @@ private:
     void v_SetUsedBufferSize(unsigned n_Size);
 
     char* pc_Take(unsigned n_Count);
+    char* pc_Step(unsigned n_Count);
+    void v_AppendAny(const void* qcv_Data, unsigned n_Count);
     void v_Room(unsigned n_Size);
     char* pc_ReplaceAt(unsigned& n_Count, unsigned n_Offset);
     char* pc_InsertAt(unsigned& n_Count, unsigned n_Offset);

@@ -56,6 +56,7 @@ public:
     CT_Counter operator--(int) { return --*this; }
 
 private:
+    friend class CT_Buffer;
     template <class Unit>
     friend class CT_TextBuffer;
 
