@@ -64,14 +64,21 @@ const CodePageFacts* FindFacts(UINT page)
     return found != end && found->page == page ? found : nullptr;
 }
 
+// Some 20,000 pairs are entered while a first conversion waits: nothing is computed for each one
+// that the row tells.
+void CodePageReverse::FillRow(const WCHAR* units, unsigned first)
+{
+    for (unsigned at = PAIR_ROW; at-- > 0;)
+        Set(units[at], first + at);
+}
+
 // Of several codes for a unit the lowest one.
 void CodePageReverse::FillLowest(const CodePageFacts& facts)
 {
     const CodePage page(facts);
     for (unsigned row = 0x10000; (row -= PAIR_ROW) >= 0x100;)
         if (page.FromByte(static_cast<BYTE>(row >> 8)) == NO_VALUE && !page.IsEmptyRow(row))
-            for (unsigned pair = row + PAIR_ROW; pair-- > row;)
-                Set(page.FromPair(pair), pair);
+            FillRow(page.RowOfPair(row), row);
     for (unsigned byte = 0x100; byte-- > 0;)
         if (page.FromByte(static_cast<BYTE>(byte)) != NO_VALUE)
             Set(page.FromByte(static_cast<BYTE>(byte)), byte);

@@ -20,9 +20,11 @@ public:
     // The unit of a byte, the page's undefined one where it has none; NO_VALUE for a lead byte.
     WCHAR FromByte(BYTE byte) const { return bytes[byte]; }
     // The unit of a pair with a lead byte, the page's undefined one where it has none.
-    WCHAR FromPair(unsigned pair) const
+    WCHAR FromPair(unsigned pair) const { return RowOfPair(pair)[pair % PAIR_ROW]; }
+    // Those of the row of a pair, from its first pair on.
+    const WCHAR* RowOfPair(unsigned pair) const
     {
-        return codePageUnits[pairRows[pair / PAIR_ROW - firstRow] * PAIR_ROW + pair % PAIR_ROW];
+        return codePageUnits + pairRows[pair / PAIR_ROW - firstRow] * PAIR_ROW;
     }
     // Whether no pair of a row has a unit, of which the first one of all, with zero bytes, is.
     bool IsEmptyRow(unsigned pair) const
@@ -69,6 +71,7 @@ public:
 private:
     static const CodePageReverse* Build(const CodePageFacts& facts);
     void FillLowest(const CodePageFacts& facts);
+    void FillRow(const WCHAR* units, unsigned first);
     void FillDifferences(const CodePageFacts& facts);
     void Set(WCHAR unit, unsigned code) { inverted[unit] = static_cast<WCHAR>(~code); }
 
