@@ -98,6 +98,9 @@ struct Others : Texts
     const CT_CString path{"\\Software", ALL, 0};
     CT_ModuleVersion version;
     Made<CT_Registry> registry;
+    const CT_UString profile{Units(u"a-profile-whose-name-takes-some-room.ini")};
+    Made<CT_IniFile> new_profile;
+    CT_IniFile other_profile{&file};
 };
 } // namespace
 
@@ -111,6 +114,14 @@ TEST(FileFormsSweep, RegistryAndVersions)
         {"version",
          [](Others& s) {
              s.version.v_Set(&s.file);
+         }},
+        {"profile",
+         [](Others& s) {
+             s.new_profile.Make(static_cast<const CT_String*>(&s.profile));
+         }},
+        {"another profile",
+         [](Others& s) {
+             s.other_profile.v_Set(&s.profile);
          }},
     };
     SweepForms(forms);

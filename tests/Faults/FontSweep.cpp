@@ -1,5 +1,6 @@
 // tests/Faults/FontSweep.cpp: fonts with an exhausted heap.
 #include <Ostra/String/UString.h>
+#include <System/OS/OS.h>
 
 #include "Faults/Sweep.h"
 #include "Support/Private.h"
@@ -8,6 +9,7 @@
 #include <memory>
 
 OSTRA_PRIVATE(SweptManagerExit, void (*)(), &CT_FontManager::sv_Exit);
+OSTRA_PRIVATE(SweptOn32s, int*, &CT_OS::sb_IsWindows32s);
 
 namespace
 {
@@ -22,6 +24,7 @@ struct Device
     CT_LogicalFont* hired = nullptr;
     std::unique_ptr<CT_LogicalFont> made;
     CT_UString text{u"before"};
+    CT_UString specifier;
     const CT_CString empty;
     const CT_UString full{u"DejaVu Sans Bold"};
     CT_CString sample;
@@ -124,10 +127,11 @@ TEST(FontSweep, NamesAndSamplesAreSetOrNot)
         [](Device& device) {
             CT_FontManager::sv_StripCharsetSpecifier(&device.name, 204);
             CT_FontManager::sv_GetFontSampleText(&device.text, 161);
-            CT_FontManager::sb_GetCharsetSpecifier(&device.text, 204);
+            CT_FontManager::sb_GetCharsetSpecifier(&device.specifier, 204);
         },
         [](Device& device, bool failed) {
             EXPECT_TRUE(failed || std::string(device.name.qccz_Get()) == "DejaVu Sans");
+            EXPECT_TRUE(failed || device.specifier.vn_GetLength() == 3);
             device.text.v_Set(u"after");
             EXPECT_EQ(device.text.vn_GetLength(), 5u);
         });
@@ -185,4 +189,47 @@ TEST(FontSweep, QuestionsAreAnsweredOrNot)
             EXPECT_GT(device.points, 5u);
             EXPECT_STREQ(device.sample.qccz_Get(), CT_FontManager::sacz_Greek);
         });
+}
+
+namespace
+{
+struct Measured : Device
+{
+    Measured()
+    {
+        made = std::make_unique<CT_LogicalFont>(nullptr, dc, &name, 0, 12, 0, 0, 0, 0);
+        SelectObject(dc, made->h_GetHandle());
+        expected = made->n_GetTextExtent(dc, &full, 0, 0xFFFFFFFF);
+        *Private(SweptOn32s()) = 1;
+    }
+    ~Measured() { *Private(SweptOn32s()) = 0; }
+
+    const CT_UString same{u"DejaVu Sans Cyr"};
+    const unsigned resolution = static_cast<unsigned>(GetDeviceCaps(dc, LOGPIXELSY));
+    unsigned expected = 0;
+    int equal = 7;
+};
+} // namespace
+
+// A name of the other width, and the system of that time, which takes bytes.
+TEST(FontSweep, TextsOfTheOtherWidthAreComparedAndMeasuredOrTheFailureIsTold)
+{
+    OSTRA_NEEDS_FONTS();
+    Sweep(
+        report, [] { return std::make_unique<Measured>(); },
+        [](Measured& device) {
+            device.length = device.made->n_GetTextExtent(device.dc, &device.full, 0, 0xFFFFFFFF);
+        },
+        [](Measured& device, bool failed) {
+            EXPECT_TRUE(failed ? device.length <= device.expected
+                               : device.length == device.expected)
+                << device.length;
+        });
+    Sweep(
+        report, [] { return std::make_unique<Measured>(); },
+        [](Measured& device) {
+            device.equal =
+                device.made->b_IsEqual(&device.same, 0, 12, 0, 0, 0, 0, device.resolution);
+        },
+        [](Measured& device, bool failed) { EXPECT_EQ(device.equal, !failed); });
 }

@@ -474,6 +474,12 @@ TEST(FormsSweep, WordLists)
              iterator.b_Next();
              iterator.v_Get(&s.out, &s.second);
          }},
+        {"get bytes",
+         [](Lists& s) {
+             CT_BiCWordListIterator iterator(&s.words);
+             iterator.b_Next();
+             iterator.v_Get(&s.out, &s.second);
+         }},
     };
     SweepForms(forms);
 }
@@ -645,6 +651,40 @@ TEST(FormsSweep, Conversions)
         {"units to ANSI",
          [](Shared& s) {
              CT_StringConvert::si_WideToMultiANSI(&s.out, s.wide);
+         }},
+    };
+    SweepForms(forms);
+}
+
+namespace
+{
+void FormatList(CT_String* out, const CT_String* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    out->vv_Format(format, arguments);
+    va_end(arguments);
+}
+
+struct Formats : Texts
+{
+    const CT_CString byte_format{"%d and what stands behind it takes a block", ALL, 1252};
+    const CT_UString unit_format{Units(u"%d and what stands behind it takes a block")};
+    CT_CString out;
+    CT_UString wide_out;
+};
+} // namespace
+
+TEST(FormsSweep, FormatsWithAList)
+{
+    const Form<Formats> forms[] = {
+        {"bytes",
+         [](Formats& s) {
+             FormatList(&s.out, &s.byte_format, 5);
+         }},
+        {"units",
+         [](Formats& s) {
+             FormatList(&s.wide_out, &s.unit_format, 5);
          }},
     };
     SweepForms(forms);

@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr unsigned ENGLISH = 0x0409, GERMAN = 0x0407;
+constexpr unsigned ENGLISH = 0x0409, GERMAN = 0x0407, JAPANESE = 0x0411;
 
 struct State
 {
@@ -119,4 +119,41 @@ TEST(TimeSweep, ACalendarsNameIsThereOrIsNot)
 {
     SweepText([](State& state) { CT_Calendar::sb_GetCalendarName(ENGLISH, &state.narrow); },
               "Gregorian Calendar");
+}
+
+TEST(TimeSweep, AnotherCalendarsNameIsThereOrIsNot)
+{
+    CT_CString name;
+    CT_Calendar::sb_GetAlternateCalendarName(JAPANESE, &name);
+    EXPECT_NE(name.vn_GetLength(), 0U);
+    SweepText(
+        [](State& state) { CT_Calendar::sb_GetAlternateCalendarName(JAPANESE, &state.narrow); },
+        name.qccz_Get());
+}
+
+TEST(TimeSweep, AMomentInTheFormOfALocaleIsThereOrIsNot)
+{
+    SweepText([](State& state) { state.time.v_GetDate(&state.wide, ENGLISH, CT_Time::df_Default); },
+              "2/29/2000");
+    SweepText(
+        [](State& state) { state.time.v_GetTime(&state.narrow, ENGLISH, CT_Time::tf_Default); },
+        "11:59:58 PM");
+}
+
+// Its parts are there or not.
+TEST(TimeSweep, AMomentAsOneTextIsWholeOrTheFailureIsTold)
+{
+    CT_UString whole;
+    CT_Time::sv_Format(&whole, 951868798U, " and then at ", CT_Time::tf_Default);
+    EXPECT_GT(whole.vn_GetLength(), 20U);
+    Sweep(
+        {"Ostra/Buffer/Buffer", "System/String/StringConvert"},
+        [] { return std::make_unique<State>(); },
+        [](State& state) {
+            CT_Time::sv_Format(&state.wide, 951868798U, " and then at ", CT_Time::tf_Default);
+        },
+        [&](State& state, bool failed) {
+            EXPECT_LE(state.wide.vn_GetLength(), whole.vn_GetLength());
+            EXPECT_TRUE(failed || Text(state.wide) == Text(whole)) << Text(state.wide);
+        });
 }
