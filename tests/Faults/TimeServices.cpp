@@ -9,7 +9,7 @@
 
 namespace
 {
-constexpr unsigned ENGLISH = 0x0409, RUSSIAN = 0x0419;
+constexpr unsigned ENGLISH = 0x0409, RUSSIAN = 0x0419, JAPANESE = 0x0411;
 constexpr auto DATE = CT_Time::df_Default;
 constexpr auto TIME = CT_Time::tf_Default;
 
@@ -210,6 +210,15 @@ const ServiceOperation<State> SILENT[] = {
      }},
     {"the name of a calendar", PutName,
      [](State& state) { state.result = CT_Calendar::sb_GetCalendarName(ENGLISH, &state.narrow); },
+     [](State& state) { EXPECT_STRNE(state.narrow.qccz_Get(), "the name before"); },
+     [](State& state) {
+         EXPECT_EQ(state.result, 1);
+         EXPECT_STREQ(state.narrow.qccz_Get(), "the name before");
+     }},
+    {"the name of another calendar", PutName,
+     [](State& state) {
+         state.result = CT_Calendar::sb_GetAlternateCalendarName(JAPANESE, &state.narrow);
+     },
      [](State& state) { EXPECT_STRNE(state.narrow.qccz_Get(), "the name before"); },
      [](State& state) {
          EXPECT_EQ(state.result, 1);

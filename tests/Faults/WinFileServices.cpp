@@ -5,8 +5,10 @@
 #include "Support/Directory.h"
 #include "Support/Files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -26,6 +28,8 @@ struct State
 
     CT_WinFile file;
     CT_UString other = Name("other");
+    CT_UString line;
+    std::vector<unsigned> lengths;
     char data[200] = {};
     unsigned result = 0;
 };
@@ -42,6 +46,45 @@ void OpenMapped(State& state)
 {
     Open(state);
     state.file.v_SetMapping(1, 128);
+}
+
+// Longer than what is read at once.
+const std::string LONG_LINE(9000, 'x');
+
+void OpenLines(State& state)
+{
+    WriteBytes("file", "first\r\n" + LONG_LINE + "\r\nlast\r\nno end");
+    Open(state);
+}
+
+void OpenWideLines(State& state)
+{
+    std::string bytes("\xFF\xFE", 2);
+    for (const char c : "first\r\n" + LONG_LINE + "\r\nlast\r\n")
+        bytes.append({c, '\0'});
+    WriteBytes("file", bytes);
+    Open(state);
+}
+
+template <unsigned (CT_File::*READ)(CT_String*, const CT_String*)>
+void ReadLines(State& state)
+{
+    while (state.lengths.size() < 100 && (state.file.*READ)(&state.line, nullptr))
+        state.lengths.push_back(state.line.vn_GetLength());
+}
+
+const std::vector<unsigned> LENGTHS = {5, 9000, 4};
+
+void AllLines(State& state)
+{
+    EXPECT_EQ(state.lengths, LENGTHS);
+}
+
+// Those in front of what couldn't be read.
+void FirstLines(State& state)
+{
+    ASSERT_LE(state.lengths.size(), LENGTHS.size());
+    EXPECT_TRUE(std::equal(state.lengths.begin(), state.lengths.end(), LENGTHS.begin()));
 }
 
 void IsOpen(State& state)
@@ -114,6 +157,28 @@ const ServiceOperation<State> OPERATIONS[] = {
      [](State& state) { EXPECT_EQ(std::string(state.data, 100), CONTENT); }, NoResult},
     {"write", Open, [](State& state) { state.result = state.file.vn_Write("abc", 3); },
      [](State& state) { EXPECT_EQ(state.result, 3U); }, NoResult},
+    {"read a line", Open,
+     [](State& state) { state.result = state.file.n_ReadLineC(&state.line, nullptr); },
+     [](State& state) { EXPECT_EQ(Get(state.line), CONTENT); }, NoResult},
+    {"read a wide line", Open,
+     [](State& state) { state.result = state.file.n_ReadLineU(&state.line, nullptr); },
+     [](State& state) { EXPECT_EQ(state.line.vn_GetLength(), 50U); }, NoResult},
+    {"read lines in turn", OpenLines, ReadLines<&CT_File::n_ReadLineCSequential>, AllLines,
+     FirstLines},
+    {"read wide lines in turn", OpenWideLines, ReadLines<&CT_File::n_ReadLineUSequential>, AllLines,
+     FirstLines},
+    {"write a line", Open, [](State& state) { state.file.v_WriteLineC(&state.other, 1); },
+     [](State& state) {
+         state.file.vv_Close();
+         EXPECT_EQ(ReadBytes("file").substr(0, 8), "other\r\nx");
+     },
+     IsOpen},
+    {"write a wide line", Open, [](State& state) { state.file.v_WriteLineU(&state.other, 1); },
+     [](State& state) {
+         state.file.vv_Close();
+         EXPECT_EQ(ReadBytes("file").substr(0, 3), std::string("o\0t", 3));
+     },
+     IsOpen},
     {"size", Nothing, [](State& state) { state.result = state.file.vn_GetSize(); },
      [](State& state) { EXPECT_EQ(state.result, 100U); }, NoResult},
     {"size of an open file", Open, [](State& state) { state.result = state.file.vn_GetSize(); },
