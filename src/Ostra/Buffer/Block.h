@@ -7,6 +7,7 @@
 
 #include <Ostra/Buffer/Buffer.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -90,4 +91,30 @@ inline char* CT_Block::spc_New(unsigned n_Maximum)
         return nullptr;
     *pso_Block = {n_Maximum, {1, n_Maximum, 0}};
     return spc_DataOf(pso_Block);
+}
+
+// Raises the used size by that much, and the maximum size if need be, where the heap's block has
+// the room already, so that nothing moves, and where steps are a power of two and the maximum is
+// one of them. The place to write at; null where it takes more, and for nothing.
+inline char* CT_Buffer::pc_Step(unsigned n_Count)
+{
+    constexpr unsigned MOST = 0x40000000; // no sum of three passes 32 bits
+    char* const pc_Block = pc_Data;
+    if (!pc_Block || n_ReadUseCount() != 1)
+        return nullptr;
+    st_BufferData* const pso_Data = reinterpret_cast<st_BufferData*>(pc_Block) - 1;
+    const unsigned n_Old = pso_Data->n_MaximumSize;
+    const unsigned n_Used = pso_Data->n_UsedSize;
+    if ((((n_Old + CT_Block::HEADER_SIZE) | n_Growth) & (n_Growth - 1)) ||
+        ((n_Count - 1) | n_Used | n_Growth) >= MOST)
+        return nullptr;
+    // Which pieces pass the maximum can't be foreseen: no branch. What fits it has no larger one.
+    const unsigned n_Size = n_Used + n_Count;
+    const unsigned n_Maximum = std::max(n_Old, CT_Block::sn_SmallMaximum(n_Size, n_Growth));
+    if (n_Maximum > CT_Block::sn_Room(pc_Block))
+        return nullptr;
+    sco_AllocCount.v_Add(n_Size > n_Old);
+    pso_Data->n_MaximumSize = n_Maximum;
+    pso_Data->n_UsedSize = n_Size;
+    return pc_Block + n_Used;
 }
