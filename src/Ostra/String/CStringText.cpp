@@ -217,18 +217,11 @@ int CT_CString::vi_Compare(const unsigned short* qcuz_Other, unsigned n_Count,
 [[gnu::noinline]] static int i_CompareAny(const CT_CString* pcco_Own, const CT_String* pcco_Other,
                                           unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
-    const CT_CString* pcco = pcco_Bytes(pcco_Other);
-    if (pcco && n_Count == CT_CString::ALL &&
-        Bytes::sb_Has(*pcco_Own->pcco_GetBuffer(), n_Offset) &&
-        Bytes::sb_Has(*pcco->pcco_GetBuffer(), n_From))
-        return Bytes::si_Compare(*pcco_Own->pcco_GetBuffer(), n_Offset, *pcco->pcco_GetBuffer(),
-                                 n_From);
-    if (pcco)
-        return pcco_Own->CT_CString::vi_Compare(Bytes::spc_From(*pcco->pcco_GetBuffer(), n_From),
-                                                n_Count, n_Offset);
+    const CT_Buffer& co_Own = *pcco_Own->pcco_GetBuffer();
+    if (const CT_CString* pcco = pcco_Bytes(pcco_Other))
+        return Bytes::si_Compare(co_Own, n_Offset, *pcco->pcco_GetBuffer(), n_From, n_Count);
     const CT_CString co_Other(pcco_Other, pcco_Own->n_GetCodePage());
-    return pcco_Own->CT_CString::vi_Compare(Bytes::spc_From(*co_Other.pcco_GetBuffer(), n_From),
-                                            n_Count, n_Offset);
+    return Bytes::si_Compare(co_Own, n_Offset, *co_Other.pcco_GetBuffer(), n_From, n_Count);
 }
 
 int CT_CString::vi_Compare(const CT_String* pcco_Other, unsigned n_From, unsigned n_Count,

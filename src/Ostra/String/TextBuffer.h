@@ -52,10 +52,16 @@ public:
     {
         return n_Offset < sn_Used(co_Buffer);
     }
-    // -1, 0 or 1, of the texts from offsets on that they have.
+    // The texts from offsets on, which are empty behind the end: -1, 0 or 1, or, of a count, the
+    // difference of the first characters that differ.
     static int si_Compare(const CT_Buffer& co_Left, unsigned n_Left, const CT_Buffer& co_Right,
-                          unsigned n_Right)
+                          unsigned n_Right, unsigned n_Count)
     {
+        if (n_Count != ALL)
+            return Text::si_Compare(spc_From(co_Left, n_Left), spc_From(co_Right, n_Right),
+                                    n_Count);
+        if (!sb_Has(co_Left, n_Left) || !sb_Has(co_Right, n_Right))
+            return Text::si_Compare(spc_From(co_Left, n_Left), spc_From(co_Right, n_Right));
         return Text::si_CompareKnown(
             spc_Data(co_Left) + n_Left, spc_Data(co_Right) + n_Right,
             std::min(sn_Used(co_Left) - n_Left, sn_Used(co_Right) - n_Right),

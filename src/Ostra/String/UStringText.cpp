@@ -204,18 +204,11 @@ int CT_UString::vi_Compare(const char* qccz_Other, unsigned n_Count, unsigned n_
 [[gnu::noinline]] static int i_CompareAny(const CT_UString* pcco_Own, const CT_String* pcco_Other,
                                           unsigned n_From, unsigned n_Count, unsigned n_Offset)
 {
-    const CT_UString* pcco = pcco_Units(pcco_Other);
-    if (pcco && n_Count == CT_UString::ALL &&
-        Units::sb_Has(*pcco_Own->pcco_GetBuffer(), n_Offset) &&
-        Units::sb_Has(*pcco->pcco_GetBuffer(), n_From))
-        return Units::si_Compare(*pcco_Own->pcco_GetBuffer(), n_Offset, *pcco->pcco_GetBuffer(),
-                                 n_From);
-    if (pcco)
-        return pcco_Own->CT_UString::vi_Compare(Units::spc_From(*pcco->pcco_GetBuffer(), n_From),
-                                                n_Count, n_Offset);
+    const CT_Buffer& co_Own = *pcco_Own->pcco_GetBuffer();
+    if (const CT_UString* pcco = pcco_Units(pcco_Other))
+        return Units::si_Compare(co_Own, n_Offset, *pcco->pcco_GetBuffer(), n_From, n_Count);
     const CT_UString co_Other(pcco_Other);
-    return pcco_Own->CT_UString::vi_Compare(Units::spc_From(*co_Other.pcco_GetBuffer(), n_From),
-                                            n_Count, n_Offset);
+    return Units::si_Compare(co_Own, n_Offset, *co_Other.pcco_GetBuffer(), n_From, n_Count);
 }
 
 int CT_UString::vi_Compare(const CT_String* pcco_Other, unsigned n_From, unsigned n_Count,
