@@ -5,9 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 
-// So many nodes of a chain are walked, the others looked up.
-static constexpr unsigned WALKED = 8;
-
 static constexpr unsigned FIRST_ROOM = 64;
 
 // Leaves a buffer room for its own head and for rounding.
@@ -105,26 +102,12 @@ int CT_LinkedTrie::b_Fits(unsigned long long n_More) const
 
 // ---- Chains -------------------------------------------------------------------------------
 
-// Looks for the node of a chain that begins with an element. On 0 the place tells the last one.
-int CT_LinkedTrie::b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Place) const
+// Looks behind the nodes that are walked. On 0 the place tells the last one.
+int CT_LinkedTrie::b_FindFar(unsigned n_Element, st_Place* pso_Place) const
 {
-    unsigned n_Node = n_Head;
-    unsigned n_Walked = 1;
-    while (pso_Nodes[n_Node].n_First != n_Element && pso_Nodes[n_Node].n_Next &&
-           n_Walked < WALKED) {
-        n_Node = pso_Nodes[n_Node].n_Next;
-        ++n_Walked;
-    }
-    int b_Found = pso_Nodes[n_Node].n_First == n_Element;
-    if (!b_Found && pso_Nodes[n_Node].n_Next) {
-        const unsigned n_Found = co_Chains.n_Find(n_Head, n_Element);
-        b_Found = n_Found != 0;
-        n_Node = b_Found ? n_Found : co_Chains.n_FindLast(n_Head);
-    }
-    pso_Place->n_Head = n_Head;
-    pso_Place->n_Node = n_Node;
-    pso_Place->b_Long = n_Walked == WALKED;
-    return b_Found;
+    const unsigned n_Found = co_Chains.n_Find(pso_Place->n_Head, n_Element);
+    pso_Place->n_Node = n_Found ? n_Found : co_Chains.n_FindLast(pso_Place->n_Head);
+    return n_Found != 0;
 }
 
 // Appends a node to the chain that the place tells; there is room in the index.

@@ -64,6 +64,9 @@ protected:
         int b_KeyEnds;
     };
 
+    // So many nodes of a chain are walked, the others looked up.
+    static constexpr unsigned WALKED = 8;
+
     CT_LinkedTrie(unsigned n_HandleSize, unsigned n_Offset);
 
     int b_MakeNodes(unsigned n_More);
@@ -71,6 +74,7 @@ protected:
     unsigned n_NewNode(unsigned n_Start, unsigned n_First);
     void v_SetEnd(unsigned n_Node, unsigned n_Handle, unsigned n_Weight);
     int b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Place) const;
+    int b_FindFar(unsigned n_Element, st_Place* pso_Place) const;
     void v_Append(const st_Place* pcso_Place, unsigned n_Node);
     et_Result ec_IndexChains();
     et_Result ec_IndexChain(unsigned n_Head);
@@ -88,3 +92,22 @@ protected:
     const unsigned n_OffsetBytes;
     unsigned n_End; // of the block
 };
+
+// Looks for the node of a chain that begins with an element. On 0 the place tells the last one.
+inline int CT_LinkedTrie::b_Find(unsigned n_Head, unsigned n_Element, st_Place* pso_Place) const
+{
+    unsigned n_Node = n_Head;
+    unsigned n_Walked = 1;
+    const st_Node* pcso_Node = &pso_Nodes[n_Head];
+    while (pcso_Node->n_First != n_Element && pcso_Node->n_Next && n_Walked < WALKED) {
+        n_Node = pcso_Node->n_Next;
+        pcso_Node = &pso_Nodes[n_Node];
+        ++n_Walked;
+    }
+    pso_Place->n_Head = n_Head;
+    pso_Place->n_Node = n_Node;
+    pso_Place->b_Long = n_Walked == WALKED;
+    if (pcso_Node->n_First == n_Element)
+        return 1;
+    return pcso_Node->n_Next ? b_FindFar(n_Element, pso_Place) : 0;
+}
