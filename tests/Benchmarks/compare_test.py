@@ -26,8 +26,8 @@ def judged(runs, gates, absent=()):
 
 
 class Compare(unittest.TestCase):
-    def test_ratio_is_the_medians_quotient(self):
-        lines, failed, skipped = judged([items("upper/ostra/a", 2, 2.1, 1.99), items("upper/icu/a", 6, 6.1, 5.9)], "")
+    def test_ratio_is_that_of_the_fastest_runs(self):
+        lines, failed, skipped = judged([items("upper/ostra/a", 3, 2, 2, 2.1), items("upper/icu/a", 9, 6.1, 6, 6)], "")
         self.assertEqual(lines[0].split(), ["upper", "a", "ostra", "2", "ns", "icu", "3.00x"])
         self.assertEqual((failed, skipped), ([], []))
 
@@ -85,12 +85,12 @@ class Compare(unittest.TestCase):
             "gates": [{"peer": "icu", "gate": 3, "aim": 5, "holds": False}],
             "peers": {"icu": {"ratio": 2.5, "spreads": True}}}])
 
-    def test_spread_of_either_side_is_marked(self):
-        lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.3), items("upper/icu/a", 6)], "")
+    def test_fastest_run_of_either_side_that_stands_alone_is_marked(self):
+        lines, _, _ = judged([items("upper/ostra/a", 3, 2, 2, 2.3), items("upper/icu/a", 6)], "")
         self.assertIn("icu ~3.00x", lines[0])
         lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.1), items("upper/icu/a", 6, 6, 6.7)], "")
         self.assertIn("icu ~3.00x", lines[0])
-        lines, _, _ = judged([items("upper/ostra/a", 2, 2, 2.1), items("upper/icu/a", 6, 6, 6.5)], "")
+        lines, _, _ = judged([items("upper/ostra/a", 9, 2, 2, 2.1), items("upper/icu/a", 8, 6, 7, 6, 6.5)], "")
         self.assertIn("icu 3.00x", lines[0])
 
     def test_gate_of_an_absent_peer_is_skipped(self):
