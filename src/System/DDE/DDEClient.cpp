@@ -6,6 +6,8 @@
 #include <Ostra/Frame/Report.h>
 #include <System/DDE/Conversation.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 
 static constexpr char qccz_Source[] = "System/DDE/DDEClient";
@@ -275,13 +277,15 @@ void CT_DDEClient::v_DDETerminate(HWND h_Server)
 
 // ---- Plain functions ----------------------------------------------------------------------
 
-// 0 for a text that is no number, and where the heap had no room for it.
+// 0 for a text that is no number, and where the heap had no room for it. A number beyond 32 bits is
+// the nearest within them: long differs by target.
 static int i_ReadNumber(const CT_Buffer* pcco_Text)
 {
     const void* const pcv_Text = pcco_Text->qcv_Get();
-    return pcv_Text && pcco_Text->n_GetUsedSize()
-               ? static_cast<int>(std::strtol(static_cast<const char*>(pcv_Text), nullptr, 10))
-               : 0;
+    if (!pcv_Text || !pcco_Text->n_GetUsedSize())
+        return 0;
+    const long long i8_Number = std::strtoll(static_cast<const char*>(pcv_Text), nullptr, 10);
+    return static_cast<int>(std::clamp<long long>(i8_Number, INT_MIN, INT_MAX));
 }
 
 int i_DDERequest(const char* qccz_Application, const char* qccz_Topic, const char* qccz_Item,

@@ -8,6 +8,7 @@
 #include "Support/ChildProcess.h"
 #include "Support/Failure.h"
 
+#include <climits>
 #include <mutex>
 
 using namespace dde;
@@ -32,6 +33,8 @@ public:
             v_SendData(client, item, "42");
         else if (name == "letters")
             v_SendData(client, item, "letters");
+        else if (name == "large" || name == "small")
+            v_SendData(client, item, name == "large" ? "99999999999999999999" : "-2147483649");
         else if (name == "empty")
             v_SendData(client, item, "");
         else if (name == "64K")
@@ -358,6 +361,8 @@ TEST_F(DDEClient, ThePlainFunctionReadsANumber)
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "number", LONG_TIME), 42);
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "letters", LONG_TIME), 0);
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "empty", LONG_TIME), 0);
+    EXPECT_EQ(i_DDERequest("OstraWords", "Words", "large", LONG_TIME), INT_MAX);
+    EXPECT_EQ(i_DDERequest("OstraWords", "Words", "small", LONG_TIME), INT_MIN);
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "refused", LONG_TIME), 100001);
     EXPECT_EQ(i_DDERequest("OstraWords", "Words", "silent", 20), 100001);
     EXPECT_EQ(i_DDERequest("OstraWords", "Sentences", "number", LONG_TIME), 100000);
