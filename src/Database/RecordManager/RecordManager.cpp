@@ -79,8 +79,11 @@ void CT_RecordManager::v_Create(unsigned n_RecordHeaderSize, unsigned n_BlockSiz
                                 unsigned n_ResourceMaxCount)
 {
     v_DropChain();
-    if (co_FreeBlocks.n_GetCount() || co_Resources.n_GetCount())
+    if (co_FreeBlocks.n_GetCount() || co_Resources.n_GetCount()) {
         v_Exit();
+        // Should the creation fail, an opening has to read them again.
+        v_Init();
+    }
     if (!b_OpenFile(CT_File::e_AccessReadWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone))
         return;
     co_File.v_SetMapping(1, MAP_SIZE);
