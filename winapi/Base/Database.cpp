@@ -69,47 +69,6 @@ DWORD CheckFile(const char* path, DWORD mark, struct stat& facts)
     return CheckHead(file.Get(), facts.st_size, mark);
 }
 
-// A transaction of the database itself: undone unless it is committed.
-class Bracket
-{
-public:
-    Bracket(const DatabaseTable& those, void* whose, bool writes) : table(those), connection(whose)
-    {
-        Run(writes ? "BEGIN IMMEDIATE" : "BEGIN");
-        open = true;
-    }
-    Bracket(const Bracket&) = delete;
-    Bracket& operator=(const Bracket&) = delete;
-    ~Bracket()
-    {
-        if (open)
-            table.execute(connection, "ROLLBACK");
-    }
-    void Commit()
-    {
-        Run("COMMIT");
-        open = false;
-    }
-
-private:
-    void Run(const char* text) const
-    {
-        void* statement = nullptr;
-        bool row = false;
-        DWORD code = table.prepare(connection, text, &statement);
-        if (code == 0) {
-            code = table.step(statement, &row);
-            table.reset(statement);
-        }
-        if (code)
-            throw DatabaseFailure{code};
-    }
-
-    const DatabaseTable& table;
-    void* const connection;
-    bool open = false;
-};
-
 // How long others are waited for.
 class Patience
 {
@@ -222,6 +181,50 @@ DWORD Database::RunOnce(Access access, Ask ask, Call call, void* place, const st
     return RunOpen(access, ask, call, place);
 }
 
+// A transaction of the database itself: undone unless it is committed. One that the heap has no room
+// to undo ends with the connection: nobody else is to wait for it.
+class Database::Bracket
+{
+public:
+    Bracket(const DatabaseTable& those, Database& whose, bool writes)
+        : table(those),
+          database(whose)
+    {
+        Run(writes ? "BEGIN IMMEDIATE" : "BEGIN");
+        open = true;
+    }
+    Bracket(const Bracket&) = delete;
+    Bracket& operator=(const Bracket&) = delete;
+    ~Bracket()
+    {
+        if (open && table.execute(database.connection, "ROLLBACK") == ERROR_NOT_ENOUGH_MEMORY)
+            database.Close(table);
+    }
+    void Commit()
+    {
+        Run("COMMIT");
+        open = false;
+    }
+
+private:
+    void Run(const char* text) const
+    {
+        void* statement = nullptr;
+        bool row = false;
+        DWORD code = table.prepare(database.connection, text, &statement);
+        if (code == 0) {
+            code = table.step(statement, &row);
+            table.reset(statement);
+        }
+        if (code)
+            throw DatabaseFailure{code};
+    }
+
+    const DatabaseTable& table;
+    Database& database;
+    bool open = false;
+};
+
 DWORD Database::RunOpen(Access access, Ask ask, Call call, void* place)
 {
     try {
@@ -231,7 +234,7 @@ DWORD Database::RunOpen(Access access, Ask ask, Call call, void* place)
             if (ask(place, transaction))
                 return 0;
         }
-        Bracket bracket(*functions, connection, access == WRITE);
+        Bracket bracket(*functions, *this, access == WRITE);
         const DWORD code = call(place, transaction);
         if (code == 0)
             bracket.Commit();
@@ -303,7 +306,7 @@ DWORD Database::MakeTables(const DatabaseTable& table)
             return query.Step() ? query.NumberAt(0) : 0;
         };
         if (version() == 0) {
-            Bracket bracket(table, connection, true);
+            Bracket bracket(table, *this, true);
             char marks[100];
             std::snprintf(marks, sizeof marks,
                           "PRAGMA application_id = %d; PRAGMA user_version = %d",

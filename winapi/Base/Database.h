@@ -120,6 +120,7 @@ public:
 private:
     friend class Query;
     friend class Transaction;
+    class Bracket;
     using Ask = bool (*)(void* place, Transaction& transaction);
     using Call = DWORD (*)(void* place, Transaction& transaction);
 

@@ -3,6 +3,7 @@
 #include "../../Support/RegistryPlace.h"
 
 #include "../../Support/Replace.h"
+#include "../Support/Heap.h"
 #include "Base/Database.h"
 #include "Registry/StoredNames.h"
 #include "Support/Directory.h"
@@ -269,6 +270,39 @@ TEST(RegistryFile, WhoseContentIsDamagedNeverMakesMoreOfIt)
     EXPECT_EQ(ReadBytes(DatabaseFile()), whole.substr(0, 0x1000));
     WriteBytes(DatabaseFile(), whole);
     EXPECT_EQ(TryOpen(KEY), 0);
+}
+
+// A transaction that isn't undone would make other processes wait, and fail the next call.
+TEST(RegistryFile, IsFreeForAllBehindACallThatTheHeapHasNoRoomFor)
+{
+    const std::string child = KEY + "\\child";
+    EXPECT_EQ(TryCreate(child), 0);
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(DatabaseFile().c_str(), &other), SQLITE_OK);
+    unsigned calls = 0;
+    unsigned failures = 0;
+    const auto expectFree = [&](LSTATUS (*call)(const std::string&), int blocks,
+                                sqlite3_int64 room) {
+        // What was read is known as long as nothing has changed.
+        EXPECT_EQ(TryCreate(child + std::to_string(++calls)), 0);
+        sqlite3_hard_heap_limit64(sqlite3_memory_used() + room);
+        heap.left = blocks;
+        const LSTATUS code = call(child);
+        heap.left = -1;
+        sqlite3_hard_heap_limit64(0);
+        EXPECT_TRUE(code == 0 || code == ERROR_NOT_ENOUGH_MEMORY) << code;
+        failures += code != 0;
+        EXPECT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE; COMMIT", nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+        EXPECT_EQ(call(child), 0) << blocks << " blocks, " << room << " bytes";
+    };
+    for (int blocks = 0; blocks < 30; ++blocks)
+        for (sqlite3_int64 room = 1; room < 4096; room += 512) {
+            expectFree(TryOpen, blocks, room);
+            expectFree(TryCreate, blocks, room);
+        }
+    EXPECT_GT(failures, 10U);
+    sqlite3_close(other);
 }
 
 TEST(RegistryFile, ThatIsTakenAwayIsMadeAnew)
