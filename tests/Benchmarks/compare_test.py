@@ -93,6 +93,15 @@ class Compare(unittest.TestCase):
         lines, _, _ = judged([items("upper/ostra/a", 9, 2, 2, 2.1), items("upper/icu/a", 8, 6, 7, 6, 6.5)], "")
         self.assertIn("icu 3.00x", lines[0])
 
+    def test_passes_count_as_runs_of_one_report(self):
+        reports = {}
+        compare.add_runs(reports, "characters", {"benchmarks": items("upper/ostra/a", 2) + items("upper/icu/a", 9)})
+        report = compare.add_runs(reports, "characters",
+                                  {"benchmarks": items("upper/ostra/a", 3) + items("upper/icu/a", 6)})
+        self.assertIs(reports["characters"], report)
+        lines, _, _ = judged([report["benchmarks"]], "")
+        self.assertIn("icu ~3.00x", lines[0])
+
     def test_gate_of_an_absent_peer_is_skipped(self):
         _, failed, skipped = judged([items("upper/ostra/a", 2)], "Characters upper a icu 3 5", {"icu": "libicu-dev"})
         self.assertEqual((failed, skipped), ([], ["upper a icu"]))
