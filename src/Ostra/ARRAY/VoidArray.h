@@ -85,7 +85,8 @@ public:
     void v_AtInsertCopy(unsigned n_At, unsigned n_First, unsigned n_Last);
     void v_AtInsertCopy(unsigned n_At, unsigned n_First, unsigned n_Last,
                         const CT_VoidArray* pcco_Array);
-    // Moves items n_First to n_Last before item n_At as the array stands before the move.
+    // Moves items n_First to n_Last, of this array or another, before item n_At as the array stands
+    // before the move.
     void v_AtInsertMove(unsigned n_At, unsigned n_First, unsigned n_Last);
     void v_AtInsertMove(unsigned n_At, unsigned n_First, unsigned n_Last, CT_VoidArray* pco_Array);
 

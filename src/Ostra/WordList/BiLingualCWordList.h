@@ -47,8 +47,8 @@ public:
     // ---- Search ---------------------------------------------------------------------------
 
     // The text that was inserted first with that word as the source, or as the target; null for
-    // none. The empty word leads to the first text of the list. The text is the list's own, until
-    // it changes.
+    // none. The empty word leads to the first text of the list; null once v_Set emptied it. The
+    // text is the list's own, until it changes.
     const char* qccz_FindSource(const char* qccz_Word) const;
     const char* qccz_FindSource(const CT_CString* pcco_Word) const;
     const char* qccz_FindTarget(const char* qccz_Word) const;

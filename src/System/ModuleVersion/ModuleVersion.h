@@ -37,9 +37,9 @@ struct st_FixedFileInfo
 // Owns:    its strings and the map.
 // Reports: nothing of its own: a file that is missing or has no record leaves an invalid object.
 //          60006 comes from strings and the map when the heap is exhausted.
-// Caller:  Kept: a record with a child that is neither "StringFileInfo" nor "VarFileInfo" keeps
-//          v_Set for ever. Files from strangers go through `vercheck` first. A copy by reference is
-//          no hold on the strings: set a new object from the file.
+// Caller:  Kept: a record with a child that is neither "StringFileInfo" nor "VarFileInfo", or has
+//          no length, keeps v_Set for ever. Files from strangers go through `vercheck` first. A
+//          copy by reference is no hold on the strings: set a new object from the file.
 // Threads: one thread at a time.
 class OSTRA_API CT_ModuleVersion
 {
