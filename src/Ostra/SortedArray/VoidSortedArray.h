@@ -37,8 +37,8 @@ public:
 
     // Empties the array. With b_Keep a block that has room for n_Size items stays.
     void v_Set(unsigned n_Growth, unsigned n_Size, int b_Keep);
-    // Shares the other's block; the own compare function stays, and nothing is sorted by it. Kept: an
-    // array set to itself is empty.
+    // Shares the other's block; the own compare function stays, and nothing is sorted by it.
+    // Kept: an array set to itself is empty.
     void v_Set(const CT_VoidSortedArray* pcco_Array);
     // Shares the array's block and sorts it in place.
     void v_Set(const CT_VoidArray* pcco_Array);

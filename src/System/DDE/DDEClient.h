@@ -80,8 +80,8 @@ private:
 };
 
 // Asks once: the item's text read as a decimal number, the nearest of 32 bits for one beyond them,
-// 100000 if no server answers, 100001 if the request fails, which then leaves no error. With one set
-// before there is no window to ask with: the result is 100000, and the error stays.
+// 100000 if no server answers, 100001 if the request fails, which then leaves no error. With one
+// set before there is no window to ask with: the result is 100000, and the error stays.
 OSTRA_API int i_DDERequest(const char* qccz_Application, const char* qccz_Topic,
                            const char* qccz_Item, unsigned n_Timeout);
 // Sends the text, as an atom, to a window of the class: its answer, 1000 if there is no such

@@ -437,33 +437,6 @@ TEST(RecordManager, TablesAreReadWhenTheirCountersDiffer)
     records.Close();
 }
 
-TEST(RecordManager, TablesAreReadAgainBehindACreationThatFailed)
-{
-    RecordFile records;
-    records.Create(8, 16, 4);
-    const unsigned first = records.Add("first");
-    records.Add("second");
-    records.AddResource(7, "seven");
-    records->v_DeleteRecord(first);
-    records.Close(false);
-    {
-        RecordFile other;
-        other.OpenToRead();
-        records->v_Create(8, 16, 4);
-        EXPECT_EQ(TakeFailure().code, 32u) << "the file is in use";
-        other.Close();
-    }
-    records.OpenToWrite();
-    EXPECT_TRUE(records->b_ResourceExists(7));
-    EXPECT_EQ(records.Add("third"), first);
-    records.AddResource(3, "three");
-    records.Close();
-    records.OpenToRead();
-    EXPECT_EQ(records.GetResource(3), "three");
-    EXPECT_EQ(records.GetResource(7), "seven");
-    records.Close();
-}
-
 TEST(RecordManager, CountersOfZeroLetTheTablesBeRead)
 {
     RecordFile records;
