@@ -217,12 +217,13 @@ unsigned CT_LogicalFont::n_GetWidth(HDC h_DC, unsigned n_Character) const
 {
     if (pn_Widths && n_Character >= FIRST_WIDTH && n_Character <= LAST_WIDTH)
         return static_cast<unsigned>(pn_Widths[n_Character - FIRST_WIDTH]);
-    int i_Width = 0;
+    // A system that looks for lead bytes in the upper half takes a pair for two characters.
+    int ai_Widths[2] = {};
     if (CT_OS::sb_GetIsWindowsNT())
-        GetCharWidth32A(h_DC, n_Character, n_Character, &i_Width);
+        GetCharWidth32A(h_DC, n_Character, n_Character, ai_Widths);
     else
-        GetCharWidthA(h_DC, n_Character, n_Character, &i_Width);
-    return static_cast<unsigned>(i_Width);
+        GetCharWidthA(h_DC, n_Character, n_Character, ai_Widths);
+    return static_cast<unsigned>(ai_Widths[0]);
 }
 
 unsigned CT_LogicalFont::n_GetTextExtent(HDC h_DC, const CT_UString* pcco_Text, unsigned n_Start,

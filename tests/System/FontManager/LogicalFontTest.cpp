@@ -487,10 +487,11 @@ TEST(LogicalFont, DoubleByteFontsMeasurePairsByCalls)
     const HGDIOBJ old = SelectObject(dc, font->h_GetHandle());
     int letter = 0;
     ASSERT_TRUE(GetCharWidth32A(dc, 'A', 'A', &letter));
-    int pair = 0;
-    ASSERT_TRUE(GetCharWidth32A(dc, 0xA082, 0xA082, &pair)); // the lead byte is the low one
+    // The lead byte is the low one; where it should be the upper one, these are two characters.
+    int pair[2] = {};
+    ASSERT_TRUE(GetCharWidth32A(dc, 0xA082, 0xA082, pair));
     const CT_CString text("A\x82\xA0", ALL, 932);
-    EXPECT_EQ(font->n_GetTextExtent(dc, &text, 0, ALL), static_cast<unsigned>(letter + pair));
+    EXPECT_EQ(font->n_GetTextExtent(dc, &text, 0, ALL), static_cast<unsigned>(letter + pair[0]));
     EXPECT_EQ(font->n_GetTextExtent(dc, &text, 0, 1), static_cast<unsigned>(letter));
     SelectObject(dc, old);
 }
