@@ -153,6 +153,12 @@ class Compare(unittest.TestCase):
             self.assertEqual(done.returncode, 2)
             self.assertIn("--page wants all jobs", done.stderr)
 
+    def test_no_pass_at_all_is_refused(self):
+        done = subprocess.run([sys.executable, TOP / "benchmarks/compare", "--passes", "0", "--build", "/nowhere"],
+                              capture_output=True, text=True)
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("--passes wants at least 1", done.stderr)
+
 
 if __name__ == "__main__":
     unittest.main()
