@@ -127,7 +127,8 @@ def main():
         sys.exit(77)
     environment = dict(os.environ, GDK_BACKEND="x11", LC_ALL="C.UTF-8")
     environment.pop("WAYLAND_DISPLAY", None)
-    sys.exit(subprocess.run(["xvfb-run", "-a", "-s", "-screen 0 800x600x24", sys.executable, __file__, "--inside",
+    # A server that resets when its last client leaves, as xdotool does each time, loses the one that comes then.
+    sys.exit(subprocess.run(["xvfb-run", "-a", "-s", "-screen 0 800x600x24 -noreset", sys.executable, __file__, "--inside",
                              "--picture", arguments.picture, *(["--blank"] if arguments.blank else []),
                              *arguments.program], env=environment).returncode)
 
