@@ -56,6 +56,21 @@ public:
         EXPECT_EQ(TakeCode(), 0u);
     }
 
+    // A new file, closed with its tables kept: a free place, a record and resource 7. The references of the first two.
+    struct References
+    {
+        unsigned free, used;
+    };
+    References CreateAndKeepTables()
+    {
+        Create(8, 16, 4);
+        const References references = {Add("first"), Add("second")};
+        AddResource(7, "seven");
+        manager.v_DeleteRecord(references.free);
+        Close(false);
+        return references;
+    }
+
     unsigned Add(const std::string& data)
     {
         const CT_Buffer buffer(data.data(), static_cast<unsigned>(data.size()), 32);

@@ -392,21 +392,16 @@ TEST(RecordManager, UnmappedFileEndsAtItsLastByte)
 TEST(RecordManager, TablesKeptByCloseAreNotReadAgain)
 {
     RecordFile records;
-    records.Create(8, 16, 4);
-    const unsigned first = records.Add("first");
-    const unsigned second = records.Add("second");
-    records.AddResource(7, "seven");
-    records->v_DeleteRecord(first);
-    records.Close(false);
+    const auto references = records.CreateAndKeepTables();
     // Nobody else would change the tables without their counters.
     Image image = Image::Load();
-    image.SetWord(256, second * 16);
+    image.SetWord(256, references.used * 16);
     image.SetWord(1280, 99);
     image.Save();
     records.OpenToWrite();
     EXPECT_TRUE(records->b_ResourceExists(7));
     EXPECT_FALSE(records->b_ResourceExists(99));
-    EXPECT_EQ(records.Add("third"), first);
+    EXPECT_EQ(records.Add("third"), references.free);
     records.Close(true);
     // The resource table of the disk counts as saved all the time.
     EXPECT_EQ(Image::Load().ResourceId(1), 99u);
@@ -418,22 +413,17 @@ TEST(RecordManager, TablesKeptByCloseAreNotReadAgain)
 TEST(RecordManager, TablesAreReadWhenTheirCountersDiffer)
 {
     RecordFile records;
-    records.Create(8, 16, 4);
-    const unsigned first = records.Add("first");
-    records.Add("second");
-    records.AddResource(7, "seven");
-    records->v_DeleteRecord(first);
-    records.Close(false);
+    const unsigned free = records.CreateAndKeepTables().free;
     {
         RecordFile other;
         other.OpenToWrite(false);
-        EXPECT_EQ(other.Add("taken"), first);
+        EXPECT_EQ(other.Add("taken"), free);
         other.AddResource(8, "eight");
         other.Close();
     }
     records.OpenToWrite();
     EXPECT_TRUE(records->b_ResourceExists(8));
-    EXPECT_NE(records.Add("third"), first);
+    EXPECT_NE(records.Add("third"), free);
     records.Close();
 }
 
