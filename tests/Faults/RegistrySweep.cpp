@@ -265,6 +265,14 @@ LSTATUS Counted(LSTATUS code)
     open_keys += code == 0;
     return code;
 }
+
+// What happens to a value, and to the answer, behind each question for it.
+std::function<LSTATUS(LSTATUS)> behind;
+
+LSTATUS Answered(LSTATUS code)
+{
+    return behind ? behind(code) : code;
+}
 } // namespace
 
 // The linker leads the library's calls here.
@@ -294,7 +302,7 @@ WRAP_SERVICE(Enum, OSTRA_REG_ENUM,
 WRAP_SERVICE(Delete, OSTRA_REG_DELETE, (HKEY key, LPCWSTR path), (key, path), )
 WRAP_SERVICE(Query, OSTRA_REG_QUERY,
              (HKEY key, LPCWSTR name, LPDWORD zero, LPDWORD type, BYTE* data, LPDWORD size),
-             (key, name, zero, type, data, size), )
+             (key, name, zero, type, data, size), Answered)
 WRAP_SERVICE(Store, OSTRA_REG_STORE,
              (HKEY key, LPCWSTR name, DWORD zero, DWORD type, const BYTE* data, DWORD size),
              (key, name, zero, type, data, size), )
@@ -351,5 +359,96 @@ TEST(RegistrySweep, AValueOfAnotherTypeLeavesNoKeyOpen)
     EXPECT_EQ(open_keys, 0);
     EXPECT_EQ(TakeFailure().code, DWORD(ERROR_INVALID_PARAMETER));
     EXPECT_EQ(state->out.n_GetUsedSize(), 0U);
+}
+
+namespace
+{
+// Stores the value as another process would.
+void StoreElsewhere(const char* name, DWORD type, const std::string& bytes)
+{
+    HKEY key = nullptr;
+    RealOpen(HKEY_CURRENT_USER, Wide(std::string("Software\\OstraSweep")).c_str(), 0,
+             KEY_ALL_ACCESS, &key);
+    EXPECT_EQ(RealStore(key, Wide(std::string(name)).c_str(), 0, type,
+                        reinterpret_cast<const BYTE*>(bytes.data()),
+                        static_cast<DWORD>(bytes.size())),
+              0);
+    RealClose(key);
+}
+
+class ChangingValue : public testing::Test
+{
+protected:
+    ChangingValue() { open_keys = 0; }
+    ~ChangingValue() override { behind = nullptr; }
+
+    // Fetches data of which others make that, one behind each question.
+    Failure Fetch(DWORD type, const std::vector<std::string>& changes)
+    {
+        questions = 0;
+        behind = [&, type](LSTATUS code) {
+            if (questions < changes.size())
+                StoreElsewhere("data", type, changes[questions]);
+            ++questions;
+            return code;
+        };
+        return FetchAnswered();
+    }
+    Failure FetchAnswered()
+    {
+        state->registry.v_GetValue(&state->data_name, &state->out);
+        behind = nullptr;
+        EXPECT_EQ(open_keys, 0);
+        return TakeFailure();
+    }
+    std::string Fetched() const
+    {
+        return {static_cast<const char*>(state->out.qcv_Get()), state->out.n_GetUsedSize()};
+    }
+
+    const std::unique_ptr<State> state = Filled();
+    unsigned questions = 0;
+};
+} // namespace
+
+TEST_F(ChangingValue, ThatGrowsIsFetchedWhole)
+{
+    EXPECT_EQ(Fetch(REG_BINARY, {std::string(100, 'x')}), Failure());
+    EXPECT_EQ(Fetched(), std::string(100, 'x'));
+    EXPECT_EQ(Fetch(REG_BINARY, {std::string(101, 'y'), std::string(70000, 'z')}), Failure());
+    EXPECT_EQ(Fetched(), std::string(70000, 'z'));
+    EXPECT_EQ(questions, 4U);
+}
+
+TEST_F(ChangingValue, ThatGrowsFromNothingIsFetchedWhole)
+{
+    StoreElsewhere("data", REG_BINARY, "");
+    EXPECT_EQ(Fetch(REG_BINARY, {std::string(60, 'x')}), Failure());
+    EXPECT_EQ(Fetched(), std::string(60, 'x'));
+}
+
+TEST_F(ChangingValue, ThatShrinksIsFetchedAsItIsThen)
+{
+    EXPECT_EQ(Fetch(REG_BINARY, {"short"}), Failure());
+    EXPECT_EQ(Fetched(), "short");
+    EXPECT_EQ(questions, 2U);
+}
+
+TEST_F(ChangingValue, ThatBecomesOneOfAnotherTypeIsRefused)
+{
+    EXPECT_EQ(Fetch(REG_SZ, {"a text"}).code, DWORD(ERROR_INVALID_PARAMETER));
+    EXPECT_EQ(Fetched(), "");
+}
+
+TEST_F(ChangingValue, ThatIsNeverWholeIsReported)
+{
+    behind = [this](LSTATUS code) {
+        return ++questions == 1 ? code : ERROR_MORE_DATA;
+    };
+    const Failure failure = FetchAnswered();
+    EXPECT_EQ(failure.code, DWORD(ERROR_MORE_DATA));
+    EXPECT_EQ(failure.trail.at(0), "System/Registry/Registry");
+    EXPECT_EQ(questions, 2U);
+    EXPECT_EQ(Fetched(), "");
 }
 #endif

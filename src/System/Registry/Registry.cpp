@@ -315,20 +315,22 @@ void CT_Registry::v_ValueToBuffer(const CT_String* pcco_Name, DWORD n_Type)
     const HKEY h_Cursor = h_OpenCursor(READING);
     if (!h_Cursor)
         return;
-    const auto i4_Query = [&](DWORD* pn_Type, BYTE* pc_Data, DWORD* pn_Size) {
-        return t_Call(RegQueryValueExW, RegQueryValueExA, h_Cursor, co_Name.pcco_Get(), nullptr,
-                      pn_Type, pc_Data, pn_Size);
-    };
-    DWORD n_Stored = 0;
     DWORD n_Size = 0;
-    LSTATUS i4_Code = i4_Query(&n_Stored, nullptr, &n_Size);
-    if (!i4_Code && n_Stored != n_Type)
-        i4_Code = ERROR_INVALID_PARAMETER;
-    if (!i4_Code) {
-        co_Buffer.v_SetSize(n_Size, 1);
-        if (!co_Since.b_Failed(qccz_Source))
-            i4_Code = i4_Query(nullptr, static_cast<BYTE*>(const_cast<void*>(co_Buffer.qcv_Get())),
-                               &n_Size);
+    const auto i4_Query = [&](const void* qcv_Data) -> LSTATUS {
+        DWORD n_Stored = 0;
+        const LSTATUS i4_Code =
+            t_Call(RegQueryValueExW, RegQueryValueExA, h_Cursor, co_Name.pcco_Get(), nullptr,
+                   &n_Stored, static_cast<BYTE*>(const_cast<void*>(qcv_Data)), &n_Size);
+        return !i4_Code && n_Stored != n_Type ? ERROR_INVALID_PARAMETER : i4_Code;
+    };
+    LSTATUS i4_Code = i4_Query(nullptr);
+    // Between two calls another process may store what needs more room. Without any, the system
+    // fetches nothing and tells success all the same.
+    for (int b_More = !i4_Code; b_More;) {
+        const DWORD n_Room = n_Size;
+        co_Buffer.v_SetSize(n_Room, 1);
+        i4_Code = co_Since.b_Failed(qccz_Source) ? 0 : i4_Query(co_Buffer.qcv_Get());
+        b_More = (!i4_Code || i4_Code == ERROR_MORE_DATA) && n_Size > n_Room;
     }
     RegCloseKey(h_Cursor);
     if (!b_Refused(i4_Code) && !co_Since.b_HasFailed())
