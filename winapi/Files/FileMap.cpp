@@ -11,6 +11,7 @@
 #include <mutex>
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 namespace winapi
 {
@@ -68,14 +69,23 @@ Views& AllViews()
     return *views;
 }
 
+// How far a file has room on the disk from its beginning on. Enough blocks don't tell that it has
+// no holes, since its attributes take some; nor does the host everywhere know of holes.
+off_t ReservedLength(const OpenFile& file, const struct stat& facts)
+{
+    if (facts.st_blocks * BLOCK < facts.st_size)
+        return 0;
+    const off_t hole = posix.lseek(file.Fd(), 0, SEEK_HOLE);
+    return hole < 0 ? facts.st_size : hole;
+}
+
 // Makes the file as long as the mapping and gives it room on the disk, so that a full disk is told
 // here and not by a fault at some later write to a view.
 DWORD Reserve(const OpenFile& file, const struct stat& facts, off_t size)
 {
-    const bool whole = facts.st_blocks * BLOCK >= facts.st_size;
-    if (size <= facts.st_size && whole)
+    const off_t from = ReservedLength(file, facts); // what has room isn't gone through again
+    if (size <= from)
         return 0;
-    const off_t from = whole ? facts.st_size : 0; // what has room isn't gone through again
     int error;
     do
         error = posix.posix_fallocate(file.Fd(), from, size - from);
@@ -235,7 +245,7 @@ BOOL FlushViewOfFile(LPCVOID lpBaseAddress, SIZE_T dwNumberOfBytesToFlush)
         if (rest == 0 || dwNumberOfBytesToFlush > rest)
             return Finish(ERROR_INVALID_PARAMETER);
         // Views begin on whole pages; what is flushed may not.
-        const std::size_t before = address % GRANULARITY % 4096;
+        const std::size_t before = address % static_cast<std::size_t>(posix.sysconf(_SC_PAGESIZE));
         const std::size_t size = (dwNumberOfBytesToFlush ? dwNumberOfBytesToFlush : rest) + before;
         return Finish(posix.msync(reinterpret_cast<void*>(address - before), size, MS_SYNC) == 0
                           ? 0

@@ -15,6 +15,7 @@ namespace
 {
 constexpr DWORD MOVEFILE_SUPPORTED = MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED;
 constexpr std::size_t PIECE = 1 << 16;
+constexpr int NAME_TRIES = 1000;
 
 // Directories aren't deleted or replaced as files are, and read-only files not at all.
 bool IsReplaceable(mode_t mode)
@@ -60,6 +61,13 @@ int RenameToFree(const char* from, const std::string& to)
     if (IsTaken(to))
         return EEXIST;
     return posix.rename(from, to.c_str()) == 0 ? 0 : errno;
+}
+
+int Rename(const std::string& from, const std::string& to, bool replaces)
+{
+    if (!replaces)
+        return RenameToFree(from.c_str(), to);
+    return posix.rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
 // What a file has to allow that is to be replaced; a directory replaces nothing.
@@ -174,15 +182,36 @@ DWORD Copy(const std::string& from, const std::string& to, bool failIfExists)
     return error == 0 ? 0 : CodeOf(error);
 }
 
+// Copies to a name that nobody has in the directory of another one. It doesn't hold that one, which
+// may be as long as names can be.
+DWORD CopyBeside(const std::string& from, const std::string& to, std::string& copy)
+{
+    const std::string start = ParentOf(to) + "/." + std::to_string(posix.getpid()) + '-';
+    DWORD code = ERROR_FILE_EXISTS;
+    for (int i = 0; i < NAME_TRIES && code == ERROR_FILE_EXISTS; ++i) {
+        copy = start + std::to_string(i) + ".new";
+        code = Copy(from, copy, true);
+    }
+    return code;
+}
+
+// The old file or link gives way as a whole, and only when there is all of the new one.
 DWORD MoveAcross(const std::string& from, const std::string& to, mode_t mode, DWORD flags)
 {
     if ((flags & MOVEFILE_COPY_ALLOWED) == 0)
         return ERROR_NOT_SAME_DEVICE;
     if (!S_ISREG(mode))
         return ERROR_ACCESS_DENIED;
-    const DWORD code = Copy(from, to, (flags & MOVEFILE_REPLACE_EXISTING) == 0);
-    if (code)
-        return code == ERROR_FILE_EXISTS ? ERROR_ALREADY_EXISTS : code;
+    const bool replaces = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
+    if (!replaces && IsTaken(to))
+        return ERROR_ALREADY_EXISTS;
+    std::string copy;
+    if (const DWORD code = CopyBeside(from, to, copy))
+        return code;
+    if (const int error = Rename(copy, to, replaces)) {
+        posix.unlink(copy.c_str());
+        return CodeOfRename(error, to);
+    }
     return posix.unlink(from.c_str()) == 0 ? 0 : CodeOf(errno, from);
 }
 
@@ -196,19 +225,15 @@ DWORD Move(const std::string& from, const std::string& to, DWORD flags)
     if (IsSameEntry(from, to))
         return 0;
     HeldFile target;
-    int error;
-    if ((flags & MOVEFILE_REPLACE_EXISTING) != 0) {
+    const bool replaces = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
+    if (replaces)
         if (const DWORD code = HoldToReplace(to, S_ISDIR(source.mode), target))
             return code;
-        error = posix.rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
-    } else {
-        error = RenameToFree(from.c_str(), to);
-    }
+    const int error = Rename(from, to, replaces);
     if (error != EXDEV)
         return error ? CodeOfRename(error, to) : 0;
     const mode_t mode = source.mode;
     source.Release(); // The copy opens the file anew.
-    target.Release();
     return MoveAcross(from, to, mode, flags);
 }
 } // namespace

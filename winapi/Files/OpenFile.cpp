@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 
+#include <pthread.h>
 #include <unistd.h>
 
 namespace winapi
@@ -176,9 +177,27 @@ void DeleteAllDoomed()
     doomed.files.clear();
 }
 
+void Lock()
+{
+    AllDoomed().mutex.lock();
+}
+
+void Unlock()
+{
+    AllDoomed().mutex.unlock();
+}
+
+// A child deletes nothing: what it has inherited is its parent's.
+void Forget()
+{
+    AllDoomed().files.clear();
+    Unlock();
+}
+
 void Doom(const OpenFile& file)
 {
-    [[maybe_unused]] static const int registered = posix.atexit(DeleteAllDoomed);
+    [[maybe_unused]] static const int registered =
+        posix.atexit(DeleteAllDoomed) | pthread_atfork(Lock, Unlock, Forget);
     Doomed& doomed = AllDoomed();
     const std::lock_guard lock(doomed.mutex);
     doomed.files.push_back(&file);

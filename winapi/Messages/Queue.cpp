@@ -15,8 +15,11 @@ namespace winapi
 namespace
 {
 constexpr std::size_t MOST_WAITING = 10000;
+constexpr std::size_t MOST_TIMERS = 10000;    // Before one without a window is refused.
+constexpr UINT_PTR HIGHEST_TIMER = 0x7FFF;    // Of those.
 constexpr std::size_t MOST_CONNECTIONS = 256; // Without a record yet.
-constexpr long long PATIENCE = 5000;          // With a connection, in milliseconds.
+constexpr int PATIENCE = 5000;                // With a connection, in milliseconds.
+constexpr int PAUSE = 100;                    // Where none can be accepted, in milliseconds.
 
 std::vector<Queue*> queues; // Under windowsMutex.
 std::atomic<unsigned> madeSockets;
@@ -147,11 +150,14 @@ bool Queue::TakeOne()
     for (auto place = connections.begin(); place != connections.end();)
         if (TakeAt(place))
             return true;
+    isDeaf = false;
     while (listener && !IsFull()) {
         Connection next{Descriptor(), 0, Now() + PATIENCE};
         next.socket = Accept(listener.Get(), next.process);
-        if (!next.socket)
+        if (!next.socket) {
+            isDeaf = errno != EAGAIN;
             return false;
+        }
         auto place = connections.insert(connections.end(), std::move(next));
         if (TakeAt(place))
             return true;
@@ -218,12 +224,14 @@ void Queue::Poll(int connection, int milliseconds)
     std::vector<pollfd> list;
     if (connection >= 0)
         list.push_back({connection, POLLIN, 0});
-    if (listener && !IsFull())
+    // A connection that can't be accepted stays there, and would end each wait at once.
+    if (listener && !IsFull() && !isDeaf)
         list.push_back({listener.Get(), POLLIN, 0});
     for (const Connection& waits : connections)
         list.push_back({waits.socket.Get(), POLLIN, 0});
-    if (!connections.empty() && (milliseconds < 0 || milliseconds > PATIENCE))
-        milliseconds = PATIENCE;
+    const int longest = isDeaf ? PAUSE : connections.empty() ? INT32_MAX : PATIENCE;
+    if (longest < INT32_MAX && (milliseconds < 0 || milliseconds > longest))
+        milliseconds = longest;
     posix.poll(list.data(), list.size(), milliseconds);
 }
 
@@ -303,15 +311,25 @@ Queue::Timer* Queue::FindTimer(HWND window, UINT_PTR id)
     return nullptr;
 }
 
+// A number that no timer without a window has; there is one below MOST_TIMERS of them.
+UINT_PTR Queue::NextTimer()
+{
+    do
+        lastTimer = lastTimer > 1 ? lastTimer - 1 : HIGHEST_TIMER;
+    while (FindTimer(nullptr, lastTimer));
+    return lastTimer;
+}
+
 UINT_PTR Queue::SetTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure)
 {
     period = std::clamp(period, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
     Timer* timer = FindTimer(window, id);
     if (!timer) {
-        timers.push_back({});
-        timer = &timers.back();
+        if (!window && timers.size() >= MOST_TIMERS)
+            return Finish(ERROR_NOT_ENOUGH_QUOTA);
         if (!window)
-            id = lastTimer--;
+            id = NextTimer();
+        timer = &timers.emplace_back();
     }
     *timer = {window, id, period, procedure, Now() + period, false};
     // The number may be 0, the answer not.

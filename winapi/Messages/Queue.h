@@ -32,6 +32,7 @@ public:
     // handles what is sent to the thread. False when the time is out.
     static bool Await(int connection, int milliseconds);
 
+    // 0, with the last error set, when there are too many.
     UINT_PTR SetTimer(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure);
     bool KillTimer(HWND window, UINT_PTR id);
     // Whether a timer calls that.
@@ -75,6 +76,7 @@ private:
     long long NextDue() const;
     void Poll(int connection, int milliseconds);
     Timer* FindTimer(HWND window, UINT_PTR id);
+    UINT_PTR NextTimer();
     bool PeekTimer(MSG& found, HWND window, bool remove);
 
     Descriptor listener;
@@ -82,7 +84,8 @@ private:
     std::list<Connection> connections;
     std::deque<Waiting> waiting;
     std::list<Timer> timers;
-    UINT_PTR lastTimer = 0x7FFF; // Numbers of timers without a window count downwards.
-    bool isNews = false;         // Something has come since the last look.
+    UINT_PTR lastTimer = 0; // Numbers of timers without a window count downwards.
+    bool isNews = false;    // Something has come since the last look.
+    bool isDeaf = false;    // A connection waits that couldn't be accepted.
 };
 } // namespace winapi

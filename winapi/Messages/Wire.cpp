@@ -181,6 +181,7 @@ Descriptor Accept(int listener, pid_t& process)
         if (!connection || IsOwnUser(connection.Get(), process))
             return connection;
     }
+    errno = EAGAIN;
     return Descriptor();
 }
 

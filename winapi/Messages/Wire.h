@@ -59,8 +59,8 @@ inline HWND WindowOf(std::uint64_t number)
 
 // Listens under a name in the session's folder. No descriptor, with errno, if that fails.
 Descriptor Listen(const std::string& name);
-// The next connection of a process of the same user, and that process; no descriptor when none
-// waits. Those of others are closed.
+// The next connection of a process of the same user, and that process; no descriptor, with errno,
+// when none waits (EAGAIN) or it can't be had. Those of others are closed.
 Descriptor Accept(int listener, pid_t& process);
 
 // A connection to that name, which never waits. Failure: ERROR_INVALID_WINDOW_HANDLE (1400) when

@@ -188,15 +188,16 @@ int LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int room)
     const char16_t* text = FindText(module ? module : ProgramModule(), id & 0xFFFF);
     if (!text || room <= 0 || !buffer)
         return 0;
-    // Unit by unit, so that a text is cut between characters. ASCII is the same in every ANSI code
-    // page and needs no table, which might have to be built when there is no memory.
+    // Character by character, so that none is cut. ASCII is the same in every ANSI code page and
+    // needs no table, which might have to be built when there is no memory.
     int length = 0;
-    for (; *text; ++text) {
+    for (int units; *text; text += units) {
         char bytes[4] = {static_cast<char>(*text)};
-        const WCHAR unit = static_cast<WCHAR>(*text);
-        const int count = unit < 0x80 ? 1
-                                      : WideCharToMultiByte(CP_ACP, 0, &unit, 1, bytes,
-                                                            sizeof(bytes), nullptr, nullptr);
+        const WCHAR pair[] = {static_cast<WCHAR>(text[0]), static_cast<WCHAR>(text[1])};
+        units = (pair[0] & 0xFC00) == 0xD800 && (pair[1] & 0xFC00) == 0xDC00 ? 2 : 1;
+        const int count = pair[0] < 0x80 ? 1
+                                         : WideCharToMultiByte(CP_ACP, 0, pair, units, bytes,
+                                                               sizeof(bytes), nullptr, nullptr);
         if (length + count > room - 1)
             break;
         std::memcpy(buffer + length, bytes, static_cast<std::size_t>(count));

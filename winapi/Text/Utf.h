@@ -3,6 +3,8 @@
 
 #include "winapi/Base/Types.h"
 
+#include <climits>
+
 namespace winapi
 {
 // What a conversion writes to: so much room, or none to count alone.
@@ -10,12 +12,12 @@ template <typename Unit>
 class Sink
 {
 public:
-    Sink(Unit* buffer, int size) : next(buffer), room(size), counts(size == 0) {}
+    Sink(Unit* buffer, int size) : next(buffer), room(size ? size : INT_MAX), counts(size == 0) {}
 
-    // False, with nothing stored, when there is no room for so many.
+    // False, with nothing stored, when there is no room for so many. A count has room for INT_MAX.
     bool Put(const Unit* units, int number)
     {
-        if (!counts && number > room - count)
+        if (number > room - count)
             return false;
         if (!counts)
             for (int i = 0; i < number; ++i)

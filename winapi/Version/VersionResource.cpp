@@ -109,7 +109,6 @@ private:
             const DWORD size = Long(section + 16);
             if (address < start || address - start >= size)
                 continue;
-            room = size - (address - start);
             // The last section may tell more than the file holds.
             const std::uint64_t offset = std::uint64_t{Long(section + 20)} + (address - start);
             room = std::min<std::uint64_t>(size - (address - start), file.RestFrom(offset));

@@ -206,6 +206,19 @@ TEST_F(Message, ATimerWithoutAWindowHasANumberOfItsOwn)
     EXPECT_TRUE(KillTimer(nullptr, timer));
 }
 
+// Longer than the numbers last, which come again then.
+TEST_F(Message, EachTimerWithoutAWindowIsKilledByItsNumberHoweverManyThereWere)
+{
+    const UINT_PTR kept = SetTimer(nullptr, 0, 1000000, nullptr);
+    for (int i = 0; i < 33000; ++i) {
+        const UINT_PTR timer = SetTimer(nullptr, 0, 1000000, nullptr);
+        ASSERT_NE(timer, 0U) << i;
+        ASSERT_NE(timer, kept) << i;
+        ASSERT_TRUE(KillTimer(nullptr, timer)) << i;
+    }
+    EXPECT_TRUE(KillTimer(nullptr, kept));
+}
+
 TEST_F(Message, AThreadThatEndsReleasesWhoWaitsForIt)
 {
     std::atomic<HWND> silent = nullptr;

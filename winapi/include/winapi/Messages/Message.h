@@ -73,9 +73,12 @@ WINAPI_EXPORT LRESULT DispatchMessageA(const MSG* lpMsg);
 WINAPI_EXPORT LRESULT DefWindowProcA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam);
 
 // Lets WM_TIMER come again and again, milliseconds of USER_TIMER_MINIMUM at least; one waits at a
-// time. Replaces the window's timer of the same number. Not 0; without a window, whose number is
-// chosen here. 0 with ERROR_INVALID_HANDLE (6) for what is no window of the thread.
+// time. Replaces the window's timer of the same number. Without a window a new timer gets a number
+// that is chosen here, which KillTimer and another SetTimer want then. Result: the timer's number, 1
+// for 0; 0 with ERROR_INVALID_HANDLE (6) for what is no window of the thread, and, without a window,
+// with ERROR_NOT_ENOUGH_QUOTA (1816) from 10,000 timers of the thread on.
 WINAPI_EXPORT UINT_PTR SetTimer(HWND hWnd, UINT_PTR nIDEvent, UINT uElapse, TIMERPROC lpTimerFunc);
-// FALSE with ERROR_INVALID_PARAMETER (87) for what is no timer, ERROR_INVALID_WINDOW_HANDLE (1400).
+// By the number that SetTimer was given, without a window by the one that it returned. FALSE with
+// ERROR_INVALID_PARAMETER (87) for what is no timer, ERROR_INVALID_WINDOW_HANDLE (1400).
 WINAPI_EXPORT BOOL KillTimer(HWND hWnd, UINT_PTR uIDEvent);
 } // namespace winapi

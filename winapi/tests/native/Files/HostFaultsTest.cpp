@@ -3,13 +3,18 @@
 
 #include "../../Support/ClosedStreams.h"
 #include "../../Support/Replace.h"
+#include "Support/ChildProcess.h"
 #include "Support/Directory.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
 #include <thread>
 
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -64,6 +69,20 @@ ssize_t FullDiskWrite(int fd, const void* data, size_t size, off_t offset)
     return pwrite(fd, data, std::min<size_t>(size, static_cast<size_t>(8 - offset)), offset);
 }
 
+// Attributes and lists of extents take blocks, too.
+int MoreBlocks(int fd, struct stat* facts)
+{
+    const int result = fstat(fd, facts);
+    facts->st_blocks += 1 << 20;
+    return result;
+}
+
+// A host that knows of no holes but the one behind the file.
+off_t SeekWithoutHoles(int fd, off_t offset, int whence)
+{
+    return lseek(fd, offset, whence == SEEK_HOLE ? SEEK_END : whence);
+}
+
 // Takes half of the room, as some file systems leave it when it runs out.
 int FullDiskAllocate(int fd, off_t offset, off_t size)
 {
@@ -88,10 +107,50 @@ ssize_t FullDiskCopy(int, off_t*, int, off_t*, size_t, unsigned)
     return -1;
 }
 
-int OtherDevice(int, const char*, int, const char*, unsigned)
+// Names in different directories lie on different devices.
+bool AreOnOneDevice(const char* from, const char* to)
 {
+    const auto directory = [](const char* name) {
+        return std::filesystem::absolute(name).parent_path().lexically_normal();
+    };
     errno = EXDEV;
-    return -1;
+    return directory(from) == directory(to);
+}
+
+int RenameOnDevice(const char* from, const char* to)
+{
+    return AreOnOneDevice(from, to) ? rename(from, to) : -1;
+}
+
+int RenameToFreeOnDevice(int fromDirectory, const char* from, int toDirectory, const char* to,
+                         unsigned flags)
+{
+    return AreOnOneDevice(from, to) ? renameat2(fromDirectory, from, toDirectory, to, flags) : -1;
+}
+
+// The file "f" and another device's directory "d" with the file "h".
+class OtherDevice
+{
+public:
+    OtherDevice()
+    {
+        WriteBytes("f", "contents");
+        CreateDirectoryA("d", nullptr);
+        WriteBytes("d/h", "other");
+    }
+
+private:
+    const Replace<int(const char*, const char*)> renaming{posix.rename, RenameOnDevice};
+    const Replace<int(int, const char*, int, const char*, unsigned)> renamingToFree{
+        posix.renameat2, RenameToFreeOnDevice};
+};
+
+std::set<std::string> NamesIn(const char* directory)
+{
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory))
+        names.insert(entry.path().filename().string());
+    return names;
 }
 
 int UnableToAsk(int, const char*, int, const char*, unsigned)
@@ -202,16 +261,58 @@ TEST(HostFaults, AFullDeviceTellsAFullDisk)
     RunRows({CALL(WriteFile(full, "x", 1, &count, nullptr), 0, ERROR_DISK_FULL)});
 }
 
-TEST(HostFaults, AMappingReservesTheHolesOfItsFile)
+namespace
+{
+// Makes a file of 1 MiB with a hole behind its text and maps it. Result: its bytes on the disk.
+long long ReservedByMapping()
 {
     const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    Write(file, std::string(100'000, 'x'));
     SetFilePointer(file, 1 << 20, nullptr, FILE_BEGIN);
-    ASSERT_TRUE(SetEndOfFile(file));
+    EXPECT_TRUE(SetEndOfFile(file));
     const HANDLE mapping = CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 0, nullptr);
-    ASSERT_NE(mapping, nullptr);
+    EXPECT_NE(mapping, nullptr);
+    CloseHandle(mapping);
     struct stat facts;
-    ASSERT_EQ(stat("f", &facts), 0);
-    EXPECT_GE(facts.st_blocks * 512, 1 << 20);
+    EXPECT_EQ(stat("f", &facts), 0);
+    return facts.st_blocks * 512;
+}
+} // namespace
+
+TEST(HostFaults, AMappingReservesTheHolesOfItsFile)
+{
+    EXPECT_GE(ReservedByMapping(), 1 << 20);
+    const Replace seeking(posix.lseek, SeekWithoutHoles);
+    EXPECT_GE(ReservedByMapping(), 1 << 20);
+}
+
+TEST(HostFaults, AMappingReservesTheHolesOfAFileThatTakesMoreBlocks)
+{
+    const Replace telling(posix.fstat, MoreBlocks);
+    EXPECT_GE(ReservedByMapping(), 1 << 20);
+}
+
+TEST(HostFaults, AFlushBeginsWithAPageOfTheHost)
+{
+    static std::uintptr_t begin;
+    static std::size_t size;
+    const File file("f", GENERIC_READ | GENERIC_WRITE, 0, CREATE_ALWAYS);
+    const HANDLE mapping = CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 200'000, nullptr);
+    void* const view = MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0);
+    const Replace asking(
+        posix.sysconf, +[](int name) { return name == _SC_PAGESIZE ? 0x4000L : sysconf(name); });
+    const Replace flushing(
+        posix.msync, +[](void* address, size_t bytes, int) {
+            begin = reinterpret_cast<std::uintptr_t>(address);
+            size = bytes;
+            return 0;
+        });
+    const std::uintptr_t place = reinterpret_cast<std::uintptr_t>(view) + 100'000;
+    EXPECT_TRUE(FlushViewOfFile(reinterpret_cast<void*>(place), 10));
+    EXPECT_EQ(begin % 0x4000, 0U);
+    EXPECT_EQ(begin, place / 0x4000 * 0x4000);
+    EXPECT_EQ(begin + size, place + 10);
+    UnmapViewOfFile(view);
     CloseHandle(mapping);
 }
 
@@ -325,19 +426,79 @@ TEST(HostFaults, AnOpeningOfAFIFOWaitsForTheOtherEnd)
 
 TEST(HostFaults, AMoveToAnotherDeviceCopies)
 {
-    WriteBytes("f", "contents");
-    WriteBytes("h", "other");
-    CreateDirectoryA("d", nullptr);
-    const Replace renaming(posix.renameat2, OtherDevice);
+    const OtherDevice device;
+    CreateDirectoryA("sub", nullptr);
+    const std::string longest(255, 'x');
+    WriteBytes("long", "long");
     RunRows({
-        CALL(MoveFileExA("f", "g", 0), 0, ERROR_NOT_SAME_DEVICE),
-        CALL(MoveFileExA("f", "h", MOVEFILE_COPY_ALLOWED), 0, ERROR_ALREADY_EXISTS),
-        CALL(MoveFileExA("d", "e", MOVEFILE_COPY_ALLOWED), 0, ERROR_ACCESS_DENIED),
-        CALL(MoveFileExA("f", "g", MOVEFILE_COPY_ALLOWED), 1, 0),
+        CALL(MoveFileExA("f", "d/g", 0), 0, ERROR_NOT_SAME_DEVICE),
+        CALL(MoveFileExA("f", "d/h", MOVEFILE_COPY_ALLOWED), 0, ERROR_ALREADY_EXISTS),
+        CALL(MoveFileExA("sub", "d/e", MOVEFILE_COPY_ALLOWED), 0, ERROR_ACCESS_DENIED),
+        CALL(MoveFileExA("f", "d/g", MOVEFILE_COPY_ALLOWED), 1, 0),
         CALL(GetFileAttributesA("f"), ALL_BITS, ERROR_FILE_NOT_FOUND),
+        CALL(MoveFileExA("long", ("d/" + longest).c_str(), MOVEFILE_COPY_ALLOWED), 1, 0),
     });
-    EXPECT_EQ(ReadBytes("g"), "contents");
-    EXPECT_EQ(ReadBytes("h"), "other");
+    EXPECT_EQ(ReadBytes("d/g"), "contents");
+    EXPECT_EQ(ReadBytes("d/h"), "other");
+    EXPECT_EQ(NamesIn("d"), (std::set<std::string>{"g", "h", longest}));
+}
+
+TEST(HostFaults, AMoveToAnotherDeviceReplacesALinkItself)
+{
+    for (const char* behind : {"h", "missing", "/dev/null"}) {
+        const OtherDevice device;
+        std::filesystem::create_symlink(behind, "d/link");
+        RunRows({
+            CALL(MoveFileExA("f", "d/link", MOVEFILE_COPY_ALLOWED), 0, ERROR_ALREADY_EXISTS),
+            CALL(MoveFileExA("f", "d/link", MOVEFILE_COPY_ALLOWED | MOVEFILE_REPLACE_EXISTING), 1,
+                 0),
+            CALL(GetFileAttributesA("f"), ALL_BITS, ERROR_FILE_NOT_FOUND),
+        });
+        EXPECT_FALSE(std::filesystem::is_symlink("d/link")) << behind;
+        EXPECT_EQ(ReadBytes("d/link"), "contents") << behind;
+        EXPECT_EQ(ReadBytes("d/h"), "other") << behind;
+        EXPECT_EQ(NamesIn("d"), (std::set<std::string>{"h", "link"})) << behind;
+        std::filesystem::remove("d/link");
+    }
+}
+
+TEST(HostFaults, AMoveToAnotherDeviceThatFailsLeavesBothFiles)
+{
+    constexpr DWORD REPLACE = MOVEFILE_COPY_ALLOWED | MOVEFILE_REPLACE_EXISTING;
+    const OtherDevice device;
+    {
+        const Replace copying(posix.copy_file_range, FullDiskCopy);
+        RunRows({CALL(MoveFileExA("f", "d/h", REPLACE), 0, ERROR_DISK_FULL)});
+    }
+    {
+        const Replace renaming(
+            posix.rename, +[](const char* from, const char*) {
+                errno = *from == 'f' ? EXDEV : EBUSY;
+                return -1;
+            });
+        RunRows({CALL(MoveFileExA("f", "d/h", REPLACE), 0, ERROR_SHARING_VIOLATION)});
+    }
+    EXPECT_EQ(ReadBytes("f"), "contents");
+    EXPECT_EQ(ReadBytes("d/h"), "other");
+    EXPECT_EQ(NamesIn("d"), std::set<std::string>{"h"});
+}
+
+TEST(HostFaults, AMoveToAnotherDeviceLeavesOutNamesThatAreTaken)
+{
+    const OtherDevice device;
+    // What killed runs left.
+    static int taken;
+    taken = 3;
+    const Replace opening(
+        posix.open, +[](const char* path, int flags, mode_t mode) {
+            if ((flags & O_EXCL) == 0 || taken-- <= 0)
+                return open(path, flags | O_CLOEXEC, mode);
+            errno = EEXIST;
+            return -1;
+        });
+    RunRows({CALL(MoveFileExA("f", "d/g", MOVEFILE_COPY_ALLOWED), 1, 0)});
+    EXPECT_EQ(ReadBytes("d/g"), "contents");
+    EXPECT_EQ(NamesIn("d"), (std::set<std::string>{"g", "h"}));
 }
 
 TEST(HostFaults, AFileSystemWithoutExclusiveRenamesIsAskedFirst)
@@ -449,4 +610,33 @@ TEST(HostFaults, AFileDoesNotTakeThePlaceOfAClosedStream)
     EXPECT_EQ(-1, said[0]);
     EXPECT_EQ(-1, said[1]);
     EXPECT_EQ("abc", ReadBytes("file"));
+}
+
+// Leaves a file that is to be deleted open, lets a child of its own end, and tells of the file.
+CHILD_PROCESS(LeaveOpenToAFork)
+{
+    const HANDLE file =
+        CreateFileA("f", GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    std::string answers;
+    for (const bool closes : {false, true}) {
+        const pid_t child = fork();
+        if (child == 0) {
+            if (closes)
+                CloseHandle(file);
+            std::exit(0);
+        }
+        waitpid(child, nullptr, 0);
+        answers += access("f", F_OK) == 0 ? "there " : "gone ";
+    }
+    std::puts(answers.c_str());
+    std::fflush(stdout);
+    return 0;
+}
+
+TEST(HostFaults, AForkedChildDeletesNoFileOfItsParent)
+{
+    ChildProcess child("LeaveOpenToAFork");
+    EXPECT_EQ(child.ReadLine(), "there there ");
+    EXPECT_EQ(child.Wait(), 0);
+    EXPECT_FALSE(std::filesystem::exists("f"));
 }

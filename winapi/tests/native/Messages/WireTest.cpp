@@ -138,6 +138,23 @@ int Refuse(int, int, int)
     errno = ERROR;
     return -1;
 }
+
+template <int ERROR>
+int RefuseConnection(int, sockaddr*, socklen_t*, int)
+{
+    errno = ERROR;
+    return -1;
+}
+
+// How long the polls were to wait that weren't a mere look.
+std::vector<int> pauses;
+
+int NotePause(pollfd* list, nfds_t count, int milliseconds)
+{
+    if (milliseconds)
+        pauses.push_back(milliseconds);
+    return ::poll(list, count, milliseconds);
+}
 } // namespace
 
 TEST_F(Wire, WhatIsNoRecordIsDroppedWithoutAnAnswer)
@@ -362,4 +379,49 @@ TEST_F(Wire, HostsThatRefuseAreTold)
     sender.join();
     EXPECT_TRUE(PostMessageA(window, WM_USER, 0, 0));
     EXPECT_TRUE(Comes());
+}
+
+// The connection waits, so the listener has something all the time.
+TEST_F(Wire, AThreadWithoutDescriptorsForAConnectionSleepsAndTimersKeepTheirTimes)
+{
+    const Record right = Post(window);
+    const Descriptor connection = Connection();
+    Send(connection, &right, sizeof right);
+    for (const UINT period : {30U, 250U}) {
+        const Replace none(posix.accept4, RefuseConnection<EMFILE>);
+        const Replace noted(posix.poll, NotePause);
+        pauses.clear();
+        SetTimer(window, 1, period, nullptr);
+        PumpUntil(window, WM_TIMER);
+        KillTimer(window, 1);
+        EXPECT_FALSE(pauses.empty());
+        EXPECT_LT(pauses.size(), 20U);
+        for (const int pause : pauses)
+            EXPECT_LE(static_cast<unsigned>(pause), std::min(period, 100U));
+    }
+}
+
+TEST_F(Wire, AConnectionThatCouldNotBeAcceptedComesWhenThereAreDescriptorsAgain)
+{
+    const Record right = Post(window);
+    const Descriptor connection = Connection();
+    Send(connection, &right, sizeof right);
+    {
+        const Replace none(posix.accept4, RefuseConnection<EMFILE>);
+        EXPECT_FALSE(Comes());
+    }
+    WaitMessage();
+    EXPECT_TRUE(Comes());
+}
+
+TEST_F(Wire, TooManyTimersWithoutAWindowAreRefused)
+{
+    std::vector<UINT_PTR> made;
+    for (UINT_PTR timer = 1; timer && made.size() < 11000;)
+        if ((timer = SetTimer(nullptr, 0, 1000000, nullptr)) != 0)
+            made.push_back(timer);
+    EXPECT_EQ(made.size(), 10000U);
+    RunRows({CALL(SetTimer(nullptr, 0, 1000000, nullptr), 0, 1816)});
+    for (const UINT_PTR timer : made)
+        ASSERT_TRUE(KillTimer(nullptr, timer));
 }
