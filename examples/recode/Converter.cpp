@@ -15,6 +15,8 @@ namespace
 {
 constexpr char SOURCE[] = "recode/Converter";
 
+constexpr size_t FEWEST = 16; // bytes that are tried behind an ill-formed place
+
 std::string Counted(unsigned long long count, const char* one, const char* more)
 {
     return std::to_string(count) + " " + (count == 1 ? one : more);
@@ -44,11 +46,16 @@ std::string Character(std::u16string_view units)
 } // namespace
 
 Converter::Converter(const Encoding& from, const Encoding& to, const Options& options)
+    : Converter(from, to, options, Decoder::Make(from))
+{}
+
+Converter::Converter(const Encoding& from, const Encoding& to, const Options& options,
+                     std::unique_ptr<Decoder> own)
     : name(options.source),
       source(from),
       aim(to),
       replace(options.replace),
-      decoder(Decoder::Make(from)),
+      decoder(std::move(own)),
       encoder(Encoder::Make(to)),
       ends(options.ends)
 {}
@@ -66,15 +73,20 @@ bool Converter::Take(std::string_view bytes, bool last, std::string* made)
 bool Converter::Decode(bool last, std::u16string* units)
 {
     size_t used = 0;
+    // A try looks at all of its bytes, even if the next ill-formed place is near. So behind one only
+    // few are tried, and twice as many each time that there is none.
+    size_t piece = left.size();
     for (bool more = true; more;) {
         const size_t before = units->size();
         const std::string_view rest = std::string_view(left).substr(used);
-        const Decoder::Step step = decoder->Decode(rest, last, units);
+        const bool whole = piece >= rest.size();
+        const Decoder::Step step = decoder->Decode(rest.substr(0, piece), last && whole, units);
         in.Take(std::u16string_view(*units).substr(before));
         used += step.used + step.skip;
         if (step.bad && !TakeBad(rest, step, units))
             return false;
-        more = step.bad && used < left.size();
+        more = step.bad ? used < left.size() : !whole;
+        piece = step.bad ? FEWEST : 2 * piece;
     }
     left.erase(0, used);
     taken += used;

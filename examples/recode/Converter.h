@@ -16,6 +16,9 @@ class Converter
 {
 public:
     Converter(const Encoding& from, const Encoding& to, const Options& options);
+    // With another decoder for the source.
+    Converter(const Encoding& from, const Encoding& to, const Options& options,
+              std::unique_ptr<Decoder> own);
 
     // Appends the bytes of the target that come of the next bytes of the source; false with an
     // error set for what is ill-formed and not to be replaced.

@@ -72,6 +72,67 @@ std::u16string RandomText(std::mt19937& random)
     }
     return text;
 }
+
+// Counts the bytes that it is given, also those that it is given again.
+class CountingDecoder : public recode::Decoder
+{
+public:
+    CountingDecoder(const Encoding& encoding, size_t* bytes) : decoder(Make(encoding)), count(bytes)
+    {}
+    Step Decode(std::string_view bytes, bool last, std::u16string* units) override
+    {
+        *count += bytes.size();
+        return decoder->Decode(bytes, last, units);
+    }
+
+private:
+    const std::unique_ptr<Decoder> decoder;
+    size_t* const count;
+};
+
+struct Replaced
+{
+    std::string made;
+    std::string told;
+    size_t given = 0; // to the decoder
+
+    bool operator==(const Replaced& other) const
+    {
+        return made == other.made && told == other.told;
+    }
+};
+
+// The bytes as UTF-8, in pieces of that size.
+Replaced Replace(const std::string& from, const std::string& bytes, size_t piece)
+{
+    recode::Options options;
+    options.replace = true;
+    Replaced replaced;
+    Converter converter(Named(from), Named("utf-8"), options,
+                        std::make_unique<CountingDecoder>(Named(from), &replaced.given));
+    for (size_t at = 0; at < bytes.size(); at += piece)
+        EXPECT_TRUE(converter.Take(std::string_view(bytes).substr(at, piece),
+                                   at + piece >= bytes.size(), &replaced.made));
+    replaced.told = converter.IllFormed();
+    return replaced;
+}
+
+struct Ill
+{
+    const char* encoding;
+    std::string text;
+    std::string bad; // ill-formed bytes
+};
+
+const Ill ILLS[] = {
+    {"utf-8", "a\xE2\x82\xAC", "\xFF"},
+    {"utf-8", "\xF0\x9F\x98\x80", "\xE2\x82"},
+    {"utf-16", {"a\0\x3D\xD8\0\xDE", 6}, {"\0\xDC", 2}},
+    {"utf-16be", {"\0a\xD8\x3D\xDE\0", 6}, {"\xDC\0", 2}},
+    {"utf-7", "+2D3eAA-x", "\xFF"},
+    {"1253", "a\xE1", "\xD2"},
+    {"932", "a\x82\xA0", "\xFF"},
+};
 } // namespace
 
 TEST(RecodePieces, TextGoesThereAndBackInAnyPieces)
@@ -116,6 +177,37 @@ TEST(RecodePieces, AnyBytesInAnyPieces)
             EXPECT_TRUE(again.Take(whole, true, &made)) << "well-formed";
             if (testing::Test::HasFailure())
                 return;
+        }
+    }
+}
+
+// From bytes that are all ill-formed to few in a long text.
+TEST(RecodePieces, IllFormedBytesMakeTheSameOfABlockAsOfSingleBytes)
+{
+    std::mt19937 random(Seed(19970105));
+    for (const Ill& ill : ILLS) {
+        for (const unsigned distance : {1U, 2U, 9U, 60U, 700U}) {
+            SCOPED_TRACE(testing::Message() << ill.encoding << ", " << distance);
+            std::string bytes;
+            while (bytes.size() < 3000)
+                bytes += random() % distance ? ill.text : ill.bad;
+            EXPECT_EQ(Replace(ill.encoding, bytes, bytes.size()), Replace(ill.encoding, bytes, 1));
+        }
+    }
+}
+
+TEST(RecodePieces, IllFormedBytesAreNoReasonToGoOverTheRestOfABlockAgain)
+{
+    for (const Ill& ill : ILLS) {
+        for (const unsigned distance : {1U, 2U, 9U, 60U, 700U}) {
+            std::string bytes;
+            while (bytes.size() < 0x8000) {
+                for (unsigned n = 1; n < distance; ++n)
+                    bytes += ill.text;
+                bytes += ill.bad;
+            }
+            EXPECT_LT(Replace(ill.encoding, bytes, bytes.size()).given, 20 * bytes.size())
+                << ill.encoding << ", " << distance;
         }
     }
 }
