@@ -62,7 +62,7 @@ bool Output::Take(const CT_UString& given)
     if (!Failing() && FollowLinks() && IsFreeOrPlain(name)) {
         fresh.v_Set(&name);
         fresh.v_Append(qcuz_Text(u".new"));
-        taken = !Failing() && IsFreeOrPlain(fresh);
+        IsFreeOrPlain(fresh);
     }
     return !Failed(SOURCE);
 }
@@ -126,28 +126,57 @@ bool Output::IsOldIdle() const
     return !Failing();
 }
 
-bool Output::Commit()
+bool Output::Start()
+{
+    const HANDLE file = RemoveLeft() ? CreateFileW(System(fresh), GENERIC_WRITE, 0, nullptr,
+                                                   CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)
+                                     : INVALID_HANDLE_VALUE;
+    taken = file != INVALID_HANDLE_VALUE;
+    if (taken)
+        KeepRights();
+    if (!taken || !CloseHandle(file))
+        SetSystemError(fresh);
+    return !Failed(SOURCE);
+}
+
+// Only where nobody has it open: a run that is at work keeps its file.
+bool Output::RemoveLeft() const
+{
+    const HANDLE left = CreateFileW(System(fresh), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    return left == INVALID_HANDLE_VALUE ? GetLastError() == ERROR_FILE_NOT_FOUND
+                                        : CloseHandle(left) != FALSE;
+}
+
+// The new file can be written, whatever the old one says of itself.
+void Output::KeepRights() const
 {
     std::error_code error;
-    const fs::perms rights = fs::status(PathOf(name), error).permissions();
-    // One that can't be written can't be replaced, and its rights would keep the new one, too.
-    if (IsOldIdle() && !error && (rights & fs::perms::owner_write) != fs::perms::none)
-        fs::permissions(PathOf(fresh), rights, error);
-    if (!Failing() && !Replace())
+    const fs::file_status old = fs::status(PathOf(name), error);
+    if (!error && fs::exists(old))
+        fs::permissions(PathOf(fresh), old.permissions() | fs::perms::owner_write, error);
+}
+
+bool Output::Commit(bool isEmpty)
+{
+    if (IsOldIdle())
+        KeepRights(); // which may have changed meanwhile, and writing takes some away
+    if (!Failing() && !Replace(isEmpty))
         SetSystemError(name);
     return !Failed(SOURCE);
 }
 
 // The file is held from the flush to the renaming, so that nobody else writes to it in between.
-bool Output::Replace() const
+bool Output::Replace(bool isEmpty) const
 {
     const HANDLE file = CreateFileW(System(fresh), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return false;
-    const bool done = FlushFileBuffers(file) &&
+    const bool begun = isEmpty || GetFileSize(file, nullptr) != 0;
+    const bool done = begun && FlushFileBuffers(file) &&
                       MoveFileExW(System(fresh), System(name), MOVEFILE_REPLACE_EXISTING);
-    const DWORD code = GetLastError();
+    const DWORD code = begun ? GetLastError() : ERROR_SHARING_VIOLATION;
     const bool closed = CloseHandle(file);
     if (!done)
         SetLastError(code);

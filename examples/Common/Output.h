@@ -20,17 +20,23 @@ public:
     // too.
     static bool IsStream(const CT_UString& given);
 
-    // Where the file is to be written. One that a killed program left there is written over.
+    // Where the file is to be written. Before Start one may stand there that a killed program left.
     const CT_UString& Fresh() const { return fresh; }
     const CT_UString& Name() const { return name; }
-    bool IsTaken() const { return taken; }
 
     // True if the written file stands alone: somebody took away what it was to replace.
     bool IsOnlyFresh() const;
 
+    // Makes that file anew, empty, and for those alone who may use what it is to replace: a left
+    // one's other names and rights are none of ours. False with an error set, also while somebody
+    // else writes to it. It isn't held: open it for writing next.
+    bool Start();
+    // True from then on, while the file is ours to discard.
+    bool IsTaken() const { return taken; }
+
     // Flushes the written file and gives it its name, in place of an old one; false with an error
-    // set.
-    bool Commit();
+    // set. One without a byte, unless that is what was written, has just been made by another run.
+    bool Commit(bool isEmpty = false);
 
     // After a failure to write: a file that somebody else is writing at the time stays his.
     void LeaveToOthers();
@@ -42,7 +48,9 @@ private:
     bool FollowLinks();
     bool IsFreeOrPlain(const CT_UString& file) const;
     bool IsOldIdle() const;
-    bool Replace() const;
+    bool RemoveLeft() const;
+    void KeepRights() const;
+    bool Replace(bool isEmpty) const;
 
     CT_UString name;
     CT_UString fresh;

@@ -120,7 +120,7 @@ bool Words::Save(const Pairs& pairs, Failure* reason) const
     for (const auto& [word, translation] : pairs.List())
         builder.Add({word, translation});
     Output output;
-    if (output.Take(file)) {
+    if (output.Take(file) && output.Start()) {
         Progress progress(nullptr, "");
         builder.Save(&output.Fresh(), &progress);
         output.LeaveToOthers();

@@ -194,7 +194,8 @@ bool Job::Save(Builder* builder, Output* output)
 {
     {
         Progress progress(streams.terminal, "building");
-        builder->Save(&output->Fresh(), &progress);
+        if (output->Start())
+            builder->Save(&output->Fresh(), &progress);
     }
     output->LeaveToOthers();
     if (!Failing())
@@ -455,7 +456,7 @@ bool Job::WritePicture(const CT_UString& name, const std::string& picture) const
     Output output;
     if (Output::IsStream(name))
         Write(name, picture);
-    else if (output.Take(name) && Write(output.Fresh(), picture))
+    else if (output.Take(name) && output.Start() && Write(output.Fresh(), picture))
         output.Commit();
     else
         output.LeaveToOthers();

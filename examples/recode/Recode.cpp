@@ -44,7 +44,6 @@ private:
     Source source;
     Target target;
     Encoding from;
-    bool opened = false; // the target, too
 };
 
 Status Job::Run()
@@ -90,8 +89,8 @@ bool Job::Convert()
     if (!Name(options.target, &name))
         return false;
     Converter converter(from, options.to.value_or(from), options);
-    opened = target.Open(name, options.target == "-" ? &streams.output : nullptr);
-    return opened && Pour(&converter) && Finish(converter) && !Failed(SOURCE);
+    return target.Open(name, options.target == "-" ? &streams.output : nullptr) &&
+           Pour(&converter) && Finish(converter) && !Failed(SOURCE);
 }
 
 bool Job::Pour(Converter* converter)
@@ -148,8 +147,7 @@ Status Job::Report(const std::string& context)
     const Failure failure = Failure::Copy();
     // Cleaning up has to start without an error; the window shows it later.
     errors->v_HoldError();
-    if (opened)
-        target.Discard();
+    target.Discard();
     failure.Print(streams.errors, "recode", context, options.trace);
     streams.errors.flush();
     if (options.box)

@@ -19,7 +19,7 @@ bool Target::Open(const CT_UString& given, std::ostream* standard)
     if (!stream && Output::IsStream(name)) {
         device.open(PathOf(name), std::ios::binary);
         stream = &device;
-    } else if (!stream && place.Take(name)) {
+    } else if (!stream && place.Take(name) && place.Start()) {
         file = std::make_unique<CT_FileOutput>(&place.Fresh());
         if (Failing())
             place.LeaveToOthers();
@@ -41,7 +41,7 @@ bool Target::Write(const std::string& bytes)
 bool Target::Commit()
 {
     if (file)
-        return CloseFile() && place.Commit();
+        return CloseFile() && place.Commit(written == 0);
     if (!stream->flush())
         RefuseText();
     return !Failed(SOURCE);

@@ -273,7 +273,7 @@ Status RunWords(const std::vector<std::string>& arguments, std::ostream& output,
         errors << USAGE_TEXT;
         return USAGE;
     } catch (const Failure& failure) {
-        errors << "settings: " << failure.what() << '\n';
+        errors << "settings: " << WithoutControls(failure.what()) << '\n';
         return FAILED;
     }
 }

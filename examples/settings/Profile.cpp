@@ -59,6 +59,37 @@ std::string Trimmed(const std::string& text)
         return "";
     return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
+
+struct Entry
+{
+    std::string section;
+    std::string name;
+    std::string value;
+};
+
+std::vector<Entry> EntriesOf(const std::string& lines)
+{
+    std::string section;
+    std::vector<Entry> entries;
+    unsigned number = 0;
+    for (std::size_t at = lines.starts_with("\xEF\xBB\xBF") ? 3 : 0; at < lines.size();) {
+        const std::size_t end = std::min(lines.find('\n', at), lines.size());
+        const std::string line = Trimmed(lines.substr(at, end - at));
+        const std::size_t equal = line.find('=');
+        at = end + 1;
+        ++number;
+        if (line.empty() || line[0] == ';')
+            continue;
+        if (line[0] == '[' && line.back() == ']')
+            section = line.substr(1, line.size() - 2);
+        else if (equal == std::string::npos || equal == 0)
+            throw Failure("line " + std::to_string(number) + ": neither a section nor a value");
+        else
+            entries.push_back(
+                {section, Trimmed(line.substr(0, equal)), Trimmed(line.substr(equal + 1))});
+    }
+    return entries;
+}
 } // namespace
 
 Profile::Profile(const std::string& name) : given(name), file(Absolute(name)) {}
@@ -67,9 +98,11 @@ std::string Profile::Read(const char* section, const char* key, bool* found) con
 {
     // A default that no value can be, as values have no blanks at their ends.
     constexpr char NONE[] = "\x01 none";
+    // What an answer that was cut may leave of the room: its zeros, and most of a character.
+    constexpr DWORD LEFT = 2 + 3;
     std::string text;
     DWORD length = 0;
-    for (DWORD room = 2048; length + 2 >= text.size(); room *= 2) {
+    for (DWORD room = 2048; length + LEFT >= text.size(); room *= 2) {
         text.resize(room);
         length = GetPrivateProfileStringA(section, key, key ? NONE : "", text.data(), room,
                                           file.c_str());
@@ -171,27 +204,9 @@ std::string Profile::Export(const Location& location) const
 
 unsigned Profile::Import(const std::string& lines) const
 {
-    std::string section;
-    unsigned count = 0;
-    unsigned number = 0;
-    for (std::size_t at = lines.starts_with("\xEF\xBB\xBF") ? 3 : 0; at < lines.size();) {
-        const std::size_t end = std::min(lines.find('\n', at), lines.size());
-        const std::string line = Trimmed(lines.substr(at, end - at));
-        const std::size_t equal = line.find('=');
-        at = end + 1;
-        ++number;
-        if (line.empty() || line[0] == ';')
-            continue;
-        if (line[0] == '[' && line.back() == ']')
-            section = line.substr(1, line.size() - 2);
-        else if (equal == std::string::npos || equal == 0)
-            throw Failure("line " + std::to_string(number) + ": neither a section nor a value");
-        else {
-            Write(section.c_str(), Trimmed(line.substr(0, equal)).c_str(),
-                  Trimmed(line.substr(equal + 1)).c_str());
-            ++count;
-        }
-    }
-    return count;
+    const std::vector<Entry> entries = EntriesOf(lines);
+    for (const Entry& entry : entries)
+        Write(entry.section.c_str(), entry.name.c_str(), entry.value.c_str());
+    return static_cast<unsigned>(entries.size());
 }
 } // namespace settings

@@ -25,7 +25,7 @@ public:
 
     // Sections as lines: all of them, or one.
     std::string Export(const Location& location) const;
-    // Stores what such lines hold. Result: how many values.
+    // Stores what such lines hold, unless one of them is refused. Result: how many values.
     unsigned Import(const std::string& lines) const;
 
 private:

@@ -1,7 +1,10 @@
 // examples/settings/Text.cpp
 #include "Text.h"
 
+#include <Ostra/File/WinFile.h>
 #include <Ostra/Frame/ErrorManager.h>
+#include <Common/Failure.h>
+#include <Common/Output.h>
 #include <Common/Utf8.h>
 
 #include <cerrno>
@@ -17,6 +20,8 @@ namespace fs = std::filesystem;
 
 namespace
 {
+constexpr char SOURCE[] = "settings/Text";
+constexpr unsigned FILE_BUFFER = 4096;
 constexpr unsigned NOT_FOUND = 2;
 constexpr unsigned DENIED = 5;
 
@@ -37,6 +42,30 @@ int DigitOf(char c)
 std::string Reason()
 {
     return errno ? std::generic_category().message(errno) : "unknown reason";
+}
+
+void WriteStream(const std::string& name, const std::string& bytes)
+{
+    errno = 0;
+    std::ofstream file(PathOf(name), std::ios::binary);
+    file << bytes;
+    file.close();
+    if (!file)
+        throw Failure(name + ": cannot be written: " + Reason());
+}
+
+// False with an error of the library set.
+bool WritePlain(const CT_UString& name, const std::string& bytes)
+{
+    CT_WinFile file(&name, FILE_BUFFER);
+    file.vv_Open(CT_File::e_AccessWrite, CT_File::e_OpenCreate, CT_File::e_ShareNone,
+                 CT_File::e_AttributeNormal, 0);
+    const unsigned size = static_cast<unsigned>(bytes.size());
+    if (!common::Failing() && file.vn_Write(bytes.data(), size) != size)
+        common::Fail(SOURCE, u"%s: there is no room for the text", name.qcuz_Get());
+    if (!common::Failing())
+        file.vv_Close();
+    return !common::Failed(SOURCE);
 }
 } // namespace
 
@@ -129,12 +158,18 @@ std::optional<std::uint32_t> ToNumber(const std::string& digits)
 
 std::string OneLine(const std::string& text)
 {
+    std::string doubled;
+    for (const char c : text)
+        doubled.append(c == '\\' ? 2 : 1, c);
+    return WithoutControls(doubled);
+}
+
+std::string WithoutControls(const std::string& text)
+{
     std::string line;
     for (const char c : text) {
         const unsigned byte = static_cast<unsigned char>(c);
-        if (c == '\\')
-            line += "\\\\";
-        else if (c == '\n')
+        if (c == '\n')
             line += "\\n";
         else if (c == '\t')
             line += "\\t";
@@ -167,31 +202,23 @@ std::string ReadFile(const std::string& name)
 
 void WriteFile(const std::string& name, const std::string& bytes)
 {
-    errno = 0;
-    std::error_code error;
-    fs::path place = PathOf(name);
-    // A link stays one; what isn't a plain file is written as it is.
-    if (fs::is_symlink(place, error))
-        place = fs::weakly_canonical(place, error);
-    const bool plain = !fs::exists(place, error) || fs::is_regular_file(place, error);
-    fs::path fresh = place;
-    if (plain)
-        fresh += ".new";
-    std::ofstream file(fresh, std::ios::binary);
-    file << bytes;
-    file.close();
-    if (!file) {
-        const std::string reason = Reason();
-        if (plain)
-            fs::remove(fresh, error);
-        throw Failure(name + ": cannot be written: " + reason);
-    }
-    if (plain)
-        fs::rename(fresh, place, error);
-    if (plain && error) {
-        const std::string reason = error.message();
-        fs::remove(fresh, error);
-        throw Failure(name + ": cannot be written: " + reason);
+    const std::string context = name + ": cannot be written";
+    if (!common::IsUtf8(name))
+        throw Failure(context + ": the name is no UTF-8");
+    const CT_UString place = ToWide(name);
+    if (common::Output::IsStream(place))
+        return WriteStream(name, bytes);
+    common::Output output;
+    if (output.Take(place) && output.Start() && WritePlain(output.Fresh(), bytes))
+        output.Commit(bytes.empty());
+    else
+        output.LeaveToOthers();
+    try {
+        Check(context);
+    } catch (const Failure&) {
+        if (output.IsTaken())
+            output.Discard();
+        throw;
     }
 }
 } // namespace settings

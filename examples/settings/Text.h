@@ -35,8 +35,11 @@ std::optional<std::uint32_t> ToNumber(const std::string& digits);
 
 // Text on one line: controls as \n, \t or \xHH, and \ twice.
 std::string OneLine(const std::string& text);
+// The same for messages, whose paths and keys keep each \ as it is.
+std::string WithoutControls(const std::string& text);
 
-// A whole file. Writing puts it beside its place first: an old one stays until the new one is whole.
+// A whole file. Writing puts it beside its place first: an old one stays until the new one is whole
+// and on the disk.
 std::string ReadFile(const std::string& name);
 void WriteFile(const std::string& name, const std::string& bytes);
 } // namespace settings

@@ -91,7 +91,7 @@ bool ShowVersions(const std::vector<std::string>& files, std::ostream& output, s
         try {
             rows.push_back(Describe(name));
         } catch (const Failure& failure) {
-            errors << "settings: " << OneLine(failure.what()) << '\n';
+            errors << "settings: " << WithoutControls(failure.what()) << '\n';
             all = false;
         }
     }

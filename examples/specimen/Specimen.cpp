@@ -206,7 +206,7 @@ Status Job::Write(const std::string& bytes)
     common::Output place;
     if (common::Output::IsStream(name)) {
         WriteTo(name, bytes);
-    } else if (place.Take(name)) {
+    } else if (place.Take(name) && place.Start()) {
         WriteTo(place.Fresh(), bytes);
         if (!Failing())
             place.Commit();

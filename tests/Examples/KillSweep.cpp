@@ -1,6 +1,7 @@
 // tests/Examples/KillSweep.cpp: a program that makes a file of another one and is killed at each of
-// its system calls leaves the old file or the new one, whole, and the next run works; one whose
-// flush fails tells so and leaves the old one. Runs the program from outside:
+// its system calls leaves the old file or the new one, whole, and the next run works; at no call has
+// anybody a right to the new one whom the old one kept out; a run whose flush fails tells so and
+// leaves the old one. Runs the program from outside:
 //
 //   kill_sweep FOLDER takes|leaves PROGRAM ARGUMENT...
 //
@@ -30,6 +31,7 @@ namespace fs = std::filesystem;
 constexpr int SKIPPED = 77;
 constexpr const char* FILE_NAME = "words.out";
 constexpr const char* FRESH_NAME = "words.out.new";
+constexpr fs::perms PRIVATE = fs::perms::owner_read | fs::perms::owner_write;
 
 std::vector<std::string> command;
 
@@ -154,8 +156,10 @@ void Prepare(const Before& before)
     for (const auto& entry : fs::directory_iterator("."))
         if (entry.path().extension() != ".tsv")
             fs::remove(entry.path());
-    if (before.file)
+    if (before.file) {
         Write(FILE_NAME, *before.file);
+        fs::permissions(FILE_NAME, PRIVATE);
+    }
     if (before.fresh)
         Write(FRESH_NAME, *before.fresh);
 }
@@ -169,6 +173,15 @@ bool IsNothingLost(const Before& before, const std::string& after)
     return left == after || left == old || untouched || (!old && !left);
 }
 
+// Whether what stands in the place, or has begun to stand beside it, is the owner's alone.
+bool IsPrivate()
+{
+    for (const char* name : {FILE_NAME, FRESH_NAME})
+        if (fs::exists(name) && fs::file_size(name) && fs::status(name).permissions() != PRIVATE)
+            return false;
+    return true;
+}
+
 // The number of calls.
 int Sweep(const Before& before, const std::string& after)
 {
@@ -179,6 +192,8 @@ int Sweep(const Before& before, const std::string& after)
         const std::string where = "killed at call " + std::to_string(call) + ": ";
         if (!IsNothingLost(before, after))
             Fail(where + "neither the old nor the new file is left");
+        if (before.file && !IsPrivate())
+            Fail(where + "others may read what is left");
         Build("new.tsv");
         if (Bytes(FILE_NAME) != after)
             Fail(where + "the next build makes another file");

@@ -137,6 +137,18 @@ TEST(LexiconErrors, ALeftTemporaryFileIsWrittenOver)
     EXPECT_EQ(Names(), (std::vector<std::string>{"words.rec", "words.tsv"}));
 }
 
+TEST(LexiconErrors, AnotherNameOfALeftTemporaryFileKeepsItsBytes)
+{
+    std::error_code error;
+    WriteBytes("other", "bytes of another file");
+    std::filesystem::create_hard_link("other", "words.rec.new", error);
+    if (error)
+        GTEST_SKIP() << "no second names here";
+    MakeLexicon("a\tb\n");
+    EXPECT_EQ(ReadBytes("other"), "bytes of another file");
+    EXPECT_EQ(Names(), (std::vector<std::string>{"other", "words.rec", "words.tsv"}));
+}
+
 TEST(LexiconErrors, ATemporaryFileThatSomebodyElseIsWritingStays)
 {
     MakeLexicon("a\tb\n");

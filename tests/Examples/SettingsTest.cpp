@@ -9,6 +9,7 @@
 #include <windows.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@
 
 namespace
 {
+namespace fs = std::filesystem;
+
 Result Settings(const std::vector<std::string>& arguments)
 {
     return ResultOf([&](std::ostream& output, std::ostream& errors) {
@@ -304,12 +307,75 @@ TEST(SettingsProfile, ExportsWhatItImports)
     EXPECT_EQ(ReadBytes("out.ini"), text);
     EXPECT_EQ(Settings({"export", "a.ini:f", "f.ini"}), Done());
     EXPECT_EQ(ReadBytes("f.ini"), "[f]\r\ng=h=i\r\n");
-    WriteBytes("bad.ini", "[a]\nb=c\nnonsense\n");
-    EXPECT_EQ(Settings({"import", "bad.ini", "b.ini"}),
-              Failed("bad.ini: line 3: neither a section nor a value"));
     EXPECT_EQ(Settings({"import", "none.ini", "b.ini"}).status, 1);
     EXPECT_EQ(Settings({"import", "in.ini", "registry:A"}),
               Failed("in.ini: registry:A: no profile file"));
+}
+
+TEST(SettingsProfile, AnImportThatIsRefusedChangesNothing)
+{
+    WriteBytes("bad.ini", "[a]\nb=c\nnonsense\n");
+    WriteBytes("a.ini", "[a]\r\nb=old\r\n");
+    for (const std::string name : {"a.ini", "none.ini"})
+        EXPECT_EQ(Settings({"import", "bad.ini", name}),
+                  Failed("bad.ini: line 3: neither a section nor a value"));
+    EXPECT_EQ(ReadBytes("a.ini"), "[a]\r\nb=old\r\n");
+    EXPECT_FALSE(fs::exists("none.ini"));
+}
+
+TEST(SettingsExport, AFileThatIsReplacedKeepsItsRights)
+{
+    WriteBytes("a.ini", "[a]\r\nb=c\r\n");
+    WriteBytes("out.ini", "old");
+    fs::permissions("out.ini", fs::perms(0600));
+    const fs::perms rights = fs::status("out.ini").permissions();
+    EXPECT_EQ(Settings({"export", "a.ini", "out.ini"}), Done());
+    EXPECT_EQ(ReadBytes("out.ini"), "[a]\r\nb=c\r\n");
+    EXPECT_EQ(fs::status("out.ini").permissions(), rights);
+    EXPECT_FALSE(fs::exists("out.ini.new"));
+}
+
+TEST(SettingsExport, AnEmptyProfileMakesAnEmptyFile)
+{
+    WriteBytes("a.ini", "");
+    WriteBytes("out.ini", "old");
+    EXPECT_EQ(Settings({"export", "a.ini", "out.ini"}), Done());
+    EXPECT_EQ(ReadBytes("out.ini"), "");
+}
+
+TEST(SettingsExport, ALinkGoesOnPointing)
+{
+    std::error_code error;
+    WriteBytes("a.ini", "[a]\r\nb=c\r\n");
+    fs::create_symlink("target.ini", "link.ini", error);
+    if (error)
+        GTEST_SKIP() << "no symbolic links here";
+    for (const std::string text : {"nothing stands there yet", "a file does"}) {
+        EXPECT_EQ(Settings({"export", "a.ini", "link.ini"}), Done()) << text;
+        EXPECT_TRUE(fs::is_symlink("link.ini")) << text;
+        EXPECT_EQ(ReadBytes("target.ini"), "[a]\r\nb=c\r\n") << text;
+    }
+    // The one beside the place isn't the user's.
+    WriteBytes("other", "stays");
+    fs::create_symlink("other", "out.ini.new");
+    EXPECT_EQ(Settings({"export", "a.ini", "out.ini"}),
+              Failed("out.ini: cannot be written: out.ini.new: this is no plain file"));
+    EXPECT_EQ(ReadBytes("other"), "stays");
+    EXPECT_FALSE(fs::exists("out.ini"));
+}
+
+TEST(SettingsExport, WhatCannotBeWrittenIsToldInALine)
+{
+    WriteBytes("a.ini", "[a]\r\nb=c\r\n");
+    fs::create_directory("folder");
+    EXPECT_EQ(Settings({"export", "a.ini", "folder"}),
+              Failed("folder: cannot be written: folder: this is no plain file"));
+    EXPECT_EQ(Settings({"export", "a.ini", "\xFF"}),
+              Failed("\xFF: cannot be written: the name is no UTF-8"));
+    const Result result = Settings({"export", "a.ini", "none/out.ini"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors.find("settings: none/out.ini: cannot be written: "), 0U);
+    EXPECT_TRUE(fs::is_empty("folder"));
 }
 
 TEST(SettingsVersion, RefusesWhatHasNoSoundRecord)
@@ -324,6 +390,14 @@ TEST(SettingsVersion, RefusesWhatHasNoSoundRecord)
               0U)
         << result.errors;
     EXPECT_NE(result.errors.find("\nsettings: empty.exe: no version record\n"), std::string::npos);
+}
+
+TEST(Settings, AMessageHasNoControls)
+{
+    WriteBytes("in.reg", "REGEDIT4\n[HKEY_\x1B]0;\\title\x07]\n");
+    EXPECT_EQ(Settings({"import", "in.reg"}),
+              Failed("in.reg: [HKEY_\\x1b]0;\\title\\x07]: no root key"));
+    EXPECT_EQ(Settings({"get", "a\nb.ini:a#b"}), Failed("a\\nb.ini: no such file"));
 }
 
 TEST(Settings, AWrongUseIsTold)
