@@ -188,7 +188,9 @@ HiredFont::~HiredFont()
 std::string HiredFont::Face() const
 {
     char name[LF_FACESIZE] = "";
-    GetTextFaceA(context, LF_FACESIZE, name);
+    // Where it has no face to measure with, 32-bit Wine names what it finds in memory.
+    if (Metrics().tmHeight != 0)
+        GetTextFaceA(context, LF_FACESIZE, name);
     return FromAnsi(name);
 }
 

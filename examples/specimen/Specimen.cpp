@@ -134,7 +134,8 @@ std::string Job::Substitution(const std::string& taken, unsigned set)
 {
     if (IsAsked(taken, Face(), set))
         return "";
-    const std::string note = Face() + ": no such face; " + taken + " is taken";
+    const std::string note =
+        Face() + ": no such face; " + (taken.empty() ? "none" : taken) + " is taken";
     if (note != told)
         Refuse(note);
     told = note;
